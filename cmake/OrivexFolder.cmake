@@ -1,0 +1,33 @@
+# One CMake target per folder. A folder sees the headers of the folders it names and of no other, so an include that
+# points up or sideways does not compile.
+#
+#   orivex_folder(<name> SOURCES <cpp>... HEADERS <h>... [DEPENDS <folder or library>...] [USES <private library>...])
+#
+# Public headers lie in <folder>/include/orivex/<name>/, sources and private headers in <folder>/src/.
+
+set(ORIVEX_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+
+function(orivex_compile_options target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(${target} PRIVATE ${ORIVEX_WARNINGS})
+  if(ORIVEX_SANITIZE)
+    target_compile_options(${target} PUBLIC -fsanitize=${ORIVEX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(${target} PUBLIC -fsanitize=${ORIVEX_SANITIZE})
+  endif()
+endfunction()
+
+function(orivex_folder name)
+  cmake_parse_arguments(ARG "" "KIND" "SOURCES;HEADERS;DEPENDS;USES" ${ARGN})
+  if(NOT ARG_KIND)
+    set(ARG_KIND OBJECT)
+  endif()
+  list(TRANSFORM ARG_SOURCES PREPEND src/)
+  list(TRANSFORM ARG_HEADERS PREPEND include/orivex/${name}/)
+  add_library(${name} ${ARG_KIND} ${ARG_SOURCES})
+  add_library(Orivex::${name} ALIAS ${name})
+  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS include FILES ${ARG_HEADERS})
+  target_include_directories(${name} PRIVATE src)
+  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_USES})
+  orivex_compile_options(${name})
+endfunction()
