@@ -1,0 +1,40 @@
+#pragma once
+
+namespace orivex {
+
+class Animator;
+class Application;
+class Bundle;
+class Device;
+class HttpClient;
+class MainQueue;
+class ProgressOverlay;
+class UserDefaults;
+class WebEngineFactory;
+class WebsiteDataStore;
+
+/// What the component needs of a device. A backend fills it in and installs it once per process, before the first
+/// screen is made; the ports must outlive every screen.
+struct Platform {
+  MainQueue& mainQueue;
+  Application& application;
+  WebEngineFactory& webEngines;
+  WebsiteDataStore& websiteDataStore;
+  Animator& animator;
+  ProgressOverlay& progressOverlay;
+  HttpClient& httpClient;
+  Bundle& mainBundle;
+  Bundle& componentBundle;
+  UserDefaults& userDefaults;
+  Device& device;
+
+  /// Makes `platform` the one in use. The caller keeps it alive; null takes it away again.
+  static void install(const Platform* platform);
+
+  static bool isInstalled();
+
+  /// The one in use. Without one the process stops: the host must install a backend first.
+  static const Platform& current();
+};
+
+}  // namespace orivex

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orivex {
+
+/// Shortest text that reads back as the same double, with at least one decimal: "47.0", "0.5".
+std::string doubleText(double value);
+
+/// The code points of a UTF-8 text; empty when it is not valid UTF-8 (see `isValidUtf8` to tell it from an empty text).
+std::u32string codePoints(std::string_view utf8);
+
+bool isValidUtf8(std::string_view text);
+
+}  // namespace orivex

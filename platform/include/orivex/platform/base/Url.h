@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orivex {
+
+/// An address that parses by the syntax of RFC 3986. Non-ASCII characters are accepted and kept percent-encoded.
+class Url {
+ public:
+  /// Nothing when `text` is empty or does not parse: blanks, controls, `"<>\^{}|` and the backquote outside an escape,
+  /// a broken percent escape, an invalid UTF-8 sequence, a bad port, an unclosed bracket.
+  static std::optional<Url> parse(std::string_view text);
+
+  /// The address of a file: "file://" and the percent-encoded path.
+  static Url fromFilePath(std::string_view path);
+
+  /// The whole address, percent-encoded where it was not.
+  const std::string& absoluteString() const { return text_; }
+
+  /// Lower-case scheme without its colon; empty for a relative reference.
+  std::string scheme() const;
+
+  /// "scheme://host:port" as written; empty without an authority.
+  std::string origin() const;
+
+  /// The percent-decoded path of a "file" address; nothing for another scheme.
+  std::optional<std::string> filePath() const;
+
+  bool operator==(const Url&) const = default;
+
+ private:
+  explicit Url(std::string text) : text_(std::move(text)) {}
+  std::string text_;
+};
+
+/// Percent-encodes for the query of an address. These stay as they are: A-Z a-z 0-9 and `!$&'()*+,-./:;=?@_~`; every
+/// other byte of the UTF-8 text becomes an upper-case %XX. Nothing when `text` is not valid UTF-8.
+std::optional<std::string> percentEncodeQuery(std::string_view text);
+
+}  // namespace orivex

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Url.h"
+
+namespace orivex {
+
+class WindowScene;
+
+enum class ApplicationEvent { didBecomeActive, willResignActive };
+
+/// The host application as the desktop sees it. Main thread.
+class Application {
+ public:
+  Application() = default;
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+  virtual ~Application() = default;
+
+  /// The scenes that show windows now, the first connected first.
+  virtual std::vector<std::shared_ptr<WindowScene>> connectedScenes() const = 0;
+
+  /// Calls `handler` at each such event until the subscription ends.
+  [[nodiscard]] virtual Subscription observe(ApplicationEvent event, std::function<void()> handler) = 0;
+
+  /// Whether some application opens addresses of this scheme.
+  virtual bool canOpen(const Url& url) const = 0;
+
+  /// Opens the address in that application. A failure is one log line.
+  virtual void open(const Url& url) = 0;
+};
+
+}  // namespace orivex

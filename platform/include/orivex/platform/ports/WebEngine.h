@@ -1,0 +1,100 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/base/Once.h"
+#include "orivex/platform/ports/UrlRequest.h"
+
+namespace orivex {
+
+/// What a page posted: the name of the handler and the body as JSON text ("null" for undefined).
+struct ScriptMessage {
+  std::string name;
+  std::string body;
+};
+
+struct UserScript {
+  enum class InjectionTime { documentStart, documentEnd };
+  std::string source;
+  InjectionTime injectionTime = InjectionTime::documentStart;
+  bool mainFrameOnly = true;
+  bool operator==(const UserScript&) const = default;
+};
+
+/// What an engine must know before it starts, in the order in which it was asked for.
+struct WebEngineConfiguration {
+  std::vector<std::string> scriptMessageNames;
+  std::vector<UserScript> userScripts;
+  bool javaScriptCanOpenWindowsAutomatically = true;
+};
+
+/// How the content scrolls in its view.
+struct ScrollSettings {
+  bool bounces = true;
+  bool alwaysBounceVertical = true;
+  bool alwaysBounceHorizontal = true;
+  bool scrollEnabled = true;
+  std::optional<Color> backgroundColor;
+  EdgeInsets contentInset;
+  EdgeInsets indicatorInsets;
+  bool operator==(const ScrollSettings&) const = default;
+};
+
+/// Whether a navigation goes on.
+enum class NavigationPolicy { cancel, allow };
+
+/// Everything that comes out of an engine, all on the main thread and never inside a call into the engine.
+struct WebEngineHandlers {
+  std::function<void(ScriptMessage)> scriptMessage;
+  std::function<void()> didStartProvisionalNavigation;
+  std::function<void()> didReceiveServerRedirect;
+  std::function<void()> didCommitNavigation;
+  std::function<void()> didFinishNavigation;
+  std::function<void(const std::string& error)> didFailProvisionalNavigation;
+  std::function<void(const std::string& error)> didFailNavigation;
+  std::function<NavigationPolicy(const std::optional<std::string>& url)> decideNavigationAction;
+  std::function<NavigationPolicy()> decideNavigationResponse;
+  /// The address changed; absent when the process behind the page is gone.
+  std::function<void(const std::optional<std::string>& url)> urlChanged;
+};
+
+/// One web page in its own process. Main thread. A page process that dies is told by `urlChanged` with no address;
+/// `reload` then starts another.
+class WebEngine {
+ public:
+  WebEngine() = default;
+  WebEngine(const WebEngine&) = delete;
+  WebEngine& operator=(const WebEngine&) = delete;
+  virtual ~WebEngine() = default;
+
+  virtual void load(const UrlRequest& request) = 0;
+
+  /// Loads a local page that may read files inside `readAccessPath` only.
+  virtual void loadFile(const std::string& path, const std::string& readAccessPath) = 0;
+
+  virtual void reload() = 0;
+
+  /// Runs `script` in the page; `completion` gets the error's description, or nothing when it ran.
+  virtual void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) = 0;
+
+  virtual void setCustomUserAgent(const std::string& userAgent) = 0;
+  virtual void setScrollSettings(const ScrollSettings& settings) = 0;
+};
+
+class WebEngineFactory {
+ public:
+  WebEngineFactory() = default;
+  WebEngineFactory(const WebEngineFactory&) = delete;
+  WebEngineFactory& operator=(const WebEngineFactory&) = delete;
+  virtual ~WebEngineFactory() = default;
+
+  [[nodiscard]] virtual std::unique_ptr<WebEngine> make(const WebEngineConfiguration& configuration,
+                                                        WebEngineHandlers handlers) = 0;
+};
+
+}  // namespace orivex

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "orivex/platform/ui/ViewController.h"
+
+namespace orivex {
+
+/// A stack of screens of which the top one shows, under a navigation bar that can be hidden. The bar and the toolbar
+/// are empty views that the host fills; the tab bar belongs to the host's own chrome around the stack.
+class NavigationController : public ViewController {
+ public:
+  /// Points below the status bar.
+  static constexpr double barHeight = 44;
+
+  explicit NavigationController(const std::shared_ptr<ViewController>& root);
+  ~NavigationController() override;
+
+  /// From the root to the top.
+  const std::vector<std::shared_ptr<ViewController>>& viewControllers() const { return stack_; }
+  std::shared_ptr<ViewController> topViewController() const { return stack_.back(); }
+
+  void pushViewController(const std::shared_ptr<ViewController>& controller, bool animated);
+
+  /// Takes the top screen off; the root stays.
+  void popViewController(bool animated);
+
+  const std::shared_ptr<View>& navigationBar() const { return bar_; }
+  bool isNavigationBarHidden() const { return bar_->isHidden(); }
+  void setNavigationBarHidden(bool hidden);
+  bool isNavigationBarTranslucent() const { return translucent_; }
+  void setNavigationBarTranslucent(bool translucent);
+
+  const std::shared_ptr<View>& toolbar() const { return toolbar_; }
+
+  /// Null unless the host has one.
+  const std::shared_ptr<View>& hostTabBar() const { return tabBar_; }
+  void setHostTabBar(std::shared_ptr<View> tabBar) { tabBar_ = std::move(tabBar); }
+
+  void viewDidLoad() override;
+  void viewDidLayoutSubviews() override { layout(); }
+  void beginAppearance(bool appearing, bool animated) override;
+  void endAppearance(bool animated) override;
+
+ private:
+  void layout();
+  void slide(const std::shared_ptr<ViewController>& leaving, const std::shared_ptr<ViewController>& arriving,
+             bool forward, bool animated);
+
+  std::vector<std::shared_ptr<ViewController>> stack_;
+  std::shared_ptr<View> pages_ = std::make_shared<View>();
+  std::shared_ptr<View> bar_ = std::make_shared<View>();
+  std::shared_ptr<View> toolbar_ = std::make_shared<View>();
+  std::shared_ptr<View> tabBar_;
+  bool translucent_ = true;
+};
+
+}  // namespace orivex

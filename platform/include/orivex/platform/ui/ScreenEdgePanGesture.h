@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+
+namespace orivex {
+
+/// A drag that starts at the left edge of the view to which it is added. The backend recognises it and reports here.
+class ScreenEdgePanGesture {
+ public:
+  enum class State { possible, began, changed, ended, cancelled };
+  using Handler = std::function<void(const ScreenEdgePanGesture&)>;
+
+  explicit ScreenEdgePanGesture(Handler handler) : handler_(std::move(handler)) {}
+
+  State state() const { return state_; }
+
+  /// Points to the right of where the drag began; negative to its left.
+  double translation() const { return translation_; }
+
+  /// What the backend calls at each step of the drag.
+  void report(State state, double translation) {
+    state_ = state;
+    translation_ = translation;
+    handler_(*this);
+  }
+
+ private:
+  Handler handler_;
+  State state_ = State::possible;
+  double translation_ = 0;
+};
+
+}  // namespace orivex

@@ -1,0 +1,141 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "orivex/platform/base/Geometry.h"
+
+namespace orivex {
+
+class ScreenEdgePanGesture;
+class View;
+class Window;
+
+/// Which property of a view changed.
+enum class ViewChange {
+  frame,
+  alpha,
+  hidden,
+  transform,
+  background,
+  cornerRadius,
+  clipping,
+  subviews,
+  gestures,
+  content
+};
+
+/// A backend's picture of one view. The view does not own it; whichever of the two ends first cuts the tie.
+class ViewMirror {
+ public:
+  ViewMirror() = default;
+  ViewMirror(const ViewMirror&) = delete;
+  ViewMirror& operator=(const ViewMirror&) = delete;
+  virtual ~ViewMirror() = default;
+
+  virtual void viewChanged(ViewChange change) = 0;
+
+  /// The view is being destroyed: forget it.
+  virtual void viewDestroyed() = 0;
+
+  /// What the view and its subviews show now, as a view of its own; null when nothing has been drawn yet.
+  virtual std::shared_ptr<View> snapshot() = 0;
+};
+
+/// A rectangle on the screen, as plain data that can be read back: a backend mirrors it. Views are made with
+/// std::make_shared and live on the main thread.
+class View : public std::enable_shared_from_this<View> {
+ public:
+  View() = default;
+  explicit View(Rect frame) : frame_(frame) {}
+  View(const View&) = delete;
+  View& operator=(const View&) = delete;
+  virtual ~View();
+
+  /// In the superview's points, before the transform.
+  const Rect& frame() const { return frame_; }
+  void setFrame(const Rect& frame);
+  Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+  Point center() const { return frame_.center(); }
+  void setCenter(Point center);
+
+  /// From 0 to 1. A view with alpha 0 neither shows nor takes input.
+  double alpha() const { return alpha_; }
+  void setAlpha(double alpha);
+
+  bool isHidden() const { return hidden_; }
+  void setHidden(bool hidden);
+
+  const Translation& transform() const { return transform_; }
+  void setTransform(const Translation& transform);
+
+  const std::optional<Color>& backgroundColor() const { return background_; }
+  void setBackgroundColor(std::optional<Color> color);
+
+  double cornerRadius() const { return cornerRadius_; }
+  void setCornerRadius(double radius);
+
+  bool clipsToBounds() const { return clips_; }
+  void setClipsToBounds(bool clips);
+
+  int tag() const { return tag_; }
+  void setTag(int tag) { tag_ = tag; }
+
+  /// This view or the first one below it with the tag; null when there is none.
+  std::shared_ptr<View> viewWithTag(int tag);
+
+  /// From back to front.
+  const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
+  void addSubview(const std::shared_ptr<View>& view);
+  void insertSubview(const std::shared_ptr<View>& view, std::size_t index);
+  bool hasSubview(const View& view) const;
+  void removeFromSuperview();
+  void removeAllSubviews();
+  View* superview() const { return superview_; }
+
+  /// The window that shows the tree in which this view is; null outside of one.
+  Window* window() const;
+
+  void addGesture(const std::shared_ptr<ScreenEdgePanGesture>& gesture);
+  const std::vector<std::shared_ptr<ScreenEdgePanGesture>>& gestures() const { return gestures_; }
+
+  /// Takes the keyboard focus away from whatever has it in this view.
+  void endEditing();
+
+  /// What the view shows now, as an unmoving picture; null when it is not on a screen.
+  std::shared_ptr<View> snapshotView() const;
+
+  /// Called after the size has changed.
+  void setLayoutHandler(std::function<void()> handler) { layoutHandler_ = std::move(handler); }
+
+  /// Ties a backend's mirror to this view; null unties it.
+  void setMirror(ViewMirror* mirror) { mirror_ = mirror; }
+
+ protected:
+  void changed(ViewChange change) const;
+
+ private:
+  friend class Window;
+
+  template <class Value>
+  void set(Value& field, const Value& value, ViewChange change);
+
+  Rect frame_;
+  double alpha_ = 1;
+  bool hidden_ = false;
+  Translation transform_;
+  std::optional<Color> background_;
+  double cornerRadius_ = 0;
+  bool clips_ = false;
+  int tag_ = 0;
+  std::vector<std::shared_ptr<View>> subviews_;
+  std::vector<std::shared_ptr<ScreenEdgePanGesture>> gestures_;
+  std::function<void()> layoutHandler_;
+  View* superview_ = nullptr;
+  Window* shownIn_ = nullptr;  // set on a window's content view only
+  ViewMirror* mirror_ = nullptr;
+};
+
+}  // namespace orivex

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+
+#include "orivex/platform/base/Once.h"
+#include "orivex/platform/ui/View.h"
+
+namespace orivex {
+
+class NavigationController;
+class Window;
+
+enum class InterfaceStyle { unspecified, light, dark };
+
+/// A screen: owns a view and is told about its life. Made with std::make_shared; main thread. The order of the calls is
+/// that of the platform this component was described on: a full-screen presentation sends the presenter away.
+class ViewController : public std::enable_shared_from_this<ViewController> {
+ public:
+  ViewController() = default;
+  ViewController(const ViewController&) = delete;
+  ViewController& operator=(const ViewController&) = delete;
+  virtual ~ViewController();
+
+  /// The root view, made on first use with the size of the current window; `viewDidLoad` follows at once.
+  const std::shared_ptr<View>& view();
+  bool isViewLoaded() const { return view_ != nullptr; }
+  bool isViewInWindow() const { return view_ && view_->window(); }
+
+  virtual void viewDidLoad() {}
+  virtual void viewWillAppear(bool /*animated*/) {}
+  virtual void viewDidAppear(bool /*animated*/) {}
+  virtual void viewWillDisappear(bool /*animated*/) {}
+  virtual void viewDidDisappear(bool /*animated*/) {}
+
+  /// The view's size has changed: place what it holds.
+  virtual void viewDidLayoutSubviews() {}
+
+  /// Shows `controller` over the whole window. Without a window, or while another one is presented, it is dropped with
+  /// one log line.
+  void present(const std::shared_ptr<ViewController>& controller, bool animated, Once<void()> completion = nullptr);
+
+  /// Sends away what this screen presents; when it presents nothing, the screen itself or the one around it that was
+  /// presented. Does nothing for a screen that was not.
+  void dismiss(bool animated, Once<void()> completion = nullptr);
+
+  const std::shared_ptr<ViewController>& presentedViewController() const { return presented_; }
+  ViewController* presentingViewController() const { return presenting_; }
+
+  /// The navigation controller in which this screen was pushed; null outside of one.
+  NavigationController* navigationController() const { return navigation_; }
+
+  InterfaceStyle overrideInterfaceStyle() const { return style_; }
+  void setOverrideInterfaceStyle(InterfaceStyle style) { style_ = style; }
+
+  /// What the system calls around a change of what is shown; a container passes them on to its visible child.
+  virtual void beginAppearance(bool appearing, bool animated);
+  virtual void endAppearance(bool animated);
+
+ protected:
+  /// Makes the root view; `frame` fills the window.
+  virtual std::shared_ptr<View> loadView(const Rect& frame);
+
+ private:
+  friend class NavigationController;
+  friend class Window;
+
+  void dismissPresented(bool animated, Once<void()> completion);
+
+  enum class Appearance { disappeared, appearing, appeared, disappearing };
+
+  std::shared_ptr<View> view_;
+  std::shared_ptr<ViewController> presented_;
+  ViewController* presenting_ = nullptr;
+  NavigationController* navigation_ = nullptr;
+  InterfaceStyle style_ = InterfaceStyle::unspecified;
+  Appearance appearance_ = Appearance::disappeared;
+};
+
+}  // namespace orivex

@@ -1,0 +1,134 @@
+#include "orivex/platform/base/Log.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+
+namespace orivex {
+namespace log {
+namespace {
+
+// Long enough for every address and error seen in practice; a page that posts megabytes must not flood the log.
+constexpr std::size_t longestEntry = 4096;
+
+bool enabledAtStart() {
+  if (const char* asked = std::getenv("ORIVEX_DEBUG_LOG")) return std::string_view(asked) != "0";
+#ifdef ORIVEX_DEBUG_LOG
+  return true;
+#else
+  return false;
+#endif
+}
+
+std::atomic<bool>& enabledFlag() {
+  static std::atomic<bool> flag = enabledAtStart();
+  return flag;
+}
+
+struct SinkHolder {
+  std::mutex mutex;
+  Sink sink;
+};
+
+SinkHolder& holder() {
+  static auto* const instance = new SinkHolder;  // threads may still log while statics are being destroyed
+  return *instance;
+}
+
+bool isContinuationByte(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+std::string_view cut(std::string_view text) {
+  if (text.size() <= longestEntry) return text;
+  std::size_t end = longestEntry;
+  while (end > 0 && isContinuationByte(text[end])) --end;
+  return text.substr(0, end);
+}
+
+void appendEscaped(std::string& line, char character, bool quoted) {
+  static constexpr char hex[] = "0123456789abcdef";
+  const auto byte = static_cast<unsigned char>(character);
+  switch (character) {
+    case '\n':
+      line += "\\n";
+      return;
+    case '\r':
+      line += "\\r";
+      return;
+    case '\t':
+      line += "\\t";
+      return;
+    case '"':
+    case '\\':
+      if (quoted) line += '\\';
+      line += character;
+      return;
+    default:
+      break;
+  }
+  if (byte < 0x20 || byte == 0x7F) {
+    line += "\\x";
+    line += hex[byte >> 4U];
+    line += hex[byte & 0xFU];
+  } else {
+    line += character;
+  }
+}
+
+std::string entry(std::string_view text, bool quoted) {
+  const auto shown = cut(text);
+  std::string line;
+  line.reserve(shown.size() + 32);
+  if (quoted) line += '"';
+  for (const char character : shown) appendEscaped(line, character, quoted);
+  if (shown.size() < text.size()) line += "... (" + std::to_string(text.size()) + " bytes)";
+  if (quoted) line += '"';
+  return line;
+}
+
+void write(const std::string& line) {
+  auto& [mutex, sink] = holder();
+  const std::lock_guard lock(mutex);
+  if (sink) {
+    sink(line);
+  } else {
+    std::fprintf(stderr, "%s\n", line.c_str());
+  }
+}
+
+}  // namespace
+
+void setSink(Sink sink) {
+  auto& target = holder();
+  const std::lock_guard lock(target.mutex);
+  target.sink = std::move(sink);
+}
+
+void setEnabled(bool enabled) {
+  enabledFlag() = enabled;
+}
+
+bool isEnabled() {
+  return enabledFlag();
+}
+
+void print(std::string_view text) {
+  if (isEnabled()) write(entry(text, false));
+}
+
+void debugPrint(std::string_view text) {
+  if (isEnabled()) write(entry(text, true));
+}
+
+}  // namespace log
+
+void fatalError(std::string_view origin, std::string_view message) {
+  std::fprintf(stderr, "%.*s: Fatal error: %.*s\n", static_cast<int>(origin.size()), origin.data(),
+               static_cast<int>(message.size()), message.data());
+  std::abort();
+}
+
+}  // namespace orivex

@@ -1,0 +1,125 @@
+#include "orivex/platform/ui/NavigationController.h"
+
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/ports/Animator.h"
+#include "orivex/platform/ui/Window.h"
+
+namespace orivex {
+namespace {
+
+constexpr double pushSeconds = 0.35;
+
+// How far the screen underneath moves along with the one that slides over it.
+constexpr double parallax = 0.3;
+
+}  // namespace
+
+NavigationController::NavigationController(const std::shared_ptr<ViewController>& root) : stack_{root} {
+  root->navigation_ = this;
+}
+
+NavigationController::~NavigationController() {
+  for (const auto& controller : stack_) controller->navigation_ = nullptr;
+}
+
+void NavigationController::viewDidLoad() {
+  view()->setBackgroundColor(Color::white());
+  bar_->setBackgroundColor(Color::white());
+  toolbar_->setHidden(true);
+  pages_->setClipsToBounds(true);
+  pages_->addSubview(topViewController()->view());
+  view()->addSubview(pages_);
+  view()->addSubview(bar_);
+  view()->addSubview(toolbar_);
+  layout();
+}
+
+void NavigationController::layout() {
+  if (!isViewLoaded()) return;
+  const Rect bounds = view()->bounds();
+  const double barBottom = statusBarHeight(view()->window()) + barHeight;
+  bar_->setFrame({0, 0, bounds.width, barBottom});
+  toolbar_->setFrame({0, bounds.height - barHeight, bounds.width, barHeight});
+  pages_->setFrame(bounds);
+  const double top = bar_->isHidden() || translucent_ ? 0 : barBottom;
+  topViewController()->view()->setFrame({0, top, bounds.width, bounds.height - top});
+}
+
+void NavigationController::setNavigationBarHidden(bool hidden) {
+  bar_->setHidden(hidden);
+  layout();
+}
+
+void NavigationController::setNavigationBarTranslucent(bool translucent) {
+  translucent_ = translucent;
+  layout();
+}
+
+void NavigationController::beginAppearance(bool appearing, bool animated) {
+  ViewController::beginAppearance(appearing, animated);
+  topViewController()->beginAppearance(appearing, animated);
+}
+
+void NavigationController::endAppearance(bool animated) {
+  ViewController::endAppearance(animated);
+  topViewController()->endAppearance(animated);
+}
+
+void NavigationController::pushViewController(const std::shared_ptr<ViewController>& controller, bool animated) {
+  if (controller->navigation_ || controller->presenting_) {
+    log::print("Cannot push a screen that is already shown elsewhere");
+    return;
+  }
+  const auto leaving = topViewController();
+  stack_.push_back(controller);
+  controller->navigation_ = this;
+  slide(leaving, controller, true, animated);
+}
+
+void NavigationController::popViewController(bool animated) {
+  if (stack_.size() < 2) return;
+  const auto leaving = topViewController();
+  stack_.pop_back();
+  slide(leaving, topViewController(), false, animated);
+  leaving->navigation_ = nullptr;
+}
+
+void NavigationController::slide(const std::shared_ptr<ViewController>& leaving,
+                                 const std::shared_ptr<ViewController>& arriving, bool forward, bool animated) {
+  const auto arrivingView = arriving->view();
+  const auto leavingView = leaving->view();
+  if (!isViewLoaded()) return;
+  const bool shown = isViewInWindow();
+  if (shown) {
+    leaving->beginAppearance(false, animated);
+    arriving->beginAppearance(true, animated);
+  }
+  pages_->insertSubview(arrivingView, forward ? pages_->subviews().size() : 0);
+  layout();
+  const double width = view()->bounds().width;
+  const auto place = [=](double progress) {
+    const double out = forward ? -parallax : 1.0;
+    const double in = forward ? 1.0 : -parallax;
+    leavingView->setTransform({width * out * progress, 0});
+    arrivingView->setTransform({width * in * (1 - progress), 0});
+  };
+  const auto self = std::static_pointer_cast<NavigationController>(shared_from_this());
+  auto finish = [=] {
+    arrivingView->setTransform({});
+    leavingView->setTransform({});
+    if (self->topViewController() != leaving) leavingView->removeFromSuperview();
+    if (shown) {
+      leaving->endAppearance(animated);
+      arriving->endAppearance(animated);
+    }
+  };
+  if (!animated || !shown) {
+    finish();
+    return;
+  }
+  place(0);
+  Platform::current().animator.animate(pushSeconds, place, finish);
+}
+
+}  // namespace orivex

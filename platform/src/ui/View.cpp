@@ -1,0 +1,111 @@
+#include "orivex/platform/ui/View.h"
+
+#include <algorithm>
+
+#include "orivex/platform/ui/Window.h"
+
+namespace orivex {
+
+View::~View() {
+  if (mirror_) mirror_->viewDestroyed();
+  for (const auto& view : subviews_) view->superview_ = nullptr;
+}
+
+void View::changed(ViewChange change) const {
+  if (mirror_) mirror_->viewChanged(change);
+}
+
+template <class Value>
+void View::set(Value& field, const Value& value, ViewChange change) {
+  if (field == value) return;
+  field = value;
+  changed(change);
+}
+
+void View::setFrame(const Rect& frame) {
+  const bool resized = frame.size() != frame_.size();
+  set(frame_, frame, ViewChange::frame);
+  if (resized && layoutHandler_) layoutHandler_();
+}
+
+void View::setCenter(Point center) {
+  setFrame({center.x - frame_.width / 2, center.y - frame_.height / 2, frame_.width, frame_.height});
+}
+
+void View::setAlpha(double alpha) {
+  set(alpha_, alpha, ViewChange::alpha);
+}
+void View::setHidden(bool hidden) {
+  set(hidden_, hidden, ViewChange::hidden);
+}
+void View::setTransform(const Translation& transform) {
+  set(transform_, transform, ViewChange::transform);
+}
+void View::setBackgroundColor(std::optional<Color> color) {
+  set(background_, color, ViewChange::background);
+}
+void View::setCornerRadius(double radius) {
+  set(cornerRadius_, radius, ViewChange::cornerRadius);
+}
+void View::setClipsToBounds(bool clips) {
+  set(clips_, clips, ViewChange::clipping);
+}
+
+std::shared_ptr<View> View::viewWithTag(int tag) {
+  if (tag_ == tag) return shared_from_this();
+  for (const auto& view : subviews_) {
+    if (auto found = view->viewWithTag(tag)) return found;
+  }
+  return nullptr;
+}
+
+void View::addSubview(const std::shared_ptr<View>& view) {
+  view->removeFromSuperview();
+  insertSubview(view, subviews_.size());
+}
+
+void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
+  view->removeFromSuperview();
+  const auto position = static_cast<std::ptrdiff_t>(std::min(index, subviews_.size()));
+  subviews_.insert(subviews_.begin() + position, view);
+  view->superview_ = this;
+  changed(ViewChange::subviews);
+}
+
+bool View::hasSubview(const View& view) const {
+  return view.superview_ == this;
+}
+
+void View::removeFromSuperview() {
+  if (!superview_) return;
+  const auto kept = shared_from_this();
+  View& parent = *superview_;
+  parent.subviews_.erase(std::find(parent.subviews_.begin(), parent.subviews_.end(), kept));
+  superview_ = nullptr;
+  parent.changed(ViewChange::subviews);
+}
+
+void View::removeAllSubviews() {
+  while (!subviews_.empty()) subviews_.back()->removeFromSuperview();
+}
+
+Window* View::window() const {
+  const View* top = this;
+  while (top->superview_) top = top->superview_;
+  return top->shownIn_;
+}
+
+void View::addGesture(const std::shared_ptr<ScreenEdgePanGesture>& gesture) {
+  gestures_.push_back(gesture);
+  changed(ViewChange::gestures);
+}
+
+void View::endEditing() {
+  if (const Window* shownIn = window()) shownIn->endEditing(*this);
+}
+
+std::shared_ptr<View> View::snapshotView() const {
+  return mirror_ ? mirror_->snapshot() : nullptr;
+}
+
+}  // namespace orivex

@@ -1,0 +1,126 @@
+#include "orivex/platform/ui/ViewController.h"
+
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/ports/Animator.h"
+#include "orivex/platform/ui/NavigationController.h"
+#include "orivex/platform/ui/Window.h"
+
+namespace orivex {
+namespace {
+
+constexpr double presentationSeconds = 0.35;
+
+// Moves a view up from below the window's edge into its place (`arriving`) or back down.
+void slideVertically(const std::shared_ptr<View>& view, bool arriving, bool animated, Once<void()> completion) {
+  const double height = view->frame().height;
+  const auto place = [view, height, arriving](double progress) {
+    view->setTransform({0, height * (arriving ? 1 - progress : progress)});
+  };
+  if (!animated) {
+    place(arriving ? 1.0 : 0.0);
+    std::move(completion)();
+    return;
+  }
+  place(0);
+  Platform::current().animator.animate(presentationSeconds, place, std::move(completion));
+}
+
+}  // namespace
+
+ViewController::~ViewController() = default;
+
+std::shared_ptr<View> ViewController::loadView(const Rect& frame) {
+  return std::make_shared<View>(frame);
+}
+
+const std::shared_ptr<View>& ViewController::view() {
+  if (!view_) {
+    const auto window = firstWindow(Platform::current().application);
+    view_ = loadView(window ? window->bounds() : Rect{});
+    view_->setLayoutHandler([weak = weak_from_this()] {
+      if (const auto self = weak.lock()) self->viewDidLayoutSubviews();
+    });
+    viewDidLoad();
+  }
+  return view_;
+}
+
+void ViewController::beginAppearance(bool appearing, bool animated) {
+  const auto wanted = appearing ? Appearance::appearing : Appearance::disappearing;
+  const auto reached = appearing ? Appearance::appeared : Appearance::disappeared;
+  if (appearance_ == wanted || appearance_ == reached) return;
+  appearance_ = wanted;
+  if (appearing) {
+    viewWillAppear(animated);
+  } else {
+    viewWillDisappear(animated);
+  }
+}
+
+void ViewController::endAppearance(bool animated) {
+  if (appearance_ == Appearance::appearing) {
+    appearance_ = Appearance::appeared;
+    viewDidAppear(animated);
+  } else if (appearance_ == Appearance::disappearing) {
+    appearance_ = Appearance::disappeared;
+    viewDidDisappear(animated);
+  }
+}
+
+void ViewController::present(const std::shared_ptr<ViewController>& controller, bool animated,
+                             Once<void()> completion) {
+  Window* window = isViewLoaded() ? view()->window() : nullptr;
+  if (!window || presented_ || controller->presenting_ || controller->navigation_) {
+    log::print("Cannot present a screen: the presenter is in no window, or one of the two is busy");
+    return;
+  }
+  presented_ = controller;
+  controller->presenting_ = this;
+  const auto arriving = controller->view();
+  arriving->setFrame(window->bounds());
+  const auto self = shared_from_this();
+  beginAppearance(false, animated);
+  controller->beginAppearance(true, animated);
+  window->contentView()->addSubview(arriving);
+  slideVertically(arriving, true, animated, [self, controller, animated, completion = std::move(completion)]() mutable {
+    if (self->presented_ == controller) {
+      // Hidden, not removed: what is covered need not be drawn, and comes back as it was.
+      self->view_->setHidden(true);
+      self->endAppearance(animated);
+      controller->endAppearance(animated);
+    }
+    std::move(completion)();
+  });
+}
+
+void ViewController::dismiss(bool animated, Once<void()> completion) {
+  ViewController* presenter = this;
+  if (!presented_) {
+    const ViewController* outermost = this;
+    while (outermost->navigation_) outermost = outermost->navigation_;
+    presenter = outermost->presenting_;
+  }
+  if (presenter) presenter->dismissPresented(animated, std::move(completion));
+}
+
+void ViewController::dismissPresented(bool animated, Once<void()> completion) {
+  const auto self = shared_from_this();
+  const auto leaving = std::exchange(presented_, nullptr);
+  // What the leaving screen itself presents goes with it, without a show of its own.
+  if (leaving->presented_) leaving->dismissPresented(false, nullptr);
+  leaving->presenting_ = nullptr;
+  view_->setHidden(false);
+  leaving->beginAppearance(false, animated);
+  beginAppearance(true, animated);
+  slideVertically(leaving->view_, false, animated,
+                  [self, leaving, animated, completion = std::move(completion)]() mutable {
+                    leaving->view_->removeFromSuperview();
+                    leaving->view_->setTransform({});
+                    leaving->endAppearance(animated);
+                    self->endAppearance(animated);
+                    std::move(completion)();
+                  });
+}
+
+}  // namespace orivex

@@ -1,0 +1,63 @@
+#include "orivex/platform/ui/Window.h"
+
+#include <algorithm>
+
+#include "orivex/platform/ports/Application.h"
+#include "orivex/platform/ui/ViewController.h"
+
+namespace orivex {
+
+void WindowScene::addWindow(const std::shared_ptr<Window>& window) {
+  windows_.push_back(window);
+  window->scene_ = weak_from_this();
+}
+
+void WindowScene::removeWindow(const Window& window) {
+  std::erase_if(windows_, [&](const std::shared_ptr<Window>& other) { return other.get() == &window; });
+}
+
+Window::Window() : content_(std::make_shared<View>()) {
+  content_->setClipsToBounds(true);
+  content_->shownIn_ = this;
+}
+
+Window::~Window() {
+  content_->shownIn_ = nullptr;
+}
+
+void Window::setSize(Size size) {
+  content_->setFrame({0, 0, size.width, size.height});
+  for (const auto& view : content_->subviews()) view->setFrame(content_->bounds());
+}
+
+void Window::setRootViewController(const std::shared_ptr<ViewController>& controller) {
+  const auto old = std::exchange(root_, controller);
+  if (old) {
+    old->beginAppearance(false, false);
+    old->view()->removeFromSuperview();
+    old->endAppearance(false);
+  }
+  if (!controller) return;
+  const auto view = controller->view();
+  view->setFrame(content_->bounds());
+  controller->beginAppearance(true, false);
+  content_->insertSubview(view, 0);
+  controller->endAppearance(false);
+}
+
+void Window::endEditing(const View& view) const {
+  if (endEditing_) endEditing_(view);
+}
+
+std::shared_ptr<Window> firstWindow(const Application& application) {
+  const auto scenes = application.connectedScenes();
+  if (scenes.empty() || scenes.front()->windows().empty()) return nullptr;
+  return scenes.front()->windows().front();
+}
+
+double statusBarHeight(const Window* window) {
+  const auto scene = window ? window->scene() : nullptr;
+  return scene && scene->statusBarManager() ? scene->statusBarManager()->statusBarFrame.height : 0;
+}
+
+}  // namespace orivex
