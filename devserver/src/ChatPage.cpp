@@ -1,0 +1,74 @@
+#include "ChatPage.h"
+
+#include <string>
+#include <string_view>
+
+#include "FaultyReply.h"
+#include "GHandles.h"
+#include "Query.h"
+#include "Reply.h"
+
+namespace orivex::devserver {
+namespace {
+
+constexpr const char* pagePath = "/api/oauth2/ciphertext/app/client_chat";
+constexpr std::string_view assetPath = "/chat-page/";
+constexpr std::string_view resourceRoot = "/orivex/devserver/page/";
+
+/// Scripts only from files of ours. Styles inline as well: consoles that a host injects bring theirs that way.
+constexpr const char* contentSecurityPolicy =
+    "default-src 'none'; script-src 'self'; style-src 'self' 'unsafe-inline'; font-src 'self' data:; "
+    "img-src 'self' http: https: data: blob:; media-src 'self' http: https: data: blob:; "
+    "connect-src 'self' ws: wss:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+const char* contentTypeOf(std::string_view name) {
+  if (name.ends_with(".html")) return "text/html; charset=utf-8";
+  if (name.ends_with(".css")) return "text/css; charset=utf-8";
+  if (name.ends_with(".js")) return "text/javascript; charset=utf-8";
+  return "image/svg+xml";
+}
+
+void serveResource(SoupServerMessage* message, std::string_view name) {
+  const auto path = std::string(resourceRoot).append(name);
+  const GBytesPtr bytes(g_resources_lookup_data(path.c_str(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr));
+  if (!bytes) return replyError(message, SOUP_STATUS_NOT_FOUND, "no such file");
+  auto* headers = soup_server_message_get_response_headers(message);
+  soup_message_headers_replace(headers, "Cache-Control", "no-cache");
+  soup_message_headers_replace(headers, "Content-Security-Policy", contentSecurityPolicy);
+  soup_message_headers_replace(headers, "X-Content-Type-Options", "nosniff");
+  soup_message_headers_replace(headers, "Referrer-Policy", "no-referrer");
+  gsize size = 0;
+  const auto* data = static_cast<const char*>(g_bytes_get_data(bytes.get(), &size));
+  reply(message, SOUP_STATUS_OK, contentTypeOf(name), {data, size});
+}
+
+void serveAsset(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer) {
+  if (allowMethods(message, "GET, HEAD")) serveResource(message, std::string_view(path).substr(assetPath.size()));
+}
+
+}  // namespace
+
+void ChatPage::addTo(SoupServer* server) {
+  const auto page = [](SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer self) {
+    if (std::string_view(path) != pagePath) return replyError(message, SOUP_STATUS_NOT_FOUND, "no such address");
+    static_cast<ChatPage*>(self)->servePage(message);
+  };
+  soup_server_add_handler(server, pagePath, page, this, nullptr);
+  soup_server_add_handler(server, std::string(assetPath).c_str(), serveAsset, nullptr, nullptr);
+}
+
+void ChatPage::servePage(SoupServerMessage* message) {
+  if (!allowMethods(message, "GET, HEAD")) return;
+  auto plan = faults_.take(FaultTarget::Page);
+  if (plan.fault && plan.fault->kind == FaultKind::Redirect && queryValue(rawQuery(message), "redirected"))
+    plan.fault.reset();
+  answerWithPlan(message, plan, [this, message] { answerPage(message); });
+}
+
+void ChatPage::answerPage(SoupServerMessage* message) const {
+  const auto refusal = tokens_.refusal(queryValue(rawQuery(message), "access_token").value_or(""));
+  if (!refusal.empty()) return replyError(message, SOUP_STATUS_UNAUTHORIZED, refusal);
+  serveResource(message, "chat.html");
+}
+
+}  // namespace orivex::devserver

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+
+#include <libsoup/soup.h>
+
+namespace orivex::devserver {
+
+/// The JSON as text. Bytes that are not UTF-8 become the replacement character.
+[[nodiscard]] std::string toText(const nlohmann::json& value);
+
+/// Answers with `body`, which is copied.
+void reply(SoupServerMessage* message, unsigned status, const char* contentType, std::string_view body);
+
+void replyJson(SoupServerMessage* message, unsigned status, const nlohmann::json& value);
+
+/// Answers with the server's error record: an object with `msg`.
+void replyError(SoupServerMessage* message, unsigned status, std::string_view text);
+
+/// Answers 405 unless the method is among `allowed`, such as "GET, HEAD". True when it is.
+[[nodiscard]] bool allowMethods(SoupServerMessage* message, std::string_view allowed);
+
+/// A request header, or nullptr when the request lacks it.
+[[nodiscard]] const char* requestHeader(SoupServerMessage* message, const char* name);
+
+/// The request's query as it came, still percent-encoded.
+[[nodiscard]] std::string_view rawQuery(SoupServerMessage* message);
+
+/// "http://host:port" as the client addressed this server.
+[[nodiscard]] std::string baseAddress(SoupServerMessage* message);
+
+}  // namespace orivex::devserver

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orivex::devserver {
+
+/// Which access tokens the server takes.
+class Tokens {
+ public:
+  /// With a list only its tokens pass; without one, every token that is neither empty nor expired.
+  explicit Tokens(std::vector<std::string> accepted) : accepted_(std::move(accepted)) {}
+
+  /// Empty when `token` passes, else the reason for the visitor's developer.
+  [[nodiscard]] std::string_view refusal(std::string_view token) const;
+
+ private:
+  std::vector<std::string> accepted_;
+};
+
+}  // namespace orivex::devserver
