@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "orivex/platform/base/Once.h"
+#include "orivex/platform/ports/UrlRequest.h"
+
+namespace orivex {
+
+/// The page may be loaded, with the request that was checked; or it may not, with a message for the visitor.
+struct PageCheckFailure {
+  std::optional<std::string> message;
+};
+using PageCheckOutcome = std::variant<UrlRequest, PageCheckFailure>;
+
+/// Asks the server for the page once before it is shown: GET with the component's user agent and 5.0 seconds. Main
+/// thread; `completion` is called exactly once, later, on the main thread.
+void checkPage(const Url& url, Once<void(PageCheckOutcome)> completion);
+
+}  // namespace orivex

@@ -1,0 +1,57 @@
+#include "orivex/media/ChatManager.h"
+
+#include "orivex/platform/base/Log.h"
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex {
+namespace {
+
+// The same field of the request means another limit here than for documents: each picker guards its own kind of file.
+void storeMediaRequest(const PostMessageModel& request) {
+  auto& store = OVKFApiManager::shared();
+  store.guestId.set(request.deviceId);
+  store.videoSize.set(request.fileSize.value_or(OVKFApiManager::defaultVideoSize));
+}
+
+void storeDocumentRequest(const PostMessageModel& request) {
+  auto& store = OVKFApiManager::shared();
+  store.guestId.set(request.deviceId);
+  store.fileSize.set(request.fileSize.value_or(OVKFApiManager::defaultFileSize));
+}
+
+template <class Service, class... Args>
+void serve(const Service& service, std::string_view name, Args&&... args) {
+  if (service) {
+    service(std::forward<Args>(args)...);
+  } else {
+    log::print("This build has no " + std::string(name));
+  }
+}
+
+}  // namespace
+
+ChatManager& ChatManager::shared() {
+  static auto* const instance = new ChatManager;  // lives as long as the process, like every late callback may need it
+  return *instance;
+}
+
+void ChatManager::openCamera(const PostMessageModel& request, ViewController& screen, PickedFiles completion) {
+  storeMediaRequest(request);
+  serve(services.camera, "camera", request, screen, std::move(completion));
+}
+
+void ChatManager::openPhotoLibrary(const PostMessageModel& request, ViewController& screen, PickedFiles completion) {
+  storeMediaRequest(request);
+  serve(services.photoLibrary, "photo library", request, screen, std::move(completion));
+}
+
+void ChatManager::openDocumentPicker(const PostMessageModel& request, ViewController& screen, PickedFiles completion) {
+  storeDocumentRequest(request);
+  serve(services.documents, "document picker", request, screen, std::move(completion));
+}
+
+void ChatManager::openFile(const Url& file, ViewController& screen) {
+  serve(services.openFile, "open-with menu", file, screen);
+}
+
+}  // namespace orivex

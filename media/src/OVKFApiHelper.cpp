@@ -1,0 +1,133 @@
+#include "orivex/media/OVKFApiHelper.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+
+#include <sys/utsname.h>
+
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Text.h"
+#include "orivex/platform/ports/Application.h"
+#include "orivex/platform/ports/Bundle.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
+
+namespace orivex {
+namespace {
+
+std::optional<std::string> stringValue(const InfoDictionary& dictionary, std::string_view key) {
+  const auto found = dictionary.find(key);
+  if (found == dictionary.end()) return std::nullopt;
+  const auto* text = std::get_if<std::string>(&found->second);
+  return text ? std::optional(*text) : std::nullopt;
+}
+
+std::string requiredString(const InfoDictionary& dictionary, std::string_view key) {
+  auto value = stringValue(dictionary, key);
+  if (!value) fatalError("OrivexSDK.bundle", "the information dictionary has no text for " + std::string(key));
+  return *std::move(value);
+}
+
+bool isWithin(char32_t point, char32_t first, char32_t last) {
+  return point >= first && point <= last;
+}
+
+std::u32string trimmed(std::u32string text) {
+  const auto isBlank = [](char32_t point) { return point == U' ' || point == U'\t'; };
+  text.erase(std::find_if_not(text.rbegin(), text.rend(), isBlank).base(), text.end());
+  text.erase(text.begin(), std::find_if_not(text.begin(), text.end(), isBlank));
+  return text;
+}
+
+}  // namespace
+
+std::string OVKFApiHelper::sdkVersion(bool isShort) {
+  const auto& dictionary = Platform::current().componentBundle.infoDictionary();
+  if (!dictionary) return {};
+  auto version = requiredString(*dictionary, "CFBundleShortVersionString");
+  if (!isShort) version += "." + requiredString(*dictionary, "CFBundleVersion");
+  return version;
+}
+
+std::string OVKFApiHelper::deviceModel() {
+  utsname names{};
+  return uname(&names) == 0 ? names.machine : "";
+}
+
+std::string OVKFApiHelper::userAgent() {
+  return "KepChatSDK/iOS/" + sdkVersion(false) + "(" + deviceModel() + ")";
+}
+
+std::string OVKFApiHelper::appDisplayName() {
+  if (const auto& dictionary = Platform::current().mainBundle.infoDictionary()) {
+    for (const auto* key : {"CFBundleDisplayName", "CFBundleName"}) {
+      if (auto name = stringValue(*dictionary, key)) return *std::move(name);
+    }
+  }
+  return "Unknown App Name";
+}
+
+void OVKFApiHelper::showMessage(const std::string& message, double delay, Once<void()> completion) {
+  auto& queue = Platform::current().mainQueue;
+  queue.async([message] { Platform::current().progressOverlay.showInfo(message); });
+  queue.asyncAfter(delay, [completion = std::move(completion)]() mutable {
+    Platform::current().progressOverlay.dismiss();
+    std::move(completion)();
+  });
+}
+
+void OVKFApiHelper::checkPage(const Url& url, Once<void(PageCheckOutcome)> completion) {
+  orivex::checkPage(url, std::move(completion));
+}
+
+void OVKFApiHelper::openExternalURL(const std::optional<std::string>& text) {
+  if (!text || text->empty()) return;
+  const auto address = needsPercentEncoding(*text) ? percentEncodeQuery(*text).value_or("") : *text;
+  const auto url = Url::parse(address);
+  if (!url) {
+    log::debugPrint("无效的URL");
+    return;
+  }
+  log::debugPrint(url->absoluteString());
+  auto& application = Platform::current().application;
+  if (application.canOpen(*url)) {
+    application.open(*url);
+  } else {
+    log::debugPrint("地址无法打开");
+  }
+}
+
+bool OVKFApiHelper::needsPercentEncoding(std::string_view text) {
+  const auto points = codePoints(text);
+  const auto whole = trimmed(points);
+  const bool allCommonHan = !whole.empty() && std::all_of(whole.begin(), whole.end(), [](char32_t point) {
+    return isWithin(point, 0x4E00, 0x9FA5);
+  });
+  const bool oneEastAsian = whole.size() == 1 && isWithin(whole.front(), 0x2E80, 0xFE4F);
+  const bool hasBlank = text.find(' ') != std::string_view::npos;
+  const bool hasThreeByteCharacter =
+      std::any_of(points.begin(), points.end(), [](char32_t point) { return isWithin(point, 0x800, 0xFFFF); });
+  return allCommonHan || oneEastAsian || hasBlank || hasThreeByteCharacter;
+}
+
+std::int64_t OVKFApiHelper::fileSize(const Url& url) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(url.filePath().value_or(""), error);
+  if (!error) return static_cast<std::int64_t>(size);
+  log::debugPrint("Error getting file size: " + error.message());
+  return 0;
+}
+
+Color OVKFApiHelper::color(std::string_view hex) {
+  unsigned value = 0;
+  const char* const end = hex.data() + hex.size();
+  if (hex.size() != 7 || hex.front() != '#') return Color::black();
+  const auto scanned = std::from_chars(hex.data() + 1, end, value, 16);
+  if (scanned.ec != std::errc() || scanned.ptr != end) return Color::black();
+  const auto channel = [value](unsigned shift) { return ((value >> shift) & 0xFFU) / 255.0; };
+  return {channel(16), channel(8), channel(0), 1};
+}
+
+}  // namespace orivex

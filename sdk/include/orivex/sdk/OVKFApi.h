@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/ui/UserContentController.h"
+#include "orivex/platform/ui/ViewController.h"
+#include "orivex/sdk/Conversation.h"
+
+namespace orivex {
+
+class ChatNavigation;
+class ChatWebViewHost;
+class EdgePanBack;
+class ScriptMessageBridge;
+class WebView;
+struct MessageBody;
+struct UserMappingModel;
+
+/// The chat screen. Make one with std::make_shared for each conversation, call `startSession`, then present or push it.
+/// Main thread only.
+///
+///     auto chat = std::make_shared<orivex::OVKFApi>();
+///     chat->startSession("https://chat.example", "entry", "key", user);
+///     window->rootViewController()->present(chat, true);
+class OVKFApi : public ViewController, public ScriptMessageHandler {
+ public:
+  OVKFApi();
+  ~OVKFApi() override;
+
+  /// Receiver of conversation events; kept alive by the screen. The name reads "conversion", as hosts know it.
+  std::shared_ptr<OVKFApiConversationDelegate> conversionDelegate;
+
+  /// Debug mode of the page. The in-page consoles are switched by the user defaults "enable_vconsole" and
+  /// "enable_eruda" instead.
+  bool debug = false;
+
+  /// Records the session and builds the chat page address; the page is loaded when the screen shows. No argument is
+  /// checked. A visitor without a `deviceId` gets this device's identifier, written into `user`. `callBack`, if any, is
+  /// called at once, when the configuration is stored. An address that does not parse leaves the earlier one in place,
+  /// with one log line. `user` must not be null.
+  void startSession(const std::string& host, const std::string& entryId, const std::string& appkey,
+                    const std::shared_ptr<UserMappingModel>& user, const std::function<void()>& callBack = nullptr);
+
+  /// Puts `msgBody`, with its `msgType` set, into the queue that the next `startSession` hands to the page. Of several,
+  /// the page receives the last. `msgBody` must not be null.
+  void sendMessage(std::int64_t msgType, const std::shared_ptr<MessageBody>& msgBody);
+
+  /// Version of this component: "1.2.0" when `isShort`, else with the build number, "1.2.0.7"; empty when the
+  /// component's bundle is missing.
+  static std::string getSDKVersion(bool isShort);
+
+  /// Sends the screen away, whether it was presented or pushed. Does nothing while it does not show.
+  void close();
+
+  /// Removes cookies, storage and caches of every site from the web views of this process, and says so to the visitor.
+  void clearWebViewCache();
+
+  /// Whether the page has been revealed.
+  bool isLoaded() const;
+
+  /// The chat page; made on first use.
+  const std::shared_ptr<WebView>& webView();
+
+  /// The placeholder that shows while the page loads; made on first use.
+  const std::shared_ptr<WebView>& loadView();
+
+  /// Picture of what showed when the session started; null when there was none.
+  const std::shared_ptr<View>& previousViewSnapshot() const { return previousViewSnapshot_; }
+
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+  void viewWillDisappear(bool animated) override;
+  void viewDidLayoutSubviews() override;
+
+  /// What the page posts.
+  void didReceive(const ScriptMessage& message) override;
+
+ private:
+  static void configureOverlay();
+  void observeApplication();
+  void installBackGesture();
+  void addRecordingView();
+  void loadPage();
+  void hideHostChrome();
+  void restoreHostChrome();
+  std::shared_ptr<OVKFApi> self();
+
+  std::shared_ptr<View> previousViewSnapshot_;
+  std::unique_ptr<ChatWebViewHost> host_;
+  std::shared_ptr<ChatNavigation> navigation_;
+  std::unique_ptr<ScriptMessageBridge> bridge_;
+  std::unique_ptr<EdgePanBack> backGesture_;
+  std::vector<Subscription> applicationObservers_;
+  std::vector<std::shared_ptr<View>> hiddenChrome_;
+};
+
+}  // namespace orivex

@@ -1,0 +1,11 @@
+#pragma once
+
+/// Everything that a host needs of the component itself; a backend's header (`orivex/gtk/Gtk.h`) goes with it.
+#include "orivex/models/MessageBody.h"
+#include "orivex/models/MessageModel.h"
+#include "orivex/models/ShortcutsModel.h"
+#include "orivex/models/UserMappingModel.h"
+#include "orivex/sdk/Conversation.h"
+#include "orivex/sdk/OVKFApi.h"
+#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/sdk/Version.h"

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "orivex/platform/ui/WebView.h"
+
+namespace orivex {
+
+class OVKFApi;
+
+/// Follows the navigations of the chat page: the watchdog, the failure messages, the log. The page may go anywhere.
+class ChatNavigation : public NavigationDelegate {
+ public:
+  /// What the navigation asks and tells the screen. `screen` is held by what is still to happen.
+  struct Screen {
+    std::function<std::shared_ptr<OVKFApi>()> hold;
+    std::function<void()> pageFinished;
+  };
+
+  explicit ChatNavigation(Screen screen) : screen_(std::move(screen)) {}
+
+  void didStartProvisionalNavigation() override;
+  void didReceiveServerRedirect() override;
+  void didCommitNavigation() override;
+  void didFinishNavigation() override;
+  void didFailProvisionalNavigation(const std::string& error) override;
+  void didFailNavigation(const std::string& error) override;
+  NavigationPolicy decideNavigationAction(const std::optional<std::string>& url) override;
+  NavigationPolicy decideNavigationResponse() override { return NavigationPolicy::allow; }
+
+ private:
+  Screen screen_;
+};
+
+}  // namespace orivex

@@ -1,0 +1,140 @@
+#include "ChatWebViewHost.h"
+
+#include "Closing.h"
+#include "StartScripts.h"
+
+#include "orivex/media/OVKFApiHelper.h"
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Text.h"
+#include "orivex/platform/ports/Animator.h"
+#include "orivex/platform/ports/Bundle.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ui/Window.h"
+#include "orivex/sdk/OVKFApi.h"
+
+namespace orivex {
+namespace {
+
+constexpr double revealDelay = 4.0;
+constexpr double fadeSeconds = 0.4;
+constexpr double messageSeconds = 2.0;
+
+// Exactly what the page may post, in the order of registration.
+constexpr const char* messageNames[] = {
+    "trackEvent",         "openUrl",    "openFile",  "openCamera", "openPhotoLibraryPicker",
+    "openDocumentPicker", "initLoaded", "recording", "goBack"};
+
+// The areas of the current window that the page itself keeps clear of.
+struct Surroundings {
+  double statusBarHeight = 0;
+  EdgeInsets insets;
+};
+
+Surroundings surroundings() {
+  const auto window = firstWindow(Platform::current().application);
+  return {statusBarHeight(window.get()), window ? window->safeAreaInsets() : EdgeInsets{}};
+}
+
+}  // namespace
+
+Rect ChatWebViewHost::webViewFrame() const {
+  // Taller than the screen on purpose: the page scrolls nothing itself and keeps its own margins.
+  const auto around = surroundings();
+  const Rect& root = screen_.view()->frame();
+  return {0, root.y, root.width, around.statusBarHeight + root.height + around.insets.bottom};
+}
+
+Rect ChatWebViewHost::loadViewFrame() const {
+  const double top = surroundings().statusBarHeight;
+  const Rect& root = screen_.view()->frame();
+  return {0, top, root.width, root.height - top};
+}
+
+const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
+  if (webView_) return webView_;
+  const auto around = surroundings();
+  WebViewConfiguration configuration;
+  auto& controller = *configuration.userContentController;
+  const auto handler = std::static_pointer_cast<OVKFApi>(screen_.shared_from_this());
+  for (const auto* name : messageNames) controller.addScriptMessageHandler(handler, name);
+  installEnvironmentScript(controller, around.statusBarHeight, around.insets.bottom);
+  installDebugConsoles(controller);
+  log::debugPrint("Distance: safeDistanceTop:" + doubleText(around.insets.top) + " safeDistanceBottom:" +
+                  doubleText(around.insets.bottom) + " navHeight:" + doubleText(around.statusBarHeight));
+  webView_ = std::make_shared<WebView>(webViewFrame(), std::move(configuration));
+  webView_->setCustomUserAgent(OVKFApiHelper::userAgent());
+  webView_->setAlpha(0);
+  webView_->setScrollSettings({.bounces = false,
+                               .alwaysBounceVertical = false,
+                               .alwaysBounceHorizontal = false,
+                               .scrollEnabled = false,
+                               .backgroundColor = Color::white(),
+                               .contentInset = {},
+                               .indicatorInsets = {}});
+  webView_->setBackgroundColor(Color::white());
+  webView_->setNavigationDelegate(delegate_);
+  webView_->evaluate(std::string(touchScript));
+  return webView_;
+}
+
+const std::shared_ptr<WebView>& ChatWebViewHost::loadView() {
+  if (loadView_) return loadView_;
+  WebViewConfiguration configuration;
+  configuration.javaScriptCanOpenWindowsAutomatically = false;
+  loadView_ = std::make_shared<WebView>(loadViewFrame(), std::move(configuration));
+  const auto white = OVKFApiHelper::color("#FFFFFF");
+  loadView_->setBackgroundColor(white);
+  loadView_->setScrollSettings(
+      {.scrollEnabled = false, .backgroundColor = white, .contentInset = {}, .indicatorInsets = {}});
+  if (const auto path = Platform::current().componentBundle.pathForResource("skeleton", "html")) {
+    loadView_->loadFile(*path, *path);
+  }
+  return loadView_;
+}
+
+void ChatWebViewHost::layout() {
+  if (webView_) webView_->setFrame(webViewFrame());
+  if (loadView_) loadView_->setFrame(loadViewFrame());
+}
+
+void ChatWebViewHost::observeUrl() {
+  std::weak_ptr<ViewController> weak = screen_.weak_from_this();
+  urlObservation_ = webView()->observeUrl([this, weak](const auto& /*before*/, const auto& now) {
+    if (const auto kept = weak.lock(); kept && !now) processGone();
+  });
+}
+
+void ChatWebViewHost::processGone() {
+  if (reloads_.admit(Platform::current().mainQueue.now())) {
+    webView_->reload();
+    return;
+  }
+  log::debugPrint("The page lost its process too often");
+  OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds,
+                             [screen = screen_.shared_from_this()] { closeScreenIfShown(*screen); });
+}
+
+void ChatWebViewHost::evaluate(const std::string& script) {
+  webView()->evaluate(script, [](const std::optional<std::string>& error) {
+    if (error) log::debugPrint("Error evaluating JavaScript: " + *error);
+  });
+}
+
+void ChatWebViewHost::pageFinished() {
+  log::debugPrint("Loaded");
+  webView()->evaluate(std::string(viewportScript));
+  Platform::current().mainQueue.asyncAfter(revealDelay, [this, screen = screen_.shared_from_this()] { reveal(); });
+}
+
+void ChatWebViewHost::reveal() {
+  if (isLoaded_) return;
+  isLoaded_ = true;
+  webView()->setAlpha(1);
+  const auto placeholder = loadView();
+  Platform::current().animator.animate(
+      fadeSeconds, [placeholder](double progress) { placeholder->setAlpha(1 - progress); },
+      [placeholder] { placeholder->removeFromSuperview(); });
+}
+
+}  // namespace orivex

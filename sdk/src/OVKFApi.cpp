@@ -1,0 +1,231 @@
+#include "orivex/sdk/OVKFApi.h"
+
+#include "ChatNavigation.h"
+#include "ChatPageAddress.h"
+#include "ChatWebViewHost.h"
+#include "Closing.h"
+#include "EdgePanBack.h"
+#include "ScriptMessageBridge.h"
+
+#include "orivex/media/ChatManager.h"
+#include "orivex/media/DeviceIdentifier.h"
+#include "orivex/media/OVKFApiHelper.h"
+#include "orivex/models/MessageBody.h"
+#include "orivex/models/UserMappingModel.h"
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/ports/Application.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
+#include "orivex/platform/ports/WebsiteDataStore.h"
+#include "orivex/platform/ui/ScreenEdgePanGesture.h"
+#include "orivex/platform/ui/Window.h"
+#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/voice/RecordManager.h"
+
+namespace orivex {
+namespace {
+
+constexpr double pageFailureSeconds = 2.0;
+constexpr double cacheNoticeSeconds = 3.0;
+
+// What showed in `window`, at the size of its root view; null when there is nothing to take a picture of.
+std::shared_ptr<View> snapshotOf(const Window* window) {
+  const auto root = window ? window->rootViewController() : nullptr;
+  const auto snapshot = root ? root->view()->snapshotView() : nullptr;
+  if (snapshot) snapshot->setFrame(root->view()->bounds());
+  return snapshot;
+}
+
+// The queue ends empty and the last element wins.
+std::string drain(std::vector<std::shared_ptr<MessageBody>>& queue) {
+  std::string payload;
+  for (const auto& element : std::exchange(queue, {})) payload = element->getJsonString();
+  return payload;
+}
+
+}  // namespace
+
+OVKFApi::OVKFApi() {
+  host_ = std::make_unique<ChatWebViewHost>(*this);
+  navigation_ = std::make_shared<ChatNavigation>(
+      ChatNavigation::Screen{.hold = [this] { return self(); }, .pageFinished = [this] { host_->pageFinished(); }});
+  host_->setNavigationDelegate(navigation_);
+  bridge_ = std::make_unique<ScriptMessageBridge>(
+      ScriptMessageBridge::Screen{.hold = [this] { return self(); },
+                                  .delegate = [this] { return conversionDelegate; },
+                                  .evaluate = [this](const std::string& script) { host_->evaluate(script); },
+                                  .reveal = [this] { host_->reveal(); }});
+}
+
+OVKFApi::~OVKFApi() = default;
+
+std::shared_ptr<OVKFApi> OVKFApi::self() {
+  return std::static_pointer_cast<OVKFApi>(shared_from_this());
+}
+
+void OVKFApi::startSession(const std::string& host, const std::string& entryId, const std::string& appkey,
+                           const std::shared_ptr<UserMappingModel>& user, const std::function<void()>& callBack) {
+  if (!user) fatalError("OrivexSDK/OVKFApi", "startSession needs a user.");
+  if (!user->deviceId || user->deviceId->empty()) user->deviceId = deviceIdentifier();
+
+  auto& store = OVKFApiManager::shared();
+  store.user.set(user);
+  store.host.set(host);
+  store.entryId.set(entryId);
+  store.appKey.set(appkey);
+  if (callBack) callBack();
+
+  const auto window = firstWindow(Platform::current().application);
+  if (auto snapshot = snapshotOf(window.get())) previousViewSnapshot_ = std::move(snapshot);
+
+  const ChatPageAddress address{.host = store.host.get(),
+                                .entryId = entryId,
+                                .appKey = appkey,
+                                .user = *user,
+                                .statusBarHeight = statusBarHeight(window.get()),
+                                .bottomInset = window ? window->safeAreaInsets().bottom : 0,
+                                .payload = drain(store.elements)};
+  const auto text = address.text();
+  log::debugPrint(text);
+  if (auto url = Url::parse(text)) {
+    ChatManager::shared().instanceURL = std::move(url);
+  } else {
+    log::print("The chat page address does not parse; the session has no new address");
+  }
+}
+
+void OVKFApi::sendMessage(std::int64_t msgType, const std::shared_ptr<MessageBody>& msgBody) {
+  if (!msgBody) fatalError("OrivexSDK/OVKFApi", "sendMessage needs a message body.");
+  msgBody->msgType = msgType;
+  OVKFApiManager::shared().elements.push_back(msgBody);
+}
+
+std::string OVKFApi::getSDKVersion(bool isShort) {
+  return OVKFApiHelper::sdkVersion(isShort);
+}
+
+void OVKFApi::close() {
+  closeScreenIfShown(*this);
+}
+
+void OVKFApi::clearWebViewCache() {
+  auto& dataStore = Platform::current().websiteDataStore;
+  const auto types = WebsiteDataStore::allTypes();
+  dataStore.fetchRecords(types, [&dataStore, types](const std::vector<WebsiteDataRecord>& records) {
+    dataStore.removeData(types, records, [] { OVKFApiHelper::showMessage("缓存清理完成", cacheNoticeSeconds); });
+  });
+}
+
+bool OVKFApi::isLoaded() const {
+  return host_->isLoaded();
+}
+const std::shared_ptr<WebView>& OVKFApi::webView() {
+  return host_->webView();
+}
+const std::shared_ptr<WebView>& OVKFApi::loadView() {
+  return host_->loadView();
+}
+
+void OVKFApi::viewDidLoad() {
+  ViewController::viewDidLoad();
+  view()->setBackgroundColor(OVKFApiHelper::color("#FFFFFF"));
+  setOverrideInterfaceStyle(InterfaceStyle::light);
+  configureOverlay();
+  observeApplication();
+  if (previousViewSnapshot_) installBackGesture();
+  view()->addSubview(webView());
+  view()->addSubview(loadView());
+  addRecordingView();
+  loadPage();
+  host_->observeUrl();
+}
+
+void OVKFApi::configureOverlay() {
+  auto& overlay = Platform::current().progressOverlay;
+  overlay.setMinimumSize({120, 120});
+  overlay.setStyle(OverlayStyle::dark);
+  overlay.setMask(OverlayMask::black);
+  overlay.setMaximumDismissTime(10);
+}
+
+void OVKFApi::observeApplication() {
+  auto& application = Platform::current().application;
+  applicationObservers_.push_back(
+      application.observe(ApplicationEvent::didBecomeActive, [] { log::debugPrint("App did become active"); }));
+  applicationObservers_.push_back(application.observe(ApplicationEvent::willResignActive, [] {
+    log::debugPrint("App will resign active");
+    RecordManager::shared().cancelRecording();
+  }));
+}
+
+void OVKFApi::installBackGesture() {
+  backGesture_ = std::make_unique<EdgePanBack>(*this);
+  view()->addGesture(std::make_shared<ScreenEdgePanGesture>(
+      [this](const ScreenEdgePanGesture& gesture) { backGesture_->handle(gesture); }));
+  view()->insertSubview(previousViewSnapshot_, 0);
+}
+
+void OVKFApi::addRecordingView() {
+  const auto& overlay = RecordManager::shared().recordingView();
+  if (view()->hasSubview(*overlay)) return;
+  overlay->setCenter(view()->center());
+  view()->addSubview(overlay);
+}
+
+void OVKFApi::loadPage() {
+  const auto& address = ChatManager::shared().instanceURL;
+  if (!address) fatalError("OrivexSDK/ChatManager:30", "instanceURL not set. Call setUrl() first.");
+  OVKFApiHelper::checkPage(*address, [weak = weak_from_this()](const PageCheckOutcome& outcome) {
+    const auto screen = std::static_pointer_cast<OVKFApi>(weak.lock());
+    if (!screen) return;
+    if (const auto* request = std::get_if<UrlRequest>(&outcome)) {
+      screen->webView()->load(*request);
+    } else if (const auto& message = std::get<PageCheckFailure>(outcome).message) {
+      OVKFApiHelper::showMessage(*message, pageFailureSeconds, [screen] { screen->close(); });
+    }
+  });
+}
+
+void OVKFApi::viewWillAppear(bool animated) {
+  ViewController::viewWillAppear(animated);
+  hideHostChrome();
+}
+
+void OVKFApi::viewWillDisappear(bool animated) {
+  ViewController::viewWillDisappear(animated);
+  view()->endEditing();
+  restoreHostChrome();
+}
+
+void OVKFApi::hideHostChrome() {
+  auto* const navigation = navigationController();
+  if (!navigation) return;
+  navigation->setNavigationBarTranslucent(false);
+  navigation->setNavigationBarHidden(true);
+  for (const auto& view : {navigation->toolbar(), navigation->hostTabBar()}) {
+    // What the host itself had hidden must not appear when the chat goes.
+    if (!view || view->isHidden()) continue;
+    view->setHidden(true);
+    hiddenChrome_.push_back(view);
+  }
+}
+
+void OVKFApi::restoreHostChrome() {
+  if (auto* const navigation = navigationController()) {
+    navigation->setNavigationBarTranslucent(false);
+    navigation->setNavigationBarHidden(false);
+  }
+  for (const auto& view : std::exchange(hiddenChrome_, {})) view->setHidden(false);
+}
+
+void OVKFApi::viewDidLayoutSubviews() {
+  host_->layout();
+  RecordManager::shared().recordingView()->setCenter(view()->center());
+  if (previousViewSnapshot_) previousViewSnapshot_->setFrame(view()->bounds());
+}
+
+void OVKFApi::didReceive(const ScriptMessage& message) {
+  bridge_->dispatch(message);
+}
+
+}  // namespace orivex

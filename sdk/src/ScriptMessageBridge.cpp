@@ -1,0 +1,154 @@
+#include "ScriptMessageBridge.h"
+
+#include <algorithm>
+
+#include "Closing.h"
+
+#include "orivex/media/ChatManager.h"
+#include "orivex/media/OVKFApiHelper.h"
+#include "orivex/models/Codec.h"
+#include "orivex/models/TrackModel.h"
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Url.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/voice/RecordManager.h"
+
+namespace orivex {
+namespace {
+
+// Lets the page paint what it announced before the placeholder fades.
+constexpr double initLoadedDelay = 0.1;
+
+bool isDictionary(std::string_view json) {
+  return json.starts_with('{');
+}
+
+// The text of a body that is a string; nothing for any other body.
+std::optional<std::string> stringBody(std::string_view json) {
+  if (!json.starts_with('"')) return std::nullopt;
+  try {
+    return decode<std::string>(json);
+  } catch (const DecodingError&) {
+    return std::nullopt;
+  }
+}
+
+// The call of a global function of the page with one argument, which is JSON and therefore a script expression.
+template <class Value>
+std::string scriptCall(std::string_view function, const Value& argument, bool logged = false) {
+  const auto json = encode(argument);
+  if (logged) log::debugPrint(json);
+  return std::string(function) + "(" + json + ");";
+}
+
+}  // namespace
+
+const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
+    {"trackEvent", &ScriptMessageBridge::trackEvent},
+    {"openUrl", &ScriptMessageBridge::openUrl},
+    {"openFile", &ScriptMessageBridge::openFile},
+    {"goBack", &ScriptMessageBridge::goBack},
+    {"openCamera", &ScriptMessageBridge::openCamera},
+    {"openDocumentPicker", &ScriptMessageBridge::openDocumentPicker},
+    {"openPhotoLibraryPicker", &ScriptMessageBridge::openPhotoLibraryPicker},
+    {"recording", &ScriptMessageBridge::recording},
+    {"initLoaded", &ScriptMessageBridge::initLoaded},
+};
+
+void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
+  if (log::isEnabled()) {
+    log::debugPrint("Received message from JavaScript: " + message.name + " " + message.body);
+  }
+  const auto* const service = std::find_if(std::begin(services), std::end(services),
+                                           [&](const Service& candidate) { return candidate.name == message.name; });
+  if (service != std::end(services)) (this->*service->serve)(message.body);
+}
+
+void ScriptMessageBridge::trackEvent(std::string_view body) {
+  if (!isDictionary(body)) return;
+  try {
+    const auto event = decode<TrackModel>(body);
+    const auto delegate = screen_.delegate();
+    if (delegate && event.name && event.attributes) delegate->trackEvent(*event.name, *event.attributes);
+  } catch (const DecodingError& error) {
+    log::print(std::string("Error decoding TrackModel: ") + error.what());
+  }
+}
+
+void ScriptMessageBridge::openUrl(std::string_view body) {
+  if (const auto address = stringBody(body)) OVKFApiHelper::openExternalURL(address);
+}
+
+void ScriptMessageBridge::openFile(std::string_view body) {
+  const auto address = stringBody(body);
+  if (const auto file = address ? Url::parse(*address) : std::nullopt) {
+    ChatManager::shared().openFile(*file, *screen_.hold());
+  }
+}
+
+void ScriptMessageBridge::goBack(std::string_view /*body*/) {
+  closeScreen(*screen_.hold(), true);
+}
+
+void ScriptMessageBridge::openCamera(std::string_view body) {
+  if (const auto asked = request(body)) ChatManager::shared().openCamera(*asked, *screen_.hold(), filesAnswer());
+}
+
+void ScriptMessageBridge::openDocumentPicker(std::string_view body) {
+  if (const auto asked = request(body)) {
+    ChatManager::shared().openDocumentPicker(*asked, *screen_.hold(), filesAnswer());
+  }
+}
+
+void ScriptMessageBridge::openPhotoLibraryPicker(std::string_view body) {
+  if (const auto asked = request(body)) ChatManager::shared().openPhotoLibrary(*asked, *screen_.hold(), filesAnswer());
+}
+
+void ScriptMessageBridge::recording(std::string_view body) {
+  const auto asked = request(body);
+  if (!asked) return;
+  OVKFApiManager::shared().guestId.set(asked->deviceId);
+  if (asked->action) RecordManager::shared().perform(*asked->action, recordAnswer());
+}
+
+void ScriptMessageBridge::initLoaded(std::string_view /*body*/) {
+  Platform::current().mainQueue.asyncAfter(initLoadedDelay, [screen = screen_.hold(), reveal = screen_.reveal] {
+    log::debugPrint("InitLoad");
+    reveal();
+  });
+}
+
+std::optional<PostMessageModel> ScriptMessageBridge::request(std::string_view body) {
+  if (!isDictionary(body)) return std::nullopt;
+  try {
+    return decode<PostMessageModel>(body);
+  } catch (const DecodingError& error) {
+    log::print(std::string("Error decoding PostMessageModel: ") + error.what());
+    return std::nullopt;
+  }
+}
+
+template <class Value>
+std::function<void(const Value&)> ScriptMessageBridge::answer(std::string_view function, bool logged) const {
+  return [screen = std::weak_ptr(screen_.hold()), evaluate = screen_.evaluate, function, logged](const Value& value) {
+    const auto kept = screen.lock();
+    if (!kept) return;
+    try {
+      evaluate(scriptCall(function, value, logged));
+    } catch (const EncodingError& error) {
+      log::debugPrint(std::string("Error serializing JSON: ") + error.what());
+    }
+  };
+}
+
+ScriptMessageBridge::FilesAnswer ScriptMessageBridge::filesAnswer() const {
+  return answer<std::vector<UploadFileInfoModel>>("handleSelectedFiles", false);
+}
+
+ScriptMessageBridge::RecordAnswer ScriptMessageBridge::recordAnswer() const {
+  return answer<UploadFileInfoModel>("handleSelectedRecord", true);
+}
+
+}  // namespace orivex

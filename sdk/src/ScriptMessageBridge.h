@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "orivex/models/PostMessageModel.h"
+#include "orivex/models/UploadFileInfoModel.h"
+#include "orivex/platform/ports/WebEngine.h"
+#include "orivex/sdk/Conversation.h"
+
+namespace orivex {
+
+class ViewController;
+
+/// Serves what the page posts, and answers it by script. Bad input is one log line; nothing reaches page or host.
+class ScriptMessageBridge {
+ public:
+  /// What the bridge asks of the screen, which owns both.
+  struct Screen {
+    std::function<std::shared_ptr<ViewController>()> hold;
+    std::function<std::shared_ptr<OVKFApiConversationDelegate>()> delegate;
+    std::function<void(const std::string& script)> evaluate;
+    std::function<void()> reveal;
+  };
+
+  explicit ScriptMessageBridge(Screen screen) : screen_(std::move(screen)) {}
+
+  void dispatch(const ScriptMessage& message);
+
+ private:
+  void trackEvent(std::string_view body);
+  void openUrl(std::string_view body);
+  void openFile(std::string_view body);
+  void goBack(std::string_view body);
+  void openCamera(std::string_view body);
+  void openDocumentPicker(std::string_view body);
+  void openPhotoLibraryPicker(std::string_view body);
+  void recording(std::string_view body);
+  void initLoaded(std::string_view body);
+
+  using FilesAnswer = std::function<void(const std::vector<UploadFileInfoModel>&)>;
+  using RecordAnswer = std::function<void(const UploadFileInfoModel&)>;
+
+  /// The request of a picker or recording message; nothing, with a log line, when it is no such request.
+  static std::optional<PostMessageModel> request(std::string_view body);
+
+  /// Answers the page with what was picked or recorded, if the screen is still there.
+  FilesAnswer filesAnswer() const;
+  RecordAnswer recordAnswer() const;
+
+  /// Calls the page's global `function` with a value as JSON, which goes to the log first when `logged`.
+  template <class Value>
+  std::function<void(const Value&)> answer(std::string_view function, bool logged) const;
+
+  struct Service {
+    std::string_view name;
+    void (ScriptMessageBridge::*serve)(std::string_view body);
+  };
+  static const Service services[9];
+
+  Screen screen_;
+};
+
+}  // namespace orivex

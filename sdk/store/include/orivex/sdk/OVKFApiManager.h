@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orivex {
+
+struct MessageBody;
+struct UserMappingModel;
+
+/// A stored property with a default that is taken at the first read. A write before that simply stores.
+template <class Value>
+class Lazy {
+ public:
+  explicit Lazy(Value (*makeDefault)()) : makeDefault_(makeDefault) {}
+
+  Value& get() {
+    if (!value_) value_ = makeDefault_();
+    return *value_;
+  }
+  void set(Value value) { value_ = std::move(value); }
+
+ private:
+  Value (*makeDefault_)();
+  std::optional<Value> value_;
+};
+
+/// The configuration that the whole component reads. One per process, made on first use (thread-safe) and never
+/// replaced; its properties are plain storage for the main thread.
+class OVKFApiManager {
+ public:
+  static OVKFApiManager& shared();
+
+  /// Limits of the pickers until a request of the page brings its own, in bytes: 30 MiB and 50 MiB.
+  static constexpr std::int64_t defaultFileSize = 31457280;
+  static constexpr std::int64_t defaultVideoSize = 52428800;
+
+  /// The visitor of the session; null before the first `startSession`.
+  Lazy<std::shared_ptr<UserMappingModel>> user;
+
+  /// Address of the chat server, without a trailing slash.
+  Lazy<std::string> host;
+
+  Lazy<std::string> entryId;
+  Lazy<std::string> appKey;
+
+  /// The visitor identifier that the page uses, from its last picker or recording request.
+  Lazy<std::optional<std::string>> guestId;
+
+  /// Size limit of a document, in bytes; both too-large messages quote it.
+  Lazy<std::int64_t> fileSize;
+
+  /// Size limit of a video, in bytes.
+  Lazy<std::int64_t> videoSize;
+
+  /// What the host wants placed in the chat page when it opens.
+  std::vector<std::shared_ptr<MessageBody>> elements;
+
+  OVKFApiManager(const OVKFApiManager&) = delete;
+  OVKFApiManager& operator=(const OVKFApiManager&) = delete;
+
+ private:
+  OVKFApiManager();
+  ~OVKFApiManager() = default;
+};
+
+}  // namespace orivex
