@@ -1,24 +1,33 @@
 # A device without a screen, for tests and the scripted visit. Source it after common.sh.
 #
-#   headlessBegin          starts the display and the sound server and sets the environment
-#   headlessRun <command>  runs a command on a session bus of its own
-#   headlessEnd            ends what headlessBegin started and removes the home
+#   headlessBegin   starts the display, the session bus and the sound server and sets the environment
+#   headlessEnd     ends what headlessBegin started and removes the home
 
 headlessPids=()
 headlessHome=""
 
-# Takes the first free display, and returns once it accepts connections.
-startDisplay() {
-  local pipe="$headlessHome/display"
+# Starts a server that writes its address to descriptor 3 and leaves it in serverAddress; one that dies writes none.
+# The servers' own output goes to a log, so that a caller's output ends with the command's.
+startServer() {
+  local name=$1 pipe="$headlessHome/$1.pipe"
+  shift
   mkfifo "$pipe"
-  Xvfb -displayfd 3 -screen 0 "${ORIVEX_SCREEN:-1280x1024x24}" -nolisten tcp -noreset \
-    3>"$pipe" >"$headlessHome/xvfb.log" 2>&1 &
+  "$@" 3>"$pipe" >"$headlessHome/$name.log" 2>&1 &
   headlessPids+=($!)
-  local number=""
-  # The server holds the pipe's only writing end: a server that dies ends the read.
-  read -r number <"$pipe" || true
-  [ -n "$number" ] || die "Xvfb did not start: $(tail -n 3 "$headlessHome/xvfb.log")"
-  export DISPLAY=":$number"
+  serverAddress=""
+  read -r serverAddress <"$pipe" || true
+  [ -n "$serverAddress" ] || die "$name did not start: $(tail -n 3 "$headlessHome/$name.log")"
+}
+
+# Takes the first free display.
+startDisplay() {
+  startServer Xvfb Xvfb -displayfd 3 -screen 0 "${ORIVEX_SCREEN:-1280x1024x24}" -nolisten tcp -noreset
+  export DISPLAY=":$serverAddress"
+}
+
+startBus() {
+  startServer dbus-daemon dbus-daemon --session --nofork --print-address=3
+  export DBUS_SESSION_BUS_ADDRESS="$serverAddress"
 }
 
 # The microphone hears a steady 440 Hz tone, so a recording has a level; the speaker is heard by nobody.
@@ -63,20 +72,13 @@ headlessBegin() {
   export GST_REGISTRY="$root/build/gstreamer-registry.bin"
 
   startDisplay
+  startBus
   startSound
-}
-
-headlessRun() {
-  if command -v dbus-run-session >/dev/null; then
-    dbus-run-session -- "$@"
-  else
-    "$@"
-  fi
 }
 
 headlessEnd() {
   local pid
   for pid in "${headlessPids[@]}"; do kill "$pid" 2>/dev/null || true; done
   if [ "${#headlessPids[@]}" -gt 0 ]; then wait "${headlessPids[@]}" 2>/dev/null || true; fi
-  if [ -n "$headlessHome" ]; then rm -rf "$headlessHome"; fi
+  if [ -n "$headlessHome" ]; then rm -rf "$headlessHome" || true; fi
 }
