@@ -1,5 +1,6 @@
 #include "ChatPage.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -43,7 +44,9 @@ void serveResource(SoupServerMessage* message, std::string_view name) {
 }
 
 void serveAsset(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer) {
-  if (allowMethods(message, "GET, HEAD")) serveResource(message, std::string_view(path).substr(assetPath.size()));
+  const std::string_view whole = path;
+  if (allowMethods(message, "GET, HEAD"))
+    serveResource(message, whole.substr(std::min(assetPath.size(), whole.size())));
 }
 
 }  // namespace

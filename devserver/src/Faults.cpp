@@ -78,6 +78,7 @@ bool isPossible(FaultTarget target, FaultKind kind) {
       return target == FaultTarget::Socket;
     case FaultKind::Redirect:
       return target == FaultTarget::Page;
+    case FaultKind::Latency:
     case FaultKind::Cut:
     case FaultKind::BrokenJson:
       return target != FaultTarget::Socket;

@@ -1,6 +1,7 @@
 #include "FaultyReply.h"
 
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include <sys/socket.h>
@@ -9,6 +10,7 @@
 #include "GRef.h"
 #include "Query.h"
 #include "Reply.h"
+#include "RequestLog.h"
 
 namespace orivex::devserver {
 namespace {
@@ -115,6 +117,7 @@ void answerLater(SoupServerMessage* message, unsigned milliseconds, std::functio
 }  // namespace
 
 void answerWithPlan(SoupServerMessage* message, const FaultPlan& plan, std::function<void()> normal) {
+  if (plan.fault) noteInLog(message, "fault", toJson(*plan.fault).at("kind"));
   auto answer = [message, fault = plan.fault, normal = std::move(normal)] {
     if (fault)
       strike(message, *fault);
@@ -128,6 +131,7 @@ void answerWithPlan(SoupServerMessage* message, const FaultPlan& plan, std::func
 }
 
 void resetConnection(SoupServerMessage* message) {
+  noteInLog(message, "fault", "reset");
   soup_server_message_set_status(message, SOUP_STATUS_SERVICE_UNAVAILABLE, nullptr);
   GSocket* socket = soup_server_message_get_socket(message);
   // Closing with a linger time of zero throws away what is unsent and sends a reset instead of an end.

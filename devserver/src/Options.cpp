@@ -22,7 +22,9 @@ void checkTls(const Options& options) {
 
 Fault faultOption(const std::string& text) {
   try {
-    return parseFault(text);
+    const auto fault = parseFault(text);
+    if (fault.kind == FaultKind::Drop) throw FaultError("nothing is open yet that could be dropped");
+    return fault;
   } catch (const FaultError& error) {
     throw UsageError("--fault: " + std::string(error.what()));
   }
@@ -108,11 +110,11 @@ A FAULT is TARGET:KIND[=VALUE][,KEY=VALUE]... with TARGET page, upload or socket
   cut                       close in the middle of the reply
   brokenJson                answer 200 with JSON that breaks off
   redirect                  answer 302 to the same address, which then works
-  drop                      (socket) close the open web sockets, once
   ,times=N                  only for the next N requests
 
 At run time POST /_dev/faults adds faults (an object or an array of objects such as
 {"target":"upload","kind":"status","status":503,"times":1}), GET shows them, DELETE clears them.
+{"target":"socket","kind":"drop"} breaks the open web sockets off, once.
 GET /_dev/log lists the recent requests, DELETE empties the list.
 )";
 }

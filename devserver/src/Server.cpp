@@ -16,8 +16,18 @@ Server::Server(const Options& options)
     : server_(GRef<SoupServer>::adopt(soup_server_new("server-header", "orivex-devserver", nullptr))),
       tokens_(options.tokens),
       faults_(options.faults),
-      page_(tokens_, faults_) {
+      files_(options.files),
+      page_(tokens_, faults_),
+      socket_(tokens_, faults_, options.agentDelay),
+      uploads_(tokens_, faults_, files_, options.maxUpload),
+      downloads_(files_),
+      control_(faults_, log_, socket_) {
+  log_.watch(server_.get());
   page_.addTo(server_.get());
+  socket_.addTo(server_.get());
+  uploads_.addTo(server_.get());
+  downloads_.addTo(server_.get());
+  control_.addTo(server_.get());
   listen(options);
 }
 

@@ -6,10 +6,16 @@
 #include <libsoup/soup.h>
 
 #include "ChatPage.h"
+#include "ChatSocket.h"
+#include "ControlRoute.h"
 #include "Faults.h"
+#include "FileRoute.h"
+#include "FileStore.h"
 #include "GRef.h"
 #include "Options.h"
+#include "RequestLog.h"
 #include "Tokens.h"
+#include "UploadRoute.h"
 
 namespace orivex::devserver {
 
@@ -37,7 +43,13 @@ class Server {
   GRef<SoupServer> server_;
   Tokens tokens_;
   Faults faults_;
+  FileStore files_;
+  RequestLog log_;
   ChatPage page_;
+  ChatSocket socket_;
+  UploadRoute uploads_;
+  FileRoute downloads_;
+  ControlRoute control_;
 };
 
 }  // namespace orivex::devserver

@@ -1,0 +1,165 @@
+#include "ChatSocket.h"
+
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "FaultyReply.h"
+#include "Query.h"
+#include "Reply.h"
+
+namespace orivex::devserver {
+namespace {
+
+using nlohmann::json;
+
+constexpr const char* socketPath = "/chat-socket";
+/// A visitor's message is text or a description; more than this is a mistake.
+constexpr guint64 mostFrameBytes = 256 * 1024;
+
+void send(SoupWebsocketConnection* connection, const json& frame) {
+  if (!connection || soup_websocket_connection_get_state(connection) != SOUP_WEBSOCKET_STATE_OPEN) return;
+  soup_websocket_connection_send_text(connection, toText(frame).c_str());
+}
+
+std::string stringOr(const json& object, const char* key, const char* otherwise) {
+  const auto found = object.find(key);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : otherwise;
+}
+
+/// The socket under a connection, TLS or not; null when it is none.
+GRef<GSocketConnection> socketConnectionOf(SoupWebsocketConnection* connection) {
+  GIOStream* stream = soup_websocket_connection_get_io_stream(connection);
+  if (G_IS_SOCKET_CONNECTION(stream)) return GRef<GSocketConnection>::share(G_SOCKET_CONNECTION(stream));
+  GIOStream* base = nullptr;
+  if (G_IS_TLS_CONNECTION(stream)) g_object_get(stream, "base-io-stream", &base, nullptr);
+  if (G_IS_SOCKET_CONNECTION(base)) return GRef<GSocketConnection>::adopt(G_SOCKET_CONNECTION(base));
+  g_clear_object(&base);
+  return {};
+}
+
+}  // namespace
+
+ChatSocket::~ChatSocket() {
+  for (const auto& [connection, client] : clients_) g_signal_handlers_disconnect_by_data(connection, this);
+  for (const auto& [session, visit] : visits_)
+    if (visit->typing) g_source_remove(visit->typing);
+}
+
+void ChatSocket::addTo(SoupServer* server) {
+  const auto check = [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer self) {
+    static_cast<ChatSocket*>(self)->checkHandshake(message);
+  };
+  const auto opened = [](SoupServer*, SoupServerMessage* message, const char*, SoupWebsocketConnection* connection,
+                         gpointer self) { static_cast<ChatSocket*>(self)->accept(message, connection); };
+  soup_server_add_handler(server, socketPath, check, this, nullptr);
+  soup_server_add_websocket_handler(server, socketPath, nullptr, nullptr, opened, this, nullptr);
+}
+
+/// Leaves a request that may go on without a status: the server then completes the handshake.
+void ChatSocket::checkHandshake(SoupServerMessage* message) {
+  if (const auto plan = faults_.take(FaultTarget::Socket); plan.fault) return answerWithPlan(message, plan, [] {});
+  const auto refusal = tokens_.refusal(queryValue(rawQuery(message), "access_token").value_or(""));
+  if (!refusal.empty()) replyError(message, SOUP_STATUS_UNAUTHORIZED, refusal);
+}
+
+void ChatSocket::accept(SoupServerMessage* message, SoupWebsocketConnection* connection) {
+  soup_websocket_connection_set_max_incoming_payload_size(connection, mostFrameBytes);
+  const auto onMessage = [](SoupWebsocketConnection* from, gint kind, GBytes* bytes, gpointer self) {
+    if (kind == SOUP_WEBSOCKET_DATA_TEXT) static_cast<ChatSocket*>(self)->receive(from, bytes);
+  };
+  const auto onClosed = [](SoupWebsocketConnection* from, gpointer self) {
+    static_cast<ChatSocket*>(self)->forget(from);
+  };
+  g_signal_connect(connection, "message", G_CALLBACK(+onMessage), this);
+  g_signal_connect(connection, "closed", G_CALLBACK(+onClosed), this);
+  clients_[connection] = {GRef<SoupWebsocketConnection>::share(connection), baseAddress(message), nullptr};
+}
+
+void ChatSocket::forget(SoupWebsocketConnection* connection) {
+  const auto client = clients_.extract(connection);
+  if (client.empty()) return;
+  Visit* visit = client.mapped().visit;
+  if (visit && visit->connection == connection) visit->connection = nullptr;
+}
+
+void ChatSocket::dropAll() {
+  for (const auto& [connection, client] : clients_)
+    if (const auto socket = socketConnectionOf(connection))
+      g_socket_shutdown(g_socket_connection_get_socket(socket.get()), TRUE, TRUE, nullptr);
+}
+
+void ChatSocket::receive(SoupWebsocketConnection* connection, GBytes* bytes) {
+  gsize size = 0;
+  const auto* text = static_cast<const char*>(g_bytes_get_data(bytes, &size));
+  const auto frame = json::parse(text, text + size, nullptr, false);
+  const auto client = clients_.find(connection);
+  if (!frame.is_object() || client == clients_.end()) return;
+  const auto type = stringOr(frame, "type", "");
+  if (type == "hello")
+    greet(client->second, frame);
+  else if (type == "message" && client->second.visit)
+    takeMessage(client->second, frame);
+}
+
+void ChatSocket::greet(Client& client, const json& hello) {
+  const auto session = stringOr(hello, "session", "");
+  auto& visit = visits_[session];
+  if (!visit) visit = std::make_unique<Visit>(session);
+  client.visit = visit.get();
+  visit->connection = client.connection.get();
+  visit->language = languageOf(stringOr(hello, "language", "zh"));
+
+  const Agent agent(visit->language, client.base);
+  auto profile = agent.profile();
+  profile["type"] = "agent";
+  send(visit->connection, profile);
+  const auto after = hello.find("after");
+  const auto seen = after != hello.end() && after->is_number_integer() ? after->get<std::int64_t>() : 0;
+  for (const auto& frame : visit->conversation.framesAfter(seen)) send(visit->connection, frame);
+  if (visit->typing) send(visit->connection, {{"type", "typing"}, {"on", true}});
+  if (visit->conversation.isEmpty() && visit->pending.empty()) say(*visit, agent.greeting());
+}
+
+void ChatSocket::takeMessage(Client& client, const json& frame) {
+  const auto message = frame.find("message");
+  if (message == frame.end() || !message->is_object()) return;
+  auto& visit = *client.visit;
+  const auto kept = visit.conversation.addVisitorMessage(*message);
+  if (kept.is_null()) return;
+  send(visit.connection, kept);
+  say(visit, Agent(visit.language, client.base).answer(*message));
+}
+
+void ChatSocket::say(Visit& visit, std::vector<AgentAnswer> answers) {
+  for (auto& answer : answers) visit.pending.push_back(std::move(answer));
+  if (!visit.typing && !visit.pending.empty()) type(visit);
+}
+
+void ChatSocket::type(Visit& visit) {
+  struct Typing {
+    ChatSocket* self;
+    Visit* visit;
+  };
+  const GSourceFunc done = [](gpointer data) -> gboolean {
+    const auto& typing = *static_cast<Typing*>(data);
+    typing.self->finishTyping(*typing.visit);
+    return G_SOURCE_REMOVE;
+  };
+  const GDestroyNotify release = [](gpointer data) { std::unique_ptr<Typing>(static_cast<Typing*>(data)); };
+  send(visit.connection, {{"type", "typing"}, {"on", true}});
+  auto typing = std::make_unique<Typing>(Typing{this, &visit});
+  visit.typing = g_timeout_add_full(G_PRIORITY_DEFAULT, agentDelay_, done, typing.release(), release);
+}
+
+void ChatSocket::finishTyping(Visit& visit) {
+  visit.typing = 0;
+  auto answer = std::move(visit.pending.front());
+  visit.pending.pop_front();
+  send(visit.connection, {{"type", "typing"}, {"on", false}});
+  send(visit.connection,
+       visit.conversation.addAgentMessage(std::move(answer.messageBody), std::move(answer.shortcuts)));
+  if (!visit.pending.empty()) type(visit);
+}
+
+}  // namespace orivex::devserver

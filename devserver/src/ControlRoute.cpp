@@ -1,0 +1,72 @@
+#include "ControlRoute.h"
+
+#include <string_view>
+#include <vector>
+
+#include "GHandles.h"
+#include "Reply.h"
+
+namespace orivex::devserver {
+namespace {
+
+using nlohmann::json;
+
+json bodyOf(SoupServerMessage* message) {
+  const GBytesPtr body(soup_message_body_flatten(soup_server_message_get_request_body(message)));
+  gsize size = 0;
+  const auto* text = static_cast<const char*>(g_bytes_get_data(body.get(), &size));
+  return json::parse(text, text + size, nullptr, false);
+}
+
+bool isMethod(SoupServerMessage* message, std::string_view method) {
+  return soup_server_message_get_method(message) == method;
+}
+
+}  // namespace
+
+void ControlRoute::addTo(SoupServer* server) {
+  const auto faults = [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer self) {
+    static_cast<ControlRoute*>(self)->serveFaults(message);
+  };
+  const auto log = [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer self) {
+    static_cast<ControlRoute*>(self)->serveLog(message);
+  };
+  soup_server_add_handler(server, "/_dev/faults", faults, this, nullptr);
+  soup_server_add_handler(server, "/_dev/log", log, this, nullptr);
+}
+
+void ControlRoute::serveFaults(SoupServerMessage* message) {
+  if (!allowMethods(message, "GET, POST, DELETE")) return;
+  if (isMethod(message, "DELETE")) faults_.clear();
+  if (isMethod(message, "POST")) try {
+      addFaults(message);
+    } catch (const FaultError& error) {
+      return replyError(message, SOUP_STATUS_BAD_REQUEST, error.what());
+    }
+  json list = json::array();
+  for (const auto& fault : faults_.current()) list.push_back(toJson(fault));
+  replyJson(message, SOUP_STATUS_OK, list);
+}
+
+void ControlRoute::addFaults(SoupServerMessage* message) {
+  const auto body = bodyOf(message);
+  std::vector<Fault> faults;
+  if (body.is_array())
+    for (const auto& object : body) faults.push_back(faultFromJson(object));
+  else
+    faults.push_back(faultFromJson(body));
+  for (auto& fault : faults) {
+    if (fault.kind == FaultKind::Drop)
+      socket_.dropAll();
+    else
+      faults_.add(std::move(fault));
+  }
+}
+
+void ControlRoute::serveLog(SoupServerMessage* message) {
+  if (!allowMethods(message, "GET, DELETE")) return;
+  if (isMethod(message, "DELETE")) log_.clear();
+  replyJson(message, SOUP_STATUS_OK, log_.entries());
+}
+
+}  // namespace orivex::devserver

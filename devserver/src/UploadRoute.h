@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+#include <libsoup/soup.h>
+
+#include "Faults.h"
+#include "FileStore.h"
+#include "Tokens.h"
+
+namespace orivex::devserver {
+
+/// Takes the component's file uploads: checks the six headers, streams the part named "file" to the store and answers
+/// with its address. Any size passes through memory piece by piece.
+class UploadRoute {
+ public:
+  /// The references must outlive the server's handlers. `maxBytes` is the largest file taken.
+  UploadRoute(const Tokens& tokens, Faults& faults, FileStore& files, std::int64_t maxBytes)
+      : tokens_(tokens), faults_(faults), files_(files), maxBytes_(maxBytes) {}
+  UploadRoute(const UploadRoute&) = delete;
+  UploadRoute& operator=(const UploadRoute&) = delete;
+
+  void addTo(SoupServer* server);
+
+ private:
+  void begin(SoupServerMessage* message);
+  void finish(SoupServerMessage* message);
+
+  const Tokens& tokens_;
+  Faults& faults_;
+  FileStore& files_;
+  const std::int64_t maxBytes_;
+};
+
+}  // namespace orivex::devserver
