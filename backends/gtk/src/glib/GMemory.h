@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include <gio/gio.h>
+
+namespace orivex::gtk {
+
+/// Deleter that calls the free function which GLib names for the type.
+template <auto free>
+struct FreeWith {
+  template <class Pointee>
+  void operator()(Pointee* pointer) const {
+    free(pointer);
+  }
+};
+
+using GCharPtr = std::unique_ptr<char, FreeWith<g_free>>;
+using GErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
+using GKeyFilePtr = std::unique_ptr<GKeyFile, FreeWith<g_key_file_unref>>;
+using GListPtr = std::unique_ptr<GList, FreeWith<g_list_free>>;
+using GSourcePtr = std::unique_ptr<GSource, FreeWith<g_source_unref>>;
+
+}  // namespace orivex::gtk
