@@ -1,0 +1,137 @@
+#include <array>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "JsonWriter.h"
+#include "Tables.h"
+
+#include "orivex/models/Codec.h"
+
+namespace orivex {
+namespace {
+
+/// Writes records by their tables, and what records are made of.
+class RecordWriter {
+ public:
+  explicit RecordWriter(JsonWriter& json) : out(json) {}
+
+  template <class Scalar>
+  void write(const Scalar& value) {
+    out.write(value);
+  }
+
+  template <HasFields Record>
+  void write(const Record& record) {
+    const std::size_t start = out.size();
+    forEachField<Record>([&](auto at) { writeField<Record, at>(record); });
+    out.enclose(start, '{', '}');
+  }
+
+  template <HasFields Record>
+  void write(const std::vector<Record>& records) {
+    writeArray(records);
+  }
+
+  void write(const std::vector<std::string>& texts) { writeArray(texts); }
+
+  void write(const std::map<std::string, std::string>& pairs) {
+    const std::size_t start = out.size();
+    for (const auto& [key, value] : pairs) {
+      out.literal(",");
+      out.write(key);
+      out.literal(":");
+      within(key, [&] { out.write(value); });
+    }
+    out.enclose(start, '{', '}');
+  }
+
+ private:
+  /// `,"key":` of a field. Keys need no escapes.
+  template <class Record, std::size_t At>
+  static consteval auto prefix() {
+    constexpr std::string_view key = std::get<At>(fieldsOf<Record>).key;
+    std::array<char, key.size() + 4> text{',', '"'};
+    for (std::size_t i = 0; i < key.size(); ++i) text[i + 2] = key[i];
+    text[key.size() + 2] = '"';
+    text[key.size() + 3] = ':';
+    return text;
+  }
+
+  template <class Record, std::size_t At>
+  void writeField(const Record& record) {
+    constexpr auto& field = std::get<At>(fieldsOf<Record>);
+    static constexpr auto text = prefix<Record, At>();
+    const auto write = [&](const auto& value) {
+      out.literal({text.data(), text.size()});
+      within(field.key, [&] { this->write(value); });
+    };
+    const auto& member = record.*field.member;
+    if constexpr (field.presence == Presence::required) {
+      write(member);
+    } else if (member) {
+      write(*member);
+    }
+  }
+
+  template <class Element>
+  void writeArray(const std::vector<Element>& elements) {
+    const std::size_t start = out.size();
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+      out.literal(",");
+      try {
+        write(elements[i]);
+      } catch (NotWritable& problem) {
+        problem.liesUnder("[" + std::to_string(i) + "]");
+        throw;
+      }
+    }
+    out.enclose(start, '[', ']');
+  }
+
+  template <class Write>
+  static void within(std::string_view key, Write&& write) {
+    try {
+      write();
+    } catch (NotWritable& problem) {
+      problem.liesUnder(key);
+      throw;
+    }
+  }
+
+  JsonWriter& out;
+};
+
+}  // namespace
+
+template <class Value>
+std::string encode(const Value& value) {
+  const JsonWriter::Lease writer;
+  try {
+    RecordWriter(*writer).write(value);
+  } catch (const NotWritable& problem) {
+    throw EncodingError(problem.text());
+  }
+  return std::string((*writer).text());
+}
+
+template std::string encode(const FailModel&);
+template std::string encode(const MessageBody&);
+template std::string encode(const MessageCustomFields&);
+template std::string encode(const MessageCustomItems&);
+template std::string encode(const MessageCustomMenus&);
+template std::string encode(const MessageModel&);
+template std::string encode(const PostMessageModel&);
+template std::string encode(const ShortcutsModel&);
+template std::string encode(const TrackModel&);
+template std::string encode(const UploadFileInfoModel&);
+template std::string encode(const UploadResposeModel&);
+template std::string encode(const UserMappingModel&);
+template std::string encode(const WebViewEnvModel&);
+template std::string encode(const std::vector<UploadFileInfoModel>&);
+
+}  // namespace orivex
