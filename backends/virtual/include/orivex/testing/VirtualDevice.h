@@ -1,0 +1,74 @@
+#pragma once
+
+#include "orivex/platform/Platform.h"
+#include "orivex/testing/VirtualAnimator.h"
+#include "orivex/testing/VirtualApplication.h"
+#include "orivex/testing/VirtualBundle.h"
+#include "orivex/testing/VirtualDeviceIdentity.h"
+#include "orivex/testing/VirtualHttpClient.h"
+#include "orivex/testing/VirtualMainQueue.h"
+#include "orivex/testing/VirtualProgressOverlay.h"
+#include "orivex/testing/VirtualSnapshot.h"
+#include "orivex/testing/VirtualUserDefaults.h"
+#include "orivex/testing/VirtualWebEngine.h"
+#include "orivex/testing/VirtualWebEngineFactory.h"
+#include "orivex/testing/VirtualWebsiteDataStore.h"
+
+namespace orivex::testing {
+
+/// A device in memory for tests without a display, a network or a clock. It is installed as the platform for as long
+/// as it lives; the thread that makes it is the main thread. Screens that a test still holds must go before it does.
+///
+/// Nothing happens by itself: a test acts, then lets time pass with `advance` or `runUntilIdle`, then looks. Calls off
+/// the main thread to what belongs to it stop the process, work on the global queue included.
+class VirtualDevice {
+ public:
+  VirtualDevice();
+  VirtualDevice(const VirtualDevice&) = delete;
+  VirtualDevice& operator=(const VirtualDevice&) = delete;
+  ~VirtualDevice();
+
+  const Platform& platform() const { return platform_; }
+
+  VirtualMainQueue& mainQueue() { return mainQueue_; }
+  VirtualApplication& application() { return application_; }
+  VirtualWebEngineFactory& webEngines() { return webEngines_; }
+  VirtualWebsiteDataStore& websiteDataStore() { return websiteDataStore_; }
+  VirtualAnimator& animator() { return animator_; }
+  VirtualProgressOverlay& progressOverlay() { return progressOverlay_; }
+  VirtualHttpClient& httpClient() { return httpClient_; }
+
+  /// The host's: at first "Virtual Host", version 1.0, build 1, and no resources.
+  VirtualBundle& mainBundle() { return mainBundle_; }
+
+  /// The component's: at first version 1.2.3, build 4, and an empty "skeleton.html".
+  VirtualBundle& componentBundle() { return componentBundle_; }
+  VirtualUserDefaults& userDefaults() { return userDefaults_; }
+  VirtualDeviceIdentity& identity() { return identity_; }
+
+  /// Lets `seconds` pass on the main queue.
+  void advance(double seconds) { mainQueue_.advance(seconds); }
+
+  /// Runs what is due now.
+  void runUntilIdle() { mainQueue_.runUntilIdle(); }
+
+ private:
+  VirtualMainQueue mainQueue_;
+  VirtualApplication application_{mainQueue_};
+  VirtualWebEngineFactory webEngines_{mainQueue_};
+  VirtualWebsiteDataStore websiteDataStore_{mainQueue_};
+  VirtualAnimator animator_{mainQueue_};
+  VirtualProgressOverlay progressOverlay_{mainQueue_, application_};
+  VirtualHttpClient httpClient_{mainQueue_};
+  VirtualBundle mainBundle_;
+  VirtualBundle componentBundle_;
+  VirtualUserDefaults userDefaults_{mainQueue_};
+  VirtualDeviceIdentity identity_{mainQueue_};
+  Platform platform_;
+  const Platform* previous_;
+};
+
+/// Installs a virtual device for the rest of the process and returns it, the same one at each call.
+VirtualDevice& install();
+
+}  // namespace orivex::testing

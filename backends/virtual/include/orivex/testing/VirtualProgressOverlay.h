@@ -1,0 +1,80 @@
+#pragma once
+
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/Application.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
+
+namespace orivex::testing {
+
+/// A panel that is only remembered: what it shows, and what it showed when.
+class VirtualProgressOverlay final : public ProgressOverlay {
+ public:
+  enum class Kind { spinner, progress, info };
+
+  struct Panel {
+    Kind kind = Kind::spinner;
+    std::string status;
+    float fraction = 0;  ///< Of a progress panel.
+    bool operator==(const Panel&) const = default;
+  };
+
+  enum class Event { shown, dismissed, expired };
+
+  /// One change of what is shown.
+  struct Entry {
+    double time = 0;  ///< Of the queue, in seconds.
+    Event event = Event::shown;
+    Panel panel;  ///< What came, or what went.
+    bool operator==(const Entry&) const = default;
+  };
+
+  VirtualProgressOverlay(MainQueue& queue, const Application& application) : queue_(queue), application_(application) {}
+
+  void show() override;
+  void showProgress(float fraction, const std::string& status) override;
+  void showInfo(const std::string& status) override;
+  void dismiss() override;
+  void setMinimumSize(Size size) override { minimumSize_ = size; }
+  void setStyle(OverlayStyle style) override { style_ = style; }
+  void setMask(OverlayMask mask) override { mask_ = mask; }
+  void setMaximumDismissTime(double seconds) override { maximumDismissTime_ = seconds; }
+
+  /// Nothing while no panel is up.
+  const std::optional<Panel>& shown() const { return shown_; }
+
+  /// Every change since the start, the oldest first. A dismissal with nothing shown changes nothing.
+  const std::vector<Entry>& history() const { return history_; }
+
+  /// Statuses of the information panels of the history, in order.
+  std::vector<std::string> infoTexts() const;
+
+  Size minimumSize() const { return minimumSize_; }
+  OverlayStyle style() const { return style_; }
+  OverlayMask mask() const { return mask_; }
+
+  /// Infinite until it is set.
+  double maximumDismissTime() const { return maximumDismissTime_; }
+
+ private:
+  void put(Panel panel);
+  void take(Event event);
+
+  MainQueue& queue_;
+  const Application& application_;
+  std::optional<Panel> shown_;
+  std::vector<Entry> history_;
+  Size minimumSize_;
+  OverlayStyle style_ = OverlayStyle::light;
+  OverlayMask mask_ = OverlayMask::none;
+  double maximumDismissTime_ = std::numeric_limits<double>::infinity();
+  int showings_ = 0;
+  Alive alive_;
+};
+
+}  // namespace orivex::testing

@@ -1,0 +1,123 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/WebEngine.h"
+
+namespace orivex::testing {
+
+/// A web page that a test plays: it loads nothing and runs no script, but remembers what it was asked for. What the
+/// test makes it tell goes through the main queue, in order, so it arrives when the queue next runs.
+class VirtualWebEngine final : public WebEngine {
+ public:
+  struct FileLoad {
+    std::string path;
+    std::string readAccessPath;
+    bool operator==(const FileLoad&) const = default;
+  };
+
+  using Loader = std::function<void(VirtualWebEngine& engine)>;
+
+  /// The engines alive and what plays their loads; an engine may outlive its factory.
+  struct Registry {
+    std::vector<VirtualWebEngine*> engines;
+    Loader loader;
+  };
+
+  VirtualWebEngine(const std::shared_ptr<Registry>& registry, MainQueue& queue, WebEngineConfiguration configuration,
+                   WebEngineHandlers handlers);
+  ~VirtualWebEngine() override;
+
+  void load(const UrlRequest& request) override;
+  void loadFile(const std::string& path, const std::string& readAccessPath) override;
+  void reload() override;
+
+  /// Succeeds unless `failNextEvaluation` was called or the page's process is gone.
+  void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
+  void setCustomUserAgent(const std::string& userAgent) override;
+  void setScrollSettings(const ScrollSettings& settings) override;
+
+  // What the page does.
+
+  /// Posts `body`, a JSON text, to the handler `name`. A page cannot post to a name that was not registered: the
+  /// process stops.
+  void post(const std::string& name, const std::string& body);
+
+  /// Asks whether the navigation to the requested address may go on and starts it; refused, the rest of it is void.
+  void startProvisional();
+  void redirect();
+
+  /// Asks whether the response is welcome and commits to it; then the address changes to `url`.
+  void commit(const std::string& url);
+  void finish();
+  void failProvisional(const std::string& error);
+  void fail(const std::string& error);
+
+  /// The requested address from start to finish.
+  void completeLoad();
+
+  /// Changes the address without a navigation, as a page's own script can.
+  void changeUrl(const std::string& url);
+
+  /// The process behind the page goes away, with its address and with what it was about to do.
+  void die();
+
+  /// The next script fails with `error`.
+  void failNextEvaluation(std::string error) { nextEvaluationError_ = std::move(error); }
+
+  // What the engine was asked for.
+
+  const WebEngineConfiguration& configuration() const { return configuration_; }
+  const std::vector<UrlRequest>& loads() const { return loads_; }
+  const std::vector<FileLoad>& fileLoads() const { return fileLoads_; }
+  int reloadCount() const { return reloadCount_; }
+
+  /// Everything that was evaluated, in order.
+  const std::vector<std::string>& scripts() const { return scripts_; }
+  const std::string& customUserAgent() const { return userAgent_; }
+  const ScrollSettings& scrollSettings() const { return scrolling_; }
+
+  /// Address that was asked for last; absent before the first load.
+  const std::optional<std::string>& requestedUrl() const { return requestedUrl_; }
+
+  /// Address of the page, as last told.
+  const std::optional<std::string>& url() const { return page_->url; }
+  bool isProcessAlive() const { return processAlive_; }
+
+ private:
+  // What an event may touch while its handler destroys the engine.
+  struct Page {
+    WebEngineHandlers handlers;
+    std::optional<std::string> url;
+    bool refused = false;
+    int process = 0;
+  };
+
+  template <class Event>
+  void queueEvent(Event event);
+  void startLoading();
+  static void setUrl(Page& page, const std::optional<std::string>& url);
+
+  std::weak_ptr<Registry> registry_;
+  MainQueue& queue_;
+  WebEngineConfiguration configuration_;
+  std::shared_ptr<Page> page_ = std::make_shared<Page>();
+  std::vector<UrlRequest> loads_;
+  std::vector<FileLoad> fileLoads_;
+  std::vector<std::string> scripts_;
+  std::string userAgent_;
+  ScrollSettings scrolling_;
+  std::optional<std::string> requestedUrl_;
+  std::optional<std::string> nextEvaluationError_;
+  int reloadCount_ = 0;
+  bool processAlive_ = true;
+  Alive alive_;  // the last member, so that no load is played on an engine half gone
+};
+
+}  // namespace orivex::testing

@@ -1,0 +1,30 @@
+#include "orivex/testing/VirtualDevice.h"
+
+namespace orivex::testing {
+
+VirtualDevice::VirtualDevice()
+    : mainBundle_(mainQueue_, {{"CFBundleDisplayName", "Virtual Host"},
+                               {"CFBundleName", "VirtualHost"},
+                               {"CFBundleShortVersionString", "1.0"},
+                               {"CFBundleVersion", "1"}}),
+      componentBundle_(mainQueue_, {{"CFBundleShortVersionString", "1.2.3"}, {"CFBundleVersion", "4"}}),
+      platform_{mainQueue_,  application_, webEngines_,      websiteDataStore_, animator_, progressOverlay_,
+                httpClient_, mainBundle_,  componentBundle_, userDefaults_,     identity_},
+      previous_(Platform::isInstalled() ? &Platform::current() : nullptr) {
+  componentBundle_.addResource("skeleton", "html", "<!doctype html>\n<title>Skeleton</title>\n");
+  Platform::install(&platform_);
+}
+
+VirtualDevice::~VirtualDevice() {
+  // The screens in the window and in waiting work go while the ports they use are still there.
+  application_.window()->setRootViewController(nullptr);
+  mainQueue_.discardPending();
+  Platform::install(previous_);
+}
+
+VirtualDevice& install() {
+  static VirtualDevice device;
+  return device;
+}
+
+}  // namespace orivex::testing

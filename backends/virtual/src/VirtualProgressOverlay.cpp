@@ -1,0 +1,54 @@
+#include "orivex/testing/VirtualProgressOverlay.h"
+
+#include <cmath>
+#include <utility>
+
+#include "ThreadCheck.h"
+
+#include "orivex/platform/ui/Window.h"
+
+namespace orivex::testing {
+
+void VirtualProgressOverlay::show() {
+  put({Kind::spinner, {}, 0});
+}
+
+void VirtualProgressOverlay::showProgress(float fraction, const std::string& status) {
+  put({Kind::progress, status, fraction});
+}
+
+void VirtualProgressOverlay::showInfo(const std::string& status) {
+  put({Kind::info, status, 0});
+}
+
+void VirtualProgressOverlay::dismiss() {
+  requireMainThread(queue_, "ProgressOverlay::dismiss");
+  take(Event::dismissed);
+}
+
+std::vector<std::string> VirtualProgressOverlay::infoTexts() const {
+  std::vector<std::string> texts;
+  for (const auto& entry : history_) {
+    if (entry.event == Event::shown && entry.panel.kind == Kind::info) texts.push_back(entry.panel.status);
+  }
+  return texts;
+}
+
+void VirtualProgressOverlay::put(Panel panel) {
+  requireMainThread(queue_, "ProgressOverlay::show");
+  if (!firstWindow(application_)) return;
+  shown_ = std::move(panel);
+  history_.push_back({queue_.now(), Event::shown, *shown_});
+  const int showing = ++showings_;
+  if (!std::isfinite(maximumDismissTime_)) return;
+  queue_.asyncAfter(maximumDismissTime_, alive_.guard([this, showing] {
+    if (showing == showings_) take(Event::expired);
+  }));
+}
+
+void VirtualProgressOverlay::take(Event event) {
+  if (!shown_) return;
+  history_.push_back({queue_.now(), event, *std::exchange(shown_, std::nullopt)});
+}
+
+}  // namespace orivex::testing

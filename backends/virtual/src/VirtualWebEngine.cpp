@@ -1,0 +1,175 @@
+#include "orivex/testing/VirtualWebEngine.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "ThreadCheck.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::testing {
+namespace {
+
+template <class... Parameters, class... Arguments>
+void tell(const std::function<void(Parameters...)>& handler, Arguments&&... arguments) {
+  if (handler) handler(std::forward<Arguments>(arguments)...);
+}
+
+template <class... Parameters, class... Arguments>
+bool isAllowed(const std::function<NavigationPolicy(Parameters...)>& handler, Arguments&&... arguments) {
+  return !handler || handler(std::forward<Arguments>(arguments)...) == NavigationPolicy::allow;
+}
+
+}  // namespace
+
+VirtualWebEngine::VirtualWebEngine(const std::shared_ptr<Registry>& registry, MainQueue& queue,
+                                   WebEngineConfiguration configuration, WebEngineHandlers handlers)
+    : registry_(registry), queue_(queue), configuration_(std::move(configuration)) {
+  page_->handlers = std::move(handlers);
+  registry->engines.push_back(this);
+}
+
+VirtualWebEngine::~VirtualWebEngine() {
+  if (const auto registry = registry_.lock()) std::erase(registry->engines, this);
+}
+
+void VirtualWebEngine::load(const UrlRequest& request) {
+  requireMainThread(queue_, "WebEngine::load");
+  loads_.push_back(request);
+  requestedUrl_ = request.url.absoluteString();
+  startLoading();
+}
+
+void VirtualWebEngine::loadFile(const std::string& path, const std::string& readAccessPath) {
+  requireMainThread(queue_, "WebEngine::loadFile");
+  fileLoads_.push_back({path, readAccessPath});
+  requestedUrl_ = Url::fromFilePath(path).absoluteString();
+  startLoading();
+}
+
+void VirtualWebEngine::reload() {
+  requireMainThread(queue_, "WebEngine::reload");
+  ++reloadCount_;
+  if (requestedUrl_) startLoading();
+}
+
+void VirtualWebEngine::startLoading() {
+  processAlive_ = true;
+  queue_.async(alive_.guard([this] {
+    const auto registry = registry_.lock();
+    if (!registry || !registry->loader) return;
+    const auto play = registry->loader;  // it may set another one
+    play(*this);
+  }));
+}
+
+void VirtualWebEngine::evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) {
+  requireMainThread(queue_, "WebEngine::evaluate");
+  scripts_.push_back(script);
+  auto error = std::exchange(nextEvaluationError_, std::nullopt);
+  queue_.async([weak = std::weak_ptr<Page>(page_), process = page_->process, alive = processAlive_,
+                error = std::move(error), completion = std::move(completion)]() mutable {
+    const auto page = weak.lock();
+    if (!page) return;
+    if (!alive || page->process != process) error = "The page's process is gone";
+    std::move(completion)(std::move(error));
+  });
+}
+
+void VirtualWebEngine::setCustomUserAgent(const std::string& userAgent) {
+  requireMainThread(queue_, "WebEngine::setCustomUserAgent");
+  userAgent_ = userAgent;
+}
+
+void VirtualWebEngine::setScrollSettings(const ScrollSettings& settings) {
+  requireMainThread(queue_, "WebEngine::setScrollSettings");
+  scrolling_ = settings;
+}
+
+template <class Event>
+void VirtualWebEngine::queueEvent(Event event) {
+  if (!processAlive_) return;
+  queue_.async([weak = std::weak_ptr<Page>(page_), process = page_->process, event = std::move(event)] {
+    const auto page = weak.lock();
+    if (page && page->process == process) event(*page);
+  });
+}
+
+void VirtualWebEngine::setUrl(Page& page, const std::optional<std::string>& url) {
+  if (page.url == url) return;
+  page.url = url;
+  tell(page.handlers.urlChanged, url);
+}
+
+void VirtualWebEngine::post(const std::string& name, const std::string& body) {
+  const auto& names = configuration_.scriptMessageNames;
+  if (std::find(names.begin(), names.end(), name) == names.end()) {
+    fatalError("OrivexSDK/VirtualWebEngine", "no script message handler is registered as " + name);
+  }
+  queueEvent([message = ScriptMessage{name, body}](Page& page) { tell(page.handlers.scriptMessage, message); });
+}
+
+void VirtualWebEngine::startProvisional() {
+  queueEvent([url = requestedUrl_](Page& page) {
+    page.refused = !isAllowed(page.handlers.decideNavigationAction, url);
+    if (!page.refused) tell(page.handlers.didStartProvisionalNavigation);
+  });
+}
+
+void VirtualWebEngine::redirect() {
+  queueEvent([](Page& page) {
+    if (!page.refused) tell(page.handlers.didReceiveServerRedirect);
+  });
+}
+
+void VirtualWebEngine::commit(const std::string& url) {
+  queueEvent([url](Page& page) {
+    if (page.refused) return;
+    page.refused = !isAllowed(page.handlers.decideNavigationResponse);
+    if (page.refused) {
+      tell(page.handlers.didFailProvisionalNavigation, "The response was refused");
+    } else {
+      tell(page.handlers.didCommitNavigation);
+      setUrl(page, url);
+    }
+  });
+}
+
+void VirtualWebEngine::finish() {
+  queueEvent([](Page& page) {
+    if (!page.refused) tell(page.handlers.didFinishNavigation);
+  });
+}
+
+void VirtualWebEngine::failProvisional(const std::string& error) {
+  queueEvent([error](Page& page) {
+    if (!page.refused) tell(page.handlers.didFailProvisionalNavigation, error);
+  });
+}
+
+void VirtualWebEngine::fail(const std::string& error) {
+  queueEvent([error](Page& page) {
+    if (!page.refused) tell(page.handlers.didFailNavigation, error);
+  });
+}
+
+void VirtualWebEngine::completeLoad() {
+  startProvisional();
+  commit(requestedUrl_.value_or("about:blank"));
+  finish();
+}
+
+void VirtualWebEngine::changeUrl(const std::string& url) {
+  queueEvent([url](Page& page) { setUrl(page, url); });
+}
+
+void VirtualWebEngine::die() {
+  ++page_->process;
+  queueEvent([](Page& page) {
+    page.url.reset();
+    tell(page.handlers.urlChanged, std::nullopt);
+  });
+  processAlive_ = false;
+}
+
+}  // namespace orivex::testing
