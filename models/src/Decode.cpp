@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "JsonReader.h"
-#include "JsonText.h"
 #include "KeyIndex.h"
 #include "Tables.h"
 
@@ -45,7 +44,7 @@ class RecordReader : public JsonReader {
     std::optional<Mismatch> first;
     const bool isArray = readArray(value, [&](std::size_t index, JsonValue& element) {
       if (read(element, into.emplace_back()) || first) return;
-      mismatch.liesUnder("[" + std::to_string(index) + "]");
+      mismatch.path.prepend(index);
       first = std::move(mismatch);
     });
     if (first) mismatch = std::move(*first);
@@ -62,7 +61,7 @@ class RecordReader : public JsonReader {
         mismatches.erase(key);
         return;
       }
-      mismatch.liesUnder(shown(key));
+      mismatch.path.prepend(key);
       mismatches.insert_or_assign(std::move(key), std::move(mismatch));
     });
     if (!mismatches.empty()) mismatch = std::move(mismatches.begin()->second);
@@ -140,7 +139,7 @@ class RecordReader : public JsonReader {
         if ((fields.seen >> at & 1U) == 0) fields.mismatches[at] = {{}, "required, but missing"};
       }
       const auto fault = fields.mismatches.find(at);
-      if (fault != fields.mismatches.end()) fault->second.liesUnder(field.key);
+      if (fault != fields.mismatches.end()) fault->second.path.prepend(field.key);
     });
     if (fields.mismatches.empty()) [[likely]]
       return true;
@@ -155,7 +154,7 @@ template <class Record>
 Record decode(std::string_view json) {
   RecordReader reader(json);
   Record record{};
-  if (!reader.readRecord(record)) throw DecodingError(reader.mismatch.text());
+  if (!reader.readRecord(record)) throw DecodingError(reader.mismatch.path.with(reader.mismatch.problem));
   return record;
 }
 

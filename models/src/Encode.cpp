@@ -41,11 +41,14 @@ class RecordWriter {
 
   void write(const std::map<std::string, std::string>& pairs) {
     const std::size_t start = out.size();
-    for (const auto& [key, value] : pairs) {
-      out.literal(",");
-      out.write(key);
-      out.literal(":");
-      within(key, [&] { out.write(value); });
+    for (const auto& pair : pairs) {
+      const std::string_view key = pair.first;
+      within(key, [&] {
+        out.literal(",");
+        out.write(pair.first);
+        out.literal(":");
+        out.write(pair.second);
+      });
     }
     out.enclose(start, '{', '}');
   }
@@ -83,22 +86,18 @@ class RecordWriter {
     const std::size_t start = out.size();
     for (std::size_t i = 0; i < elements.size(); ++i) {
       out.literal(",");
-      try {
-        write(elements[i]);
-      } catch (NotWritable& problem) {
-        problem.liesUnder("[" + std::to_string(i) + "]");
-        throw;
-      }
+      within(i, [&] { write(elements[i]); });
     }
     out.enclose(start, '[', ']');
   }
 
-  template <class Write>
-  static void within(std::string_view key, Write&& write) {
+  /// Writes what lies under a key or an index, which an exception takes along.
+  template <class Segment, class Write>
+  static void within(Segment segment, Write&& write) {
     try {
       write();
     } catch (NotWritable& problem) {
-      problem.liesUnder(key);
+      problem.path.prepend(segment);
       throw;
     }
   }
@@ -114,7 +113,7 @@ std::string encode(const Value& value) {
   try {
     RecordWriter(*writer).write(value);
   } catch (const NotWritable& problem) {
-    throw EncodingError(problem.text());
+    throw EncodingError(problem.path.with(problem.what()));
   }
   return std::string((*writer).text());
 }

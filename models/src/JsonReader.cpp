@@ -66,21 +66,7 @@ std::string_view withoutBlanks(std::string_view token) {
   return token;
 }
 
-std::string expectedFound(std::string_view expected, std::string_view found) {
-  std::string problem = "expected ";
-  problem += expected;
-  problem += ", found ";
-  problem += found;
-  return problem;
-}
-
 }  // namespace
-
-void Mismatch::liesUnder(std::string_view segment) {
-  std::string longer{segment};
-  if (!path.empty() && path.front() != '[') longer += '.';
-  path = std::move(longer += path);
-}
 
 JsonReader::JsonReader(std::string_view json) : length(json.size()) {
   if (json.starts_with(byteOrderMark)) malformed("it begins with a byte order mark");
@@ -100,7 +86,7 @@ bool JsonReader::read(JsonValue& value, std::int64_t& into) {
   if (!expect(value, Type::number, expected)) return false;
   const std::string_view written = number(value);
   const auto whole = wholeNumber(written);
-  if (!whole) return tooLarge(written, expected);
+  if (!whole) return mismatched(expected, shown(written));
   into = *whole;
   return true;
 }
@@ -109,7 +95,7 @@ bool JsonReader::read(JsonValue& value, double& into) {
   if (value.get_double().get(into) == simdjson::SUCCESS) [[likely]]
     return true;
   constexpr std::string_view expected = "a number";
-  return expect(value, Type::number, expected) && tooLarge(number(value), "a number of double precision");
+  return expect(value, Type::number, expected) && mismatched("a number of double precision", shown(number(value)));
 }
 
 bool JsonReader::read(JsonValue& value, float& into) {
@@ -121,7 +107,7 @@ bool JsonReader::read(JsonValue& value, float& into) {
   // Out of range is also said of what is too small to tell from zero, which is no fault.
   double wide = 0;
   if (value.get_double().get(wide) != simdjson::SUCCESS || std::abs(wide) >= 1) {
-    return tooLarge(written, "a number of single precision");
+    return mismatched("a number of single precision", shown(written));
   }
   into = static_cast<float>(wide);
   return true;
@@ -138,8 +124,7 @@ bool JsonReader::read(JsonValue& value, Bytes& into) {
   if (!expect(value, Type::string, expected)) return false;
   auto bytes = base64Decode(text(value));
   if (!bytes) {
-    mismatch.problem = expectedFound(expected, "other text");
-    return false;
+    return mismatched(expected, "other text");
   }
   into = std::move(*bytes);
   return true;
@@ -183,8 +168,7 @@ bool JsonReader::expect(JsonValue& value, Type type, std::string_view what) {
   if (found == type) [[likely]]
     return true;
   skip(value);
-  mismatch = {{}, expectedFound(what, nameOf(found))};
-  return false;
+  return mismatched(what, nameOf(found));
 }
 
 JsonReader::Type JsonReader::typeOf(JsonValue& value) {
@@ -214,8 +198,12 @@ std::string_view JsonReader::number(JsonValue& value) {
   return written;
 }
 
-bool JsonReader::tooLarge(std::string_view number, std::string_view what) {
-  mismatch = {{}, expectedFound(what, shown(number))};
+bool JsonReader::mismatched(std::string_view expected, std::string_view found) {
+  mismatch.path = {};
+  mismatch.problem = "expected ";
+  mismatch.problem += expected;
+  mismatch.problem += ", found ";
+  mismatch.problem += found;
   return false;
 }
 
@@ -248,8 +236,7 @@ bool JsonReader::openDocument(simdjson::ondemand::object& object) {
   } else {
     skipScalarDocument(type);
   }
-  mismatch = {{}, expectedFound("an object", nameOf(type))};
-  return false;
+  return mismatched("an object", nameOf(type));
 }
 
 void JsonReader::skipScalarDocument(Type type) {

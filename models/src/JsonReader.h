@@ -2,13 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <simdjson.h>
 
 #include "DecodeWorkspace.h"
+#include "JsonPath.h"
 
 #include "orivex/models/Bytes.h"
 
@@ -18,12 +19,8 @@ using JsonValue = simdjson::ondemand::value;
 
 /// A value that is JSON, but not of the type asked for.
 struct Mismatch {
-  std::string path;     ///< from the value being read down to the one at fault
+  JsonPath path;        ///< from the value being read down to the one at fault
   std::string problem;  ///< what was expected and what was found
-
-  /// Lengthens the path by the key or "[index]" under which the value lies.
-  void liesUnder(std::string_view segment);
-  std::string text() const { return path.empty() ? problem : path + ": " + problem; }
 };
 
 /// Reads JSON values from one text, front to back, and checks on the way that all of it is JSON: the parser itself
@@ -73,7 +70,7 @@ class JsonReader {
   Type typeOf(JsonValue& value);
   std::string_view text(JsonValue& string);
   std::string_view number(JsonValue& value);
-  bool tooLarge(std::string_view number, std::string_view what);
+  bool mismatched(std::string_view expected, std::string_view found);
   std::string_view keyOf(simdjson::ondemand::field& field);
   bool openDocument(simdjson::ondemand::object& object);
   void skipScalarDocument(Type type);

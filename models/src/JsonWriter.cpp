@@ -47,12 +47,6 @@ JsonWriter& ofThisThread() {
 
 }  // namespace
 
-void NotWritable::liesUnder(std::string_view segment) {
-  std::string longer{segment};
-  if (!path.empty() && path.front() != '[') longer += '.';
-  path = std::move(longer += path);
-}
-
 JsonWriter::Lease::Lease() : writer(ofThisThread()) {
   writer.end = writer.memory.get();
 }

@@ -8,21 +8,18 @@
 #include <string>
 #include <string_view>
 
+#include "JsonPath.h"
+
 #include "orivex/models/Bytes.h"
 
 namespace orivex {
 
-/// A value that JSON cannot hold, and the path to it so far.
+/// A value that JSON cannot hold.
 class NotWritable : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 
-  /// Lengthens the path by the key or "[index]" under which the value lies.
-  void liesUnder(std::string_view segment);
-  std::string text() const { return path.empty() ? what() : path + ": " + what(); }
-
- private:
-  std::string path;
+  JsonPath path;  ///< to the value, as far as the exception has come
 };
 
 /// Memory to write JSON into. Kept per thread, so that encoding allocates nothing but its result; after a large text it
