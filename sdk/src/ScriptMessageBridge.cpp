@@ -25,16 +25,6 @@ bool isDictionary(std::string_view json) {
   return json.starts_with('{');
 }
 
-// The text of a body that is a string; nothing for any other body.
-std::optional<std::string> stringBody(std::string_view json) {
-  if (!json.starts_with('"')) return std::nullopt;
-  try {
-    return decode<std::string>(json);
-  } catch (const DecodingError&) {
-    return std::nullopt;
-  }
-}
-
 // The call of a global function of the page with one argument, which is JSON and therefore a script expression.
 template <class Value>
 std::string scriptCall(std::string_view function, const Value& argument, bool logged = false) {
@@ -78,11 +68,11 @@ void ScriptMessageBridge::trackEvent(std::string_view body) {
 }
 
 void ScriptMessageBridge::openUrl(std::string_view body) {
-  if (const auto address = stringBody(body)) OVKFApiHelper::openExternalURL(address);
+  if (const auto address = decodeText(body)) OVKFApiHelper::openExternalURL(address);
 }
 
 void ScriptMessageBridge::openFile(std::string_view body) {
-  const auto address = stringBody(body);
+  const auto address = decodeText(body);
   if (const auto file = address ? Url::parse(*address) : std::nullopt) {
     ChatManager::shared().openFile(*file, *screen_.hold());
   }

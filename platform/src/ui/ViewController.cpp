@@ -30,14 +30,14 @@ void slideVertically(const std::shared_ptr<View>& view, bool arriving, bool anim
 
 ViewController::~ViewController() = default;
 
-std::shared_ptr<View> ViewController::loadView(const Rect& frame) {
+std::shared_ptr<View> ViewController::makeView(const Rect& frame) {
   return std::make_shared<View>(frame);
 }
 
 const std::shared_ptr<View>& ViewController::view() {
   if (!view_) {
     const auto window = firstWindow(Platform::current().application);
-    view_ = loadView(window ? window->bounds() : Rect{});
+    view_ = makeView(window ? window->bounds() : Rect{});
     view_->setLayoutHandler([weak = weak_from_this()] {
       if (const auto self = weak.lock()) self->viewDidLayoutSubviews();
     });

@@ -33,6 +33,7 @@ void Window::setSize(Size size) {
 void Window::setRootViewController(const std::shared_ptr<ViewController>& controller) {
   const auto old = std::exchange(root_, controller);
   if (old) {
+    if (old->presentedViewController()) old->dismiss(false);
     old->beginAppearance(false, false);
     old->view()->removeFromSuperview();
     old->endAppearance(false);

@@ -26,7 +26,8 @@ class SignalConnection {
   /// signal's documentation lists, the sender first and without the closing user data, and returns what it asks for.
   template <auto handler, class Owner>
   [[nodiscard]] static SignalConnection connect(gpointer sender, const char* signal, Owner* owner) {
-    return {G_OBJECT(sender), g_signal_connect(sender, signal, trampoline<handler, Owner>(handler), owner)};
+    const GCallback callback = trampoline<handler, Owner>(handler);
+    return {G_OBJECT(sender), g_signal_connect(sender, signal, callback, owner)};
   }
 
   void disconnect() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -32,6 +33,9 @@ class EncodingError : public std::runtime_error {
 /// @throws DecodingError; there is no partial result.
 template <class Record>
 Record decode(std::string_view json);
+
+/// The text of a JSON text that is one string; nothing when it is anything else. May be called on any thread.
+std::optional<std::string> decodeText(std::string_view json);
 
 /// Writes a record, or a vector of `UploadFileInfoModel`, as JSON in UTF-8: the keys in the record's order, absent
 /// fields left out, bytes as padded Base64, numbers in the fewest digits that read back the same, no blanks, `/` as it

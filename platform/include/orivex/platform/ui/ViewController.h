@@ -58,7 +58,7 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
 
  protected:
   /// Makes the root view; `frame` fills the window.
-  virtual std::shared_ptr<View> loadView(const Rect& frame);
+  virtual std::shared_ptr<View> makeView(const Rect& frame);
 
  private:
   friend class NavigationController;

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <memory>
+
+#include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/ui/ViewController.h"
+#include "orivex/platform/ui/Window.h"
+
+/// The component on a real device: GTK 4, WebKitGTK, GStreamer and libcurl. Main thread only.
+namespace orivex::gtk {
+
+/// Makes the real device the platform of this process. Call it once, after GTK is initialised (for example in the
+/// application's "startup" or "activate" handler) and before the first chat screen is made.
+void install();
+
+/// The areas of a window that something else covers, in points; nothing on a desktop.
+struct Surroundings {
+  double statusBarHeight = 0;
+  EdgeInsets safeAreaInsets;
+};
+
+/// Turns a window into one that shows screens: what it holds now becomes its root screen, over which the chat is
+/// presented. Takes GtkWindow, GtkApplicationWindow, AdwWindow and AdwApplicationWindow. The result lives as long as
+/// the GTK window; attaching a window twice gives the same result.
+std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundings = {});
+
+/// Changes what covers an attached window; screens that show already keep what they were told.
+void setSurroundings(GtkWindow* window, const Surroundings& surroundings);
+
+/// A screen that shows a widget of the host, for example as the root of a NavigationController. Takes a reference.
+std::shared_ptr<ViewController> screenFor(GtkWidget* widget);
+
+/// A view that shows a widget of the host and follows the view's frame. Takes a reference.
+std::shared_ptr<View> viewFor(GtkWidget* widget);
+
+}  // namespace orivex::gtk

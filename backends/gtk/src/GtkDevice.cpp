@@ -1,0 +1,50 @@
+#include "GtkDevice.h"
+
+#include "orivex/gtk/Gtk.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/sdk/Version.h"
+
+namespace orivex::gtk {
+namespace {
+
+GtkDevice* installedDevice = nullptr;
+
+std::string applicationId() {
+  const char* const id = g_application_get_default() ? g_application_get_application_id(g_application_get_default()) : nullptr;
+  return id ? id : "";
+}
+
+GtkDevice& device() {
+  if (!installedDevice) fatalError("OrivexSDK/Gtk", "call orivex::gtk::install() before attaching a window.");
+  return *installedDevice;
+}
+
+}  // namespace
+
+GtkDevice::GtkDevice()
+    : session_(GRef<WebKitNetworkSession>::share(webkit_network_session_get_default())),
+      webEngines_(mainQueue_, session_),
+      websiteDataStore_(session_.get()),
+      mainBundle_(applicationId()),
+      componentBundle_(FolderBundle::besideLibrary(&OrivexSDKVersionNumber)),
+      userDefaults_(KeyFileUserDefaults::defaultPath()),
+      platform_{mainQueue_, application_, webEngines_,   websiteDataStore_, animator_, progressOverlay_,
+                httpClient_, mainBundle_, componentBundle_, userDefaults_, device_} {}
+
+void install() {
+  if (installedDevice) return;
+  if (!gtk_is_initialized()) fatalError("OrivexSDK/Gtk", "initialise GTK before calling orivex::gtk::install().");
+  // Lives as long as the process: singletons and late callbacks of threads refer to it.
+  installedDevice = new GtkDevice;
+  Platform::install(&installedDevice->platform());
+}
+
+std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundings) {
+  return device().application().attach(window, surroundings).window();
+}
+
+void setSurroundings(GtkWindow* window, const Surroundings& surroundings) {
+  if (auto* const host = device().application().find(window)) host->setSurroundings(surroundings);
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "CurlHttpClient.h"
+#include "DesktopEntryBundle.h"
+#include "FolderBundle.h"
+#include "GlibMainQueue.h"
+#include "KeyFileUserDefaults.h"
+#include "MachineDevice.h"
+#include "WebKitDataStore.h"
+#include "glib/GRef.h"
+#include "orivex/platform/Platform.h"
+#include "ui/AdwAnimator.h"
+#include "ui/GtkApplicationPort.h"
+#include "ui/GtkProgressOverlay.h"
+#include "web/WebKitEngine.h"
+
+namespace orivex::gtk {
+
+/// Every port of the real device. Members stand in the order in which they need each other.
+class GtkDevice {
+ public:
+  GtkDevice();
+
+  GtkApplicationPort& application() { return application_; }
+  const Platform& platform() const { return platform_; }
+
+ private:
+  GlibMainQueue mainQueue_;
+  GtkApplicationPort application_{mainQueue_};
+  AdwAnimator animator_{mainQueue_, application_};
+  GtkProgressOverlay progressOverlay_{mainQueue_, application_};
+  GRef<WebKitNetworkSession> session_;
+  WebKitEngineFactory webEngines_;
+  WebKitDataStore websiteDataStore_;
+  CurlHttpClient httpClient_{mainQueue_};
+  DesktopEntryBundle mainBundle_;
+  FolderBundle componentBundle_;
+  KeyFileUserDefaults userDefaults_;
+  MachineDevice device_;
+  const Platform platform_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,77 @@
+#include "Canvas.h"
+
+namespace {
+
+using orivex::gtk::CanvasDelegate;
+
+struct OrivexCanvas {
+  GtkWidget parent;
+  CanvasDelegate* delegate;
+};
+
+struct OrivexCanvasClass {
+  GtkWidgetClass parent;
+};
+
+GType canvasType();
+
+OrivexCanvas* canvas(GtkWidget* widget) {
+  return reinterpret_cast<OrivexCanvas*>(g_type_check_instance_cast(&widget->parent_instance.g_type_instance, canvasType()));
+}
+
+void measure(GtkWidget* widget, GtkOrientation orientation, int /*forSize*/, int* minimum, int* natural,
+             int* minimumBaseline, int* naturalBaseline) {
+  auto* const delegate = canvas(widget)->delegate;
+  *minimum = *natural = delegate ? delegate->minimumSize(orientation) : 0;
+  *minimumBaseline = *naturalBaseline = -1;
+}
+
+void sizeAllocate(GtkWidget* widget, int width, int height, int /*baseline*/) {
+  if (auto* const delegate = canvas(widget)->delegate) delegate->allocate(width, height);
+}
+
+void snapshotCanvas(GtkWidget* widget, GtkSnapshot* snapshot) {
+  if (auto* const delegate = canvas(widget)->delegate) delegate->snapshot(snapshot);
+}
+
+void dispose(GObject* object) {
+  auto* const widget = reinterpret_cast<GtkWidget*>(object);
+  canvas(widget)->delegate = nullptr;
+  while (GtkWidget* child = gtk_widget_get_first_child(widget)) gtk_widget_unparent(child);
+  G_OBJECT_CLASS(g_type_class_peek_parent(g_type_class_peek(canvasType())))->dispose(object);
+}
+
+void classInit(gpointer classPointer, gpointer /*data*/) {
+  auto* const widgetClass = static_cast<GtkWidgetClass*>(classPointer);
+  widgetClass->measure = measure;
+  widgetClass->size_allocate = sizeAllocate;
+  widgetClass->snapshot = snapshotCanvas;
+  static_cast<GObjectClass*>(classPointer)->dispose = dispose;
+}
+
+GType canvasType() {
+  static const GType type =
+      g_type_register_static_simple(GTK_TYPE_WIDGET, "OrivexCanvas", sizeof(OrivexCanvasClass), classInit,
+                                    sizeof(OrivexCanvas), nullptr, static_cast<GTypeFlags>(0));
+  return type;
+}
+
+}  // namespace
+
+namespace orivex::gtk {
+
+GtkWidget* canvasNew(CanvasDelegate& delegate) {
+  auto* const widget = static_cast<GtkWidget*>(g_object_new(canvasType(), nullptr));
+  canvas(widget)->delegate = &delegate;
+  return widget;
+}
+
+void canvasForget(GtkWidget* widget) { canvas(widget)->delegate = nullptr; }
+
+void canvasSnapshotChildren(GtkWidget* widget, GtkSnapshot* snapshot) {
+  for (GtkWidget* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
+    gtk_widget_snapshot_child(widget, child, snapshot);
+  }
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,73 @@
+#include "ContentWidgets.h"
+
+#include "../web/WebKitEngine.h"
+#include "HostViews.h"
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/ports/Bundle.h"
+#include "orivex/platform/ui/ImageView.h"
+#include "orivex/platform/ui/Label.h"
+#include "orivex/platform/ui/WebView.h"
+
+namespace orivex::gtk {
+namespace {
+
+guint16 pangoChannel(double value) { return static_cast<guint16>(value * 65535.0); }
+
+void updateLabel(GtkLabel* widget, const Label& label) {
+  const auto color = label.textColor();
+  PangoAttrList* const attributes = pango_attr_list_new();
+  pango_attr_list_insert(attributes, pango_attr_foreground_new(pangoChannel(color.red), pangoChannel(color.green),
+                                                               pangoChannel(color.blue)));
+  pango_attr_list_insert(attributes, pango_attr_foreground_alpha_new(pangoChannel(color.alpha)));
+  // Device units are points here: frames of views do not grow with the desktop's text size, so neither may their text.
+  pango_attr_list_insert(attributes, pango_attr_size_new_absolute(static_cast<int>(label.fontSize() * PANGO_SCALE)));
+  gtk_label_set_attributes(widget, attributes);
+  pango_attr_list_unref(attributes);
+  gtk_label_set_text(widget, label.text().c_str());
+  const auto alignment = label.alignment();
+  gtk_label_set_xalign(widget, alignment == TextAlignment::left ? 0.0F : alignment == TextAlignment::center ? 0.5F : 1.0F);
+}
+
+GtkWidget* pictureNew() {
+  GtkWidget* const picture = gtk_picture_new();
+  gtk_picture_set_can_shrink(GTK_PICTURE(picture), TRUE);
+  gtk_widget_set_can_target(picture, FALSE);
+  return picture;
+}
+
+void updateImage(GtkPicture* widget, const ImageView& image) {
+  const auto path = Platform::current().componentBundle.pathForResource(image.imageName(), "svg");
+  gtk_picture_set_filename(widget, path ? path->c_str() : nullptr);
+  const bool fills = image.contentMode() == ContentMode::scaleToFill;
+  gtk_picture_set_content_fit(widget, fills ? GTK_CONTENT_FIT_FILL : GTK_CONTENT_FIT_CONTAIN);
+  gtk_widget_set_valign(GTK_WIDGET(widget), fills ? GTK_ALIGN_FILL : GTK_ALIGN_END);
+}
+
+}  // namespace
+
+GRef<GtkWidget> contentWidgetFor(const View& view) {
+  if (const auto* web = dynamic_cast<const WebView*>(&view)) {
+    return GRef<GtkWidget>::share(dynamic_cast<WebKitEngine&>(web->engine()).widget());
+  }
+  if (const auto* host = dynamic_cast<const WidgetView*>(&view)) return GRef<GtkWidget>::share(host->widget());
+  GRef<GtkWidget> widget;
+  if (const auto* paintable = dynamic_cast<const PaintableView*>(&view)) {
+    widget = GRef<GtkWidget>::sink(pictureNew());
+    gtk_picture_set_content_fit(GTK_PICTURE(widget.get()), GTK_CONTENT_FIT_FILL);
+    gtk_picture_set_paintable(GTK_PICTURE(widget.get()), paintable->paintable());
+  } else if (dynamic_cast<const ImageView*>(&view)) {
+    widget = GRef<GtkWidget>::sink(pictureNew());
+  } else if (dynamic_cast<const Label*>(&view)) {
+    widget = GRef<GtkWidget>::sink(gtk_label_new(nullptr));
+    gtk_label_set_ellipsize(GTK_LABEL(widget.get()), PANGO_ELLIPSIZE_END);
+  }
+  if (widget) updateContentWidget(widget.get(), view);
+  return widget;
+}
+
+void updateContentWidget(GtkWidget* widget, const View& view) {
+  if (const auto* label = dynamic_cast<const Label*>(&view)) updateLabel(GTK_LABEL(widget), *label);
+  if (const auto* image = dynamic_cast<const ImageView*>(&view)) updateImage(GTK_PICTURE(widget), *image);
+}
+
+}  // namespace orivex::gtk

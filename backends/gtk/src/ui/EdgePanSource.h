@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <memory>
+
+#include "../glib/SignalConnection.h"
+#include "orivex/platform/ui/ScreenEdgePanGesture.h"
+
+namespace orivex::gtk {
+
+/// Recognises a drag from the left edge of a widget, by touch or mouse, and reports it to a gesture of the view model.
+class EdgePanSource {
+ public:
+  EdgePanSource(GtkWidget* widget, std::shared_ptr<ScreenEdgePanGesture> gesture);
+  EdgePanSource(const EdgePanSource&) = delete;
+  EdgePanSource& operator=(const EdgePanSource&) = delete;
+  ~EdgePanSource();
+
+ private:
+  void begin(GtkGestureDrag* drag, double x, double y);
+  void update(GtkGestureDrag* drag, double x, double y);
+  void end(GtkGestureDrag* drag, double x, double y);
+  void cancel(GtkGesture* drag, GdkEventSequence* sequence);
+  void report(ScreenEdgePanGesture::State state, double translation);
+
+  GtkWidget* const widget_;
+  GtkGesture* const drag_;  // owned by the widget
+  std::shared_ptr<ScreenEdgePanGesture> gesture_;
+  bool panning_ = false;
+  double translation_ = 0;
+  SignalConnection began_;
+  SignalConnection updated_;
+  SignalConnection ended_;
+  SignalConnection cancelled_;
+};
+
+}  // namespace orivex::gtk

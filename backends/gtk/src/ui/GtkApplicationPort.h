@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "../DesktopLauncher.h"
+#include "HostWindow.h"
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Observers.h"
+#include "orivex/platform/ports/Application.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+/// The windows that the host has attached, whether one of them is active, and the desktop's way to open addresses.
+class GtkApplicationPort final : public Application {
+ public:
+  explicit GtkApplicationPort(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
+
+  /// The window's own, made on first use.
+  HostWindow& attach(GtkWindow* window, const Surroundings& surroundings);
+
+  /// Null for a window that was not attached.
+  HostWindow* find(GtkWindow* window) const;
+
+  /// The one that the visitor sees first; null without any.
+  HostWindow* frontWindow() const;
+
+  std::vector<std::shared_ptr<WindowScene>> connectedScenes() const override;
+  [[nodiscard]] Subscription observe(ApplicationEvent event, std::function<void()> handler) override;
+  bool canOpen(const Url& url) const override { return launcher_.canOpen(url); }
+  void open(const Url& url) override { launcher_.open(url); }
+
+ private:
+  void activityChanged(GtkWindow* window);
+  void settleActivity();
+  void forget(GtkWindow* window);
+
+  MainQueue& mainQueue_;
+  DesktopLauncher launcher_;
+  std::vector<std::unique_ptr<HostWindow>> windows_;  // the one that was active last comes first
+  Observers<> becameActive_;
+  Observers<> willResignActive_;
+  bool active_ = false;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <memory>
+#include <string>
+
+#include "../glib/GRef.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
+
+namespace orivex::gtk {
+
+class GtkApplicationPort;
+class OverlayPanel;
+
+/// The panel over the front window.
+class GtkProgressOverlay final : public ProgressOverlay {
+ public:
+  GtkProgressOverlay(MainQueue& mainQueue, const GtkApplicationPort& application);
+  ~GtkProgressOverlay() override;
+
+  void show() override;
+  void showProgress(float fraction, const std::string& status) override;
+  void showInfo(const std::string& status) override;
+  void dismiss() override;
+  void setMinimumSize(Size size) override { minimumSize_ = size; }
+  void setStyle(OverlayStyle style) override { style_ = style; }
+  void setMask(OverlayMask mask) override { mask_ = mask; }
+  void setMaximumDismissTime(double seconds) override { maximumSeconds_ = seconds; }
+
+ private:
+  /// The panel over the window that is in front now; null without a window.
+  OverlayPanel* panel();
+  void restartLimit();
+
+  MainQueue& mainQueue_;
+  const GtkApplicationPort& application_;
+  std::unique_ptr<OverlayPanel> panel_;
+  std::unique_ptr<Timer> limit_;
+  Size minimumSize_;
+  OverlayStyle style_ = OverlayStyle::light;
+  OverlayMask mask_ = OverlayMask::none;
+  double maximumSeconds_ = 0;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,177 @@
+#include "ViewNode.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "ContentWidgets.h"
+#include "HostViews.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Below this a view neither shows nor takes input.
+constexpr double leastVisibleAlpha = 0.01;
+
+int points(double length) { return static_cast<int>(std::lround(std::max(0.0, length))); }
+
+graphene_rect_t boundsOf(const View& view) {
+  return GRAPHENE_RECT_INIT(0, 0, static_cast<float>(view.frame().width), static_cast<float>(view.frame().height));
+}
+
+GskRoundedRect outlineOf(const View& view) {
+  const auto bounds = boundsOf(view);
+  GskRoundedRect outline;
+  gsk_rounded_rect_init_from_rect(&outline, &bounds, static_cast<float>(view.cornerRadius()));
+  return outline;
+}
+
+GdkRGBA rgba(const Color& color) {
+  return {static_cast<float>(color.red), static_cast<float>(color.green), static_cast<float>(color.blue),
+          static_cast<float>(color.alpha)};
+}
+
+}  // namespace
+
+ViewNode::ViewNode(View& view, ViewNode* parent)
+    : view_(&view), parent_(parent), canvas_(GRef<GtkWidget>::sink(canvasNew(*this))), content_(contentWidgetFor(view)) {
+  if (content_) gtk_widget_set_parent(content_.get(), canvas_.get());
+  view.setMirror(this);
+  applyVisibility();
+  syncSubviews();
+  syncGestures();
+}
+
+ViewNode::~ViewNode() {
+  if (view_) view_->setMirror(nullptr);
+  gestures_.clear();
+  children_.clear();
+  canvasForget(canvas_.get());
+  if (content_) gtk_widget_unparent(content_.get());
+  if (gtk_widget_get_parent(canvas_.get())) gtk_widget_unparent(canvas_.get());
+}
+
+void ViewNode::viewDestroyed() {
+  view_ = nullptr;
+  children_.clear();
+}
+
+void ViewNode::viewChanged(ViewChange change) {
+  switch (change) {
+    case ViewChange::frame:
+    case ViewChange::transform: queuePlacement(); break;
+    case ViewChange::alpha:
+    case ViewChange::hidden: applyVisibility(); break;
+    case ViewChange::background:
+    case ViewChange::cornerRadius:
+    case ViewChange::clipping: gtk_widget_queue_draw(canvas_.get()); break;
+    case ViewChange::subviews: syncSubviews(); break;
+    case ViewChange::gestures: syncGestures(); break;
+    case ViewChange::content:
+      if (content_) updateContentWidget(content_.get(), *view_);
+      break;
+  }
+}
+
+std::shared_ptr<View> ViewNode::snapshot() {
+  if (!gtk_widget_get_mapped(canvas_.get())) return nullptr;
+  const auto live = GRef<GdkPaintable>::adopt(gtk_widget_paintable_new(canvas_.get()));
+  return std::make_shared<PaintableView>(GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get())));
+}
+
+bool ViewNode::isVisible() const { return !view_->isHidden() && view_->alpha() > leastVisibleAlpha; }
+
+void ViewNode::applyVisibility() {
+  const bool takesInput = isVisible();
+  const bool appears = takesInput && !gtk_widget_get_can_target(canvas_.get());
+  gtk_widget_set_visible(canvas_.get(), !view_->isHidden());
+  gtk_widget_set_opacity(canvas_.get(), view_->alpha());
+  gtk_widget_set_can_target(canvas_.get(), takesInput);
+  gtk_widget_set_can_focus(canvas_.get(), takesInput);
+  // A page that has just been revealed is what the visitor wants to type into.
+  if (appears && content_) gtk_widget_grab_focus(content_.get());
+}
+
+void ViewNode::syncSubviews() {
+  std::vector<std::unique_ptr<ViewNode>> next;
+  GtkWidget* before = content_.get();
+  for (const auto& subview : view_->subviews()) {
+    const auto kept = std::find_if(children_.begin(), children_.end(), [&](const std::unique_ptr<ViewNode>& child) {
+      return child && child->view_ == subview.get();
+    });
+    next.push_back(kept != children_.end() ? std::move(*kept) : std::make_unique<ViewNode>(*subview, this));
+    GtkWidget* const child = next.back()->widget();
+    if (gtk_widget_get_parent(child) != canvas_.get() || gtk_widget_get_prev_sibling(child) != before) {
+      gtk_widget_insert_after(child, canvas_.get(), before);
+    }
+    before = child;
+  }
+  children_ = std::move(next);
+  gtk_widget_queue_resize(canvas_.get());
+}
+
+void ViewNode::syncGestures() {
+  gestures_.clear();
+  for (const auto& gesture : view_->gestures()) {
+    gestures_.push_back(std::make_unique<EdgePanSource>(canvas_.get(), gesture));
+  }
+}
+
+bool ViewNode::isAllocating() const {
+  return allocating_ || (parent_ && parent_->isAllocating());
+}
+
+void ViewNode::queuePlacement() const {
+  // During an allocation the pass that is under way places this view too; asking for another would never end.
+  if (!parent_ || parent_->isAllocating()) return;
+  gtk_widget_queue_allocate(parent_->widget());
+}
+
+int ViewNode::minimumSize(GtkOrientation orientation) {
+  int minimum = 0;
+  // A widget of the host must not be squeezed under its own minimum; what the component shows fits any size.
+  if (view_ && dynamic_cast<WidgetView*>(view_)) {
+    gtk_widget_measure(content_.get(), orientation, -1, &minimum, nullptr, nullptr, nullptr);
+  }
+  for (const auto& child : children_) {
+    int least = 0;
+    gtk_widget_measure(child->widget(), orientation, -1, &least, nullptr, nullptr, nullptr);
+    minimum = std::max(minimum, least);
+  }
+  return minimum;
+}
+
+void ViewNode::allocate(int width, int height) {
+  if (!view_) return;
+  allocating_ = true;
+  if (resized_) resized_(width, height);
+  if (content_) gtk_widget_allocate(content_.get(), width, height, -1, nullptr);
+  for (const auto& child : children_) child->place();
+  allocating_ = false;
+}
+
+void ViewNode::place() const {
+  if (!view_) return;
+  const Rect& frame = view_->frame();
+  const Translation& shift = view_->transform();
+  const graphene_point_t origin = GRAPHENE_POINT_INIT(static_cast<float>(frame.x + shift.x), static_cast<float>(frame.y + shift.y));
+  GskTransform* const transform = gsk_transform_translate(nullptr, &origin);
+  gtk_widget_allocate(canvas_.get(), points(frame.width), points(frame.height), -1, transform);
+}
+
+void ViewNode::snapshot(GtkSnapshot* snapshot) {
+  if (!view_) return;
+  const auto outline = outlineOf(*view_);
+  const bool rounded = view_->cornerRadius() > 0;
+  if (const auto& color = view_->backgroundColor()) {
+    const auto shown = rgba(*color);
+    const auto bounds = boundsOf(*view_);
+    if (rounded) gtk_snapshot_push_rounded_clip(snapshot, &outline);
+    gtk_snapshot_append_color(snapshot, &shown, &bounds);
+    if (rounded) gtk_snapshot_pop(snapshot);
+  }
+  if (view_->clipsToBounds()) gtk_snapshot_push_rounded_clip(snapshot, &outline);
+  canvasSnapshotChildren(canvas_.get(), snapshot);
+  if (view_->clipsToBounds()) gtk_snapshot_pop(snapshot);
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <string>
+#include <vector>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/WebEngine.h"
+
+namespace orivex::gtk {
+
+/// One WebKitWebView. Its process ends with it.
+class WebKitEngine final : public WebEngine {
+ public:
+  WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, const WebEngineConfiguration& configuration,
+               WebEngineHandlers handlers);
+  ~WebKitEngine() override;
+
+  GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
+
+  void load(const UrlRequest& request) override;
+  void loadFile(const std::string& path, const std::string& readAccessPath) override;
+  void reload() override;
+  void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
+  void setCustomUserAgent(const std::string& userAgent) override;
+  void setScrollSettings(const ScrollSettings& settings) override;
+
+ private:
+  class MessageChannel;
+
+  void registerMessages(const std::vector<std::string>& names);
+  void addUserScripts(const std::vector<UserScript>& scripts);
+  void connectSignals();
+
+  void loadChanged(WebKitWebView* view, WebKitLoadEvent event);
+  gboolean loadFailed(WebKitWebView* view, WebKitLoadEvent event, const char* uri, GError* error);
+  gboolean loadFailedWithTlsErrors(WebKitWebView* view, const char* uri, GTlsCertificate* certificate,
+                                   GTlsCertificateFlags errors);
+  gboolean decidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+  void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason);
+  void uriChanged(WebKitWebView* view, GParamSpec* property);
+
+  /// Runs `call`, now or, while a call into this engine is under way, right after it.
+  template <class Function>
+  void tell(Function call);
+
+  MainQueue& mainQueue_;
+  WebEngineHandlers handlers_;
+  GRef<WebKitUserContentManager> content_;
+  GRef<WebKitWebView> view_;
+  GRef<GCancellable> cancellable_;
+  std::vector<std::unique_ptr<MessageChannel>> channels_;
+  std::vector<SignalConnection> signals_;
+  bool inCall_ = false;
+  bool loadFailed_ = false;
+  Alive alive_;
+};
+
+/// Makes engines that share one network session: cookies, storage and caches.
+class WebKitEngineFactory final : public WebEngineFactory {
+ public:
+  WebKitEngineFactory(MainQueue& mainQueue, GRef<WebKitNetworkSession> session)
+      : mainQueue_(mainQueue), session_(std::move(session)) {}
+
+  [[nodiscard]] std::unique_ptr<WebEngine> make(const WebEngineConfiguration& configuration,
+                                                WebEngineHandlers handlers) override;
+
+ private:
+  MainQueue& mainQueue_;
+  GRef<WebKitNetworkSession> session_;
+};
+
+}  // namespace orivex::gtk
