@@ -239,15 +239,29 @@ bool JsonReader::openDocument(simdjson::ondemand::object& object) {
   return mismatched("an object", nameOf(type));
 }
 
-void JsonReader::skipScalarDocument(Type type) {
+/// The only token of a document that is neither object nor array.
+std::string_view JsonReader::scalarDocument() {
   std::string_view token;
   check(document.raw_json_token().get(token));
   if (token.data() + token.size() != workspace->begin() + length) malformed(trailingText);
-  token = withoutBlanks(token);
+  return withoutBlanks(token);
+}
+
+void JsonReader::skipScalarDocument(Type type) {
+  const std::string_view token = scalarDocument();
   if (type == Type::number && !isJsonNumber(token)) malformed(badNumber);
   if (type == Type::boolean && token != "true" && token != "false") malformed(unknownWord);
   if (type == Type::null && token != "null") malformed(unknownWord);
   if (type == Type::string) check(document.get_string().error());
+}
+
+std::optional<std::string> JsonReader::textDocument() {
+  Type type{};
+  if (document.type().get(type) != simdjson::SUCCESS || type != Type::string) return std::nullopt;
+  scalarDocument();
+  std::string_view text;
+  check(document.get_string().get(text));
+  return std::string(text);
 }
 
 void JsonReader::closeDocument() {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -59,6 +60,9 @@ class JsonReader {
   template <class OnElement>
   bool readArray(JsonValue& value, OnElement&& onElement);
 
+  /// The text of a document that is one string; nothing if it is of another type.
+  std::optional<std::string> textDocument();
+
   Mismatch mismatch;
 
  private:
@@ -73,6 +77,7 @@ class JsonReader {
   bool mismatched(std::string_view expected, std::string_view found);
   std::string_view keyOf(simdjson::ondemand::field& field);
   bool openDocument(simdjson::ondemand::object& object);
+  std::string_view scalarDocument();
   void skipScalarDocument(Type type);
   void closeDocument();
   void enter();

@@ -34,7 +34,7 @@ class EncodingError : public std::runtime_error {
 template <class Record>
 Record decode(std::string_view json);
 
-/// The text of a JSON text that is one string; nothing when it is anything else. May be called on any thread.
+/// The string that a JSON text consists of; nothing when it is anything else. May be called on any thread.
 std::optional<std::string> decodeText(std::string_view json);
 
 /// Writes a record, or a vector of `UploadFileInfoModel`, as JSON in UTF-8: the keys in the record's order, absent
