@@ -1,4 +1,134 @@
-import { afterFirstPaint, post, track } from "./bridge.js";
+// The chat page: puts its parts together.
 
-track("chat_open", { language: navigator.language });
-afterFirstPaint(() => post("initLoaded"));
+import { afterFirstPaint, isNative, post, track } from "./bridge.js";
+import { prepareComposer } from "./composer.js";
+import { Connection } from "./connection.js";
+import { byId, make } from "./dom.js";
+import { isEnglish, safeAreas } from "./environment.js";
+import { messagesFromFiles } from "./files.js";
+import { MessageType, textOf, withoutLocalData } from "./records.js";
+import { text } from "./texts.js";
+import { Timeline } from "./timeline.js";
+import { showTopic } from "./topic.js";
+
+const visitor = 1;
+
+let agent = { name: "", title: "" };
+let isOnline = false;
+let isTyping = false;
+
+const timeline = new Timeline(sendCommand);
+const connection = new Connection({ onState, onAgent, onTyping, onMessage });
+
+function showState() {
+  const state = !isOnline ? "connecting" : isTyping ? "typing" : "online";
+  byId("agent-state").dataset.state = state;
+  byId("agent-state-text").textContent = state === "online" ? agent.title : text(state);
+  byId("agent-name").textContent = agent.name || text("title");
+}
+
+function onState(isOpen) {
+  isOnline = isOpen;
+  if (!isOpen) onTyping(false);
+  byId("connection-note").hidden = isOpen;
+  timeline.isOnline = isOpen;
+  showState();
+}
+
+function onAgent(profile) {
+  agent = { name: textOf(profile, "name"), title: textOf(profile, "title") };
+  timeline.agentName = agent.name;
+  showState();
+}
+
+function onTyping(isOn) {
+  isTyping = isOn;
+  timeline.isTyping = isOn;
+  showState();
+}
+
+function onMessage(message, shortcuts) {
+  timeline.add(message);
+  showQuickReplies(message.memberType === visitor ? [] : shortcuts);
+}
+
+/** Shows and sends a message. What is shown may hold more than what travels: pictures stay on this device. */
+function send(body, shown = body, extra = {}) {
+  const cMid = `${Date.now().toString(36)}-${Math.random().toString(36).slice(2, 10)}`;
+  const message = { cMid, mType: body.msgType, memberType: visitor, messageBody: body, ...extra };
+  timeline.add({ ...message, messageBody: shown, createTime: Date.now() });
+  timeline.isOnline = connection.isOpen;
+  connection.send(message);
+  showQuickReplies([]);
+  const type = Object.keys(MessageType).find((name) => MessageType[name] === body.msgType) ?? "other";
+  track("message_sent", { type });
+}
+
+function sendText(content) {
+  send({ msgType: MessageType.text, content });
+}
+
+function sendCommand(title, command) {
+  const body = { msgType: MessageType.text, content: title };
+  send(body, body, command ? { optionSelected: command } : {});
+}
+
+function sendFiles(files) {
+  for (const { sent, shown } of messagesFromFiles(files)) send(sent, shown);
+}
+
+function showQuickReplies(shortcuts) {
+  const group = byId("quick-replies");
+  const chips = shortcuts.filter((shortcut) => textOf(shortcut, "title")).map((shortcut) => {
+    const [title, command] = [textOf(shortcut, "title"), textOf(shortcut, "command")];
+    const chip = make("button", "chip", { type: "button", "data-testid": "quick-reply", "data-command": command }, title);
+    chip.addEventListener("click", () => sendCommand(title, command));
+    return chip;
+  });
+  group.replaceChildren(...chips);
+  group.hidden = chips.length === 0;
+}
+
+function nameControls() {
+  document.documentElement.lang = isEnglish ? "en" : "zh-CN";
+  document.title = text("title");
+  const labels = {
+    back: "back", scroller: "conversation", send: "send", "native-tools": "tools", "voice-toggle": "voice", photo: "photo",
+    camera: "camera", document: "document", "message-input": "placeholder", "quick-replies": "quickReplies", "viewer-close": "close",
+    viewer: "picture",
+  };
+  for (const [id, key] of Object.entries(labels)) byId(id).setAttribute("aria-label", text(key));
+  for (const id of ["back", "voice-toggle", "photo", "camera", "document", "send"]) byId(id).title = byId(id).getAttribute("aria-label");
+  byId("message-input").placeholder = text("placeholder");
+  byId("connection-note-text").textContent = text("reconnecting");
+  byId("to-latest-text").textContent = text("toLatest");
+  byId("browser-note").textContent = text("browserNote");
+}
+
+function keepClearOfEdges() {
+  const { top, bottom } = safeAreas();
+  document.documentElement.style.setProperty("--hh", `${top}px`);
+  document.documentElement.style.setProperty("--bh", `${bottom}px`);
+}
+
+function prepareNativeSide() {
+  byId("back").hidden = !isNative;
+  byId("browser-note").hidden = isNative;
+  byId("back").addEventListener("click", () => post("goBack"));
+  setTimeout(() => (byId("browser-note").hidden = true), 6000);
+  // The native side calls these by name.
+  window.handleSelectedFiles = (files) => sendFiles(Array.isArray(files) ? files : []);
+  window.handleSelectedRecord = (record) => sendFiles([record]);
+}
+
+keepClearOfEdges();
+nameControls();
+prepareNativeSide();
+prepareComposer(sendText);
+showTopic((body) => send({ ...withoutLocalData(body), msgType: MessageType.card }, { ...body, msgType: MessageType.card }), sendCommand);
+showState();
+connection.open();
+afterFirstPaint(() => {
+  post("initLoaded");
+  track("chat_open", { language: navigator.language });
+});

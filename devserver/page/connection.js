@@ -1,0 +1,86 @@
+// The web socket to the agent: comes back by itself, and keeps what was written meanwhile.
+
+import { locale, queryValue, session } from "./environment.js";
+
+const firstWait = 500;
+const longestWait = 8000;
+
+export class Connection {
+  #handlers;
+  #socket = null;
+  #wait = firstWait;
+  #retry = 0;
+  #lastId = 0;
+  /** Messages of the visitor that the server has not confirmed, by client identifier. */
+  #unconfirmed = new Map();
+
+  /** `handlers`: onState(isOpen), onAgent(profile), onTyping(isTyping), onMessage(message, shortcuts). */
+  constructor(handlers) {
+    this.#handlers = handlers;
+    window.addEventListener("online", () => this.#openNow());
+  }
+
+  get isOpen() {
+    return this.#socket?.readyState === WebSocket.OPEN;
+  }
+
+  open() {
+    const scheme = location.protocol === "https:" ? "wss:" : "ws:";
+    const token = encodeURIComponent(queryValue("access_token"));
+    const socket = new WebSocket(`${scheme}//${location.host}/chat-socket?access_token=${token}`);
+    this.#socket = socket;
+    socket.addEventListener("open", () => this.#greet());
+    socket.addEventListener("message", (event) => this.#receive(event.data));
+    socket.addEventListener("close", () => this.#lost(socket));
+  }
+
+  /** Sends a message record that has a `cMid`, now or as soon as there is a connection. */
+  send(message) {
+    this.#unconfirmed.set(message.cMid, message);
+    if (this.isOpen) this.#post({ type: "message", message });
+  }
+
+  #post(frame) {
+    this.#socket.send(JSON.stringify(frame));
+  }
+
+  #greet() {
+    this.#wait = firstWait;
+    this.#post({ type: "hello", session, language: locale, after: this.#lastId });
+    for (const message of this.#unconfirmed.values()) this.#post({ type: "message", message });
+    this.#handlers.onState(true);
+  }
+
+  #receive(data) {
+    let frame;
+    try {
+      frame = JSON.parse(data);
+    } catch {
+      return;
+    }
+    if (frame?.type === "agent") this.#handlers.onAgent(frame);
+    if (frame?.type === "typing") this.#handlers.onTyping(Boolean(frame.on));
+    if (frame?.type === "message" && frame.message) this.#take(frame.message, frame.shortcuts);
+  }
+
+  #take(message, shortcuts) {
+    if (message.mId <= this.#lastId) return;
+    this.#lastId = message.mId;
+    this.#unconfirmed.delete(message.cMid);
+    this.#handlers.onMessage(message, Array.isArray(shortcuts) ? shortcuts : []);
+  }
+
+  #lost(socket) {
+    if (socket !== this.#socket) return;
+    this.#handlers.onState(false);
+    // A little disorder keeps many pages from coming back in the same moment.
+    this.#retry = setTimeout(() => this.open(), this.#wait * (0.8 + Math.random() * 0.4));
+    this.#wait = Math.min(this.#wait * 2, longestWait);
+  }
+
+  #openNow() {
+    if (this.#socket?.readyState !== WebSocket.CLOSED) return;
+    clearTimeout(this.#retry);
+    this.open();
+  }
+}

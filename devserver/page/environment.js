@@ -1,0 +1,63 @@
+// What the page is told of its surroundings: its address's query, the component's environment record, the language.
+
+import { isNative } from "./bridge.js";
+
+function decoded(text) {
+  try {
+    return decodeURIComponent(text);
+  } catch {
+    return text;
+  }
+}
+
+/** A value of the page's query. Values come unescaped in part, so "+" is a plus and a broken escape stays as it is. */
+export function queryValue(name) {
+  const pair = location.search.slice(1).split("&").find((piece) => piece.startsWith(`${name}=`));
+  return pair ? decoded(pair.slice(name.length + 1)) : "";
+}
+
+/** The message that the host queued for this visit, an object, or null. It comes last and may hold "&" and "=". */
+export function queuedMessage() {
+  const marker = "&object_value=";
+  const at = location.search.indexOf(marker);
+  if (at < 0) return null;
+  try {
+    const value = JSON.parse(decoded(location.search.slice(at + marker.length)));
+    return value && typeof value === "object" && !Array.isArray(value) ? value : null;
+  } catch {
+    return null;
+  }
+}
+
+function points(value) {
+  const number = Number(value);
+  return Number.isFinite(number) && number > 0 ? Math.min(number, 200) : 0;
+}
+
+/** Heights of the status bar and of the home indicator's zone. The query has them too, should the record be missing. */
+export function safeAreas() {
+  if (!isNative) return { top: 0, bottom: 0 };
+  const given = window.extraParams;
+  if (given && typeof given === "object") return { top: points(given.hh), bottom: points(given.bh) };
+  return { top: points(queryValue("hh")), bottom: points(queryValue("bh")) };
+}
+
+export const isEnglish = /^en\b/i.test(navigator.language ?? "");
+export const locale = isEnglish ? navigator.language : "zh-CN";
+
+/** Identifies this page's conversation for as long as its view lives, reloads included. */
+function sessionIdentifier() {
+  const bytes = crypto.getRandomValues(new Uint8Array(16));
+  const fresh = Array.from(bytes, (byte) => byte.toString(16).padStart(2, "0")).join("");
+  try {
+    const known = sessionStorage.getItem("session");
+    if (known) return known;
+    sessionStorage.setItem("session", fresh);
+  } catch {
+    // Storage may be forbidden; the conversation then ends with the page.
+  }
+  return fresh;
+}
+
+export const session = sessionIdentifier();
+export const deviceId = queryValue("deviceId") || session;

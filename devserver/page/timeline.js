@@ -1,0 +1,114 @@
+// The list of messages: groups by time and sender, delivery states, and the position within.
+
+import { contentOf } from "./bubbles.js";
+import { byId, icon, make } from "./dom.js";
+import { text, timeText } from "./texts.js";
+
+/** Messages further apart than this, in milliseconds, get a time between them. */
+const longPause = 5 * 60_000;
+/** Messages of one sender within this time stand close together. */
+const sameBreath = 60_000;
+
+/** `memberType` of the message record. */
+const visitor = 1;
+
+const scroller = byId("scroller");
+const list = byId("timeline");
+const typing = byId("typing");
+const toLatest = byId("to-latest");
+
+export class Timeline {
+  #onCommand;
+  #last = null;
+  #agentName = "";
+  /** Messages of the visitor by client identifier. */
+  #mine = new Map();
+
+  constructor(onCommand) {
+    this.#onCommand = onCommand;
+    toLatest.addEventListener("click", () => this.#scrollToEnd());
+    scroller.addEventListener("scroll", () => {
+      if (this.#isAtEnd()) toLatest.hidden = true;
+    });
+    // What loads later or a smaller window must not push the last message out of sight.
+    let wasAtEnd = true;
+    scroller.addEventListener("scroll", () => (wasAtEnd = this.#isAtEnd()));
+    const observer = new ResizeObserver(() => wasAtEnd && this.#scrollToEnd());
+    observer.observe(list);
+    observer.observe(scroller);
+  }
+
+  set agentName(name) {
+    this.#agentName = name;
+  }
+
+  /** Adds a message, or confirms one of the visitor's that is there already. */
+  add(message) {
+    const known = this.#mine.get(message.cMid);
+    if (known) return this.#setState(known, "arrived");
+    const isMine = message.memberType === visitor;
+    const wasAtEnd = this.#isAtEnd();
+    const element = this.#element(message, isMine);
+    this.#place(element, message.createTime ?? Date.now(), isMine);
+    if (isMine && message.cMid) this.#remember(message, element);
+    if (wasAtEnd || isMine) this.#scrollToEnd();
+    else toLatest.hidden = false;
+  }
+
+  /** Tells of the visitor's unconfirmed messages whether there is a connection to send them. */
+  set isOnline(isOnline) {
+    for (const element of this.#mine.values())
+      if (!element.querySelector(".state.arrived")) this.#setState(element, isOnline ? "sending" : "waiting");
+  }
+
+  set isTyping(isTyping) {
+    const wasAtEnd = this.#isAtEnd();
+    typing.hidden = !isTyping;
+    if (wasAtEnd) this.#scrollToEnd();
+  }
+
+  #element(message, isMine) {
+    const { element, isWide } = contentOf(message, this.#onCommand);
+    const sender = make("span", "visually-hidden", {}, `${isMine ? text("me") : this.#agentName}: `);
+    const row = make("div", "message", { "data-testid": isMine ? "message-mine" : "message-agent" });
+    row.classList.toggle("mine", isMine);
+    row.classList.toggle("wide", isWide);
+    if (!isMine) row.append(make("span", "avatar", { "aria-hidden": "true" }, icon("agent")));
+    row.append(make("div", "content", {}, sender, element));
+    return row;
+  }
+
+  #place(element, time, isMine) {
+    if (!this.#last || time - this.#last.time > longPause) {
+      list.append(make("p", "time", {}, timeText(new Date(time))));
+      this.#last = null;
+    }
+    if (this.#last?.isMine === isMine && time - this.#last.time < sameBreath) {
+      element.classList.add("joined");
+      this.#last.element.classList.add("before-joined");
+    }
+    list.append(element);
+    this.#last = { element, time, isMine };
+  }
+
+  #remember(message, element) {
+    this.#mine.set(message.cMid, element);
+    element.append(make("p", "state", { "data-testid": "state" }));
+    this.#setState(element, message.mId ? "arrived" : "sending");
+  }
+
+  #setState(element, state) {
+    const line = element.querySelector(".state");
+    line.className = `state ${state}`;
+    line.textContent = text(state);
+  }
+
+  #isAtEnd() {
+    return scroller.scrollHeight - scroller.scrollTop - scroller.clientHeight < 60;
+  }
+
+  #scrollToEnd() {
+    toLatest.hidden = true;
+    scroller.scrollTop = scroller.scrollHeight;
+  }
+}
