@@ -10,10 +10,7 @@
 namespace orivex::testing {
 namespace {
 
-template <class... Parameters, class... Arguments>
-void tell(const std::function<void(Parameters...)>& handler, Arguments&&... arguments) {
-  if (handler) handler(std::forward<Arguments>(arguments)...);
-}
+constexpr const char* processGone = "The page's process is gone";
 
 template <class... Parameters, class... Arguments>
 bool isAllowed(const std::function<NavigationPolicy(Parameters...)>& handler, Arguments&&... arguments) {
@@ -30,6 +27,7 @@ VirtualWebEngine::VirtualWebEngine(const std::shared_ptr<Registry>& registry, Ma
 }
 
 VirtualWebEngine::~VirtualWebEngine() {
+  page_->ended = true;
   if (const auto registry = registry_.lock()) std::erase(registry->engines, this);
 }
 
@@ -67,13 +65,22 @@ void VirtualWebEngine::evaluate(const std::string& script, Once<void(std::option
   requireMainThread(queue_, "WebEngine::evaluate");
   scripts_.push_back(script);
   auto error = std::exchange(nextEvaluationError_, std::nullopt);
-  queue_.async([weak = std::weak_ptr<Page>(page_), process = page_->process, alive = processAlive_,
-                error = std::move(error), completion = std::move(completion)]() mutable {
-    const auto page = weak.lock();
-    if (!page) return;
-    if (!alive || page->process != process) error = "The page's process is gone";
-    std::move(completion)(std::move(error));
-  });
+  if (!processAlive_) error = processGone;
+  queue_.async(alive_.guard(
+      [this, script, process = page_->process, error = std::move(error), completion = std::move(completion)]() mutable {
+        if (page_->process != process) error = processGone;
+        const std::weak_ptr<Page> life = page_;
+        if (!error) error = run(script);
+        // The page may have closed the screen, and with it this engine, in reaction.
+        if (!life.expired()) std::move(completion)(std::move(error));
+      }));
+}
+
+std::optional<std::string> VirtualWebEngine::run(const std::string& script) {
+  const auto registry = registry_.lock();
+  if (!registry || !registry->scriptRunner) return std::nullopt;
+  const auto runner = registry->scriptRunner;  // it may set another one
+  return runner(*this, script);
 }
 
 void VirtualWebEngine::setCustomUserAgent(const std::string& userAgent) {
@@ -95,10 +102,15 @@ void VirtualWebEngine::queueEvent(Event event) {
   });
 }
 
+template <class... Parameters, class... Arguments>
+void VirtualWebEngine::tell(Page& page, const std::function<void(Parameters...)>& handler, Arguments&&... arguments) {
+  if (handler && !page.ended) handler(std::forward<Arguments>(arguments)...);
+}
+
 void VirtualWebEngine::setUrl(Page& page, const std::optional<std::string>& url) {
   if (page.url == url) return;
   page.url = url;
-  tell(page.handlers.urlChanged, url);
+  tell(page, page.handlers.urlChanged, url);
 }
 
 void VirtualWebEngine::post(const std::string& name, const std::string& body) {
@@ -106,19 +118,19 @@ void VirtualWebEngine::post(const std::string& name, const std::string& body) {
   if (std::find(names.begin(), names.end(), name) == names.end()) {
     fatalError("OrivexSDK/VirtualWebEngine", "no script message handler is registered as " + name);
   }
-  queueEvent([message = ScriptMessage{name, body}](Page& page) { tell(page.handlers.scriptMessage, message); });
+  queueEvent([message = ScriptMessage{name, body}](Page& page) { tell(page, page.handlers.scriptMessage, message); });
 }
 
 void VirtualWebEngine::startProvisional() {
   queueEvent([url = requestedUrl_](Page& page) {
     page.refused = !isAllowed(page.handlers.decideNavigationAction, url);
-    if (!page.refused) tell(page.handlers.didStartProvisionalNavigation);
+    if (!page.refused) tell(page, page.handlers.didStartProvisionalNavigation);
   });
 }
 
 void VirtualWebEngine::redirect() {
   queueEvent([](Page& page) {
-    if (!page.refused) tell(page.handlers.didReceiveServerRedirect);
+    if (!page.refused) tell(page, page.handlers.didReceiveServerRedirect);
   });
 }
 
@@ -127,9 +139,9 @@ void VirtualWebEngine::commit(const std::string& url) {
     if (page.refused) return;
     page.refused = !isAllowed(page.handlers.decideNavigationResponse);
     if (page.refused) {
-      tell(page.handlers.didFailProvisionalNavigation, "The response was refused");
+      tell(page, page.handlers.didFailProvisionalNavigation, "The response was refused");
     } else {
-      tell(page.handlers.didCommitNavigation);
+      tell(page, page.handlers.didCommitNavigation);
       setUrl(page, url);
     }
   });
@@ -137,19 +149,19 @@ void VirtualWebEngine::commit(const std::string& url) {
 
 void VirtualWebEngine::finish() {
   queueEvent([](Page& page) {
-    if (!page.refused) tell(page.handlers.didFinishNavigation);
+    if (!page.refused) tell(page, page.handlers.didFinishNavigation);
   });
 }
 
 void VirtualWebEngine::failProvisional(const std::string& error) {
   queueEvent([error](Page& page) {
-    if (!page.refused) tell(page.handlers.didFailProvisionalNavigation, error);
+    if (!page.refused) tell(page, page.handlers.didFailProvisionalNavigation, error);
   });
 }
 
 void VirtualWebEngine::fail(const std::string& error) {
   queueEvent([error](Page& page) {
-    if (!page.refused) tell(page.handlers.didFailNavigation, error);
+    if (!page.refused) tell(page, page.handlers.didFailNavigation, error);
   });
 }
 
@@ -167,7 +179,7 @@ void VirtualWebEngine::die() {
   ++page_->process;
   queueEvent([](Page& page) {
     page.url.reset();
-    tell(page.handlers.urlChanged, std::nullopt);
+    tell(page, page.handlers.urlChanged, std::nullopt);
   });
   processAlive_ = false;
 }

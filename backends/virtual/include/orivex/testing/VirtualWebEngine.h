@@ -22,12 +22,17 @@ class VirtualWebEngine final : public WebEngine {
     bool operator==(const FileLoad&) const = default;
   };
 
+  /// Plays one load or reload.
   using Loader = std::function<void(VirtualWebEngine& engine)>;
 
-  /// The engines alive and what plays their loads; an engine may outlive its factory.
+  /// Stands in for a page that runs `script`; returns the error's description, or nothing when it ran.
+  using ScriptRunner = std::function<std::optional<std::string>(VirtualWebEngine& engine, const std::string& script)>;
+
+  /// The engines alive and what plays their pages; an engine may outlive its factory.
   struct Registry {
     std::vector<VirtualWebEngine*> engines;
     Loader loader;
+    ScriptRunner scriptRunner;
   };
 
   VirtualWebEngine(const std::shared_ptr<Registry>& registry, MainQueue& queue, WebEngineConfiguration configuration,
@@ -38,7 +43,8 @@ class VirtualWebEngine final : public WebEngine {
   void loadFile(const std::string& path, const std::string& readAccessPath) override;
   void reload() override;
 
-  /// Succeeds unless `failNextEvaluation` was called or the page's process is gone.
+  /// Succeeds unless the factory's script runner says otherwise, `failNextEvaluation` was called or the page's process
+  /// is gone.
   void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
   void setCustomUserAgent(const std::string& userAgent) override;
   void setScrollSettings(const ScrollSettings& settings) override;
@@ -96,12 +102,16 @@ class VirtualWebEngine final : public WebEngine {
     WebEngineHandlers handlers;
     std::optional<std::string> url;
     bool refused = false;
+    bool ended = false;
     int process = 0;
   };
 
   template <class Event>
   void queueEvent(Event event);
+  template <class... Parameters, class... Arguments>
+  static void tell(Page& page, const std::function<void(Parameters...)>& handler, Arguments&&... arguments);
   void startLoading();
+  std::optional<std::string> run(const std::string& script);
   static void setUrl(Page& page, const std::optional<std::string>& url);
 
   std::weak_ptr<Registry> registry_;

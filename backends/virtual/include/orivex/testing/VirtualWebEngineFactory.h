@@ -15,6 +15,7 @@ namespace orivex::testing {
 class VirtualWebEngineFactory final : public WebEngineFactory {
  public:
   using Loader = VirtualWebEngine::Loader;
+  using ScriptRunner = VirtualWebEngine::ScriptRunner;
 
   explicit VirtualWebEngineFactory(MainQueue& queue) : queue_(queue) {}
 
@@ -31,6 +32,9 @@ class VirtualWebEngineFactory final : public WebEngineFactory {
   /// `[](VirtualWebEngine& engine) { engine.completeLoad(); }`. Without one nothing happens after a load until the test
   /// plays it.
   void setLoader(Loader loader) { registry_->loader = std::move(loader); }
+
+  /// Runs every script from now on, called from the queue: for example to answer a call with `engine.post(...)`.
+  void setScriptRunner(ScriptRunner runner) { registry_->scriptRunner = std::move(runner); }
 
  private:
   MainQueue& queue_;

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <concepts>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/ports/Bundle.h"
+#include "orivex/platform/ports/UserDefaults.h"
+#include "orivex/platform/ports/WebEngine.h"
+
+/// What a backend must offer so that the contract suites can run on it. A fixture is made anew for each test; each
+/// suite asks for the smallest of these concepts that it needs.
+namespace orivex::contract {
+
+/// Seconds after which something that should have happened is taken not to happen.
+constexpr double patience = 10;
+
+/// Seconds of looking on to see that nothing happens.
+constexpr double moment = 0.3;
+
+/// A device whose time the test can let pass.
+template <class Fixture>
+concept DeviceFixture = std::default_initializable<Fixture> &&
+    requires(Fixture fixture, const std::function<bool()>& condition, double seconds) {
+  /// The ports under test. It need not be installed.
+  { fixture.platform() } -> std::convertible_to<const Platform&>;
+  /// Runs the main queue until `condition` holds, at most `seconds`; returns whether it holds.
+  { fixture.wait(condition, seconds) } -> std::same_as<bool>;
+};
+
+/// One address of a small web server.
+struct ServedReply {
+  int status = 200;
+  std::string body = {};
+  std::string location = {};              ///< Of a redirect: a target of the same server.
+  bool silent = false;                    ///< Takes the request and never answers.
+  std::string cookie = {};                ///< "name=value" that the reply sets.
+  std::vector<ScriptMessage> posts = {};  ///< What the scripts in `body` post, for an engine that runs none.
+};
+
+/// Replies by target, for example "/page?x=1". Any other target is answered with status 404.
+using Site = std::map<std::string, ServedReply, std::less<>>;
+
+/// A web server in reach of the device.
+template <class Fixture>
+concept ServerFixture = DeviceFixture<Fixture> && requires(Fixture fixture, const Site& site) {
+  /// Serves `site` until the fixture ends, as "text/html; charset=utf-8"; returns its origin, such as
+  /// "http://127.0.0.1:40123". Called once.
+  { fixture.serve(site) } -> std::same_as<std::string>;
+  /// An origin at which nobody listens.
+  { fixture.refusingOrigin() } -> std::same_as<std::string>;
+};
+
+/// A web server that also web engines reach. Scripts that begin with "throw" fail in their pages, others run.
+template <class Fixture>
+concept WebFixture = ServerFixture<Fixture> && requires(Fixture fixture, const std::string& target) {
+  /// The user agent of each request for `target`, in order.
+  { fixture.userAgents(target) } -> std::same_as<std::vector<std::string>>;
+  /// Path of a readable local page.
+  { fixture.localPage() } -> std::same_as<std::string>;
+};
+
+/// Bundles with given contents.
+template <class Fixture>
+concept BundleFixture = DeviceFixture<Fixture> &&
+    requires(Fixture fixture, const std::map<std::string, std::string>& files) {
+  /// A bundle that holds these files by name, such as "page.html".
+  { fixture.bundleWith(files) } -> std::convertible_to<const Bundle&>;
+  { fixture.missingBundle() } -> std::convertible_to<const Bundle&>;
+};
+
+using Settings = std::map<std::string, std::variant<bool, std::string>>;
+
+/// Settings as the visitor left them.
+template <class Fixture>
+concept SettingsFixture = DeviceFixture<Fixture> && requires(Fixture fixture, const Settings& settings) {
+  { fixture.userDefaultsWith(settings) } -> std::convertible_to<const UserDefaults&>;
+};
+
+/// A window over which the overlay's panel shows.
+template <class Fixture>
+concept OverlayFixture = DeviceFixture<Fixture> && requires(Fixture fixture) {
+  /// Status of the panel that is up, empty for the plain spinner; nothing when none is.
+  { fixture.overlayStatus() } -> std::same_as<std::optional<std::string>>;
+  /// From now on there is no window.
+  fixture.removeWindow();
+};
+
+}  // namespace orivex::contract

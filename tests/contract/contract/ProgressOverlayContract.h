@@ -1,0 +1,78 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "contract/Fixture.h"
+
+#include "orivex/platform/ports/ProgressOverlay.h"
+
+namespace orivex::contract {
+
+template <OverlayFixture Fixture>
+class ProgressOverlayContract : public ::testing::Test {
+ protected:
+  ProgressOverlay& overlay() { return fixture_.platform().progressOverlay; }
+
+  // A panel may take a moment to come or to fade.
+  bool becomes(const std::optional<std::string>& status) {
+    return fixture_.wait([&] { return fixture_.overlayStatus() == status; }, patience);
+  }
+  void pass(double seconds) {
+    fixture_.wait([] { return false; }, seconds);
+  }
+
+  Fixture fixture_;
+};
+TYPED_TEST_SUITE_P(ProgressOverlayContract);
+
+TYPED_TEST_P(ProgressOverlayContract, ALaterCallReplacesAnEarlierOneAndDismissTakesItAway) {
+  this->overlay().dismiss();
+  EXPECT_TRUE(this->becomes(std::nullopt));
+  this->overlay().show();
+  EXPECT_TRUE(this->becomes(""));
+  this->overlay().showProgress(0.5F, "50%");
+  EXPECT_TRUE(this->becomes("50%"));
+  this->overlay().showInfo("文件过大");
+  EXPECT_TRUE(this->becomes("文件过大"));
+  this->overlay().dismiss();
+  EXPECT_TRUE(this->becomes(std::nullopt));
+}
+
+TYPED_TEST_P(ProgressOverlayContract, APanelShownWhileAnotherIsLeavingStays) {
+  this->overlay().showInfo("old");
+  EXPECT_TRUE(this->becomes("old"));
+  this->overlay().dismiss();
+  this->overlay().showInfo("new");
+  EXPECT_TRUE(this->becomes("new"));
+  this->pass(1);
+  EXPECT_EQ(this->fixture_.overlayStatus(), "new");
+}
+
+TYPED_TEST_P(ProgressOverlayContract, WhateverIsShownGoesAfterTheMaximumDismissTimeOfItsOwn) {
+  this->overlay().setMaximumDismissTime(0.6);
+  this->overlay().showInfo("first");
+  this->pass(0.4);
+  this->overlay().showInfo("second");
+  this->pass(0.4);
+  EXPECT_EQ(this->fixture_.overlayStatus(), "second") << "the first panel's time ended the second";
+  EXPECT_TRUE(this->becomes(std::nullopt));
+}
+
+TYPED_TEST_P(ProgressOverlayContract, WithoutAWindowNothingShowsAndNothingFails) {
+  this->fixture_.removeWindow();
+  this->overlay().showInfo("unseen");
+  this->overlay().dismiss();
+  this->overlay().show();
+  this->pass(0.05);
+  EXPECT_EQ(this->fixture_.overlayStatus(), std::nullopt);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(ProgressOverlayContract, ALaterCallReplacesAnEarlierOneAndDismissTakesItAway,
+                            APanelShownWhileAnotherIsLeavingStays,
+                            WhateverIsShownGoesAfterTheMaximumDismissTimeOfItsOwn,
+                            WithoutAWindowNothingShowsAndNothingFails);
+
+}  // namespace orivex::contract

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cctype>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "contract/Fixture.h"
+
+#include "orivex/platform/ports/Bundle.h"
+#include "orivex/platform/ports/Device.h"
+#include "orivex/platform/ports/UserDefaults.h"
+
+/// The ports that only look something up: Bundle, UserDefaults and Device.
+namespace orivex::contract {
+
+template <BundleFixture Fixture>
+class BundleContract : public ::testing::Test {
+ protected:
+  Fixture fixture_;
+};
+TYPED_TEST_SUITE_P(BundleContract);
+
+TYPED_TEST_P(BundleContract, AResourceIsFoundByNameAndTypeTogether) {
+  const Bundle& bundle = this->fixture_.bundleWith({{"page.html", "<p>é"}, {"tool.min.js", "1;"}});
+  const struct {
+    const char* name;
+    const char* type;
+    const char* contents;
+  } rows[] = {
+      {"page", "html", "<p>é"},    {"tool.min", "js", "1;"}, {"page", "js", nullptr},
+      {"absent", "html", nullptr}, {"pag", "html", nullptr},
+  };
+  for (const auto& row : rows) {
+    const auto path = bundle.pathForResource(row.name, row.type);
+    ASSERT_EQ(path.has_value(), row.contents != nullptr) << row.name << '.' << row.type;
+    if (!path) continue;
+    std::ifstream file(*path, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), row.contents);
+  }
+}
+
+TYPED_TEST_P(BundleContract, AMissingBundleHasNothing) {
+  const Bundle& bundle = this->fixture_.missingBundle();
+  EXPECT_FALSE(bundle.infoDictionary());
+  EXPECT_FALSE(bundle.pathForResource("skeleton", "html"));
+}
+
+REGISTER_TYPED_TEST_SUITE_P(BundleContract, AResourceIsFoundByNameAndTypeTogether, AMissingBundleHasNothing);
+
+template <SettingsFixture Fixture>
+class UserDefaultsContract : public ::testing::Test {
+ protected:
+  Fixture fixture_;
+};
+TYPED_TEST_SUITE_P(UserDefaultsContract);
+
+TYPED_TEST_P(UserDefaultsContract, ABooleanIsFalseUnlessItIsSetAndABoolean) {
+  const UserDefaults& defaults =
+      this->fixture_.userDefaultsWith({{"on", true}, {"off", false}, {"unit", std::string("Inches")}});
+  EXPECT_TRUE(defaults.boolForKey("on"));
+  EXPECT_FALSE(defaults.boolForKey("off"));
+  EXPECT_FALSE(defaults.boolForKey("unit"));
+  EXPECT_FALSE(defaults.boolForKey("absent"));
+}
+
+TYPED_TEST_P(UserDefaultsContract, AStringReadsBackAsItWasAndIsNothingWhenAbsent) {
+  const std::string text = "两行\\ \"及\" = 表情😀";
+  const UserDefaults& defaults = this->fixture_.userDefaultsWith({{"text", text}, {"empty", std::string()}});
+  EXPECT_EQ(defaults.stringForKey("text"), text);
+  EXPECT_EQ(defaults.stringForKey("empty"), "");
+  EXPECT_EQ(defaults.stringForKey("absent"), std::nullopt);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(UserDefaultsContract, ABooleanIsFalseUnlessItIsSetAndABoolean,
+                            AStringReadsBackAsItWasAndIsNothingWhenAbsent);
+
+template <DeviceFixture Fixture>
+class DeviceContract : public ::testing::Test {
+ protected:
+  Fixture fixture_;
+};
+TYPED_TEST_SUITE_P(DeviceContract);
+
+TYPED_TEST_P(DeviceContract, TheIdentifierIsAnUpperCaseUuidThatStaysTheSame) {
+  const Device& device = this->fixture_.platform().device;
+  const auto identifier = device.identifierForVendor();
+  if (!identifier) GTEST_SKIP() << "this system gives no identifier";
+  ASSERT_EQ(identifier->size(), 36U) << *identifier;
+  for (std::size_t index = 0; index < identifier->size(); ++index) {
+    const auto character = static_cast<unsigned char>((*identifier)[index]);
+    const bool dash = index == 8 || index == 13 || index == 18 || index == 23;
+    EXPECT_TRUE(dash ? character == '-' : std::isdigit(character) || (character >= 'A' && character <= 'F'))
+        << *identifier << " at " << index;
+  }
+  EXPECT_EQ(device.identifierForVendor(), identifier);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(DeviceContract, TheIdentifierIsAnUpperCaseUuidThatStaysTheSame);
+
+}  // namespace orivex::contract

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "contract/Fixture.h"
+#include "contract/WebRecorder.h"
+
+#include "orivex/platform/ports/WebEngine.h"
+
+/// What only an engine that runs scripts can keep.
+namespace orivex::contract {
+
+template <WebFixture Fixture>
+class UserScriptContract : public ::testing::Test {
+ protected:
+  /// The bodies that the page at "/" posts to "contract" when it has these scripts.
+  std::vector<std::string> bodies(const Site& site, const std::vector<UserScript>& scripts, std::size_t count) {
+    WebRecorder web(fixture_.platform(), {{"contract"}, scripts, true});
+    web.load(fixture_.serve(site) + "/");
+    EXPECT_TRUE(fixture_.wait([&] { return web.messages.size() >= count && web.has("finish"); }, patience));
+    fixture_.wait([] { return false; }, moment);
+    std::vector<std::string> bodies;
+    for (const auto& message : web.messages) bodies.push_back(message.body);
+    return bodies;
+  }
+
+  static std::string post(const std::string& expression) {
+    return "webkit.messageHandlers.contract.postMessage(" + expression + ");";
+  }
+
+  Fixture fixture_;
+};
+TYPED_TEST_SUITE_P(UserScriptContract);
+
+TYPED_TEST_P(UserScriptContract, ScriptsRunInOrderBeforeThePagesOwnAndAtItsEnd) {
+  using enum UserScript::InjectionTime;
+  const std::string own = this->post("window.extraParams") + this->post("window.second");
+  const std::vector<UserScript> scripts{
+      {this->post("'end'"), documentEnd, true},
+      {"window.extraParams={\"hh\":47};", documentStart, true},
+      {"window.second=window.extraParams.hh+1;", documentStart, true},
+  };
+  EXPECT_EQ(this->bodies({{"/", {.body = "<script>" + own + "</script><p>page"}}}, scripts, 3),
+            (std::vector<std::string>{R"({"hh":47})", "48", R"("end")"}));
+}
+
+TYPED_TEST_P(UserScriptContract, AMainFrameScriptStaysOutOfFrames) {
+  const Site site{{"/", {.body = "<iframe src=/frame></iframe>"}}, {"/frame", {.body = "<p>frame"}}};
+  const std::vector<UserScript> scripts{
+      {this->post("location.pathname"), UserScript::InjectionTime::documentStart, true}};
+  EXPECT_EQ(this->bodies(site, scripts, 1), (std::vector<std::string>{R"("/")"}));
+}
+
+REGISTER_TYPED_TEST_SUITE_P(UserScriptContract, ScriptsRunInOrderBeforeThePagesOwnAndAtItsEnd,
+                            AMainFrameScriptStaysOutOfFrames);
+
+}  // namespace orivex::contract

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "contract/Fixture.h"
+#include "contract/WebRecorder.h"
+
+#include "orivex/platform/ports/WebsiteDataStore.h"
+
+namespace orivex::contract {
+
+template <WebFixture Fixture>
+class WebsiteDataContract : public ::testing::Test {
+ protected:
+  using Records = std::vector<WebsiteDataRecord>;
+
+  /// Lets a page leave a cookie on the device.
+  void leaveCookie() {
+    WebRecorder web(fixture_.platform(), {});
+    web.load(fixture_.serve({{"/", {.body = "<p>page", .cookie = "visitor=7"}}}) + "/");
+    EXPECT_TRUE(fixture_.wait([&] { return web.has("finish"); }, patience));
+  }
+
+  Records fetch(const std::set<WebsiteDataType>& types) {
+    std::optional<Records> result;
+    store().fetchRecords(types, [&](Records records) { result = std::move(records); });
+    EXPECT_FALSE(result) << "completed inside the call";
+    EXPECT_TRUE(fixture_.wait([&] { return result.has_value(); }, patience));
+    return result.value_or(Records());
+  }
+
+  void remove(const std::set<WebsiteDataType>& types, const Records& records) {
+    int completions = 0;
+    store().removeData(types, records, [&] { ++completions; });
+    EXPECT_EQ(completions, 0) << "completed inside the call";
+    EXPECT_TRUE(fixture_.wait([&] { return completions > 0; }, patience));
+  }
+
+  WebsiteDataStore& store() { return fixture_.platform().websiteDataStore; }
+
+  Fixture fixture_;
+};
+TYPED_TEST_SUITE_P(WebsiteDataContract);
+
+TYPED_TEST_P(WebsiteDataContract, WhatIsRemovedIsNoLongerFetched) {
+  const std::set cookies{WebsiteDataType::cookies};
+  this->leaveCookie();
+  const auto records = this->fetch(cookies);
+  ASSERT_FALSE(records.empty());
+  EXPECT_NE(records.front().displayName, "");
+  EXPECT_TRUE(this->fetch({WebsiteDataType::indexedDatabases}).empty());
+  this->remove({WebsiteDataType::localStorage}, records);
+  EXPECT_EQ(this->fetch(cookies).size(), records.size()) << "another kind of data went as well";
+  this->remove(WebsiteDataStore::allTypes(), records);
+  EXPECT_TRUE(this->fetch(cookies).empty());
+}
+
+TYPED_TEST_P(WebsiteDataContract, RemovingNothingCompletes) {
+  this->remove(WebsiteDataStore::allTypes(), {});
+}
+
+REGISTER_TYPED_TEST_SUITE_P(WebsiteDataContract, WhatIsRemovedIsNoLongerFetched, RemovingNothingCompletes);
+
+}  // namespace orivex::contract

@@ -1,0 +1,101 @@
+#include "VirtualFixture.h"
+
+namespace orivex::testing {
+namespace {
+
+constexpr const char* servedOrigin = "http://served.test";
+
+contract::ServedReply notFound() {
+  return {.status = 404, .body = "not found"};
+}
+
+}  // namespace
+
+VirtualFixture::VirtualFixture() {
+  device_.httpClient().setServer([this](const UrlRequest& request) { return reply(request); });
+  device_.webEngines().setLoader([this](VirtualWebEngine& engine) { play(engine); });
+  device_.webEngines().setScriptRunner([](VirtualWebEngine&, const std::string& script) -> std::optional<std::string> {
+    if (script.starts_with("throw")) return "Error: broken";
+    return std::nullopt;
+  });
+}
+
+std::string VirtualFixture::serve(const contract::Site& site) {
+  for (const auto& [target, reply] : site) site_.emplace(servedOrigin + target, reply);
+  return servedOrigin;
+}
+
+VirtualReply VirtualFixture::reply(const UrlRequest& request) const {
+  const auto& address = request.url.absoluteString();
+  if (!address.starts_with(servedOrigin)) return VirtualReply::fail("Connection refused");
+  const auto found = site_.find(address);
+  const auto served = found == site_.end() ? notFound() : found->second;
+  if (served.silent) return VirtualReply::never();
+  if (!served.location.empty()) return VirtualReply::redirect(*Url::parse(servedOrigin + served.location), 0.01);
+  return VirtualReply::respond(served.status, served.body, 0.01);
+}
+
+void VirtualFixture::play(VirtualWebEngine& engine) {
+  auto address = engine.requestedUrl().value();
+  userAgents_.emplace_back(address, engine.customUserAgent());
+  engine.startProvisional();
+  if (!address.starts_with(servedOrigin) && !address.starts_with("file:")) {
+    engine.failProvisional("Connection refused");
+    return;
+  }
+  if (const auto found = site_.find(address); found != site_.end() && !found->second.location.empty()) {
+    engine.redirect();
+    address = servedOrigin + found->second.location;
+  }
+  playPage(engine, address);
+}
+
+void VirtualFixture::playPage(VirtualWebEngine& engine, const std::string& address) {
+  engine.commit(address);
+  if (const auto found = site_.find(address); found != site_.end()) {
+    for (const auto& message : found->second.posts) engine.post(message.name, message.body);
+    if (!found->second.cookie.empty()) device_.websiteDataStore().put("served.test", {WebsiteDataType::cookies});
+  }
+  engine.finish();
+}
+
+std::vector<std::string> VirtualFixture::userAgents(const std::string& target) {
+  std::vector<std::string> agents;
+  for (const auto& [address, agent] : userAgents_) {
+    if (address == servedOrigin + target) agents.push_back(agent);
+  }
+  return agents;
+}
+
+const Bundle& VirtualFixture::bundleWith(const std::map<std::string, std::string>& files) {
+  auto& bundle = device_.componentBundle();
+  for (const auto& [name, contents] : files) {
+    const auto dot = name.rfind('.');
+    bundle.addResource(name.substr(0, dot), name.substr(dot + 1), contents);
+  }
+  return bundle;
+}
+
+const Bundle& VirtualFixture::missingBundle() {
+  device_.componentBundle().setMissing(true);
+  return device_.componentBundle();
+}
+
+const UserDefaults& VirtualFixture::userDefaultsWith(const contract::Settings& settings) {
+  auto& defaults = device_.userDefaults();
+  for (const auto& [key, value] : settings) {
+    if (const bool* flag = std::get_if<bool>(&value)) {
+      defaults.setBool(key, *flag);
+    } else {
+      defaults.setString(key, std::get<std::string>(value));
+    }
+  }
+  return defaults;
+}
+
+std::optional<std::string> VirtualFixture::overlayStatus() {
+  const auto& shown = device_.progressOverlay().shown();
+  return shown ? std::optional(shown->status) : std::nullopt;
+}
+
+}  // namespace orivex::testing

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "contract/Fixture.h"
+
+#include "orivex/testing/VirtualDevice.h"
+
+namespace orivex::testing {
+
+/// The virtual device as the contract suites see it: one function serves its HTTP client and its web engines.
+class VirtualFixture {
+ public:
+  VirtualFixture();
+
+  const Platform& platform() { return device_.platform(); }
+  bool wait(const std::function<bool()>& condition, double seconds) {
+    return device_.mainQueue().advanceUntil(condition, seconds);
+  }
+
+  std::string serve(const contract::Site& site);
+  std::string refusingOrigin() { return "http://refused.test"; }
+  std::vector<std::string> userAgents(const std::string& target);
+  std::string localPage() { return device_.componentBundle().addResource("local", "html", "<p>local"); }
+
+  const Bundle& bundleWith(const std::map<std::string, std::string>& files);
+  const Bundle& missingBundle();
+  const UserDefaults& userDefaultsWith(const contract::Settings& settings);
+  std::optional<std::string> overlayStatus();
+  void removeWindow() { device_.application().setSceneConnected(false); }
+
+ private:
+  VirtualReply reply(const UrlRequest& request) const;
+  void play(VirtualWebEngine& engine);
+  void playPage(VirtualWebEngine& engine, const std::string& address);
+
+  VirtualDevice device_;
+  contract::Site site_;
+  std::vector<std::pair<std::string, std::string>> userAgents_;  // by address
+};
+
+}  // namespace orivex::testing
