@@ -7,7 +7,8 @@ import { MessageType, addressOf, inlinePictureOf, listOf, numberOf, pictureOf, t
 import { durationText, sizeText, text } from "./texts.js";
 import { showPicture } from "./viewer.js";
 
-const addressInText = /https?:\/\/[^\s<>"'，。；！？、）】》」』]+/g;
+/** An address ends before a blank, a quote, wide punctuation, or the punctuation that ends a sentence. */
+const addressInText = /https?:\/\/[^\s<>"'，。；！？、）】》」』”’]*[^\s<>"'，。；！？、）】》」』”’.,;:!?)\]]/g;
 
 function textBubble(content) {
   const bubble = make("div", "bubble", { "data-testid": "text" });

@@ -64,8 +64,7 @@ AgentAnswer Agent::text(std::string content) const {
 }
 
 std::vector<AgentAnswer> Agent::greeting() const {
-  return {text(say("您好，我是客服小薇，很高兴为您服务 👋", "Hello, I’m Vera from support. Nice to meet you 👋")),
-          help()};
+  return {text(say("您好，我是客服小薇，很高兴为您服务。", "Hello, I'm Vera from support. Nice to meet you.")), help()};
 }
 
 AgentAnswer Agent::help() const {
@@ -128,7 +127,7 @@ AgentAnswer Agent::order() const {
 std::vector<AgentAnswer> Agent::answerCommand(std::string_view command) const {
   if (command == "order") return {text(say("为您找到最近的订单：", "Here is your latest order:")), order()};
   if (command == "link") return {link()};
-  if (command == "hurry") return {text(say("已为您加急，仓库会优先处理 🚚", "Done. The warehouse will put it first 🚚"))};
+  if (command == "hurry") return {text(say("已为您加急，仓库会优先处理。", "Done. The warehouse will put it first."))};
   if (command == "address") return {text(say("请把新的收货地址发给我。", "Please send me the new address."))};
   if (command == "help") return {help()};
   return {};
@@ -141,7 +140,7 @@ std::vector<AgentAnswer> Agent::answerText(const std::string& content) const {
   if (mentions(words, {"链接", "退货", "退换", "link", "return"})) return answerCommand("link");
   if (mentions(words, {"帮助", "help"})) return answerCommand("help");
   if (mentions(words, {"谢谢", "感谢", "thank"}))
-    return {text(say("不客气，祝您生活愉快 🌿", "You’re welcome. Have a lovely day 🌿"))};
+    return {text(say("不客气，祝您生活愉快。", "You're welcome. Have a lovely day."))};
   return {text(say("您说的是：「", "You said: “") + content + say("」", "”"))};
 }
 
@@ -155,11 +154,11 @@ std::vector<AgentAnswer> Agent::answer(const json& message) const {
                         : MessageType::Text;
   switch (type) {
     case MessageType::Image:
-      return {text(say("图片收到了，看得很清楚 👀", "Got your picture, nice and clear 👀"))};
+      return {text(say("图片收到了，看得很清楚。", "Got your picture, nice and clear."))};
     case MessageType::Voice:
-      return {text(say("语音收到了，我听一下 🎧", "Got your voice message, listening now 🎧"))};
+      return {text(say("语音收到了，我听一下。", "Got your voice message, listening now."))};
     case MessageType::Video:
-      return {text(say("视频收到了，稍等我看一下 🎬", "Got your video, give me a moment 🎬"))};
+      return {text(say("视频收到了，稍等我看一下。", "Got your video, give me a moment."))};
     case MessageType::File:
       return {text(say("文件收到了：", "Got your file: ") + stringIn(body, "fileName"))};
     case MessageType::Card:

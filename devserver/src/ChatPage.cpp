@@ -52,10 +52,19 @@ void serveAsset(SoupServer*, SoupServerMessage* message, const char* path, GHash
 }  // namespace
 
 void ChatPage::addTo(SoupServer* server) {
+  // For a developer's browser, opened at the address that the server printed.
   const auto page = [](SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer self) {
     if (std::string_view(path) != pagePath) return replyError(message, SOUP_STATUS_NOT_FOUND, "no such address");
     static_cast<ChatPage*>(self)->servePage(message);
   };
+  const auto root = [](SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer self) {
+    if (std::string_view(path) != "/") return replyError(message, SOUP_STATUS_NOT_FOUND, "no such address");
+    const auto token =
+        GCharPtr(g_uri_escape_string(static_cast<ChatPage*>(self)->tokens_.example().c_str(), nullptr, FALSE));
+    const auto target = std::string(pagePath) + "?access_token=" + token.get() + "&x-entry=browser";
+    soup_server_message_set_redirect(message, SOUP_STATUS_FOUND, target.c_str());
+  };
+  soup_server_add_handler(server, "/", root, this, nullptr);
   soup_server_add_handler(server, pagePath, page, this, nullptr);
   soup_server_add_handler(server, std::string(assetPath).c_str(), serveAsset, nullptr, nullptr);
 }

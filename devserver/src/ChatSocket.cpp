@@ -14,6 +14,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* socketPath = "/chat-socket";
+constexpr const char* socketKey = "orivex-socket";
 /// A visitor's message is text or a description; more than this is a mistake.
 constexpr guint64 mostFrameBytes = 256 * 1024;
 
@@ -25,17 +26,6 @@ void send(SoupWebsocketConnection* connection, const json& frame) {
 std::string stringOr(const json& object, const char* key, const char* otherwise) {
   const auto found = object.find(key);
   return found != object.end() && found->is_string() ? found->get<std::string>() : otherwise;
-}
-
-/// The socket under a connection, TLS or not; null when it is none.
-GRef<GSocketConnection> socketConnectionOf(SoupWebsocketConnection* connection) {
-  GIOStream* stream = soup_websocket_connection_get_io_stream(connection);
-  if (G_IS_SOCKET_CONNECTION(stream)) return GRef<GSocketConnection>::share(G_SOCKET_CONNECTION(stream));
-  GIOStream* base = nullptr;
-  if (G_IS_TLS_CONNECTION(stream)) g_object_get(stream, "base-io-stream", &base, nullptr);
-  if (G_IS_SOCKET_CONNECTION(base)) return GRef<GSocketConnection>::adopt(G_SOCKET_CONNECTION(base));
-  g_clear_object(&base);
-  return {};
 }
 
 }  // namespace
@@ -60,7 +50,10 @@ void ChatSocket::addTo(SoupServer* server) {
 void ChatSocket::checkHandshake(SoupServerMessage* message) {
   if (const auto plan = faults_.take(FaultTarget::Socket); plan.fault) return answerWithPlan(message, plan, [] {});
   const auto refusal = tokens_.refusal(queryValue(rawQuery(message), "access_token").value_or(""));
-  if (!refusal.empty()) replyError(message, SOUP_STATUS_UNAUTHORIZED, refusal);
+  if (!refusal.empty()) return replyError(message, SOUP_STATUS_UNAUTHORIZED, refusal);
+  // The handshake's end hides the socket behind streams; it is wanted for breaking off.
+  auto* socket = G_OBJECT(soup_server_message_get_socket(message));
+  g_object_set_data_full(G_OBJECT(message), socketKey, g_object_ref(socket), g_object_unref);
 }
 
 void ChatSocket::accept(SoupServerMessage* message, SoupWebsocketConnection* connection) {
@@ -73,7 +66,9 @@ void ChatSocket::accept(SoupServerMessage* message, SoupWebsocketConnection* con
   };
   g_signal_connect(connection, "message", G_CALLBACK(+onMessage), this);
   g_signal_connect(connection, "closed", G_CALLBACK(+onClosed), this);
-  clients_[connection] = {GRef<SoupWebsocketConnection>::share(connection), baseAddress(message), nullptr};
+  clients_[connection] = {GRef<SoupWebsocketConnection>::share(connection),
+                          GRef<GSocket>::share(G_SOCKET(g_object_get_data(G_OBJECT(message), socketKey))),
+                          baseAddress(message), nullptr};
 }
 
 void ChatSocket::forget(SoupWebsocketConnection* connection) {
@@ -84,9 +79,7 @@ void ChatSocket::forget(SoupWebsocketConnection* connection) {
 }
 
 void ChatSocket::dropAll() {
-  for (const auto& [connection, client] : clients_)
-    if (const auto socket = socketConnectionOf(connection))
-      g_socket_shutdown(g_socket_connection_get_socket(socket.get()), TRUE, TRUE, nullptr);
+  for (const auto& [connection, client] : clients_) g_socket_shutdown(client.socket.get(), TRUE, TRUE, nullptr);
 }
 
 void ChatSocket::receive(SoupWebsocketConnection* connection, GBytes* bytes) {

@@ -49,6 +49,7 @@ class ChatSocket {
 
   struct Client {
     GRef<SoupWebsocketConnection> connection;
+    GRef<GSocket> socket;
     std::string base;
     Visit* visit = nullptr;
   };

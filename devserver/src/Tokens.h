@@ -15,6 +15,9 @@ class Tokens {
   /// Empty when `token` passes, else the reason for the visitor's developer.
   [[nodiscard]] std::string_view refusal(std::string_view token) const;
 
+  /// A token that passes.
+  [[nodiscard]] std::string example() const { return accepted_.empty() ? "demo" : accepted_.front(); }
+
  private:
   std::vector<std::string> accepted_;
 };
