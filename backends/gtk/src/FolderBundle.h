@@ -18,6 +18,9 @@ class FolderBundle final : public Bundle {
   static FolderBundle besideLibrary(const void* addressInLibrary);
 
   const std::optional<InfoDictionary>& infoDictionary() const override { return information_; }
+  /// Path of the entry `name`, whether or not it exists.
+  std::string pathOf(std::string_view name) const { return (folder_ / name).string(); }
+
   std::optional<std::string> pathForResource(std::string_view name, std::string_view type) const override;
 
  private:

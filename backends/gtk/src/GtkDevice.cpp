@@ -10,7 +10,8 @@ namespace {
 GtkDevice* installedDevice = nullptr;
 
 std::string applicationId() {
-  const char* const id = g_application_get_default() ? g_application_get_application_id(g_application_get_default()) : nullptr;
+  const char* const id =
+      g_application_get_default() ? g_application_get_application_id(g_application_get_default()) : nullptr;
   return id ? id : "";
 }
 
@@ -22,14 +23,14 @@ GtkDevice& device() {
 }  // namespace
 
 GtkDevice::GtkDevice()
-    : session_(GRef<WebKitNetworkSession>::share(webkit_network_session_get_default())),
-      webEngines_(mainQueue_, session_),
+    : componentBundle_(FolderBundle::besideLibrary(&OrivexSDKVersionNumber)),
+      session_(GRef<WebKitNetworkSession>::share(webkit_network_session_get_default())),
+      webEngines_(mainQueue_, session_, componentBundle_.pathOf("web-process")),
       websiteDataStore_(session_.get()),
       mainBundle_(applicationId()),
-      componentBundle_(FolderBundle::besideLibrary(&OrivexSDKVersionNumber)),
       userDefaults_(KeyFileUserDefaults::defaultPath()),
-      platform_{mainQueue_, application_, webEngines_,   websiteDataStore_, animator_, progressOverlay_,
-                httpClient_, mainBundle_, componentBundle_, userDefaults_, device_} {}
+      platform_{mainQueue_,  application_, webEngines_,      websiteDataStore_, animator_, progressOverlay_,
+                httpClient_, mainBundle_,  componentBundle_, userDefaults_,     device_} {}
 
 void install() {
   if (installedDevice) return;

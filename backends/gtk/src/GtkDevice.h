@@ -8,11 +8,12 @@
 #include "MachineDevice.h"
 #include "WebKitDataStore.h"
 #include "glib/GRef.h"
-#include "orivex/platform/Platform.h"
 #include "ui/AdwAnimator.h"
 #include "ui/GtkApplicationPort.h"
 #include "ui/GtkProgressOverlay.h"
 #include "web/WebKitEngine.h"
+
+#include "orivex/platform/Platform.h"
 
 namespace orivex::gtk {
 
@@ -26,6 +27,7 @@ class GtkDevice {
 
  private:
   GlibMainQueue mainQueue_;
+  FolderBundle componentBundle_;
   GtkApplicationPort application_{mainQueue_};
   AdwAnimator animator_{mainQueue_, application_};
   GtkProgressOverlay progressOverlay_{mainQueue_, application_};
@@ -34,7 +36,6 @@ class GtkDevice {
   WebKitDataStore websiteDataStore_;
   CurlHttpClient httpClient_{mainQueue_};
   DesktopEntryBundle mainBundle_;
-  FolderBundle componentBundle_;
   KeyFileUserDefaults userDefaults_;
   MachineDevice device_;
   const Platform platform_;

@@ -97,6 +97,12 @@ void removed(GObject* manager, GAsyncResult* result, gpointer data) noexcept {
   std::move(completion)();
 }
 
+// WebKit refuses an empty list without calling back.
+void removeNothing(WebKitWebsiteDataManager* manager, RemoveCompletion completion) {
+  const auto task = GRef<GTask>::adopt(g_task_new(manager, nullptr, removed, pass(std::move(completion))));
+  g_task_return_boolean(task.get(), TRUE);
+}
+
 }  // namespace
 
 WebKitDataStore::WebKitDataStore(WebKitNetworkSession* session)
@@ -108,6 +114,7 @@ void WebKitDataStore::fetchRecords(const std::set<WebsiteDataType>& types, Fetch
 
 void WebKitDataStore::removeData(const std::set<WebsiteDataType>& types, const std::vector<WebsiteDataRecord>& records,
                                  RemoveCompletion completion) {
+  if (records.empty()) return removeNothing(manager_.get(), std::move(completion));
   GListPtr list;
   for (const auto& record : records) list.reset(g_list_prepend(list.release(), record.handle.get()));
   webkit_website_data_manager_remove(manager_.get(), webKitTypes(types), list.get(), nullptr, removed,

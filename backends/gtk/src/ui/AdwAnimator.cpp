@@ -1,8 +1,8 @@
 #include "AdwAnimator.h"
 
-#include <adwaita.h>
-
 #include <memory>
+
+#include <adwaita.h>
 
 #include "../glib/GRef.h"
 #include "GtkApplicationPort.h"

@@ -16,7 +16,8 @@ struct OrivexCanvasClass {
 GType canvasType();
 
 OrivexCanvas* canvas(GtkWidget* widget) {
-  return reinterpret_cast<OrivexCanvas*>(g_type_check_instance_cast(&widget->parent_instance.g_type_instance, canvasType()));
+  return reinterpret_cast<OrivexCanvas*>(
+      g_type_check_instance_cast(&widget->parent_instance.g_type_instance, canvasType()));
 }
 
 void measure(GtkWidget* widget, GtkOrientation orientation, int /*forSize*/, int* minimum, int* natural,
@@ -66,7 +67,9 @@ GtkWidget* canvasNew(CanvasDelegate& delegate) {
   return widget;
 }
 
-void canvasForget(GtkWidget* widget) { canvas(widget)->delegate = nullptr; }
+void canvasForget(GtkWidget* widget) {
+  canvas(widget)->delegate = nullptr;
+}
 
 void canvasSnapshotChildren(GtkWidget* widget, GtkSnapshot* snapshot) {
   for (GtkWidget* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {

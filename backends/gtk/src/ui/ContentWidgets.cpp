@@ -2,6 +2,7 @@
 
 #include "../web/WebKitEngine.h"
 #include "HostViews.h"
+
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ui/ImageView.h"
@@ -11,7 +12,9 @@
 namespace orivex::gtk {
 namespace {
 
-guint16 pangoChannel(double value) { return static_cast<guint16>(value * 65535.0); }
+guint16 pangoChannel(double value) {
+  return static_cast<guint16>(value * 65535.0);
+}
 
 void updateLabel(GtkLabel* widget, const Label& label) {
   const auto color = label.textColor();
@@ -25,7 +28,9 @@ void updateLabel(GtkLabel* widget, const Label& label) {
   pango_attr_list_unref(attributes);
   gtk_label_set_text(widget, label.text().c_str());
   const auto alignment = label.alignment();
-  gtk_label_set_xalign(widget, alignment == TextAlignment::left ? 0.0F : alignment == TextAlignment::center ? 0.5F : 1.0F);
+  gtk_label_set_xalign(widget, alignment == TextAlignment::left     ? 0.0F
+                               : alignment == TextAlignment::center ? 0.5F
+                                                                    : 1.0F);
 }
 
 GtkWidget* pictureNew() {

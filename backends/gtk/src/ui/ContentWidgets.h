@@ -3,6 +3,7 @@
 #include <gtk/gtk.h>
 
 #include "../glib/GRef.h"
+
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <memory>
 
+#include <gtk/gtk.h>
+
 #include "../glib/SignalConnection.h"
+
 #include "orivex/platform/ui/ScreenEdgePanGesture.h"
 
 namespace orivex::gtk {

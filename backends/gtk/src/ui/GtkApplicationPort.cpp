@@ -18,7 +18,9 @@ HostWindow& GtkApplicationPort::attach(GtkWindow* window, const Surroundings& su
   return *find(window);
 }
 
-HostWindow* GtkApplicationPort::frontWindow() const { return windows_.empty() ? nullptr : windows_.front().get(); }
+HostWindow* GtkApplicationPort::frontWindow() const {
+  return windows_.empty() ? nullptr : windows_.front().get();
+}
 
 std::vector<std::shared_ptr<WindowScene>> GtkApplicationPort::connectedScenes() const {
   std::vector<std::shared_ptr<WindowScene>> scenes;

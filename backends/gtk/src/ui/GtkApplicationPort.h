@@ -5,6 +5,7 @@
 
 #include "../DesktopLauncher.h"
 #include "HostWindow.h"
+
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ports/Application.h"

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <memory>
 #include <string>
 
+#include <gtk/gtk.h>
+
 #include "../glib/GRef.h"
+
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 

@@ -76,11 +76,12 @@ HostWindow::~HostWindow() {
 
 void HostWindow::setSurroundings(const Surroundings& surroundings) {
   window_->setSafeAreaInsets(surroundings.safeAreaInsets);
-  scene_->setStatusBarManager(
-      StatusBarManager{{0, 0, window_->bounds().width, surroundings.statusBarHeight}});
+  scene_->setStatusBarManager(StatusBarManager{{0, 0, window_->bounds().width, surroundings.statusBarHeight}});
 }
 
-void HostWindow::activeChanged(GtkWindow* /*window*/, GParamSpec* /*property*/) { activityChanged_(); }
+void HostWindow::activeChanged(GtkWindow* /*window*/, GParamSpec* /*property*/) {
+  activityChanged_();
+}
 
 void HostWindow::destroyed(GtkWidget* /*window*/) {
   const auto closed = closed_;

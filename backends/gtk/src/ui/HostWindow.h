@@ -1,12 +1,13 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <functional>
 #include <memory>
 
+#include <gtk/gtk.h>
+
 #include "../glib/SignalConnection.h"
 #include "ViewNode.h"
+
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/ui/Window.h"
 

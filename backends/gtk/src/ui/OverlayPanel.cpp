@@ -101,7 +101,8 @@ void OverlayPanel::drawRing(cairo_t* context, int width, int height) const {
   cairo_arc(context, width / 2.0, height / 2.0, radius, 0, 2 * std::numbers::pi);
   cairo_stroke(context);
   cairo_set_source_rgba(context, color.red, color.green, color.blue, 1);
-  cairo_arc(context, width / 2.0, height / 2.0, radius, top, top + 2 * std::numbers::pi * static_cast<double>(fraction_));
+  cairo_arc(context, width / 2.0, height / 2.0, radius, top,
+            top + 2 * std::numbers::pi * static_cast<double>(fraction_));
   cairo_stroke(context);
 }
 
@@ -112,7 +113,9 @@ void OverlayPanel::show(const char* page, const std::string& status) {
   gtk_widget_set_visible(label_, !status.empty());
 }
 
-void OverlayPanel::showSpinner() { show("spinner", ""); }
+void OverlayPanel::showSpinner() {
+  show("spinner", "");
+}
 
 void OverlayPanel::showRing(float fraction, const std::string& status) {
   fraction_ = std::clamp(fraction, 0.0F, 1.0F);
@@ -120,8 +123,12 @@ void OverlayPanel::showRing(float fraction, const std::string& status) {
   show("ring", status);
 }
 
-void OverlayPanel::showInfo(const std::string& status) { show("info", status); }
+void OverlayPanel::showInfo(const std::string& status) {
+  show("info", status);
+}
 
-void OverlayPanel::parentDestroyed(GtkWidget* /*parent*/) { parent_ = nullptr; }
+void OverlayPanel::parentDestroyed(GtkWidget* /*parent*/) {
+  parent_ = nullptr;
+}
 
 }  // namespace orivex::gtk

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <string>
+
+#include <gtk/gtk.h>
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 

@@ -12,7 +12,9 @@ namespace {
 // Below this a view neither shows nor takes input.
 constexpr double leastVisibleAlpha = 0.01;
 
-int points(double length) { return static_cast<int>(std::lround(std::max(0.0, length))); }
+int points(double length) {
+  return static_cast<int>(std::lround(std::max(0.0, length)));
+}
 
 graphene_rect_t boundsOf(const View& view) {
   return GRAPHENE_RECT_INIT(0, 0, static_cast<float>(view.frame().width), static_cast<float>(view.frame().height));
@@ -33,7 +35,10 @@ GdkRGBA rgba(const Color& color) {
 }  // namespace
 
 ViewNode::ViewNode(View& view, ViewNode* parent)
-    : view_(&view), parent_(parent), canvas_(GRef<GtkWidget>::sink(canvasNew(*this))), content_(contentWidgetFor(view)) {
+    : view_(&view),
+      parent_(parent),
+      canvas_(GRef<GtkWidget>::sink(canvasNew(*this))),
+      content_(contentWidgetFor(view)) {
   if (content_) gtk_widget_set_parent(content_.get(), canvas_.get());
   view.setMirror(this);
   applyVisibility();
@@ -58,14 +63,24 @@ void ViewNode::viewDestroyed() {
 void ViewNode::viewChanged(ViewChange change) {
   switch (change) {
     case ViewChange::frame:
-    case ViewChange::transform: queuePlacement(); break;
+    case ViewChange::transform:
+      queuePlacement();
+      break;
     case ViewChange::alpha:
-    case ViewChange::hidden: applyVisibility(); break;
+    case ViewChange::hidden:
+      applyVisibility();
+      break;
     case ViewChange::background:
     case ViewChange::cornerRadius:
-    case ViewChange::clipping: gtk_widget_queue_draw(canvas_.get()); break;
-    case ViewChange::subviews: syncSubviews(); break;
-    case ViewChange::gestures: syncGestures(); break;
+    case ViewChange::clipping:
+      gtk_widget_queue_draw(canvas_.get());
+      break;
+    case ViewChange::subviews:
+      syncSubviews();
+      break;
+    case ViewChange::gestures:
+      syncGestures();
+      break;
     case ViewChange::content:
       if (content_) updateContentWidget(content_.get(), *view_);
       break;
@@ -78,7 +93,9 @@ std::shared_ptr<View> ViewNode::snapshot() {
   return std::make_shared<PaintableView>(GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get())));
 }
 
-bool ViewNode::isVisible() const { return !view_->isHidden() && view_->alpha() > leastVisibleAlpha; }
+bool ViewNode::isVisible() const {
+  return !view_->isHidden() && view_->alpha() > leastVisibleAlpha;
+}
 
 void ViewNode::applyVisibility() {
   const bool takesInput = isVisible();
@@ -153,7 +170,8 @@ void ViewNode::place() const {
   if (!view_) return;
   const Rect& frame = view_->frame();
   const Translation& shift = view_->transform();
-  const graphene_point_t origin = GRAPHENE_POINT_INIT(static_cast<float>(frame.x + shift.x), static_cast<float>(frame.y + shift.y));
+  const graphene_point_t origin =
+      GRAPHENE_POINT_INIT(static_cast<float>(frame.x + shift.x), static_cast<float>(frame.y + shift.y));
   GskTransform* const transform = gsk_transform_translate(nullptr, &origin);
   gtk_widget_allocate(canvas_.get(), points(frame.width), points(frame.height), -1, transform);
 }

@@ -1,14 +1,15 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <functional>
 #include <memory>
 #include <vector>
 
+#include <gtk/gtk.h>
+
 #include "../glib/GRef.h"
 #include "Canvas.h"
 #include "EdgePanSource.h"
+
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "../glib/GMemory.h"
+
 #include "orivex/platform/base/Log.h"
 
 namespace orivex::gtk {
@@ -21,9 +22,11 @@ struct FreeStyleSheet {
   void operator()(WebKitUserStyleSheet* sheet) const { webkit_user_style_sheet_unref(sheet); }
 };
 
-GRef<WebKitWebView> makeView(WebKitNetworkSession* session, WebKitUserContentManager* content) {
-  return GRef<WebKitWebView>::sink(WEBKIT_WEB_VIEW(
-      g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "user-content-manager", content, nullptr)));
+GRef<WebKitWebView> makeView(WebKitWebContext* context, WebKitNetworkSession* session,
+                             WebKitUserContentManager* content) {
+  return GRef<WebKitWebView>::sink(
+      WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context, "network-session", session,
+                                   "user-content-manager", content, nullptr)));
 }
 
 std::string tlsDescription(GTlsCertificateFlags errors) {
@@ -88,12 +91,13 @@ class WebKitEngine::MessageChannel {
   SignalConnection received_;
 };
 
-WebKitEngine::WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session,
+WebKitEngine::WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, WebProcessContext& context,
                            const WebEngineConfiguration& configuration, WebEngineHandlers handlers)
     : mainQueue_(mainQueue),
+      context_(context),
       handlers_(std::move(handlers)),
       content_(GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
-      view_(makeView(session, content_.get())),
+      view_(makeView(context.get(), session, content_.get())),
       cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
@@ -131,11 +135,10 @@ void WebKitEngine::connectSignals() {
   auto* const view = view_.get();
   signals_.push_back(SignalConnection::connect<&WebKitEngine::loadChanged>(view, "load-changed", this));
   signals_.push_back(SignalConnection::connect<&WebKitEngine::loadFailed>(view, "load-failed", this));
-  signals_.push_back(SignalConnection::connect<&WebKitEngine::loadFailedWithTlsErrors>(
-      view, "load-failed-with-tls-errors", this));
-  signals_.push_back(SignalConnection::connect<&WebKitEngine::decidePolicy>(view, "decide-policy", this));
   signals_.push_back(
-      SignalConnection::connect<&WebKitEngine::processTerminated>(view, "web-process-terminated", this));
+      SignalConnection::connect<&WebKitEngine::loadFailedWithTlsErrors>(view, "load-failed-with-tls-errors", this));
+  signals_.push_back(SignalConnection::connect<&WebKitEngine::decidePolicy>(view, "decide-policy", this));
+  signals_.push_back(SignalConnection::connect<&WebKitEngine::processTerminated>(view, "web-process-terminated", this));
   signals_.push_back(SignalConnection::connect<&WebKitEngine::uriChanged>(view, "notify::uri", this));
 }
 
@@ -178,15 +181,14 @@ void WebKitEngine::evaluate(const std::string& script, EvaluationCompletion comp
 }
 
 void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
-  webkit_settings_set_user_agent(webkit_web_view_get_settings(view_.get()), userAgent.c_str());
+  context_.setUserAgent(userAgent);
 }
 
 void WebKitEngine::setScrollSettings(const ScrollSettings& settings) {
   webkit_user_content_manager_remove_all_style_sheets(content_.get());
   if (!settings.scrollEnabled) {
-    const std::unique_ptr<WebKitUserStyleSheet, FreeStyleSheet> sheet(
-        webkit_user_style_sheet_new(stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, WEBKIT_USER_STYLE_LEVEL_USER,
-                                    nullptr, nullptr));
+    const std::unique_ptr<WebKitUserStyleSheet, FreeStyleSheet> sheet(webkit_user_style_sheet_new(
+        stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
     webkit_user_content_manager_add_style_sheet(content_.get(), sheet.get());
   }
   if (const auto& color = settings.backgroundColor) {
@@ -202,8 +204,12 @@ void WebKitEngine::loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event) {
       loadFailed_ = false;
       tell([this] { handlers_.didStartProvisionalNavigation(); });
       break;
-    case WEBKIT_LOAD_REDIRECTED: tell([this] { handlers_.didReceiveServerRedirect(); }); break;
-    case WEBKIT_LOAD_COMMITTED: tell([this] { handlers_.didCommitNavigation(); }); break;
+    case WEBKIT_LOAD_REDIRECTED:
+      tell([this] { handlers_.didReceiveServerRedirect(); });
+      break;
+    case WEBKIT_LOAD_COMMITTED:
+      tell([this] { handlers_.didCommitNavigation(); });
+      break;
     case WEBKIT_LOAD_FINISHED:
       // WebKitGTK ends a failed load with this event too.
       if (!loadFailed_) tell([this] { handlers_.didFinishNavigation(); });
@@ -234,7 +240,8 @@ gboolean WebKitEngine::decidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecisio
                                     WebKitPolicyDecisionType type) {
   auto policy = NavigationPolicy::allow;
   if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
-    auto* const action = webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+    auto* const action =
+        webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
     const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
     policy = handlers_.decideNavigationAction(uri ? std::optional<std::string>(uri) : std::nullopt);
   } else if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
@@ -258,7 +265,7 @@ void WebKitEngine::uriChanged(WebKitWebView* view, GParamSpec* /*property*/) {
 
 std::unique_ptr<WebEngine> WebKitEngineFactory::make(const WebEngineConfiguration& configuration,
                                                      WebEngineHandlers handlers) {
-  return std::make_unique<WebKitEngine>(mainQueue_, session_.get(), configuration, std::move(handlers));
+  return std::make_unique<WebKitEngine>(mainQueue_, session_.get(), context_, configuration, std::move(handlers));
 }
 
 }  // namespace orivex::gtk

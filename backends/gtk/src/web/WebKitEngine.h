@@ -1,12 +1,14 @@
 #pragma once
 
-#include <webkit/webkit.h>
-
 #include <string>
 #include <vector>
 
+#include <webkit/webkit.h>
+
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "WebProcessContext.h"
+
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/WebEngine.h"
@@ -16,8 +18,8 @@ namespace orivex::gtk {
 /// One WebKitWebView. Its process ends with it.
 class WebKitEngine final : public WebEngine {
  public:
-  WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, const WebEngineConfiguration& configuration,
-               WebEngineHandlers handlers);
+  WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, WebProcessContext& context,
+               const WebEngineConfiguration& configuration, WebEngineHandlers handlers);
   ~WebKitEngine() override;
 
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
@@ -49,6 +51,7 @@ class WebKitEngine final : public WebEngine {
   void tell(Function call);
 
   MainQueue& mainQueue_;
+  WebProcessContext& context_;
   WebEngineHandlers handlers_;
   GRef<WebKitUserContentManager> content_;
   GRef<WebKitWebView> view_;
@@ -63,8 +66,9 @@ class WebKitEngine final : public WebEngine {
 /// Makes engines that share one network session: cookies, storage and caches.
 class WebKitEngineFactory final : public WebEngineFactory {
  public:
-  WebKitEngineFactory(MainQueue& mainQueue, GRef<WebKitNetworkSession> session)
-      : mainQueue_(mainQueue), session_(std::move(session)) {}
+  /// `moduleFolder` holds the module for the pages' processes; see `WebProcessContext`.
+  WebKitEngineFactory(MainQueue& mainQueue, GRef<WebKitNetworkSession> session, const std::string& moduleFolder)
+      : mainQueue_(mainQueue), session_(std::move(session)), context_(moduleFolder) {}
 
   [[nodiscard]] std::unique_ptr<WebEngine> make(const WebEngineConfiguration& configuration,
                                                 WebEngineHandlers handlers) override;
@@ -72,6 +76,7 @@ class WebKitEngineFactory final : public WebEngineFactory {
  private:
   MainQueue& mainQueue_;
   GRef<WebKitNetworkSession> session_;
+  WebProcessContext context_;
 };
 
 }  // namespace orivex::gtk

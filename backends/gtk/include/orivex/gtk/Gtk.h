@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <memory>
+
+#include <gtk/gtk.h>
 
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/ui/ViewController.h"

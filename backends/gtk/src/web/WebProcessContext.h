@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include <webkit/webkit.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+namespace orivex::gtk {
+
+/// What the processes of the component's pages have in common; the host's own web views are not touched. Each process
+/// is given the user agent that was set last before it starts: the component names itself in one way only.
+class WebProcessContext {
+ public:
+  /// `moduleFolder` holds the module that gives a process its user agent and nothing else. Without it, pages keep
+  /// WebKit's user agent, with one log line.
+  explicit WebProcessContext(const std::string& moduleFolder);
+
+  WebKitWebContext* get() const { return context_.get(); }
+
+  void setUserAgent(std::string userAgent) { userAgent_ = std::move(userAgent); }
+
+ private:
+  void processStarts(WebKitWebContext* context);
+
+  std::string userAgent_;
+  GRef<WebKitWebContext> context_;
+  SignalConnection processStarts_;
+};
+
+}  // namespace orivex::gtk
