@@ -10,10 +10,14 @@ die() {
   exit 1
 }
 
-# Configures and builds a preset; further arguments go to the configure step.
+configurePreset() {
+  say "Configuring preset $1"
+  (cd "$root" && cmake --preset "$1")
+}
+
+# Configures and builds a preset; further arguments go to the build.
 buildPreset() {
-  local preset=$1
-  shift
-  say "Building preset $preset"
-  (cd "$root" && cmake --preset "$preset" "$@" && cmake --build --preset "$preset" --parallel "$(nproc)")
+  configurePreset "$1"
+  say "Building preset $1"
+  (cd "$root" && cmake --build --preset "$1" --parallel "$(nproc)" "${@:2}")
 }
