@@ -1,0 +1,69 @@
+#include <cstdlib>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "FolderBundle.h"
+#include "LogLines.h"
+#include "TemporaryFolder.h"
+
+namespace orivex::gtk {
+namespace {
+
+TEST(FolderBundleTest, ReadsItsInformation) {
+  const TemporaryFolder folder;
+  folder.write(
+      "Info.json",
+      R"({"CFBundleVersion": "7", "names": ["skipped"], "none": null, "scale": 2, "beta": true, "text": "\u4f60"})");
+  const InfoDictionary expected{{"CFBundleVersion", "7"}, {"scale", 2.0}, {"beta", true}, {"text", "\xE4\xBD\xA0"}};
+  EXPECT_EQ(FolderBundle(folder.path()).infoDictionary(), expected);
+}
+
+TEST(FolderBundleTest, BrokenInformationIsNoneAndTold) {
+  for (const char* contents : {"", "[]", "{\"CFBundleVersion\": \"7\"", "{} {}"}) {
+    SCOPED_TRACE(contents);
+    const TemporaryFolder folder;
+    folder.write("Info.json", contents);
+    const LogLines lines;
+    EXPECT_FALSE(FolderBundle(folder.path()).infoDictionary());
+    EXPECT_EQ(lines.get().size(), 1U);
+  }
+}
+
+TEST(FolderBundleTest, FindsFilesButNeitherFoldersNorWhatIsMissing) {
+  const TemporaryFolder folder;
+  const auto console = folder.write("vconsole.min.js", "");
+  std::filesystem::create_directory(folder.path() / "eruda.js");
+  const FolderBundle bundle(folder.path());
+  EXPECT_EQ(bundle.pathForResource("vconsole.min", "js"), console.string());
+  EXPECT_FALSE(bundle.pathForResource("eruda", "js"));
+  EXPECT_FALSE(bundle.pathForResource("skeleton", "html"));
+  EXPECT_FALSE(FolderBundle(folder.path() / "missing").pathForResource("vconsole.min", "js"));
+  EXPECT_FALSE(FolderBundle(folder.path() / "missing").infoDictionary());
+}
+
+// A place beside this program, for a bundle that goes with the test.
+struct BundleBesideProgram {
+  BundleBesideProgram() {
+    std::filesystem::create_directory(folder);
+    std::ofstream(folder / "beside-program.txt") << "x";
+  }
+  BundleBesideProgram(const BundleBesideProgram&) = delete;
+  BundleBesideProgram& operator=(const BundleBesideProgram&) = delete;
+  ~BundleBesideProgram() { std::filesystem::remove_all(folder); }
+  std::filesystem::path folder = std::filesystem::canonical("/proc/self/exe").parent_path() / "OrivexSDK.bundle";
+};
+
+TEST(FolderBundleTest, LiesBesideTheFileThatHoldsTheAddress) {
+  const BundleBesideProgram beside;
+  static const int inThisProgram = 0;
+  EXPECT_EQ(FolderBundle::besideLibrary(&inThisProgram).pathForResource("beside-program", "txt"),
+            (beside.folder / "beside-program.txt").string());
+  const auto* const inAnotherLibrary = reinterpret_cast<const void*>(&std::abort);
+  EXPECT_FALSE(FolderBundle::besideLibrary(inAnotherLibrary).pathForResource("beside-program", "txt"));
+  const int inNoFile = 0;
+  EXPECT_FALSE(FolderBundle::besideLibrary(&inNoFile).pathForResource("beside-program", "txt"));
+}
+
+}  // namespace
+}  // namespace orivex::gtk

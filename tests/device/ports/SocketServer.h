@@ -1,0 +1,60 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <list>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace orivex::gtk {
+
+/// A web server in the process whose every byte a test decides. It listens on a port of 127.0.0.1 that the system
+/// picks and serves each connection on a thread of its own.
+class SocketServer {
+ public:
+  /// What becomes of the connection after the answer.
+  enum class Then { keep, close, reset, silence };
+
+  struct Answer {
+    std::string bytes;
+    Then then = Then::keep;
+  };
+
+  /// Gets the target of the request line, for example "/path?query". Called on the server's threads.
+  using Handler = std::function<Answer(const std::string& target)>;
+
+  explicit SocketServer(Handler handler);
+  SocketServer(const SocketServer&) = delete;
+  SocketServer& operator=(const SocketServer&) = delete;
+  ~SocketServer();
+
+  std::string url(std::string_view target) const;
+
+  /// The head of each request as it came over the wire, in order.
+  std::vector<std::string> requests() const;
+  int connections() const { return connections_; }
+
+ private:
+  void listen();
+  void serve(int connection);
+  bool answer(int connection, const std::string& head);
+
+  Handler handler_;
+  int listener_;
+  int port_ = 0;
+  std::atomic<int> connections_ = 0;
+  mutable std::mutex mutex_;
+  std::vector<std::string> requests_;
+  std::vector<int> open_;
+  std::vector<std::thread> threads_;
+  std::thread acceptor_;
+};
+
+/// A whole reply. `headers` are lines that each end in CR LF.
+std::string reply(int status, std::string_view body, std::string_view headers = "");
+
+}  // namespace orivex::gtk

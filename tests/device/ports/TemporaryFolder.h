@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+
+#include <glib.h>
+
+#include "glib/GMemory.h"
+
+namespace orivex::gtk {
+
+/// A folder that goes with this object.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    const GCharPtr path(g_dir_make_tmp("orivex-test-XXXXXX", nullptr));
+    path_ = path.get();
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+
+  const std::filesystem::path& path() const { return path_; }
+
+  /// Writes a file, with its folders, and returns its path.
+  std::filesystem::path write(const std::filesystem::path& name, std::string_view contents) const {
+    const auto file = path_ / name;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << contents;
+    return file;
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace orivex::gtk

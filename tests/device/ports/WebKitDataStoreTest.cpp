@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include "../GtkFixture.h"
+#include "TemporaryFolder.h"
+#include "WebKitDataStore.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr double patience = 20;
+
+class WebKitDataStoreTest : public ::testing::Test {
+ protected:
+  void addCookie(const char* domain) {
+    auto* const cookie = soup_cookie_new("visitor", "1", domain, "/", 3600);
+    bool added = false;
+    webkit_cookie_manager_add_cookie(
+        webkit_network_session_get_cookie_manager(session_.get()), cookie, nullptr,
+        [](GObject*, GAsyncResult*, gpointer done) { *static_cast<bool*>(done) = true; }, &added);
+    soup_cookie_free(cookie);
+    EXPECT_TRUE(wait([&] { return added; }, patience));
+  }
+
+  std::vector<WebsiteDataRecord> fetch(const std::set<WebsiteDataType>& types) {
+    std::optional<std::vector<WebsiteDataRecord>> records;
+    store_.fetchRecords(types, [&](std::vector<WebsiteDataRecord> found) { records = std::move(found); });
+    EXPECT_FALSE(records) << "answered inside the call";
+    EXPECT_TRUE(wait([&] { return records.has_value(); }, patience));
+    return records.value_or(std::vector<WebsiteDataRecord>{});
+  }
+
+  void remove(const std::set<WebsiteDataType>& types, const std::vector<WebsiteDataRecord>& records) {
+    bool removed = false;
+    store_.removeData(types, records, [&] { removed = true; });
+    EXPECT_TRUE(wait([&] { return removed; }, patience));
+  }
+
+  static std::set<std::string> names(const std::vector<WebsiteDataRecord>& records) {
+    std::set<std::string> names;
+    for (const auto& record : records) names.insert(record.displayName);
+    return names;
+  }
+
+  TemporaryFolder folder_;
+  GRef<WebKitNetworkSession> session_ = GRef<WebKitNetworkSession>::adopt(
+      webkit_network_session_new((folder_.path() / "data").c_str(), (folder_.path() / "cache").c_str()));
+  WebKitDataStore store_{session_.get()};
+};
+
+TEST_F(WebKitDataStoreTest, RemovesOnlyTheAskedTypesOfTheGivenRecords) {
+  addCookie("shop.example");
+  addCookie("bank.example");
+  const auto all = WebsiteDataStore::allTypes();
+  auto records = fetch(all);
+  EXPECT_EQ(names(records), (std::set<std::string>{"bank.example", "shop.example"}));
+  remove({WebsiteDataType::localStorage}, records);
+  EXPECT_EQ(fetch({WebsiteDataType::cookies}).size(), 2U);
+  std::erase_if(records, [](const auto& record) { return record.displayName == "bank.example"; });
+  remove({WebsiteDataType::cookies}, records);
+  EXPECT_EQ(names(fetch(all)), (std::set<std::string>{"bank.example"}));
+  remove(all, fetch(all));
+  EXPECT_TRUE(fetch(all).empty());
+  remove(all, {});
+}
+
+}  // namespace
+}  // namespace orivex::gtk
