@@ -42,11 +42,14 @@ class RecordReader : public JsonReader {
   template <class Element>
   bool read(JsonValue& value, std::vector<Element>& into) {
     std::optional<Mismatch> first;
-    const bool isArray = readArray(value, [&](std::size_t index, JsonValue& element) {
-      if (read(element, into.emplace_back()) || first) return;
+    const auto onSize = [&](std::size_t size) { into.reserve(size); };
+    const auto onElement = [&](std::size_t index, JsonValue& element) {
+      if (first) return skip(element);
+      if (read(element, into.emplace_back())) return;
       mismatch.path.prepend(index);
       first = std::move(mismatch);
-    });
+    };
+    const bool isArray = readArray(value, onSize, onElement);
     if (first) mismatch = std::move(*first);
     return isArray && !first;
   }

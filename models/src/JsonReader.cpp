@@ -75,7 +75,7 @@ JsonReader::JsonReader(std::string_view json) : length(json.size()) {
 
 bool JsonReader::read(JsonValue& value, std::string& into) {
   if (!expect(value, Type::string, "a string")) return false;
-  into = text(value);
+  into = std::string(text(value));
   return true;
 }
 
@@ -130,8 +130,13 @@ bool JsonReader::read(JsonValue& value, Bytes& into) {
   return true;
 }
 
-bool JsonReader::takeNull(JsonValue& value) {
-  if (typeOf(value) != Type::null) return false;
+void JsonReader::skipArray(JsonValue& value) {
+  simdjson::ondemand::array array;
+  check(value.get_array().get(array));
+  eachElement(array, [this](std::size_t, JsonValue& element) { skip(element); });
+}
+
+bool JsonReader::skipNull(JsonValue& value) {
   bool isNull = false;
   if (value.is_null().get(isNull) != simdjson::SUCCESS || !isNull) malformed(unknownWord);
   return true;
@@ -143,7 +148,7 @@ void JsonReader::skip(JsonValue& value) {
       readObject(value, [this](std::string_view, JsonValue& field) { skip(field); });
       break;
     case Type::array:
-      readArray(value, [this](std::size_t, JsonValue& element) { skip(element); });
+      skipArray(value);
       break;
     case Type::string:
       text(value);
@@ -157,30 +162,22 @@ void JsonReader::skip(JsonValue& value) {
       break;
     }
     case Type::null:
-      takeNull(value);
+      skipNull(value);
       break;
   }
 }
 
-/// Consumes the value if it is not of the type.
-bool JsonReader::expect(JsonValue& value, Type type, std::string_view what) {
-  const Type found = typeOf(value);
-  if (found == type) [[likely]]
-    return true;
+/// Consumes a value that is of another type than expected, and says so.
+bool JsonReader::skipOther(JsonValue& value, Type found, std::string_view expected) {
   skip(value);
-  return mismatched(what, nameOf(found));
-}
-
-JsonReader::Type JsonReader::typeOf(JsonValue& value) {
-  Type type{};
-  if (value.type().get(type) != simdjson::SUCCESS) malformed("not a value");
-  return type;
+  return mismatched(expected, nameOf(found));
 }
 
 /// The text of a string, without its escapes. It lies in the parser's memory.
 std::string_view JsonReader::text(JsonValue& string) {
-  const std::string_view token = withoutBlanks(string.raw_json_token());
-  const std::string_view raw = token.substr(1, token.size() - 2);
+  std::string_view raw = string.raw_json_token();
+  while (raw.back() != '"') raw.remove_suffix(1);
+  raw = raw.substr(1, raw.size() - 2);
   if (raw.find('\\') == std::string_view::npos) [[likely]] {
     simdjson::ondemand::raw_json_string consumed;
     check(string.get_raw_json_string().get(consumed));

@@ -42,7 +42,7 @@ class JsonReader {
   bool read(JsonValue& value, Bytes& into);
 
   /// Whether the value is null; if so, it is consumed.
-  bool takeNull(JsonValue& value);
+  bool takeNull(JsonValue& value) { return typeOf(value) == Type::null && skipNull(value); }
 
   /// Consumes a value of any type.
   void skip(JsonValue& value);
@@ -56,9 +56,10 @@ class JsonReader {
   template <class OnField>
   bool readObject(JsonValue& value, OnField&& onField);
 
-  /// Calls `onElement(index, value)` for each element of an array.
-  template <class OnElement>
-  bool readArray(JsonValue& value, OnElement&& onElement);
+  /// Calls `onSize(size)` and then `onElement(index, value)` for each element of an array. Counting the elements steps
+  /// over all of them once more, so it is for arrays whose depth a record limits.
+  template <class OnSize, class OnElement>
+  bool readArray(JsonValue& value, OnSize&& onSize, OnElement&& onElement);
 
   /// The text of a document that is one string; nothing if it is of another type.
   std::optional<std::string> textDocument();
@@ -70,12 +71,23 @@ class JsonReader {
 
   static constexpr int deepestLevel = 512;
 
-  bool expect(JsonValue& value, Type type, std::string_view what);
-  Type typeOf(JsonValue& value);
+  bool expect(JsonValue& value, Type type, std::string_view what) {
+    const Type found = typeOf(value);
+    return found == type || skipOther(value, found, what);
+  }
+  Type typeOf(JsonValue& value) {
+    Type type{};
+    if (value.type().get(type) != simdjson::SUCCESS) [[unlikely]]
+      malformed("not a value");
+    return type;
+  }
+  bool skipNull(JsonValue& value);
+  bool skipOther(JsonValue& value, Type found, std::string_view expected);
   std::string_view text(JsonValue& string);
   std::string_view number(JsonValue& value);
   bool mismatched(std::string_view expected, std::string_view found);
   std::string_view keyOf(simdjson::ondemand::field& field);
+  void skipArray(JsonValue& value);
   bool openDocument(simdjson::ondemand::object& object);
   std::string_view scalarDocument();
   void skipScalarDocument(Type type);
@@ -118,11 +130,14 @@ bool JsonReader::readObject(JsonValue& value, OnField&& onField) {
   return true;
 }
 
-template <class OnElement>
-bool JsonReader::readArray(JsonValue& value, OnElement&& onElement) {
+template <class OnSize, class OnElement>
+bool JsonReader::readArray(JsonValue& value, OnSize&& onSize, OnElement&& onElement) {
   if (!expect(value, Type::array, "an array")) return false;
   simdjson::ondemand::array array;
   check(value.get_array().get(array));
+  std::size_t size = 0;
+  check(array.count_elements().get(size));
+  onSize(size);
   eachElement(array, onElement);
   return true;
 }

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <limits>
 
+#include <simdjson.h>
+
 namespace orivex {
 namespace {
 
@@ -82,8 +84,10 @@ std::string shown(std::string_view text) {
     while (isContinuation(text[line.size()])) line.pop_back();
     line += "...";
   }
+  const unsigned char highest = simdjson::validate_utf8(line) ? 0xFF : 0x7E;
   for (char& c : line) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F || byte > highest) c = '?';
   }
   return line;
 }

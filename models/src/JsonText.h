@@ -14,7 +14,8 @@ bool isJsonNumber(std::string_view text);
 /// or does not fit into 64 bits. Exact: no detour over a double.
 std::optional<std::int64_t> wholeNumber(std::string_view number);
 
-/// Foreign text made fit for a one-line message: control characters become '?', and what is long is cut short.
+/// Foreign text made fit for a one-line message in UTF-8: what is long is cut short, and control characters, or bytes
+/// of text that is not UTF-8, become '?'.
 std::string shown(std::string_view text);
 
 }  // namespace orivex

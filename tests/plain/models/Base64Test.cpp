@@ -1,0 +1,73 @@
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "orivex/models/Base64.h"
+
+namespace orivex {
+namespace {
+
+Bytes bytesOf(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+TEST(Base64, AgreesWithTheStandardsExamples) {
+  struct Row {
+    std::string_view plain;
+    std::string_view encoded;
+  };
+  constexpr std::array rows{
+      Row{"", ""},
+      Row{"f", "Zg=="},
+      Row{"fo", "Zm8="},
+      Row{"foo", "Zm9v"},
+      Row{"foob", "Zm9vYg=="},
+      Row{"fooba", "Zm9vYmE="},
+      Row{"foobar", "Zm9vYmFy"},
+      Row{"\xFB\xEF\xBE\xFF", "++++/w=="},
+  };
+  std::size_t ran = 0;
+  for (const Row& row : rows) {
+    EXPECT_EQ(base64Encode(bytesOf(row.plain)), row.encoded);
+    EXPECT_EQ(base64Decode(row.encoded), bytesOf(row.plain)) << row.encoded;
+    ++ran;
+  }
+  EXPECT_EQ(ran, 8U);
+}
+
+TEST(Base64, EveryByteSurvivesAtEveryPlaceAndLength) {
+  Bytes bytes;
+  for (unsigned i = 0; i < 1027; ++i) {
+    EXPECT_EQ(base64Encode(bytes).size(), base64Length(bytes.size()));
+    ASSERT_EQ(base64Decode(base64Encode(bytes)), bytes) << "length " << i;
+    bytes.push_back(static_cast<std::uint8_t>(i * 7 + i / 256));
+  }
+}
+
+TEST(Base64, RefusesWhatItWouldNotWrite) {
+  constexpr std::array<std::string_view, 18> rows{
+      "A",    "AQ",   "AQI",   "AQIDA", "AQ=",       "AQI==",  "====", "=AQI", "A=QI",
+      "A===", "AQ=I", "AQID ", " AQID", "AQ\nID===", "AQID\n", "-_-_", "AQ*D", "AR==",
+  };
+  std::size_t ran = 0;
+  for (const std::string_view row : rows) {
+    EXPECT_EQ(base64Decode(row), std::nullopt) << row;
+    ++ran;
+  }
+  EXPECT_EQ(ran, 18U);
+  EXPECT_EQ(base64Decode("AQJ="), std::nullopt) << "stray bits after two bytes";
+  EXPECT_EQ(base64Decode(std::string("AQ\0D", 4)), std::nullopt);
+  EXPECT_EQ(base64Decode("AQ\xC3\xA9"), std::nullopt);
+}
+
+TEST(Base64, WritesNoFurtherThanItSays) {
+  std::string memory(base64Length(4) + 1, '#');
+  base64Encode(bytesOf("foob"), memory.data());
+  EXPECT_EQ(memory, "Zm9vYg==#");
+}
+
+}  // namespace
+}  // namespace orivex

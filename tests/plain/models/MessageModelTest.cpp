@@ -1,0 +1,124 @@
+#include <array>
+#include <memory>
+#include <regex>
+#include <set>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "orivex/models/Codec.h"
+#include "orivex/models/MessageModel.h"
+
+namespace orivex {
+namespace {
+
+static_assert(std::is_const_v<decltype(MessageModel::messageUUId)>);
+static_assert(!std::is_copy_constructible_v<MessageModel>, "two messages would share an identity");
+
+TEST(MessageModel, EveryMessageHasAnIdentityOfItsOwn) {
+  const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+  std::set<std::string> seen;
+  for (int i = 0; i < 100; ++i) {
+    const std::string made = MessageModel().messageUUId;
+    EXPECT_TRUE(std::regex_match(made, form)) << made;
+    seen.insert(made);
+    seen.insert(decode<MessageModel>(R"({"mId":1,"messageUUId":"fixed"})").messageUUId);
+  }
+  EXPECT_EQ(seen.size(), 200U);
+}
+
+TEST(MessageModel, MovingAMessageKeepsItsIdentity) {
+  MessageModel message;
+  const std::string identity = message.messageUUId;
+  const auto held = std::make_shared<MessageModel>(std::move(message));
+  EXPECT_EQ(held->messageUUId, identity);
+}
+
+TEST(MessageModel, AForkedProcessDoesNotRepeatItsParentsIdentities) {
+  const MessageModel before;  // random bytes for more than this one are now in memory
+  std::array<int, 2> channel{};
+  ASSERT_EQ(pipe(channel.data()), 0);
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const MessageModel inChild;
+    const auto written = write(channel[1], inChild.messageUUId.data(), 36);
+    _exit(written == 36 ? 0 : 1);
+  }
+  std::string childs(36, ' ');
+  ASSERT_EQ(read(channel[0], childs.data(), childs.size()), 36);
+  ASSERT_EQ(waitpid(child, nullptr, 0), child);
+  close(channel[0]);
+  close(channel[1]);
+  EXPECT_NE(MessageModel().messageUUId, childs);
+}
+
+TEST(MessageModel, ArgumentsAreStoredInTheirOrder) {
+  const auto body = std::make_shared<MessageBody>(MessageBody{.content = "hi"});
+  const MessageModel message(1, 2.5, 3.5, "four", "five", 6, body, "eight", "nine", "ten", 11, 12, true, 14.5, 15);
+  EXPECT_EQ(message.timestamp, 3.5);
+  EXPECT_EQ(message.timeFormatInfo, "four");
+  EXPECT_EQ(message.messageBody, body) << "a body is shared, not copied";
+  EXPECT_EQ(encode(message),
+            R"({"mId":1,"createTime":2.5,"cMid":"five","mType":6,"messageBody":{"content":"hi"},)"
+            R"("optionSelected":"eight","sUserId":"nine","sessionId":"ten","mStatus":11,"memberType":12,)"
+            R"("isSensitive":true,"sessionStartTime":14.5,"renderMemberType":15})")
+      << "what is for display alone stays out of JSON";
+}
+
+TEST(MessageModel, WhatIsForDisplayIsNotReadFromJson) {
+  // Even of another type: to the decoder they are keys like any other.
+  const auto message = decode<MessageModel>(R"({"timestamp":"no","timeFormatInfo":7,"messageUUId":null})");
+  EXPECT_EQ(message.timestamp, std::nullopt);
+  EXPECT_EQ(message.timeFormatInfo, std::nullopt);
+}
+
+TEST(MessageModel, TheTwoShapesReadTheirOwnStatusOnly) {
+  constexpr std::string_view both = R"({"mStatus":1,"msgStatus":2,"messageBody":{"voiceLocalPath":"/v"}})";
+  EXPECT_EQ(decode<MessageModel>(both).mStatus, 1);
+  const auto incoming = decode<incoming::MessageModel>(both);
+  EXPECT_EQ(incoming.msgStatus, 2);
+  EXPECT_EQ(incoming.messageBody->voiceLocalPath, "/v");
+  EXPECT_EQ(decode<MessageModel>(R"({"msgStatus":2})").mStatus, std::nullopt);
+  EXPECT_EQ(decode<incoming::MessageModel>(R"({"mStatus":1})").msgStatus, std::nullopt);
+}
+
+TEST(IncomingRecords, HoldWhatThePageReportsAndNothingLocal) {
+  const auto body = decode<incoming::MessageBody>(
+      R"({"msgType":1,"content":"c","voiceLocalPath":1,"businessProps":[],"image":"AQID","titleWord":"t",)"
+      R"("stfTemplateId":4611686018427387904,"pushType":2,"customPageUrl":"u",)"
+      R"("customItems":[{"cellHeight":3,"isWrap":true,"customCardName":"n"}]})");
+  EXPECT_EQ(body.msgType, 1);
+  EXPECT_EQ(body.content, "c");
+  EXPECT_EQ(body.image, (Bytes{1, 2, 3}));
+  EXPECT_EQ(body.titleWord, "t");
+  EXPECT_EQ(body.stfTemplateId, 4611686018427387904);
+  EXPECT_EQ(body.pushType, 2);
+  EXPECT_EQ(body.customPageUrl, "u");
+  ASSERT_EQ(body.customItems->size(), 1U);
+  EXPECT_EQ(body.customItems->front().cellHeight, 3) << "elements keep their layout state";
+
+  const auto item = decode<incoming::MessageCustomItems>(R"({"cellHeight":"x","isWrap":1,"customCardName":"n"})");
+  EXPECT_EQ(item.customCardName, "n");
+  EXPECT_EQ(decode<MessageBody>(R"({"stfTemplateId":"not ours"})"), MessageBody{});
+}
+
+TEST(MessageModel, ThreadsDecodeAndEncodeAtTheSameTime) {
+  const std::string text = encode(MessageBody{.content = std::string(3000, 'x'), .image = Bytes(2'000'000, 7)});
+  std::array<bool, 4> same{};
+  {
+    std::vector<std::jthread> threads;
+    for (bool& result : same) {
+      threads.emplace_back([&result, &text] { result = encode(decode<MessageBody>(text)) == text; });
+    }
+  }
+  EXPECT_EQ(same, (std::array{true, true, true, true}));
+}
+
+}  // namespace
+}  // namespace orivex

@@ -1,0 +1,133 @@
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "orivex/models/Codec.h"
+#include "orivex/models/FailModel.h"
+#include "orivex/models/MessageModel.h"
+#include "orivex/models/PostMessageModel.h"
+#include "orivex/models/ShortcutsModel.h"
+#include "orivex/models/TrackModel.h"
+#include "orivex/models/UploadFileInfoModel.h"
+#include "orivex/models/UploadResposeModel.h"
+#include "orivex/models/UserMappingModel.h"
+#include "orivex/models/WebViewEnvModel.h"
+
+namespace orivex {
+namespace {
+
+constexpr std::string_view wholeBody =
+    R"({"msgType":1,"mediaUrl":"m","duration":2.5,"width":0.1,"height":720,"content":"你好","image":"AQID","name":"n",)"
+    R"("voiceLocalPath":"/v","annexLocalData":"/w==","annexLocalPath":"/a","contentType":"text/plain","fileName":"f",)"
+    R"("fileSize":31457280,"videoLocalPath":"/p","videoCoverImage":"","coverUrl":"c","videoName":"vn","linkUrl":"l",)"
+    R"("title":"t","link_description":"ld","openMethod":2,"imageUrl":"iu","url":"u","button":"b","cardType":3,)"
+    R"("cardGuide":"cg","cardDesc":"cd","cardImg":"ci","cardLink":"cl","customFields":[{"key":"k","value":"v"},{}],)"
+    R"("customItems":[{"customMenus":[{"type":1,"title":"mt","command":"mc","visible":["x","y"]}],)"
+    R"("customFields":[{"key":"k"}],"customCardDesc":"d","customCardLink":"l","customCardName":"n",)"
+    R"("customCardAmount":"1.00","customCardThumbnail":"th","customCardAmountSymbol":"¥","customCardAmountName":"an",)"
+    R"("customCardOriginalAmount":"2.00","cellHeight":44.5,"isWrap":false}],"customMenus":[],)"
+    R"("businessProps":{"a":"1","b":""}})";
+
+const std::string wholeMessage =
+    R"({"mId":-9223372036854775808,"createTime":1718700000123,"cMid":"c","mType":9223372036854775807,"messageBody":)" +
+    std::string(wholeBody) +
+    R"(,"optionSelected":"o","sUserId":"u","sessionId":"s","mStatus":0,"memberType":1,"isSensitive":true,)"
+    R"("sessionStartTime":0.5,"renderMemberType":2})";
+
+template <class Record>
+std::string again(std::string_view json) {
+  return encode(decode<Record>(json));
+}
+
+TEST(Records, EveryKeyIsReadAndWrittenBackInTheRecordsOrder) {
+  struct Row {
+    std::string_view id;
+    std::string (*again)(std::string_view);
+    std::string text;
+  };
+  const std::array rows{
+      Row{"MessageModel", again<MessageModel>, wholeMessage},
+      Row{"MessageBody", again<MessageBody>, std::string(wholeBody)},
+      Row{"MessageCustomItems", again<MessageCustomItems>,
+          R"({"customMenus":[{}],"customFields":[],"customCardName":"n","cellHeight":1,"isWrap":true})"},
+      Row{"MessageCustomMenus", again<MessageCustomMenus>, R"({"type":7,"title":"t","command":"c","visible":[]})"},
+      Row{"MessageCustomFields", again<MessageCustomFields>, R"({"key":"k","value":"v"})"},
+      Row{"PostMessageModel", again<PostMessageModel>,
+          R"({"deviceId":"d1","fileSize":1024,"action":"start","mimeTypes":["a/b","c/d"]})"},
+      Row{"TrackModel", again<TrackModel>, R"({"name":"open","attributes":{"k":"v","":"e"}})"},
+      Row{"ShortcutsModel", again<ShortcutsModel>, R"({"title":"t","shortcutType":3,"command":"c"})"},
+      Row{"UploadFileInfoModel", again<UploadFileInfoModel>,
+          R"({"name":"n","type":"Video","url":"u","base64Str":"data:image/jpeg;base64,AA==","height":1080,"width":1920,)"
+          R"("duration":12.5,"suffix":"mp4","size":5000000000,"mimeType":"video/mp4"})"},
+      Row{"UploadResposeModel", again<UploadResposeModel>,
+          R"({"url":"u","inputContentType":"a/b","actualContentType":"c/d"})"},
+      Row{"FailModel", again<FailModel>, R"({"msg":"文件过大"})"},
+      Row{"UserMappingModel", again<UserMappingModel>,
+          R"({"identity_id":"i","visitor_name":"v","phone":"p","email":"e","deviceId":"d","app_id":"a",)"
+          R"("app_name":"an","env_name":"en"})"},
+      Row{"WebViewEnvModel", again<WebViewEnvModel>,
+          R"({"app_name":"kep","env_name":"test","hh":47,"bh":34,"os_name":"iOS"})"},
+  };
+  std::size_t ran = 0;
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.id);
+    // A map is written in the order of its keys.
+    std::string expected = row.text;
+    if (row.id == "TrackModel") expected = R"({"name":"open","attributes":{"":"e","k":"v"}})";
+    EXPECT_EQ(row.again(row.text), expected);
+    ++ran;
+  }
+  EXPECT_EQ(ran, 13U);
+}
+
+TEST(Records, AnEmptyObjectLeavesEveryOptionalFieldAbsent) {
+  constexpr std::array rows{again<MessageModel>,       again<MessageBody>,         again<MessageCustomItems>,
+                            again<MessageCustomMenus>, again<MessageCustomFields>, again<TrackModel>,
+                            again<ShortcutsModel>,     again<FailModel>,           again<UserMappingModel>,
+                            again<WebViewEnvModel>};
+  for (const auto& row : rows) EXPECT_EQ(row(" {\n} "), "{}");
+}
+
+TEST(Records, WhatTheHostSetsIsAllThatIsWritten) {
+  EXPECT_EQ(encode(MessageBody{.msgType = 1, .content = "hi"}), R"({"msgType":1,"content":"hi"})");
+  EXPECT_EQ(encode(ShortcutsModel{.title = "t"}), R"({"title":"t"})");
+  EXPECT_EQ(encode(UploadFileInfoModel{.type = std::string(rawValue(FileType::File)), .suffix = "pdf"}),
+            R"({"type":"File","suffix":"pdf"})");
+  EXPECT_EQ(encode(PostMessageModel{.deviceId = ""}), R"({"deviceId":""})");
+}
+
+TEST(Records, AnArrayOfAttachmentsIsOneText) {
+  EXPECT_EQ(encode(std::vector<UploadFileInfoModel>{}), "[]");
+  EXPECT_EQ(encode(std::vector{UploadFileInfoModel{.type = "Image", .suffix = "jpg", .size = 3},
+                               UploadFileInfoModel{.name = "a/b", .type = "File", .suffix = ""}}),
+            R"([{"type":"Image","suffix":"jpg","size":3},{"name":"a/b","type":"File","suffix":""}])");
+}
+
+TEST(Records, AVisitorsQueryHasFiveRawPairs) {
+  EXPECT_EQ(UserMappingModel{}.toURLQuery(), "identity_id=&deviceId=&app_id=&app_name=&env_name=");
+  const UserMappingModel visitor{.identity_id = "a&b=c",
+                                 .visitor_name = "no",
+                                 .phone = "no",
+                                 .email = "no",
+                                 .deviceId = "d",
+                                 .app_id = "1",
+                                 .app_name = "商城 %",
+                                 .env_name = "test"};
+  EXPECT_EQ(visitor.toURLQuery(), "identity_id=a&b=c&deviceId=d&app_id=1&app_name=商城 %&env_name=test");
+}
+
+TEST(Records, TheirJsonTextIsEmptyWhenTheyCannotBeWritten) {
+  const std::string notText = "\xFF";
+  EXPECT_EQ(UserMappingModel{.phone = "1"}.getJsonString(), R"({"phone":"1"})");
+  EXPECT_EQ(UserMappingModel{.phone = notText}.getJsonString(), std::nullopt);
+  EXPECT_EQ(MessageBody{}.getJsonString(), "{}");
+  EXPECT_EQ(MessageBody{.content = notText}.getJsonString(), "");
+  EXPECT_EQ((WebViewEnvModel{.hh = 47, .os_name = "iOS"}.getJsonString()), R"({"hh":47,"os_name":"iOS"})");
+  EXPECT_EQ(WebViewEnvModel{.app_name = notText}.getJsonString(), "");
+}
+
+}  // namespace
+}  // namespace orivex
