@@ -26,7 +26,8 @@ std::optional<Range> requestedRange(SoupServerMessage* message, goffset size) {
   SoupRange* ranges = nullptr;
   int count = 0;
   if (!soup_message_headers_get_ranges(headers, size, &ranges, &count)) return std::nullopt;
-  const Range first{ranges[0].start, std::min(ranges[0].end, size - 1)};
+  // "The last 99 bytes" of a shorter file are all of it.
+  const Range first{std::max(ranges[0].start, goffset{0}), std::min(ranges[0].end, size - 1)};
   soup_message_headers_free_ranges(headers, ranges);
   return count == 1 ? std::optional(first) : std::nullopt;
 }
@@ -43,11 +44,13 @@ void describeFile(SoupMessageHeaders* headers, const std::string& type, std::str
   soup_message_headers_set_content_type(headers, type.c_str(), nullptr);
 }
 
-/// The bytes stay in the mapped file; they are read as the client takes them.
+/// The bytes stay in the mapped file; they are read as the client takes them and not gathered for ranges of libsoup's
+/// own.
 void sendRange(SoupServerMessage* message, GBytes* whole, Range range) {
   const auto size = static_cast<gsize>(range.last - range.first + 1);
   const GBytesPtr bytes(g_bytes_new_from_bytes(whole, static_cast<gsize>(range.first), size));
   auto* body = soup_server_message_get_response_body(message);
+  soup_message_body_set_accumulate(body, FALSE);
   soup_message_body_append_bytes(body, bytes.get());
   soup_message_body_complete(body);
 }
@@ -78,7 +81,7 @@ void FileRoute::serve(SoupServerMessage* message, const std::string& storedName)
     if (size > 0) sendRange(message, whole.get(), {0, size - 1});
     return;
   }
-  if (range->first < 0 || range->first > range->last) {
+  if (range->first > range->last) {
     soup_message_headers_replace(headers, "Content-Range", ("bytes */" + std::to_string(size)).c_str());
     return soup_server_message_set_status(message, SOUP_STATUS_REQUESTED_RANGE_NOT_SATISFIABLE, nullptr);
   }

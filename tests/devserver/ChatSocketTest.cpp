@@ -1,0 +1,220 @@
+#include <deque>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <libsoup/soup.h>
+
+#include "HttpClient.h"
+#include "ServerProcess.h"
+
+namespace orivex::testing {
+namespace {
+
+using nlohmann::json;
+
+constexpr int patienceSeconds = 10;
+
+/// The chat page's end of the web socket.
+class Visitor {
+ public:
+  explicit Visitor(const ServerProcess& server, const std::string& token = "K") : session_(soup_session_new()) {
+    const auto address = "ws" + server.address().substr(4) + "/chat-socket?access_token=" + token;
+    const ObjectPtr<SoupMessage> request(soup_message_new("GET", address.c_str()));
+    soup_session_websocket_connect_async(session_.get(), request.get(), nullptr, nullptr, G_PRIORITY_DEFAULT, nullptr,
+                                         onConnected, this);
+    waitUntil([this] { return answered_; });
+  }
+  Visitor(const Visitor&) = delete;
+  Visitor& operator=(const Visitor&) = delete;
+  ~Visitor() {
+    if (connection_) g_signal_handlers_disconnect_by_data(connection_.get(), this);
+  }
+
+  [[nodiscard]] bool isConnected() const { return connection_ != nullptr; }
+
+  void send(const std::string& text) { soup_websocket_connection_send_text(connection_.get(), text.c_str()); }
+  void hello(const std::string& language, int after = 0, const std::string& session = "s") {
+    send(json{{"type", "hello"}, {"session", session}, {"language", language}, {"after", after}}.dump());
+  }
+  void say(const json& body, const std::string& clientId, const json& extra = json::object()) {
+    json message{{"cMid", clientId}, {"messageBody", body}};
+    message.update(extra);
+    send(json{{"type", "message"}, {"message", message}}.dump());
+  }
+
+  /// The next frame, or null when none comes.
+  json next() {
+    waitUntil([this] { return !frames_.empty() || closed_; });
+    if (frames_.empty()) return nullptr;
+    auto frame = frames_.front();
+    frames_.pop_front();
+    return frame;
+  }
+  /// The next message of the agent's.
+  json nextAnswer() {
+    for (auto frame = next(); !frame.is_null(); frame = next())
+      if (frame.at("type") == "message" && frame.at("message").at("memberType") == 2) return frame;
+    return nullptr;
+  }
+  void waitForClose() {
+    waitUntil([this] { return closed_; });
+    EXPECT_TRUE(closed_);
+  }
+
+ private:
+  template <typename Condition>
+  static void waitUntil(Condition condition) {
+    bool late = false;
+    const auto deadline = [](gpointer flag) -> gboolean {
+      *static_cast<bool*>(flag) = true;
+      return G_SOURCE_CONTINUE;
+    };
+    const auto timer = g_timeout_add_seconds(patienceSeconds, deadline, &late);
+    while (!condition() && !late) g_main_context_iteration(nullptr, TRUE);
+    g_source_remove(timer);
+  }
+
+  static void onConnected(GObject* session, GAsyncResult* result, gpointer self) {
+    auto& visitor = *static_cast<Visitor*>(self);
+    visitor.answered_ = true;
+    visitor.connection_.reset(soup_session_websocket_connect_finish(SOUP_SESSION(session), result, nullptr));
+    if (!visitor.connection_) return;
+    g_signal_connect(visitor.connection_.get(), "message", G_CALLBACK(onMessage), self);
+    g_signal_connect(visitor.connection_.get(), "closed", G_CALLBACK(onClosed), self);
+  }
+  static void onMessage(SoupWebsocketConnection*, gint, GBytes* bytes, gpointer self) {
+    gsize size = 0;
+    const auto* text = static_cast<const char*>(g_bytes_get_data(bytes, &size));
+    static_cast<Visitor*>(self)->frames_.push_back(json::parse(text, text + size));
+  }
+  static void onClosed(SoupWebsocketConnection*, gpointer self) { static_cast<Visitor*>(self)->closed_ = true; }
+
+  ObjectPtr<SoupSession> session_;
+  ObjectPtr<SoupWebsocketConnection> connection_;
+  std::deque<json> frames_;
+  bool answered_ = false;
+  bool closed_ = false;
+};
+
+json text(const std::string& content) {
+  return {{"msgType", 1}, {"content", content}};
+}
+
+TEST(ChatSocket, IsOpenToValidTokensOnly) {
+  const ServerProcess server;
+  EXPECT_TRUE(Visitor(server).isConnected());
+  EXPECT_FALSE(Visitor(server, "expired-1").isConnected());
+  EXPECT_FALSE(Visitor(server, "").isConnected());
+  server.addFaults({{"target", "socket"}, {"kind", "status"}, {"times", 1}});
+  EXPECT_FALSE(Visitor(server).isConnected());
+  EXPECT_TRUE(Visitor(server).isConnected());
+}
+
+TEST(ChatSocket, GreetsInThePagesLanguageAndTypesBeforeItSpeaks) {
+  const ServerProcess server;
+  for (const auto& [language, name, greeting] :
+       {std::tuple{"zh-CN", "小薇", "您好"}, {"en-GB", "Vera", "Hello"}, {"fr", "小薇", "您好"}}) {
+    Visitor visitor(server);
+    visitor.hello(language, 0, language);
+    const auto profile = visitor.next();
+    EXPECT_EQ(profile.at("type"), "agent");
+    EXPECT_EQ(profile.at("name"), name);
+    EXPECT_EQ(visitor.next(), json({{"type", "typing"}, {"on", true}}));
+    EXPECT_EQ(visitor.next(), json({{"type", "typing"}, {"on", false}}));
+    const auto first = visitor.next();
+    EXPECT_TRUE(first.at("message").at("messageBody").at("content").get<std::string>().starts_with(greeting)) << first;
+    EXPECT_GE(visitor.nextAnswer().at("shortcuts").size(), 3U);
+  }
+}
+
+TEST(ChatSocket, AnswersByKeyword) {
+  struct Case {
+    const char* language;
+    json body;
+    const char* option;
+    int answerType;
+    const char* excerpt;
+  };
+  const Case cases[] = {
+      {"zh", text("在吗"), "", 1, "「在吗」"},        {"en", text("<b>\"hm\"</b>"), "", 1, "<b>\"hm\"</b>"},
+      {"zh", text("发个链接给我"), "", 6, "linkUrl"}, {"en", text("The RETURN policy?"), "", 6, "linkUrl"},
+      {"zh", text("帮助"), "", 1, "shortcuts"},       {"en", text("My title"), "hurry", 1, "first"},
+      {"zh", {{"msgType", 2}}, "", 1, "图片"},        {"en", {{"msgType", 5}, {"fileName", "a.pdf"}}, "", 1, "a.pdf"},
+      {"zh", {{"msgType", "7"}}, "", 1, "收到"},      {"zh", json::array(), "", 1, "收到"},
+  };
+  const ServerProcess server;
+  int number = 0;
+  for (const auto& testCase : cases) {
+    Visitor visitor(server);
+    const auto session = std::to_string(++number);
+    visitor.hello(testCase.language, 0, session);
+    visitor.nextAnswer();
+    visitor.nextAnswer();
+    visitor.say(testCase.body, "c" + session, {{"optionSelected", testCase.option}});
+    const auto answer = visitor.nextAnswer();
+    EXPECT_EQ(answer.at("message").at("mType"), testCase.answerType) << testCase.body;
+    const auto whole = answer.dump() + answer["message"]["messageBody"].value("content", "");
+    EXPECT_NE(whole.find(testCase.excerpt), std::string::npos) << whole;
+  }
+}
+
+TEST(ChatSocket, SendsAnOrderAsACardOfItemsMenusAndFields) {
+  const ServerProcess server;
+  Visitor visitor(server);
+  visitor.hello("en");
+  visitor.say(text("where is my order"), "c1");
+  json card;
+  while (card.is_null() || card.at("msgType") != 7) card = visitor.nextAnswer().at("message").at("messageBody");
+  for (const auto& item : card.at("customItems"))
+    for (const char* key : {"customCardName", "customCardAmount", "customCardAmountSymbol", "customCardThumbnail"})
+      EXPECT_TRUE(item.at(key).is_string()) << key;
+  for (const auto& item : card.at("customItems")) EXPECT_TRUE(item.at("customFields").at(0).at("key").is_string());
+  for (const auto& menu : card.at("customMenus")) {
+    EXPECT_TRUE(menu.at("type").is_number_integer());
+    EXPECT_TRUE(menu.at("visible").is_array());
+  }
+  EXPECT_EQ(card.at("customFields").size(), 2U);
+  const std::string picture = card.at("customItems").at(0).at("customCardThumbnail");
+  EXPECT_EQ(fetch(server.port(), {.path = picture.substr(picture.find("/chat-page/"))}).status, 200) << picture;
+}
+
+TEST(ChatSocket, TellsAPageThatComesBackWhatItMissedAndAnswersNothingTwice) {
+  const ServerProcess server;
+  Visitor before(server);
+  before.hello("zh");
+  before.nextAnswer();
+  const int lastSeen = before.nextAnswer().at("message").at("mId");
+  before.say(text("第一句"), "c1");
+  before.nextAnswer();
+  server.addFaults({{"target", "socket"}, {"kind", "drop"}});
+  before.waitForClose();
+
+  // The page did not see the confirmation, so it sends the sentence again.
+  Visitor after(server);
+  after.hello("zh", lastSeen);
+  after.say(text("第一句"), "c1");
+  after.say(text("第二句"), "c2");
+  std::vector<std::string> heard;
+  while (heard.size() < 4) {
+    const auto frame = after.next();
+    ASSERT_FALSE(frame.is_null());
+    if (frame.at("type") == "message") heard.push_back(frame.at("message").at("messageBody").at("content"));
+  }
+  EXPECT_EQ(heard, (std::vector<std::string>{"第一句", "您说的是：「第一句」", "第二句", "您说的是：「第二句」"}));
+}
+
+TEST(ChatSocket, IgnoresFramesThatItDoesNotUnderstand) {
+  const ServerProcess server;
+  Visitor visitor(server);
+  for (const char* frame : {"", "nonsense", "[]", "null", "{}", R"({"type":7})", R"({"type":"message"})",
+                            R"({"type":"message","message":7})", R"({"type":"hello","session":7,"after":"x"})",
+                            R"({"type":"message","message":{"cMid":7,"messageBody":"x","optionSelected":[]}})"})
+    visitor.send(frame);
+  Visitor other(server);
+  other.hello("en", 0, "other");
+  EXPECT_EQ(other.next().at("name"), "Vera");
+}
+
+}  // namespace
+}  // namespace orivex::testing

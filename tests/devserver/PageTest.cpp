@@ -1,0 +1,109 @@
+#include <queue>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "HttpClient.h"
+#include "ServerProcess.h"
+
+namespace orivex::testing {
+namespace {
+
+const std::string pagePath = "/api/oauth2/ciphertext/app/client_chat";
+
+TEST(ChatPage, OpensOnlyForATokenThatPasses) {
+  struct Case {
+    std::vector<std::string> arguments;
+    std::string query;
+    int status;
+    std::string complaint;
+  };
+  const Case cases[] = {
+      {{}, "?access_token=K&x-entry=E", 200, ""},
+      {{}, "?x-entry=E&access_token=K", 200, ""},
+      {{}, "?access_token=unexpired-1", 200, ""},
+      {{}, "", 401, "access token missing"},
+      {{}, "?access_token", 401, "access token missing"},
+      {{}, "?access_token=&x-entry=E", 401, "access token missing"},
+      {{}, "?my_access_token=K", 401, "access token missing"},
+      {{}, "?access_token=expired", 401, "access token expired"},
+      {{}, "?access_token=expired-2024", 401, "access token expired"},
+      {{}, "?access_token=%65xpired", 401, "access token expired"},
+      {{"--token", "A", "--token=a+b"}, "?access_token=A", 200, ""},
+      {{"--token", "A", "--token=a+b"}, "?access_token=a+b", 200, ""},
+      {{"--token", "A", "--token=a+b"}, "?access_token=K", 401, "access token unknown"},
+      {{"--token", "expired"}, "?access_token=expired", 401, "access token expired"},
+  };
+  for (const auto& testCase : cases) {
+    const ServerProcess server(testCase.arguments);
+    const auto reply = fetch(server.port(), {.path = pagePath + testCase.query});
+    EXPECT_EQ(reply.status, testCase.status) << testCase.query;
+    if (testCase.status == 200) continue;
+    EXPECT_EQ(nlohmann::json::parse(reply.body), nlohmann::json({{"msg", testCase.complaint}})) << testCase.query;
+  }
+}
+
+TEST(ChatPage, SurvivesAnyQuery) {
+  const ServerProcess server;
+  const std::string queries[] = {
+      "?access_token=K&app_name=\xE5\xAE\xA2\xE6\x9C\x8D",  // raw UTF-8, as an application's name comes
+      "?access_token=K&app_name=%E5%AE%A2%E6%9C%8D&object_value=%7B%22content%22:%22a&b=c%22%7D",
+      "?access_token=K&app_name=\xFF\xFE",
+      "?access_token=%",
+      "?access_token=%FF%00K",
+      "?&&&=&==&access_token=K",
+      "?access_token=K&x=" + std::string(20'000, 'y'),
+      "?access_token=K#fragment",
+      "?access_token=K&a=b c"};
+  for (const auto& query : queries) {
+    RawClient client(server.port());
+    client.send(toBytes({.path = pagePath + query}));
+    EXPECT_FALSE(client.receiveAll().bytes.empty()) << query.substr(0, 60);
+    EXPECT_EQ(fetch(server.port(), {.path = pagePath + "?access_token=K"}).status, 200) << query.substr(0, 60);
+  }
+}
+
+/// Every file that the page names is there, down to the modules that modules import, and may run under the policy.
+TEST(ChatPage, BringsEveryFileThatItNames) {
+  const ServerProcess server;
+  const auto page = fetch(server.port(), {.path = pagePath + "?access_token=K"});
+  const auto policy = page.headers.at("content-security-policy");
+  EXPECT_NE(policy.find("script-src 'self';"), std::string::npos) << policy;
+  EXPECT_EQ(policy.find("unsafe-eval"), std::string::npos) << policy;
+  EXPECT_EQ(page.body.find("<script>"), std::string::npos) << "an inline script would not run";
+
+  const std::regex reference(R"re(["'](?:/chat-page/|\./)([\w.-]+)["'])re");
+  std::set<std::string> seen;
+  std::queue<std::string> texts({page.body});
+  for (; !texts.empty(); texts.pop()) {
+    const std::string text = texts.front();
+    for (std::sregex_iterator match(text.begin(), text.end(), reference), end; match != end; ++match) {
+      const auto name = (*match)[1].str();
+      if (!seen.insert(name).second) continue;
+      const auto file = fetch(server.port(), {.path = "/chat-page/" + name});
+      EXPECT_EQ(file.status, 200) << name;
+      EXPECT_EQ(file.headers.at("content-type"),
+                name.ends_with(".js") ? "text/javascript; charset=utf-8" : "text/css; charset=utf-8")
+          << name;
+      texts.push(file.body);
+    }
+  }
+  EXPECT_GE(seen.size(), 10U);
+}
+
+TEST(ChatPage, RefusesOtherMethodsAndOtherFiles) {
+  const ServerProcess server;
+  EXPECT_EQ(fetch(server.port(), {.method = "POST", .path = pagePath}).status, 405);
+  for (const char* path :
+       {"/chat-page/", "/chat-page", "/chat-page/none.js", "/chat-page/../src/main.cpp",
+        "/chat-page/%2e%2e/%2e%2e/etc/passwd", "/none", "//", "/api/oauth2/ciphertext/app/client_chat/x"}) {
+    const auto status = fetch(server.port(), {.path = path}).status;
+    EXPECT_TRUE(status == 404 || status == 400) << path << " gave " << status;
+  }
+}
+
+}  // namespace
+}  // namespace orivex::testing
