@@ -95,15 +95,6 @@ TEST_F(CurlHttpClientTest, GoesThroughTheProxyOfTheEnvironment) {
   EXPECT_TRUE(proxy.requests().front().starts_with("GET http://chat.invalid/page HTTP/1.1\r\n"));
 }
 
-TEST_F(CurlHttpClientTest, EveryStatusIsAReply) {
-  SocketServer server([](const std::string& target) { return Answer{reply(std::stoi(target.substr(1)), "text")}; });
-  for (const int status : {200, 302, 400, 401, 404, 500, 503, 599}) {
-    const auto got = response(get(server.url("/" + std::to_string(status))));
-    EXPECT_EQ(got.status, status);
-    EXPECT_EQ(got.body, "text");
-  }
-}
-
 TEST_F(CurlHttpClientTest, TransportFailuresAreToldInWordsAndTimeOutsByTheirCode) {
   SocketServer server([](const std::string& target) -> Answer {
     if (target == "/silent") return {"", Then::silence};

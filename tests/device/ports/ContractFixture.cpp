@@ -1,0 +1,106 @@
+#include "ContractFixture.h"
+
+#include <adwaita.h>
+
+#include "glib/GMemory.h"
+#include "ui/GtkApplicationPort.h"
+
+#include "orivex/gtk/Gtk.h"
+
+namespace orivex::gtk {
+namespace {
+
+SocketServer::Answer answer(const contract::ServedReply& served) {
+  if (served.silent) return {"", SocketServer::Then::silence};
+  std::string headers = "Content-Type: text/html; charset=utf-8\r\n";
+  if (!served.location.empty()) headers += "Location: " + served.location + "\r\n";
+  if (!served.cookie.empty()) headers += "Set-Cookie: " + served.cookie + "; Max-Age=3600\r\n";
+  return {reply(served.status, served.body, headers)};
+}
+
+// The first widget below `parent` of a type, depth first; null without one.
+GtkWidget* descendant(GtkWidget* parent, GType type) {
+  for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
+    if (G_TYPE_CHECK_INSTANCE_TYPE(child, type)) return child;
+    if (GtkWidget* const found = descendant(child, type)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+ContractFixture::ContractFixture() {
+  adw_init();
+  install();
+}
+
+std::string ContractFixture::serve(const contract::Site& site) {
+  server_ = std::make_unique<SocketServer>([site](const std::string& target) {
+    const auto found = site.find(target);
+    return found == site.end() ? SocketServer::Answer{reply(404, "not found")} : answer(found->second);
+  });
+  return server_->url("");
+}
+
+std::string ContractFixture::refusingOrigin() {
+  return SocketServer([](const std::string&) { return SocketServer::Answer{}; }).url("");
+}
+
+std::vector<std::string> ContractFixture::userAgents(const std::string& target) {
+  constexpr std::string_view name = "\r\nUser-Agent: ";
+  std::vector<std::string> agents;
+  for (const auto& request : server_->requests()) {
+    if (!request.starts_with("GET " + target + " ")) continue;
+    const auto start = request.find(name) + name.size();
+    agents.push_back(request.substr(start, request.find("\r\n", start) - start));
+  }
+  return agents;
+}
+
+const Bundle& ContractFixture::bundleWith(const std::map<std::string, std::string>& files) {
+  for (const auto& [name, contents] : files) folder_.write(name, contents);
+  return bundle_.emplace(folder_.path());
+}
+
+const Bundle& ContractFixture::missingBundle() {
+  return bundle_.emplace(folder_.path() / "missing");
+}
+
+const UserDefaults& ContractFixture::userDefaultsWith(const contract::Settings& settings) {
+  const GKeyFilePtr file(g_key_file_new());
+  for (const auto& [key, value] : settings) {
+    if (const bool* flag = std::get_if<bool>(&value)) {
+      g_key_file_set_boolean(file.get(), "Defaults", key.c_str(), *flag);
+    } else {
+      g_key_file_set_string(file.get(), "Defaults", key.c_str(), std::get<std::string>(value).c_str());
+    }
+  }
+  const GCharPtr contents(g_key_file_to_data(file.get(), nullptr, nullptr));
+  return defaults_.emplace(folder_.write("defaults.ini", contents.get()));
+}
+
+WindowFixture::WindowFixture() : window_(GTK_WINDOW(gtk_window_new())) {
+  gtk_window_set_child(window_, gtk_label_new("Shop"));
+  attach(window_);
+  gtk_window_present(window_);
+}
+
+WindowFixture::~WindowFixture() {
+  if (window_) removeWindow();
+}
+
+std::optional<std::string> WindowFixture::overlayStatus() {
+  auto* const host = dynamic_cast<GtkApplicationPort&>(platform().application).find(window_);
+  if (!host) return std::nullopt;
+  GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(host->overlay()));
+  while (child && !gtk_widget_has_css_class(child, "orivex-mask")) child = gtk_widget_get_next_sibling(child);
+  if (!child) return std::nullopt;
+  return gtk_label_get_text(GTK_LABEL(descendant(child, GTK_TYPE_LABEL)));
+}
+
+void WindowFixture::removeWindow() {
+  gtk_window_destroy(window_);
+  window_ = nullptr;
+}
+
+}  // namespace orivex::gtk
