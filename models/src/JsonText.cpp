@@ -80,8 +80,8 @@ std::string shown(std::string_view text) {
   std::string line{text.substr(0, longestShown)};
   if (text.size() > longestShown) {
     constexpr auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
-    // A cut character would make the message invalid UTF-8.
-    while (isContinuation(text[line.size()])) line.pop_back();
+    // A cut character would make the message invalid UTF-8. Of a character no more than three bytes can be in the way.
+    for (int i = 0; i < 3 && isContinuation(text[line.size()]); ++i) line.pop_back();
     line += "...";
   }
   const unsigned char highest = simdjson::validate_utf8(line) ? 0xFF : 0x7E;

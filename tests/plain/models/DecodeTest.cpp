@@ -87,9 +87,11 @@ TEST(Decode, AValueOfAnotherTypeIsNamedByItsPath) {
             "messageBody.businessProps.c: expected a string, found null"},
       Fault{R"({"messageBody":{"businessProps":{"\n\u4f60":{}}}})",
             "messageBody.businessProps.?你: expected a string, found an object"},
+      Fault{R"({"messageBody":{"businessProps":{"一二三四五六七八九十一二三四五六":1}}})",
+            "messageBody.businessProps.一二三四五六七八九十一二三...: expected a string, found a number"},
       Fault{R"({"renderMemberType":"b","cMid":"ok","mId":"a"})", "mId: expected a 64-bit integer, found a string"},
   };
-  EXPECT_EQ(expectFaults<MessageModel>(rows), 32U);
+  EXPECT_EQ(expectFaults<MessageModel>(rows), 33U);
 }
 
 TEST(Decode, ARequiredKeyHasToBeThere) {

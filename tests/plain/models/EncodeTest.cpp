@@ -100,6 +100,8 @@ TEST(Encode, WhatJsonCannotHoldIsNamedByItsPath) {
       Row{{.customItems = {{{}, {.customMenus = {{{.visible = {{"a", notText}}}}}}}}},
           "messageBody.customItems[1].customMenus[0].visible[1]: not UTF-8 text"},
       Row{{.businessProps = {{{"k\n", notText}}}}, "messageBody.businessProps.k?: not UTF-8 text"},
+      Row{{.businessProps = {{{std::string(50, '\x97'), ""}}}},
+          "messageBody.businessProps.?????????????????????????????????????...: not UTF-8 text"},
       Row{{.businessProps = {{{notText, ""}}}}, "messageBody.businessProps.ab?: not UTF-8 text"},
   };
   std::size_t ran = 0;
@@ -113,7 +115,7 @@ TEST(Encode, WhatJsonCannotHoldIsNamedByItsPath) {
     }
     ++ran;
   }
-  EXPECT_EQ(ran, 8U);
+  EXPECT_EQ(ran, 9U);
   EXPECT_EQ(encode(MessageBody{.content = "next"}), R"({"content":"next"})") << "a failure leaves nothing behind";
 }
 
