@@ -11,12 +11,18 @@ struct Settings {
   std::string key = "demo-key";
   std::string visitorId = "visitor-1";
   std::string visitorName{};
-  bool push = false;  ///< whether the chat is pushed onto a navigation controller instead of presented
+  bool push = false;           ///< whether the chat is pushed onto a navigation controller instead of presented
   double statusBarHeight = 0;  ///< points, as are the insets
   double topInset = 0;
   double bottomInset = 0;
 
   bool operator==(const Settings&) const = default;
 };
+
+/// The settings of the last run; the defaults where there are none.
+Settings loadSettings();
+
+/// Remembers the settings in the user's configuration folder. A failure costs one line on standard error.
+void saveSettings(const Settings& settings);
 
 }  // namespace orivex::demo

@@ -1,0 +1,118 @@
+#include "PositionReporter.h"
+
+#include <cmath>
+#include <iostream>
+#include <sstream>
+#include <string_view>
+
+#include "orivex/platform/ui/WebView.h"
+
+namespace orivex::demo {
+namespace {
+
+constexpr guint period = 150;  // milliseconds
+constexpr char answerName[] = "demo.positions";
+
+// Answers through the page's own tracking events, and only when something changed.
+constexpr char question[] = R"((() => {
+  const found = {};
+  for (const element of document.querySelectorAll("[data-testid]")) {
+    const box = element.getBoundingClientRect();
+    if (!box.width || !box.height || element.disabled) continue;
+    const { testid, command } = element.dataset;
+    const base = command ? `${testid}.${command}` : testid;
+    let name = base;
+    for (let count = 2; name in found; ++count) name = `${base}#${count}`;
+    const text = (element.value ?? element.innerText ?? "").replace(/\s+/g, " ").trim().slice(0, 160);
+    found[name] = [box.x, box.y, box.width, box.height].map(Math.round).join(" ") + " " + text;
+  }
+  const now = JSON.stringify(found);
+  if (now === window.demoPositions) return;
+  window.demoPositions = now;
+  window.webkit.messageHandlers.trackEvent.postMessage({ name: "demo.positions", attributes: found });
+})();)";
+
+// The page's position moved to where the page lies in the window.
+std::string moved(const std::string& position, double left, double top) {
+  std::istringstream reader(position);
+  long x = 0;
+  long y = 0;
+  std::string rest;
+  reader >> x >> y;
+  std::getline(reader, rest);
+  return std::to_string(x + std::lround(left)) + ' ' + std::to_string(y + std::lround(top)) + rest;
+}
+
+}  // namespace
+
+PositionReporter::PositionReporter(AdwApplicationWindow* window, std::function<std::shared_ptr<OVKFApi>()> chat)
+    : window_(window), chat_(std::move(chat)) {
+  const auto tick = [](gpointer self) noexcept -> gboolean {
+    static_cast<PositionReporter*>(self)->look();
+    return G_SOURCE_CONTINUE;
+  };
+  timer_ = g_timeout_add(period, tick, this);
+}
+
+PositionReporter::~PositionReporter() {
+  g_source_remove(timer_);
+}
+
+bool PositionReporter::take(const ConversationEvent& event) {
+  if (event.name != answerName) return false;
+  if (const auto chat = chat_()) {
+    // Screens fill the window's content, which the frame of the window may surround.
+    graphene_rect_t content = GRAPHENE_RECT_INIT(0, 0, 0, 0);
+    const auto window = GTK_WIDGET(window_);
+    if (!gtk_widget_compute_bounds(adw_application_window_get_content(window_), window, &content)) return true;
+    const auto& frame = chat->webView()->frame();
+    Controls found;
+    for (const auto& [name, position] : event.attributes)
+      found[name] = moved(position, content.origin.x + frame.x, content.origin.y + frame.y);
+    report(page_, std::move(found));
+  }
+  return true;
+}
+
+void PositionReporter::look() {
+  Controls found;
+  addNamed(GTK_WIDGET(window_), found);
+  report(shop_, std::move(found));
+  const auto chat = chat_();
+  // Before it is revealed nobody can click the page, and after it is closed neither.
+  if (chat && chat->isViewInWindow() && chat->isLoaded()) {
+    chat->webView()->evaluate(question);
+  } else {
+    report(page_, {});
+  }
+}
+
+void PositionReporter::addNamed(GtkWidget* widget, Controls& found) const {
+  if (!gtk_widget_get_mapped(widget)) return;
+  graphene_rect_t bounds;
+  const std::string_view name = gtk_widget_get_name(widget);
+  // A widget without a name of its own has its type's.
+  if (name != G_OBJECT_TYPE_NAME(widget) && gtk_widget_is_sensitive(widget) &&
+      gtk_widget_compute_bounds(widget, GTK_WIDGET(window_), &bounds)) {
+    std::ostringstream position;
+    position << std::lround(bounds.origin.x) << ' ' << std::lround(bounds.origin.y) << ' '
+             << std::lround(bounds.size.width) << ' ' << std::lround(bounds.size.height);
+    found.emplace(name, position.str());
+  }
+  for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
+    addNamed(child, found);
+  }
+}
+
+void PositionReporter::report(Controls& known, Controls found) {
+  for (const auto& [name, position] : known)
+    if (!found.contains(name)) std::cout << "hides " << name << std::endl;
+  for (const auto& [name, position] : found) {
+    const auto before = known.find(name);
+    if (before == known.end() || before->second != position)
+      std::cout << "shows " << name << ' ' << position << std::endl;
+  }
+  known = std::move(found);
+}
+
+}  // namespace orivex::demo

@@ -1,0 +1,33 @@
+#include "Style.h"
+
+#include <adwaita.h>
+
+#include "GObjects.h"
+
+namespace orivex::demo {
+namespace {
+
+constexpr char rules[] = R"(
+  @define-color accent_bg_color #5447e0;
+  @define-color accent_color #4a3fd0;
+  @define-color window_bg_color #f6f6fb;
+  window.frameless { padding: 0; margin: 0; border: none; box-shadow: none; }
+  .shop-title { background: transparent; box-shadow: none; min-height: 44px; }
+  .shop-title > windowhandle > box { min-height: 44px; padding-top: 0; padding-bottom: 0; }
+  .shop-column { padding: 4px 16px 16px; }
+  .shop-price { font-size: 18px; font-weight: 700; color: @accent_color; }
+  .shop-contact { margin: 8px 16px 12px; }
+)";
+
+}  // namespace
+
+void addStyle() {
+  // The chat is light; a dark shop around it would flash.
+  adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_FORCE_LIGHT);
+  const ObjectPtr<GtkCssProvider> provider(gtk_css_provider_new());
+  gtk_css_provider_load_from_data(provider.get(), rules, -1);
+  gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
+                                             GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+}  // namespace orivex::demo
