@@ -209,6 +209,8 @@ void WebKitEngine::loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event) {
       break;
     case WEBKIT_LOAD_COMMITTED:
       tell([this] { handlers_.didCommitNavigation(); });
+      // To WebKit the address never changed while the process was gone.
+      if (std::exchange(processGone_, false)) tellUri();
       break;
     case WEBKIT_LOAD_FINISHED:
       // WebKitGTK ends a failed load with this event too.
@@ -253,12 +255,15 @@ gboolean WebKitEngine::decidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecisio
 }
 
 void WebKitEngine::processTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationReason reason) {
+  processGone_ = true;
   log::print("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
   tell([this] { handlers_.urlChanged(std::nullopt); });
 }
 
-void WebKitEngine::uriChanged(WebKitWebView* view, GParamSpec* /*property*/) {
-  const char* const uri = webkit_web_view_get_uri(view);
+void WebKitEngine::uriChanged(WebKitWebView* /*view*/, GParamSpec* /*property*/) { tellUri(); }
+
+void WebKitEngine::tellUri() {
+  const char* const uri = webkit_web_view_get_uri(view_.get());
   if (!uri || !*uri) return;
   tell([this, address = std::optional<std::string>(uri)] { handlers_.urlChanged(address); });
 }

@@ -45,6 +45,7 @@ class WebKitEngine final : public WebEngine {
   gboolean decidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
   void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason);
   void uriChanged(WebKitWebView* view, GParamSpec* property);
+  void tellUri();
 
   /// Runs `call`, now or, while a call into this engine is under way, right after it.
   template <class Function>
@@ -60,6 +61,7 @@ class WebKitEngine final : public WebEngine {
   std::vector<SignalConnection> signals_;
   bool inCall_ = false;
   bool loadFailed_ = false;
+  bool processGone_ = false;
   Alive alive_;
 };
 

@@ -8,6 +8,8 @@ namespace orivex::gtk {
 
 WebProcessContext::WebProcessContext(const std::string& moduleFolder)
     : context_(GRef<WebKitWebContext>::adopt(webkit_web_context_new())) {
+  // The model of browsers keeps the processes of closed pages for the next visit; a host wants its memory back.
+  webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
   std::error_code error;
   if (!std::filesystem::is_directory(moduleFolder, error)) {
     log::print("Pages keep the web engine's user agent: there is no folder " + moduleFolder);

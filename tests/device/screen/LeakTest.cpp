@@ -1,0 +1,66 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include <unistd.h>
+
+#include "ScreenFixture.h"
+
+namespace orivex::gtk {
+namespace {
+
+struct Process {
+  int id = 0;
+  int parent = 0;
+  std::string name;
+};
+
+std::vector<Process> allProcesses() {
+  std::vector<Process> processes;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(entry.path() / "stat");
+    Process process;
+    std::string state;
+    if (file >> process.id >> process.name >> state >> process.parent && state != "Z") processes.push_back(process);
+  }
+  return processes;
+}
+
+// Processes of pages below this one, through the sandbox's own in between.
+int pageProcesses() {
+  const auto processes = allProcesses();
+  std::set<int> ours{getpid()};
+  int pages = 0;
+  for (bool grew = true; grew;) {
+    grew = false;
+    for (const auto& process : processes) {
+      if (ours.count(process.parent) == 0 || !ours.insert(process.id).second) continue;
+      grew = true;
+      if (process.name.find("WebKitWebProces") != std::string::npos) ++pages;
+    }
+  }
+  return pages;
+}
+
+class Leak : public ScreenFixture {};
+
+TEST_F(Leak, NoPageProcessOutlivesItsScreen) {
+  const SocketServer server(servePage("<script>" + raise("ready") + "</script>"));
+  std::vector<std::weak_ptr<OVKFApi>> screens;
+  for (int round = 0; round < 5; ++round) {
+    recorder->events.clear();
+    const auto chat = openChat(server.url(""));
+    screens.push_back(chat);
+    EXPECT_GE(pageProcesses(), 1) << "the count sees a page that lives";
+    chat->close();
+    ASSERT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
+  }
+  // The watchdog holds the last screen for ten seconds.
+  EXPECT_TRUE(
+      wait([&] { return std::all_of(screens.begin(), screens.end(), [](auto& it) { return it.expired(); }); }, 15));
+  EXPECT_TRUE(wait([&] { return pageProcesses() == 0; }, 15)) << pageProcesses() << " left";
+}
+
+}  // namespace
+}  // namespace orivex::gtk

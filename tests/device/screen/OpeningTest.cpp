@@ -1,0 +1,102 @@
+#include "ScreenFixture.h"
+
+#include "orivex/media/OVKFApiHelper.h"
+#include "orivex/platform/ui/WebView.h"
+
+namespace orivex::gtk {
+namespace {
+
+const std::string readyPage = "<body>chat<script>" + raise("ready") + "</script>";
+
+class Opening : public ScreenFixture {};
+
+TEST_F(Opening, ChecksThePageThenLoadsItUnderTheSameName) {
+  const SocketServer server(servePage("<body><script src=/chat.js></script><script>" + raise("ready") + "</script>"));
+  const auto chat = openChat(server.url(""));
+
+  const auto requests = server.requests();
+  ASSERT_GE(requests.size(), 3U) << "the check, the page and its script";
+  const std::string page = "GET " + chatPath + "?access_token=key&x-entry=entry&identity_id=&deviceId=";
+  EXPECT_TRUE(requests[0].starts_with(page));
+  EXPECT_TRUE(requests[1].starts_with(page));
+  for (const auto& request : requests) {
+    EXPECT_NE(request.find("User-Agent: " + OVKFApiHelper::userAgent() + "\r\n"), std::string::npos) << request;
+  }
+  EXPECT_EQ(evaluate(*chat, "navigator.userAgent"), OVKFApiHelper::userAgent());
+}
+
+TEST_F(Opening, StaysHiddenUntilThePageSaysThatItIsReady) {
+  const SocketServer server(servePage("<body><script>" + raise("ready") +
+                                      "addEventListener('click', () => "
+                                      "webkit.messageHandlers.initLoaded.postMessage(null));</script>"));
+  const auto chat = openChat(server.url(""));
+  EXPECT_EQ(chat->webView()->alpha(), 0);
+  EXPECT_FALSE(chat->isLoaded());
+
+  evaluate(*chat, "document.body.click()");
+  EXPECT_TRUE(wait([&] { return chat->isLoaded(); }, 2));
+  EXPECT_EQ(chat->webView()->alpha(), 1);
+  EXPECT_TRUE(wait([&] { return chat->loadView()->superview() == nullptr; }, 2)) << "the placeholder fades and goes";
+  EXPECT_TRUE(logHas("InitLoad"));
+}
+
+TEST_F(Opening, AFinishedLoadAloneRevealsThePage) {
+  const SocketServer server(servePage(readyPage));
+  const auto chat = openChat(server.url(""));
+  EXPECT_TRUE(wait([&] { return chat->isLoaded(); }, 6));
+  EXPECT_EQ(evaluate(*chat, "document.querySelector('meta[name=viewport]').content"),
+            "width=device-width, initial-scale=1, user-scalable=0");
+}
+
+TEST_F(Opening, AnEventReachesTheHostWithItsAttributesAsTheyAre) {
+  const SocketServer server(servePage(readyPage));
+  const auto chat = openChat(server.url(""));
+  recorder->events.clear();
+  evaluate(*chat, R"js(webkit.messageHandlers.trackEvent.postMessage(
+      {name: 'buy "it" 你好 \u{1F600}', attributes: {a: 'line\nbreak', '键': '</script>'}}); 0)js");
+  ASSERT_TRUE(wait([&] { return !recorder->events.empty(); }, 5));
+  const EventRecorder::Event expected{"buy \"it\" 你好 \U0001F600", {{"a", "line\nbreak"}, {"键", "</script>"}}};
+  EXPECT_EQ(recorder->events.front(), expected);
+}
+
+TEST_F(Opening, TheQueuedMessageArrivesInThePageAsItWasSent) {
+  const SocketServer server(servePage(readyPage));
+  auto body = std::make_shared<MessageBody>();
+  body->title = "订单 & more=\"yes\" +100% #1 \U0001F4E6";
+  OVKFApi().sendMessage(3, body);
+  const auto chat = openChat(server.url(""));
+  // "&" and "+" stay as they are in the address: a page takes all that follows the key and undoes percent escapes.
+  EXPECT_EQ(evaluate(*chat, "JSON.parse(decodeURIComponent(location.search.split('object_value=')[1])).title"),
+            *body->title);
+}
+
+TEST_F(Opening, GoBackClosesTheScreenAndEndsIt) {
+  const SocketServer server(servePage(readyPage));
+  auto chat = openChat(server.url(""));
+  evaluate(*chat, "webkit.messageHandlers.goBack.postMessage({}); 0");
+  EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
+  EXPECT_EQ(window()->rootViewController()->presentedViewController(), nullptr);
+  const std::weak_ptr<OVKFApi> gone = chat;
+  chat.reset();
+  // The watchdog and the reveal hold it until they have run.
+  EXPECT_TRUE(wait([&] { return gone.expired(); }, 12));
+}
+
+class NotchedPhone : public ScreenFixture {
+ protected:
+  NotchedPhone() : ScreenFixture({47, {59, 0, 34, 0}}) {}
+};
+
+TEST_F(NotchedPhone, TellsThePageOfItsSurroundingsAndGivesItTheHiddenAreas) {
+  const SocketServer server(servePage(readyPage));
+  const auto chat = openChat(server.url(""));
+  EXPECT_EQ(evaluate(*chat, "JSON.stringify(window.extraParams)"),
+            R"({"app_name":"kep","env_name":"test","hh":47,"bh":34,"os_name":"iOS"})");
+  EXPECT_EQ(chat->webView()->frame(), (Rect{0, 0, 360, 47 + 720 + 34}));
+  EXPECT_TRUE(wait([&] { return evaluate(*chat, "innerWidth + 'x' + innerHeight") == "360x801"; }, 5))
+      << evaluate(*chat, "innerWidth + 'x' + innerHeight");
+  EXPECT_NE(evaluate(*chat, "location.search").find("&hh=47.0&bh=34.0&object_value="), std::string::npos);
+}
+
+}  // namespace
+}  // namespace orivex::gtk

@@ -1,0 +1,99 @@
+#include "ScreenFixture.h"
+
+#include <algorithm>
+
+#include <adwaita.h>
+#include <webkit/webkit.h>
+
+#include "glib/GMemory.h"
+#include "web/WebKitEngine.h"
+
+#include "orivex/platform/ui/WebView.h"
+
+namespace orivex::gtk {
+namespace {
+
+GtkWindow* makeWindow() {
+  adw_init();
+  install();
+  auto* const window = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_default_size(window, 360, 720);
+  gtk_window_set_child(window, gtk_label_new("Shop"));
+  return window;
+}
+
+}  // namespace
+
+ScreenFixture::ScreenFixture(const Surroundings& surroundings)
+    : gtkWindow_(makeWindow()), window_(attach(gtkWindow_, surroundings)) {
+  gtk_window_present(gtkWindow_);
+  wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(gtkWindow_)) && window_->bounds().height == 720; }, 10);
+}
+
+ScreenFixture::~ScreenFixture() {
+  gtk_window_destroy(gtkWindow_);
+}
+
+std::shared_ptr<OVKFApi> ScreenFixture::startChat(const std::string& server) {
+  auto chat = std::make_shared<OVKFApi>();
+  chat->conversionDelegate = recorder;
+  chat->startSession(server, "entry", "key", std::make_shared<UserMappingModel>());
+  return chat;
+}
+
+std::shared_ptr<OVKFApi> ScreenFixture::openChat(const std::string& server) {
+  auto chat = startChat(server);
+  window_->rootViewController()->present(chat, false);
+  EXPECT_TRUE(wait([&] { return raised("ready"); }, 20)) << "the page did not come up";
+  return chat;
+}
+
+bool ScreenFixture::raised(const std::string& event) const {
+  return std::any_of(recorder->events.begin(), recorder->events.end(),
+                     [&](const auto& candidate) { return candidate.first == event; });
+}
+
+std::string ScreenFixture::evaluate(OVKFApi& chat, const std::string& script) {
+  auto* const view = WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(chat.webView()->engine()).widget());
+  struct Answer {
+    bool done = false;
+    std::string text;
+  } answer;
+  webkit_web_view_evaluate_javascript(
+      view, script.c_str(), -1, nullptr, nullptr, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        auto& into = *static_cast<Answer*>(data);
+        GError* error = nullptr;
+        const auto value =
+            GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &error));
+        const GErrorPtr failure(error);
+        into.text = value ? GCharPtr(jsc_value_to_string(value.get())).get() : failure->message;
+        into.done = true;
+      },
+      &answer);
+  EXPECT_TRUE(wait([&] { return answer.done; }, 10));
+  return answer.text;
+}
+
+int ScreenFixture::logCount(const std::string& part) const {
+  return static_cast<int>(std::count_if(log.get().begin(), log.get().end(),
+                                        [&](const std::string& line) { return line.find(part) != std::string::npos; }));
+}
+
+bool ScreenFixture::logHas(const std::string& part) const {
+  return logCount(part) > 0;
+}
+
+SocketServer::Handler servePage(const std::string& body) {
+  return [body](const std::string& target) {
+    if (!target.starts_with(chatPath)) return SocketServer::Answer{reply(404, "")};
+    return SocketServer::Answer{
+        reply(200, "<!doctype html><meta charset=utf-8>" + body, "Content-Type: text/html; charset=utf-8\r\n")};
+  };
+}
+
+std::string raise(const std::string& event) {
+  return "window.webkit.messageHandlers.trackEvent.postMessage({name:'" + event + "',attributes:{}});";
+}
+
+}  // namespace orivex::gtk
