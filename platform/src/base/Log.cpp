@@ -44,12 +44,25 @@ bool isContinuationByte(char byte) {
 std::string_view cut(std::string_view text) {
   if (text.size() <= longestEntry) return text;
   std::size_t end = longestEntry;
-  while (end > 0 && isContinuationByte(text[end])) --end;
+  while (end > longestEntry - 3 && isContinuationByte(text[end])) --end;  // a character has three of them at most
   return text.substr(0, end);
 }
 
-void appendEscaped(std::string& line, char character, bool quoted) {
+void appendByte(std::string& line, char character) {
   static constexpr char hex[] = "0123456789abcdef";
+  const auto byte = static_cast<unsigned char>(character);
+  line += "\\x";
+  line += hex[byte >> 4U];
+  line += hex[byte & 0xFU];
+}
+
+// U+0080 to U+009F: control characters in two bytes, to which terminals listen as well.
+bool isLongControl(std::string_view text) {
+  return text.size() > 1 && text[0] == '\xC2' && isContinuationByte(text[1]) &&
+         static_cast<unsigned char>(text[1]) < 0xA0;
+}
+
+void appendEscaped(std::string& line, char character, bool quoted) {
   const auto byte = static_cast<unsigned char>(character);
   switch (character) {
     case '\n':
@@ -70,9 +83,7 @@ void appendEscaped(std::string& line, char character, bool quoted) {
       break;
   }
   if (byte < 0x20 || byte == 0x7F) {
-    line += "\\x";
-    line += hex[byte >> 4U];
-    line += hex[byte & 0xFU];
+    appendByte(line, character);
   } else {
     line += character;
   }
@@ -83,7 +94,14 @@ std::string entry(std::string_view text, bool quoted) {
   std::string line;
   line.reserve(shown.size() + 32);
   if (quoted) line += '"';
-  for (const char character : shown) appendEscaped(line, character, quoted);
+  for (std::size_t index = 0; index < shown.size(); ++index) {
+    if (isLongControl(shown.substr(index))) {
+      appendByte(line, shown[index]);
+      appendByte(line, shown[++index]);
+    } else {
+      appendEscaped(line, shown[index], quoted);
+    }
+  }
   if (shown.size() < text.size()) line += "... (" + std::to_string(text.size()) + " bytes)";
   if (quoted) line += '"';
   return line;

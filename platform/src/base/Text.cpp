@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <optional>
 
 namespace orivex {
@@ -28,8 +29,12 @@ std::optional<char32_t> takeCodePoint(std::string_view& text) {
 }  // namespace
 
 std::string doubleText(double value) {
+  // Left to itself, to_chars writes 100000 as 1e+05, which is shorter. Past these bounds digits would be zeros only.
+  const double size = std::abs(value);
+  const bool plain = size == 0 || (size >= 1e-4 && size < 1e16);
   std::array<char, 32> buffer{};
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+  const auto format = plain ? std::chars_format::fixed : std::chars_format::scientific;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format).ptr;
   std::string text(buffer.data(), end);
   if (text.find_first_not_of("-0123456789") == std::string::npos) text += ".0";
   return text;

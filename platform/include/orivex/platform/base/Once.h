@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -20,7 +21,13 @@ class Once<void(Args...)> {
   template <class Function, class = std::enable_if_t<!std::is_same_v<std::decay_t<Function>, Once> &&
                                                      std::is_invocable_v<std::decay_t<Function>&, Args...>>>
   Once(Function&& function)  // NOLINT(google-explicit-constructor): a lambda is a completion
-      : callable_(std::make_unique<Model<std::decay_t<Function>>>(std::forward<Function>(function))) {}
+  {
+    // An empty std::function or a null pointer is an absent completion too, not one that fails when it is called.
+    if constexpr (std::is_constructible_v<std::decay_t<Function>, std::nullptr_t>) {
+      if (!function) return;
+    }
+    callable_ = std::make_unique<Model<std::decay_t<Function>>>(std::forward<Function>(function));
+  }
 
   Once(Once&&) noexcept = default;
   Once& operator=(Once&&) noexcept = default;

@@ -7,7 +7,8 @@
 
 namespace orivex {
 
-/// Shortest text that reads back as the same double, with at least one decimal: "47.0", "0.5".
+/// Shortest text that reads back as the same double, with at least one decimal: "47.0", "0.5". From 1e16 on and under
+/// 0.0001 with an exponent instead: "1e+16".
 std::string doubleText(double value);
 
 /// The code points of a UTF-8 text; empty when it is not valid UTF-8 (see `isValidUtf8` to tell it from an empty text).
