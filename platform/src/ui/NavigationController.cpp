@@ -1,5 +1,7 @@
 #include "orivex/platform/ui/NavigationController.h"
 
+#include <utility>
+
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/ports/Animator.h"
@@ -14,6 +16,11 @@ constexpr double pushSeconds = 0.35;
 constexpr double parallax = 0.3;
 
 }  // namespace
+
+struct NavigationController::Slide {
+  std::shared_ptr<ViewController> leaving;
+  std::shared_ptr<ViewController> arriving;
+};
 
 NavigationController::NavigationController(const std::shared_ptr<ViewController>& root) : stack_{root} {
   root->navigation_ = this;
@@ -38,7 +45,10 @@ void NavigationController::viewDidLoad() {
 void NavigationController::layout() {
   if (!isViewLoaded()) return;
   const Rect bounds = view()->bounds();
-  const double barBottom = statusBarHeight(view()->window()) + barHeight;
+  // Before the stack is in a window, it is laid out for the one in which it will most likely be.
+  const auto likely = firstWindow(Platform::current().application);
+  const Window* window = isViewInWindow() ? view()->window() : likely.get();
+  const double barBottom = statusBarHeight(window) + barHeight;
   bar_->setFrame({0, 0, bounds.width, barBottom});
   toolbar_->setFrame({0, bounds.height - barHeight, bounds.width, barHeight});
   pages_->setFrame(bounds);
@@ -67,7 +77,8 @@ void NavigationController::endAppearance(bool animated) {
 }
 
 void NavigationController::pushViewController(const std::shared_ptr<ViewController>& controller, bool animated) {
-  if (controller->navigation_ || controller->presenting_) {
+  const bool elsewhere = controller->isViewInWindow() && !pages_->hasSubview(*controller->view());
+  if (controller->navigation_ || controller->presenting_ || elsewhere || controller.get() == this) {
     log::print("Cannot push a screen that is already shown elsewhere");
     return;
   }
@@ -85,36 +96,49 @@ void NavigationController::popViewController(bool animated) {
   leaving->navigation_ = nullptr;
 }
 
+// Ends what `slide` left unfinished for screens that have no part in the one that takes over.
+void NavigationController::settle(const Slide& slide, const ViewController* leaving, const ViewController* arriving) {
+  for (const auto& controller : {slide.leaving, slide.arriving}) {
+    if (controller.get() == leaving || controller.get() == arriving) continue;
+    controller->view()->removeFromSuperview();
+    controller->view()->setTransform({});
+    controller->endAppearance(false);
+  }
+}
+
 void NavigationController::slide(const std::shared_ptr<ViewController>& leaving,
                                  const std::shared_ptr<ViewController>& arriving, bool forward, bool animated) {
-  const auto arrivingView = arriving->view();
-  const auto leavingView = leaving->view();
   if (!isViewLoaded()) return;
-  const bool shown = isViewInWindow();
-  if (shown) {
+  const auto slide = std::make_shared<Slide>(Slide{leaving, arriving});
+  if (const auto before = std::exchange(slide_, slide)) settle(*before, leaving.get(), arriving.get());
+  // A stack that is covered, or on its way out, changes without its screens appearing.
+  if (appearance_ == Appearance::appearing || appearance_ == Appearance::appeared) {
     leaving->beginAppearance(false, animated);
     arriving->beginAppearance(true, animated);
   }
+  const auto arrivingView = arriving->view();
+  const auto leavingView = leaving->view();
   pages_->insertSubview(arrivingView, forward ? pages_->subviews().size() : 0);
   layout();
+  const auto self = std::static_pointer_cast<NavigationController>(shared_from_this());
   const double width = view()->bounds().width;
   const auto place = [=](double progress) {
+    if (self->slide_ != slide) return;
     const double out = forward ? -parallax : 1.0;
     const double in = forward ? 1.0 : -parallax;
     leavingView->setTransform({width * out * progress, 0});
     arrivingView->setTransform({width * in * (1 - progress), 0});
   };
-  const auto self = std::static_pointer_cast<NavigationController>(shared_from_this());
   auto finish = [=] {
+    if (self->slide_ != slide) return;
+    self->slide_ = nullptr;
     arrivingView->setTransform({});
     leavingView->setTransform({});
-    if (self->topViewController() != leaving) leavingView->removeFromSuperview();
-    if (shown) {
-      leaving->endAppearance(animated);
-      arriving->endAppearance(animated);
-    }
+    leavingView->removeFromSuperview();
+    leaving->endAppearance(animated);
+    arriving->endAppearance(animated);
   };
-  if (!animated || !shown) {
+  if (!animated || !isViewInWindow()) {
     finish();
     return;
   }

@@ -1,5 +1,8 @@
 #include "orivex/platform/ui/ViewController.h"
 
+#include <functional>
+#include <utility>
+
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/ports/Animator.h"
@@ -11,11 +14,12 @@ namespace {
 
 constexpr double presentationSeconds = 0.35;
 
-// Moves a view up from below the window's edge into its place (`arriving`) or back down.
-void slideVertically(const std::shared_ptr<View>& view, bool arriving, bool animated, Once<void()> completion) {
+// Moves a view up from below the window's edge into its place (`arriving`) or back down, as long as `wanted` holds.
+void slideVertically(const std::shared_ptr<View>& view, bool arriving, bool animated, std::function<bool()> wanted,
+                     Once<void()> completion) {
   const double height = view->frame().height;
-  const auto place = [view, height, arriving](double progress) {
-    view->setTransform({0, height * (arriving ? 1 - progress : progress)});
+  const auto place = [view, height, arriving, wanted = std::move(wanted)](double progress) {
+    if (wanted()) view->setTransform({0, height * (arriving ? 1 - progress : progress)});
   };
   if (!animated) {
     place(arriving ? 1.0 : 0.0);
@@ -28,7 +32,9 @@ void slideVertically(const std::shared_ptr<View>& view, bool arriving, bool anim
 
 }  // namespace
 
-ViewController::~ViewController() = default;
+ViewController::~ViewController() {
+  if (const auto top = takePresented()) top->leaveAtOnce();
+}
 
 std::shared_ptr<View> ViewController::makeView(const Rect& frame) {
   return std::make_shared<View>(frame);
@@ -68,10 +74,17 @@ void ViewController::endAppearance(bool animated) {
   }
 }
 
+const ViewController& ViewController::outermost() const {
+  const ViewController* outermost = this;
+  while (outermost->navigation_) outermost = outermost->navigation_;
+  return *outermost;
+}
+
 void ViewController::present(const std::shared_ptr<ViewController>& controller, bool animated,
                              Once<void()> completion) {
-  Window* window = isViewLoaded() ? view()->window() : nullptr;
-  if (!window || presented_ || controller->presenting_ || controller->navigation_) {
+  if (navigation_) return navigation_->present(controller, animated, std::move(completion));
+  const Window* window = isViewLoaded() ? view()->window() : nullptr;
+  if (!window || presented_ || controller->presenting_ || controller->navigation_ || controller->isViewInWindow()) {
     log::print("Cannot present a screen: the presenter is in no window, or one of the two is busy");
     return;
   }
@@ -83,44 +96,59 @@ void ViewController::present(const std::shared_ptr<ViewController>& controller, 
   beginAppearance(false, animated);
   controller->beginAppearance(true, animated);
   window->contentView()->addSubview(arriving);
-  slideVertically(arriving, true, animated, [self, controller, animated, completion = std::move(completion)]() mutable {
-    if (self->presented_ == controller) {
-      // Hidden, not removed: what is covered need not be drawn, and comes back as it was.
-      self->view_->setHidden(true);
-      self->endAppearance(animated);
-      controller->endAppearance(animated);
-    }
-    std::move(completion)();
-  });
+  const auto wanted = [self, controller] { return self->presented_ == controller; };
+  slideVertically(arriving, true, animated, wanted,
+                  [self, controller, wanted, animated, completion = std::move(completion)]() mutable {
+                    if (wanted()) {
+                      // Hidden, not removed: what is covered need not be drawn, and comes back as it was.
+                      self->view_->setHidden(true);
+                      self->endAppearance(animated);
+                      controller->endAppearance(animated);
+                    }
+                    std::move(completion)();
+                  });
 }
 
 void ViewController::dismiss(bool animated, Once<void()> completion) {
-  ViewController* presenter = this;
-  if (!presented_) {
-    const ViewController* outermost = this;
-    while (outermost->navigation_) outermost = outermost->navigation_;
-    presenter = outermost->presenting_;
-  }
+  if (navigation_) return navigation_->dismiss(animated, std::move(completion));
+  ViewController* presenter = presented_ ? this : presenting_;
   if (presenter) presenter->dismissPresented(animated, std::move(completion));
+}
+
+// Takes everything off that lies over this screen, and returns the uppermost of it, which is still in the window.
+std::shared_ptr<ViewController> ViewController::takePresented() {
+  auto top = std::exchange(presented_, nullptr);
+  if (!top) return nullptr;
+  top->presenting_ = nullptr;
+  auto above = top->takePresented();
+  if (!above) return top;
+  top->view_->removeFromSuperview();
+  top->view_->setHidden(false);
+  top->endAppearance(false);
+  return above;
+}
+
+void ViewController::leaveAtOnce() {
+  beginAppearance(false, false);
+  view_->removeFromSuperview();
+  endAppearance(false);
 }
 
 void ViewController::dismissPresented(bool animated, Once<void()> completion) {
   const auto self = shared_from_this();
-  const auto leaving = std::exchange(presented_, nullptr);
-  // What the leaving screen itself presents goes with it, without a show of its own.
-  if (leaving->presented_) leaving->dismissPresented(false, nullptr);
-  leaving->presenting_ = nullptr;
+  const auto leaving = takePresented();
   view_->setHidden(false);
   leaving->beginAppearance(false, animated);
   beginAppearance(true, animated);
-  slideVertically(leaving->view_, false, animated,
-                  [self, leaving, animated, completion = std::move(completion)]() mutable {
-                    leaving->view_->removeFromSuperview();
-                    leaving->view_->setTransform({});
-                    leaving->endAppearance(animated);
-                    self->endAppearance(animated);
-                    std::move(completion)();
-                  });
+  slideVertically(
+      leaving->view_, false, animated, [] { return true; },
+      [self, leaving, animated, completion = std::move(completion)]() mutable {
+        leaving->view_->removeFromSuperview();
+        leaving->view_->setTransform({});
+        leaving->endAppearance(animated);
+        self->endAppearance(animated);
+        std::move(completion)();
+      });
 }
 
 }  // namespace orivex

@@ -13,7 +13,11 @@ void WindowScene::addWindow(const std::shared_ptr<Window>& window) {
 }
 
 void WindowScene::removeWindow(const Window& window) {
-  std::erase_if(windows_, [&](const std::shared_ptr<Window>& other) { return other.get() == &window; });
+  std::erase_if(windows_, [&](const std::shared_ptr<Window>& other) {
+    if (other.get() != &window) return false;
+    other->scene_.reset();
+    return true;
+  });
 }
 
 Window::Window() : content_(std::make_shared<View>()) {
@@ -27,16 +31,16 @@ Window::~Window() {
 
 void Window::setSize(Size size) {
   content_->setFrame({0, 0, size.width, size.height});
-  for (const auto& view : content_->subviews()) view->setFrame(content_->bounds());
+  const auto views = content_->subviews();  // a screen that is laid out may change what the window shows
+  for (const auto& view : views) view->setFrame(content_->bounds());
 }
 
 void Window::setRootViewController(const std::shared_ptr<ViewController>& controller) {
   const auto old = std::exchange(root_, controller);
   if (old) {
-    if (old->presentedViewController()) old->dismiss(false);
-    old->beginAppearance(false, false);
-    old->view()->removeFromSuperview();
-    old->endAppearance(false);
+    if (const auto presented = old->takePresented()) presented->leaveAtOnce();
+    old->leaveAtOnce();
+    old->view()->setHidden(false);
   }
   if (!controller) return;
   const auto view = controller->view();

@@ -45,7 +45,10 @@ class NavigationController : public ViewController {
   void endAppearance(bool animated) override;
 
  private:
+  struct Slide;
+
   void layout();
+  void settle(const Slide& slide, const ViewController* leaving, const ViewController* arriving);
   void slide(const std::shared_ptr<ViewController>& leaving, const std::shared_ptr<ViewController>& arriving,
              bool forward, bool animated);
 
@@ -55,6 +58,7 @@ class NavigationController : public ViewController {
   std::shared_ptr<View> toolbar_ = std::make_shared<View>();
   std::shared_ptr<View> tabBar_;
   bool translucent_ = true;
+  std::shared_ptr<Slide> slide_;  // under way; a newer one takes over from it
 };
 
 }  // namespace orivex

@@ -35,16 +35,21 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   /// The view's size has changed: place what it holds.
   virtual void viewDidLayoutSubviews() {}
 
-  /// Shows `controller` over the whole window. Without a window, or while another one is presented, it is dropped with
-  /// one log line.
+  /// Shows `controller` over the whole window; a pushed screen leaves that to its navigation controller. Without a
+  /// window, while another one is presented, or when `controller` is on a screen already, it is dropped with one log
+  /// line.
   void present(const std::shared_ptr<ViewController>& controller, bool animated, Once<void()> completion = nullptr);
 
   /// Sends away what this screen presents; when it presents nothing, the screen itself or the one around it that was
-  /// presented. Does nothing for a screen that was not.
+  /// presented. Does nothing for a screen that was not. Of several on top of each other only the uppermost shows, and
+  /// only it is told that it goes.
   void dismiss(bool animated, Once<void()> completion = nullptr);
 
-  const std::shared_ptr<ViewController>& presentedViewController() const { return presented_; }
-  ViewController* presentingViewController() const { return presenting_; }
+  /// What lies over this screen, or over the navigation controllers around it; null when nothing does.
+  const std::shared_ptr<ViewController>& presentedViewController() const { return outermost().presented_; }
+
+  /// What this screen, or the navigation controller around it, lies over; null when it was not presented.
+  ViewController* presentingViewController() const { return outermost().presenting_; }
 
   /// The navigation controller in which this screen was pushed; null outside of one.
   NavigationController* navigationController() const { return navigation_; }
@@ -64,7 +69,10 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   friend class NavigationController;
   friend class Window;
 
+  const ViewController& outermost() const;
   void dismissPresented(bool animated, Once<void()> completion);
+  std::shared_ptr<ViewController> takePresented();
+  void leaveAtOnce();
 
   enum class Appearance { disappeared, appearing, appeared, disappearing };
 
