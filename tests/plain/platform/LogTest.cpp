@@ -1,0 +1,85 @@
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex {
+namespace {
+
+class LogTest : public ::testing::Test {
+ protected:
+  LogTest() {
+    log::setEnabled(true);
+    log::setSink([this](std::string_view line) { lines_.emplace_back(line); });
+  }
+  ~LogTest() override {
+    log::setSink(nullptr);
+    log::setEnabled(wasEnabled_);
+  }
+
+  const bool wasEnabled_ = log::isEnabled();
+  std::vector<std::string> lines_;
+};
+
+TEST_F(LogTest, AnEntryIsOneLineThatATerminalShowsAsItIs) {
+  const struct {
+    std::string text;
+    std::string printed;
+    std::string debugPrinted;
+  } rows[] = {
+      {"plain 你好", "plain 你好", "\"plain 你好\""},
+      {"say \"hi\" \\", "say \"hi\" \\", "\"say \\\"hi\\\" \\\\\""},
+      {"a\nforged\r\tb", "a\\nforged\\r\\tb", "\"a\\nforged\\r\\tb\""},
+      {std::string("\x1B[31m\0\x7F", 7), "\\x1b[31m\\x00\\x7f", "\"\\x1b[31m\\x00\\x7f\""},
+      // The control characters past ASCII reach a terminal as well: U+009B opens a sequence, U+0085 breaks the line.
+      {"\xC2\x9B"
+       "31m\xC2\x85 \xC2\xA9",
+       "\\xc2\\x9b31m\\xc2\\x85 ©", "\"\\xc2\\x9b31m\\xc2\\x85 ©\""},
+  };
+  for (const auto& row : rows) {
+    lines_.clear();
+    log::print(row.text);
+    log::debugPrint(row.text);
+    EXPECT_EQ(lines_, (std::vector<std::string>{row.printed, row.debugPrinted}));
+  }
+}
+
+TEST_F(LogTest, ALongEntryIsCutBetweenCharactersAndNamesItsLength) {
+  log::print(std::string(4096, 'x'));
+  log::print(std::string(4095, 'x') + "你");
+  log::print(std::string(4093, 'x') + "你好");
+  log::print(std::string(5000, '\x80'));
+  ASSERT_EQ(lines_.size(), 4U);
+  EXPECT_EQ(lines_[0], std::string(4096, 'x'));
+  EXPECT_EQ(lines_[1], std::string(4095, 'x') + "... (4098 bytes)");
+  EXPECT_EQ(lines_[2], std::string(4093, 'x') + "你... (4099 bytes)");
+  EXPECT_GT(lines_[3].size(), 4000U) << "what is no UTF-8 is cut as well, not dropped";
+}
+
+TEST_F(LogTest, NothingIsWrittenWhileItIsOff) {
+  log::setEnabled(false);
+  log::print("a");
+  log::debugPrint("b");
+  EXPECT_TRUE(lines_.empty());
+}
+
+TEST_F(LogTest, EntriesOfSeveralThreadsComeOneAtATime) {
+  const auto write = [] {
+    for (int count = 0; count < 500; ++count) log::print("entry");
+  };
+  std::thread other(write);
+  write();
+  other.join();
+  EXPECT_EQ(lines_, std::vector<std::string>(1000, "entry"));
+}
+
+TEST(FatalError, EndsTheProcessWithOneLine) {
+  EXPECT_DEATH(fatalError("OrivexSDK/ChatManager:30", "no address"),
+               "^OrivexSDK/ChatManager:30: Fatal error: no address\n$");
+}
+
+}  // namespace
+}  // namespace orivex
