@@ -7,8 +7,11 @@ import { MessageType, addressOf, inlinePictureOf, listOf, numberOf, pictureOf, t
 import { durationText, sizeText, text } from "./texts.js";
 import { showPicture } from "./viewer.js";
 
-/** An address ends before a blank, a quote, wide punctuation, or the punctuation that ends a sentence. */
-const addressInText = /https?:\/\/[^\s<>"'，。；！？、）】》」』”’]*[^\s<>"'，。；！？、）】》」』”’.,;:!?)\]]/g;
+/** An address ends before a blank, a quote or wide punctuation, and before what ends a sentence. */
+const addressInText = (() => {
+  const never = "\\s<>\"'，。；！？、）】》」』”’";
+  return new RegExp(`https?://[^${never}]*[^${never}.,;:!?)\\]]`, "g");
+})();
 
 function textBubble(content) {
   const bubble = make("div", "bubble", { "data-testid": "text" });
@@ -52,7 +55,8 @@ function imageBubble(body) {
   const width = numberOf(body, "width");
   const height = numberOf(body, "height");
   if (width && height) image.style.aspectRatio = `${width} / ${height}`;
-  const button = make("button", "picture", { type: "button", "data-testid": "image", "aria-label": `${text("openPicture")}: ${name}` }, image);
+  const label = `${text("openPicture")}: ${name}`;
+  const button = make("button", "picture", { type: "button", "data-testid": "image", "aria-label": label }, image);
   button.addEventListener("click", () => showPicture(source, name));
   image.addEventListener("error", () => button.replaceWith(absentPicture(name)));
   return button;
@@ -62,7 +66,8 @@ function videoBubble(body) {
   const source = addressOf(body, "mediaUrl", "url");
   if (!source) return fileBubble(body);
   const poster = pictureOf(body, "coverUrl");
-  const video = make("video", "", { src: source, controls: "", playsinline: "", preload: poster ? "none" : "metadata" });
+  const preload = poster ? "none" : "metadata";
+  const video = make("video", "", { src: source, controls: "", playsinline: "", preload });
   video.setAttribute("aria-label", textOf(body, "videoName", "fileName", "name") || text("video"));
   if (poster) video.poster = poster;
   const [width, height] = [numberOf(body, "width"), numberOf(body, "height")];
@@ -77,10 +82,13 @@ function fileBubble(body) {
   const size = numberOf(body, "fileSize");
   const content = [
     make("span", "file-kind", { "aria-hidden": "true" }, suffix.toUpperCase()),
-    make("span", "file-text", {}, make("span", "file-name", {}, name), make("span", "file-size", {}, size ? sizeText(size) : "")),
+    make("span", "file-text", {},
+      make("span", "file-name", {}, name),
+      make("span", "file-size", {}, size ? sizeText(size) : "")),
   ];
   if (!url) return make("div", "file", { "data-testid": "file" }, ...content);
-  const button = make("button", "file", { type: "button", "data-testid": "file", "aria-label": `${text("openFile")}: ${name}` }, ...content);
+  const label = `${text("openFile")}: ${name}`;
+  const button = make("button", "file", { type: "button", "data-testid": "file", "aria-label": label }, ...content);
   button.addEventListener("click", () => openFile(url));
   return button;
 }
@@ -93,7 +101,8 @@ function voiceBubble(body) {
   const symbol = icon("play");
   const time = make("span", "voice-time", {}, durationText(seconds));
   const bars = make("span", "voice-bars", { "aria-hidden": "true" });
-  const button = make("button", "voice", { type: "button", "data-testid": "voice" }, make("span", "voice-button", {}, symbol), bars, time);
+  const button = make("button", "voice", { type: "button", "data-testid": "voice" },
+    make("span", "voice-button", {}, symbol), bars, time);
   button.style.setProperty("--seconds", String(seconds));
   const audio = source ? make("audio", "", { src: source, preload: "none" }) : null;
 

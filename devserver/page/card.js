@@ -35,7 +35,10 @@ function textLine(tag, className, content) {
 function fieldList(record) {
   const fields = listOf(record, "customFields").filter((field) => textOf(field, "key") || textOf(field, "value"));
   if (!fields.length) return null;
-  const rows = fields.flatMap((field) => [make("dt", "", {}, textOf(field, "key")), make("dd", "", {}, textOf(field, "value"))]);
+  const rows = fields.flatMap((field) => [
+    make("dt", "", {}, textOf(field, "key")),
+    make("dd", "", {}, textOf(field, "value")),
+  ]);
   return make("dl", "fields", {}, ...rows);
 }
 
@@ -45,7 +48,8 @@ function menuRow(record, onCommand) {
   const buttons = menus.map((menu) => {
     const title = textOf(menu, "title");
     const command = textOf(menu, "command");
-    const button = make("button", "chip", { type: "button", "data-testid": "card-menu", "data-command": command }, title);
+    const attributes = { type: "button", "data-testid": "card-menu", "data-command": command };
+    const button = make("button", "chip", attributes, title);
     button.addEventListener("click", () => {
       track("menu_click", { title, command });
       const url = menu.type === linkMenu ? addressOf(menu, "command") : "";
@@ -86,8 +90,9 @@ function itemRow(item, onCommand) {
 
 /** What a body would be called in a sentence; "" when it holds nothing to show. */
 export function titleOf(body) {
-  return textOf(body, "title", "titleWord", "cardGuide", "name", "fileName", "videoName", "content", "cardDesc", "link_description")
-    || textOf(listOf(body, "customItems")[0], "customCardName") || addressOf(body, "linkUrl", "cardLink", "url");
+  const own = ["title", "titleWord", "cardGuide", "name", "fileName", "videoName", "content", "cardDesc", "link_description"];
+  return textOf(body, ...own) || textOf(listOf(body, "customItems")[0], "customCardName")
+    || addressOf(body, "linkUrl", "cardLink", "url");
 }
 
 /** A card of everything in the body that can be shown. `onCommand(title, command)` sends a menu's command. */
@@ -112,7 +117,8 @@ export function card(body, onCommand) {
   const rest = [fieldList(body), items.length ? make("ul", "items", {}, ...items) : null, menuRow(body, onCommand)];
   element.append(...rest.filter(Boolean));
   if (url) {
-    const link = outsideLink("card-link", url, () => open(url, title), textOf(body, "button") || new URL(url).host, icon("chevron"));
+    const label = textOf(body, "button") || new URL(url).host;
+    const link = outsideLink("card-link", url, () => open(url, title), label, icon("chevron"));
     link.dataset.testid = "card-link";
     element.append(link);
   }

@@ -21,7 +21,7 @@ const timeline = new Timeline(sendCommand);
 const connection = new Connection({ onState, onAgent, onTyping, onMessage });
 
 function showState() {
-  const state = !isOnline ? "connecting" : isTyping ? "typing" : "online";
+  const state = !isOnline || !agent.name ? "connecting" : isTyping ? "typing" : "online";
   byId("agent-state").dataset.state = state;
   byId("agent-state-text").textContent = state === "online" ? agent.title : text(state);
   byId("agent-name").textContent = agent.name || text("title");
@@ -77,11 +77,18 @@ function sendFiles(files) {
   for (const { sent, shown } of messagesFromFiles(files)) send(sent, shown);
 }
 
+/** Sends what the host queued as a card, whatever it was. */
+function sendTopic(body) {
+  const msgType = MessageType.card;
+  send({ ...withoutLocalData(body), msgType }, { ...body, msgType });
+}
+
 function showQuickReplies(shortcuts) {
   const group = byId("quick-replies");
   const chips = shortcuts.filter((shortcut) => textOf(shortcut, "title")).map((shortcut) => {
     const [title, command] = [textOf(shortcut, "title"), textOf(shortcut, "command")];
-    const chip = make("button", "chip", { type: "button", "data-testid": "quick-reply", "data-command": command }, title);
+    const attributes = { type: "button", "data-testid": "quick-reply", "data-command": command };
+    const chip = make("button", "chip", attributes, title);
     chip.addEventListener("click", () => sendCommand(title, command));
     return chip;
   });
@@ -93,12 +100,12 @@ function nameControls() {
   document.documentElement.lang = isEnglish ? "en" : "zh-CN";
   document.title = text("title");
   const labels = {
-    back: "back", scroller: "conversation", send: "send", "native-tools": "tools", "voice-toggle": "voice", photo: "photo",
-    camera: "camera", document: "document", "message-input": "placeholder", "quick-replies": "quickReplies", "viewer-close": "close",
-    viewer: "picture",
+    back: "back", scroller: "conversation", "message-input": "placeholder", send: "send", "quick-replies": "quickReplies",
+    "native-tools": "tools", "voice-toggle": "voice", photo: "photo", camera: "camera", document: "document",
+    viewer: "picture", "viewer-close": "close",
   };
   for (const [id, key] of Object.entries(labels)) byId(id).setAttribute("aria-label", text(key));
-  for (const id of ["back", "voice-toggle", "photo", "camera", "document", "send"]) byId(id).title = byId(id).getAttribute("aria-label");
+  for (const id of ["back", "voice-toggle", "photo", "camera", "document", "send"]) byId(id).title = text(labels[id]);
   byId("message-input").placeholder = text("placeholder");
   byId("connection-note-text").textContent = text("reconnecting");
   byId("to-latest-text").textContent = text("toLatest");
@@ -125,7 +132,7 @@ keepClearOfEdges();
 nameControls();
 prepareNativeSide();
 prepareComposer(sendText);
-showTopic((body) => send({ ...withoutLocalData(body), msgType: MessageType.card }, { ...body, msgType: MessageType.card }), sendCommand);
+showTopic(sendTopic, sendCommand);
 showState();
 connection.open();
 afterFirstPaint(() => {

@@ -8,7 +8,9 @@ import { text } from "./texts.js";
 
 const mostMediaBytes = 50 * 1024 * 1024;
 const mostDocumentBytes = 30 * 1024 * 1024;
-const documentTypes = ["application/pdf", "text/plain", "application/zip", "application/msword", "application/vnd.ms-excel"];
+const documentTypes = [
+  "application/pdf", "text/plain", "application/zip", "application/msword", "application/vnd.ms-excel",
+];
 
 const input = byId("message-input");
 const send = byId("send");

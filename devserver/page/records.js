@@ -24,7 +24,8 @@ export function numberOf(record, key) {
 /** The objects in an array. */
 export function listOf(record, key) {
   const value = record?.[key];
-  return Array.isArray(value) ? value.filter((entry) => entry && typeof entry === "object" && !Array.isArray(entry)) : [];
+  if (!Array.isArray(value)) return [];
+  return value.filter((entry) => entry && typeof entry === "object" && !Array.isArray(entry));
 }
 
 /** The first of the keys that holds an http or https address; "" when none does. */

@@ -9,7 +9,10 @@ const texts = {
   connecting: ["连接中…", "Connecting…"],
   reconnecting: ["连接已断开，正在重连…", "Connection lost. Reconnecting…"],
   typing: ["对方正在输入…", "Typing…"],
-  browserNote: ["浏览器预览：拍照、相册、文件与语音在应用内可用", "Browser preview: camera, photos, files and voice work inside the app"],
+  browserNote: [
+    "浏览器预览：拍照、相册、文件与语音在应用内可用",
+    "Browser preview: camera, photos, files and voice work inside the app",
+  ],
   placeholder: ["请输入您的问题", "Write a message"],
   send: ["发送", "Send"],
   tools: ["更多方式", "More ways to answer"],

@@ -12,7 +12,8 @@ export function showTopic(onSend, onCommand) {
   const topic = byId("topic");
   const content = card(body, onCommand);
   const send = make("button", "topic-send", { type: "button", "data-testid": "topic-send" }, text("topicSend"));
-  const close = make("button", "icon-button topic-close", { type: "button", "data-testid": "topic-close", "aria-label": text("close") }, icon("close"));
+  const closing = { type: "button", "data-testid": "topic-close", "aria-label": text("close") };
+  const close = make("button", "icon-button topic-close", closing, icon("close"));
   content.append(send);
   send.addEventListener("click", () => {
     topic.hidden = true;

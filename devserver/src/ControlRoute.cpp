@@ -18,6 +18,14 @@ json bodyOf(SoupServerMessage* message) {
   return json::parse(text, text + size, nullptr, false);
 }
 
+/// One fault or an array of them. Throws FaultError when one of them is wrong.
+std::vector<Fault> faultsIn(const json& body) {
+  if (!body.is_array()) return {faultFromJson(body)};
+  std::vector<Fault> faults;
+  for (const auto& object : body) faults.push_back(faultFromJson(object));
+  return faults;
+}
+
 bool isMethod(SoupServerMessage* message, std::string_view method) {
   return soup_server_message_get_method(message) == method;
 }
@@ -38,29 +46,27 @@ void ControlRoute::addTo(SoupServer* server) {
 void ControlRoute::serveFaults(SoupServerMessage* message) {
   if (!allowMethods(message, "GET, POST, DELETE")) return;
   if (isMethod(message, "DELETE")) faults_.clear();
-  if (isMethod(message, "POST")) try {
-      addFaults(message);
-    } catch (const FaultError& error) {
-      return replyError(message, SOUP_STATUS_BAD_REQUEST, error.what());
-    }
+  if (isMethod(message, "POST") && !addFaults(message)) return;
   json list = json::array();
   for (const auto& fault : faults_.current()) list.push_back(toJson(fault));
   replyJson(message, SOUP_STATUS_OK, list);
 }
 
-void ControlRoute::addFaults(SoupServerMessage* message) {
-  const auto body = bodyOf(message);
+bool ControlRoute::addFaults(SoupServerMessage* message) {
   std::vector<Fault> faults;
-  if (body.is_array())
-    for (const auto& object : body) faults.push_back(faultFromJson(object));
-  else
-    faults.push_back(faultFromJson(body));
+  try {
+    faults = faultsIn(bodyOf(message));
+  } catch (const FaultError& error) {
+    replyError(message, SOUP_STATUS_BAD_REQUEST, error.what());
+    return false;
+  }
   for (auto& fault : faults) {
     if (fault.kind == FaultKind::Drop)
       socket_.dropAll();
     else
       faults_.add(std::move(fault));
   }
+  return true;
 }
 
 void ControlRoute::serveLog(SoupServerMessage* message) {

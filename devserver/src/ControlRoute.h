@@ -21,8 +21,8 @@ class ControlRoute {
  private:
   void serveFaults(SoupServerMessage* message);
   void serveLog(SoupServerMessage* message);
-  /// Adds one fault or an array of them, all or none. Throws FaultError.
-  void addFaults(SoupServerMessage* message);
+  /// Adds one fault or an array of them, all or none. False when they were refused and the reply says why.
+  bool addFaults(SoupServerMessage* message);
 
   Faults& faults_;
   RequestLog& log_;

@@ -44,8 +44,7 @@ void describeFile(SoupMessageHeaders* headers, const std::string& type, std::str
   soup_message_headers_set_content_type(headers, type.c_str(), nullptr);
 }
 
-/// The bytes stay in the mapped file; they are read as the client takes them and not gathered for ranges of libsoup's
-/// own.
+/// The bytes stay in the mapped file until the client takes them; nothing gathers them in memory.
 void sendRange(SoupServerMessage* message, GBytes* whole, Range range) {
   const auto size = static_cast<gsize>(range.last - range.first + 1);
   const GBytesPtr bytes(g_bytes_new_from_bytes(whole, static_cast<gsize>(range.first), size));
