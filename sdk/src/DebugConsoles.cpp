@@ -1,6 +1,7 @@
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
+#include <system_error>
 
 #include "StartScripts.h"
 
@@ -37,10 +38,12 @@ struct FileText {
 };
 
 FileText readText(const std::string& path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (error) return {{}, error.message()};
+  FileText result{std::string(size, '\0'), {}};
   std::ifstream file(path, std::ios::binary);
-  if (!file) return {{}, "the file cannot be opened"};
-  FileText result{{std::istreambuf_iterator<char>(file), {}}, {}};
-  if (file.bad()) return {{}, "the file cannot be read"};
+  if (!file.read(result.text.data(), static_cast<std::streamsize>(size))) return {{}, "the file cannot be read"};
   if (!isValidUtf8(result.text)) return {{}, "the file is not UTF-8 text"};
   return result;
 }
