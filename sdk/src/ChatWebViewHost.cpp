@@ -52,6 +52,8 @@ Rect ChatWebViewHost::loadViewFrame() const {
 }
 
 const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
+  // The screen asks for both web views while its view loads: asked for earlier, they must not be made a second time.
+  screen_.view();
   if (webView_) return webView_;
   const auto around = surroundings();
   WebViewConfiguration configuration;
@@ -79,6 +81,7 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
 }
 
 const std::shared_ptr<WebView>& ChatWebViewHost::loadView() {
+  screen_.view();
   if (loadView_) return loadView_;
   WebViewConfiguration configuration;
   configuration.javaScriptCanOpenWindowsAutomatically = false;
