@@ -160,8 +160,10 @@ void OVKFApi::observeApplication() {
 
 void OVKFApi::installBackGesture() {
   backGesture_ = std::make_unique<EdgePanBack>(*this);
-  view()->addGesture(std::make_shared<ScreenEdgePanGesture>(
-      [this](const ScreenEdgePanGesture& gesture) { backGesture_->handle(gesture); }));
+  // The view may outlive the screen, with its gesture.
+  view()->addGesture(std::make_shared<ScreenEdgePanGesture>([weak = weak_from_this()](const auto& gesture) {
+    if (const auto kept = weak.lock()) static_cast<OVKFApi&>(*kept).backGesture_->handle(gesture);
+  }));
   view()->insertSubview(previousViewSnapshot_, 0);
 }
 
