@@ -1,0 +1,37 @@
+#include "ChatScreenTest.h"
+
+#include "orivex/media/ChatManager.h"
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex::testing {
+
+ChatScreenTest::ChatScreenTest() {
+  // Left over by another test when a whole binary is run in one process.
+  ChatManager::shared().instanceURL.reset();
+  OVKFApiManager::shared().elements.clear();
+  device_.application().window()->setRootViewController(hostStack_);
+}
+
+std::shared_ptr<OVKFApi> ChatScreenTest::started() {
+  auto screen = std::make_shared<OVKFApi>();
+  screen->startSession("https://chat.example", "entry", "key", std::make_shared<UserMappingModel>());
+  return screen;
+}
+
+std::shared_ptr<OVKFApi> ChatScreenTest::present() {
+  auto screen = started();
+  hostStack_->present(screen, false);
+  return screen;
+}
+
+std::shared_ptr<OVKFApi> ChatScreenTest::push() {
+  auto screen = started();
+  hostStack_->pushViewController(screen, false);
+  return screen;
+}
+
+VirtualWebEngine& ChatScreenTest::engineOf(const std::shared_ptr<WebView>& view) {
+  return dynamic_cast<VirtualWebEngine&>(view->engine());
+}
+
+}  // namespace orivex::testing

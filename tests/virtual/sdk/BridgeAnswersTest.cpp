@@ -1,0 +1,117 @@
+#include <limits>
+
+#include "ChatScreenTest.h"
+#include "FakePickers.h"
+
+namespace orivex::testing {
+namespace {
+
+UploadFileInfoModel named(std::string name) {
+  UploadFileInfoModel file;
+  file.name = std::move(name);
+  file.type = "File";
+  file.suffix = "pdf";
+  return file;
+}
+
+class BridgeAnswersTest : public ChatScreenTest {
+ protected:
+  BridgeAnswersTest() { ask(*screen_); }
+
+  /// Lets the page ask for documents and for a recording, so that both completions are there.
+  void ask(OVKFApi& screen) {
+    pageOf(screen).post("openDocumentPicker", R"({"deviceId":"d"})");
+    pageOf(screen).post("recording", R"({"deviceId":"d","action":"end"})");
+    device_.runUntilIdle();
+    log_.take();
+  }
+
+  /// What was evaluated since the touch script.
+  Lines answers() {
+    device_.runUntilIdle();
+    const auto& scripts = pageOf(*screen_).scripts();
+    return {scripts.begin() + 1, scripts.end()};
+  }
+
+  FakePickers pickers_;
+  const std::shared_ptr<OVKFApi> screen_ = present();
+};
+
+TEST_F(BridgeAnswersTest, CallThePageWithTheFilesAsOneExpression) {
+  const std::pair<std::string, std::string> names[] = {
+      {"plain.pdf", "plain.pdf"},
+      {"O'Neill \"a\\b\"", R"(O'Neill \"a\\b\")"},
+      {"</script><b>/", "</script><b>/"},
+      {"line\nbreak\ttab\x01", R"(line\nbreak\ttab\u0001)"},
+      {"\xE2\x80\xA8 and \xE2\x80\xA9", "\xE2\x80\xA8 and \xE2\x80\xA9"},
+      {"合同😀", "合同😀"},
+  };
+  for (const auto& [name, encoded] : names) {
+    ask(*screen_);
+    std::move(pickers_.files)({named(name)});
+    EXPECT_EQ(answers().back(),
+              R"(handleSelectedFiles([{"name":")" + encoded + R"(","type":"File","suffix":"pdf"}]);)");
+  }
+}
+
+TEST_F(BridgeAnswersTest, CarryEveryFieldInItsOrder) {
+  UploadFileInfoModel photo{"a.jpg", "Image", "https://u", "data:image/jpeg;base64,AA==", 1.5, 2, 0.25,
+                            "jpg",   3,       "image/jpeg"};
+  std::move(pickers_.files)({photo, named("b")});
+  EXPECT_EQ(answers(), Lines{R"(handleSelectedFiles([{"name":"a.jpg","type":"Image","url":"https://u","base64Str":)"
+                             R"("data:image/jpeg;base64,AA==","height":1.5,"width":2,"duration":0.25,"suffix":"jpg",)"
+                             R"("size":3,"mimeType":"image/jpeg"},{"name":"b","type":"File","suffix":"pdf"}]);)"});
+  EXPECT_EQ(log_.take(), Lines{});
+}
+
+TEST_F(BridgeAnswersTest, WriteARecordToTheLogAndThenCallThePage) {
+  UploadFileInfoModel clip;
+  clip.type = "Record";
+  clip.url = "https://u/c.wav";
+  clip.duration = 2;
+  clip.suffix = "wav";
+  std::move(pickers_.clip)(clip);
+  EXPECT_EQ(answers(),
+            Lines{R"(handleSelectedRecord({"type":"Record","url":"https://u/c.wav","duration":2,"suffix":"wav"});)"});
+  EXPECT_EQ(log_.take(),
+            Lines{R"("{\"type\":\"Record\",\"url\":\"https://u/c.wav\",\"duration\":2,\"suffix\":\"wav\"}")"});
+}
+
+TEST_F(BridgeAnswersTest, AreOneLogLineWhenTheyCannotBeWritten) {
+  auto endless = named("a");
+  endless.duration = std::numeric_limits<double>::infinity();
+  for (const auto& file : {endless, named("\xFF")}) {
+    ask(*screen_);
+    std::move(pickers_.files)({named("good"), file});
+    std::move(pickers_.clip)(file);
+    EXPECT_EQ(answers(), Lines{});
+    const auto lines = log_.take();
+    ASSERT_EQ(lines.size(), 2U);
+    for (const auto& line : lines) EXPECT_TRUE(line.starts_with("\"Error serializing JSON: ")) << line;
+  }
+}
+
+TEST_F(BridgeAnswersTest, AreOneLogLineWhenThePageFails) {
+  pageOf(*screen_).failNextEvaluation("ReferenceError: handleSelectedFiles");
+  std::move(pickers_.files)({named("a")});
+  device_.runUntilIdle();
+  EXPECT_EQ(log_.take(), Lines{R"("Error evaluating JavaScript: ReferenceError: handleSelectedFiles")"});
+}
+
+TEST_F(BridgeAnswersTest, ComeToNothingOnceTheScreenIsGone) {
+  std::weak_ptr<OVKFApi> gone;
+  {
+    const auto screen = started();
+    gone = screen;
+    ask(*screen);
+  }
+  EXPECT_TRUE(gone.expired());  // a picker that is open does not hold the screen
+  std::move(pickers_.files)({named("late")});
+  std::move(pickers_.clip)(named("late"));
+  device_.runUntilIdle();
+  EXPECT_EQ(log_.take(), Lines{});
+  EXPECT_EQ(answers(), Lines{});
+}
+
+}  // namespace
+}  // namespace orivex::testing

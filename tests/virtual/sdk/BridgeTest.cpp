@@ -1,0 +1,228 @@
+#include "ChatScreenTest.h"
+#include "FakePickers.h"
+
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex::testing {
+namespace {
+
+class Delegate : public OVKFApiConversationDelegate {
+ public:
+  void trackEvent(const std::string& name, const std::map<std::string, std::string>& attributes) override {
+    events.emplace_back(name, attributes);
+  }
+  std::vector<std::pair<std::string, std::map<std::string, std::string>>> events;
+};
+
+class BridgeTest : public ChatScreenTest {
+ protected:
+  BridgeTest() {
+    screen_->conversionDelegate = delegate_;
+    device_.runUntilIdle();
+    log_.take();
+  }
+
+  /// Lets the page post a message and returns what was logged, without the first line, which names the message.
+  Lines post(const std::string& name, const std::string& body) {
+    pageOf(*screen_).post(name, body);
+    device_.runUntilIdle();
+    auto lines = log_.take();
+    if (!lines.empty()) lines.erase(lines.begin());
+    return lines;
+  }
+
+  FakePickers pickers_;
+  const std::shared_ptr<Delegate> delegate_ = std::make_shared<Delegate>();
+  const std::shared_ptr<OVKFApi> screen_ = present();
+};
+
+TEST_F(BridgeTest, LogsEachMessageAndDropsUnknownNames) {
+  const struct {
+    const char* name;
+    const char* body;
+    const char* line;
+  } cases[] = {
+      {"unknown", "null", R"("Received message from JavaScript: unknown null")"},
+      {"OpenUrl", R"("https://a.example")", R"("Received message from JavaScript: OpenUrl \"https://a.example\"")"},
+      {"openurl", R"("https://a.example")", R"("Received message from JavaScript: openurl \"https://a.example\"")"},
+      {"openUrl ", R"("https://a.example")", R"("Received message from JavaScript: openUrl  \"https://a.example\"")"},
+      {"goback", "null", R"("Received message from JavaScript: goback null")"},
+      {"", "{}", R"("Received message from JavaScript:  {}")"},
+      {"initloaded", "[1,\"a\\n\"]", R"("Received message from JavaScript: initloaded [1,\"a\\n\"]")"},
+  };
+  for (const auto& row : cases) {
+    screen_->didReceive({row.name, row.body});
+    EXPECT_EQ(log_.take(), Lines{row.line});
+  }
+  device_.advance(1);
+  EXPECT_TRUE(device_.application().openedUrls().empty());
+  EXPECT_FALSE(screen_->isLoaded());
+  EXPECT_TRUE(screen_->isViewInWindow());
+}
+
+TEST_F(BridgeTest, DropsBodiesOfAnotherTypeWithoutAWord) {
+  OVKFApiManager::shared().guestId.set("before");
+  for (const auto* name : {"trackEvent", "openUrl", "openFile", "openCamera", "openPhotoLibraryPicker",
+                           "openDocumentPicker", "recording"}) {
+    for (const auto* body : {"null", "true", "5", "1.5", "[]", R"([{"deviceId":"d"}])"}) {
+      EXPECT_EQ(post(name, body), Lines{}) << name << body;
+    }
+  }
+  for (const auto* name : {"trackEvent", "openCamera", "openPhotoLibraryPicker", "openDocumentPicker", "recording"}) {
+    EXPECT_EQ(post(name, R"("{\"deviceId\":\"d\"}")"), Lines{}) << name;
+  }
+  for (const auto* name : {"openUrl", "openFile"}) EXPECT_EQ(post(name, R"({"url":"https://a.example"})"), Lines{});
+  EXPECT_TRUE(device_.application().openedUrls().empty());
+  EXPECT_TRUE(pickers_.openedFiles.empty());
+  EXPECT_TRUE(pickers_.asked.empty());
+  EXPECT_TRUE(pickers_.recordingActions.empty());
+  EXPECT_TRUE(delegate_->events.empty());
+  EXPECT_EQ(OVKFApiManager::shared().guestId.get(), "before");
+}
+
+TEST_F(BridgeTest, OpensLinksAndFiles) {
+  EXPECT_EQ(post("openUrl", R"("https://a.example\/x?y=\u4f60")"), Lines{R"("https://a.example/x?y=%E4%BD%A0")"});
+  ASSERT_EQ(device_.application().openedUrls().size(), 1U);
+  EXPECT_EQ(device_.application().openedUrls()[0].absoluteString(), "https://a.example/x?y=%E4%BD%A0");
+
+  EXPECT_EQ(post("openFile", R"("file:///tmp/a%20b.pdf")"), Lines{});
+  EXPECT_EQ(post("openFile", R"("file:///tmp/a b.pdf")"), Lines{});
+  EXPECT_EQ(post("openFile", R"("")"), Lines{});
+  EXPECT_EQ(pickers_.openedFiles, Lines{"file:///tmp/a%20b.pdf"});
+}
+
+TEST_F(BridgeTest, RaisesTrackEventsThatAreComplete) {
+  const struct {
+    std::string body;
+    bool raised;
+    bool error;
+  } cases[] = {
+      {R"({"name":"x","attributes":{"a":"1","b":""}})", true, false},
+      {R"({"attributes":{"a":"1","b":""},"name":"x","more":[{}]})", true, false},
+      {R"({"name":"x"})", false, false},
+      {R"({"name":"x","attributes":null})", false, false},
+      {R"({"attributes":{"a":"1"}})", false, false},
+      {R"({})", false, false},
+      {R"({"name":"x","attributes":{"a":1}})", false, true},
+      {R"({"name":"x","attributes":{"a":null}})", false, true},
+      {R"({"name":"x","attributes":[]})", false, true},
+      {R"({"name":1,"attributes":{}})", false, true},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.body);
+    delegate_->events.clear();
+    const auto lines = post("trackEvent", row.body);
+    ASSERT_EQ(lines.size(), row.error ? 1U : 0U);
+    if (row.error) {
+      EXPECT_TRUE(lines[0].starts_with("Error decoding TrackModel: ")) << lines[0];
+    }
+    ASSERT_EQ(delegate_->events.size(), row.raised ? 1U : 0U);
+    if (!row.raised) continue;
+    EXPECT_EQ(delegate_->events[0].first, "x");
+    EXPECT_EQ(delegate_->events[0].second, (std::map<std::string, std::string>{{"a", "1"}, {"b", ""}}));
+  }
+  screen_->conversionDelegate = nullptr;
+  EXPECT_EQ(post("trackEvent", cases[0].body), Lines{});
+}
+
+TEST_F(BridgeTest, StoresTheLimitsThatARequestBrings) {
+  using Optional = std::optional<std::int64_t>;
+  constexpr std::int64_t fileBefore = 11;
+  constexpr std::int64_t videoBefore = 22;
+  const struct {
+    const char* name;
+    const char* picker;
+    std::string body;
+    std::string guest;
+    Optional fileSize;
+    Optional videoSize;
+  } cases[] = {
+      {"openCamera", "camera", R"({"deviceId":"d","fileSize":1})", "d", {}, 1},
+      {"openCamera", "camera", R"({"deviceId":"d"})", "d", {}, 52428800},
+      {"openPhotoLibraryPicker",
+       "photoLibrary",
+       R"({"deviceId":"","fileSize":9223372036854775807})",
+       "",
+       {},
+       9223372036854775807},
+      {"openPhotoLibraryPicker", "photoLibrary", R"({"deviceId":"d","fileSize":null})", "d", {}, 52428800},
+      {"openDocumentPicker", "documents", R"({"deviceId":"d","fileSize":0})", "d", 0, {}},
+      {"openDocumentPicker", "documents", R"({"deviceId":"d","fileSize":-1})", "d", -1, {}},
+      {"openDocumentPicker", "documents", R"({"deviceId":"d","action":"start"})", "d", 31457280, {}},
+      {"recording", nullptr, R"({"deviceId":"r","fileSize":5})", "r", {}, {}},
+      {"recording", nullptr, R"({"deviceId":"r","fileSize":5,"action":"cancel"})", "r", {}, {}},
+  };
+  auto& store = OVKFApiManager::shared();
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.name + row.body);
+    store.guestId.set("before");
+    store.fileSize.set(fileBefore);
+    store.videoSize.set(videoBefore);
+    pickers_.asked.clear();
+    EXPECT_EQ(post(row.name, row.body), Lines{});
+    EXPECT_EQ(store.guestId.get(), row.guest);
+    EXPECT_EQ(store.fileSize.get(), row.fileSize.value_or(fileBefore));
+    EXPECT_EQ(store.videoSize.get(), row.videoSize.value_or(videoBefore));
+    ASSERT_EQ(pickers_.asked.size(), row.picker ? 1U : 0U);
+    if (row.picker) {
+      EXPECT_EQ(pickers_.asked[0].picker, row.picker);
+    }
+  }
+  EXPECT_EQ(pickers_.recordingActions, Lines{"cancel"});
+  post("openDocumentPicker", R"({"deviceId":"d","fileSize":7,"mimeTypes":["application/pdf","text/plain"]})");
+  EXPECT_EQ(pickers_.asked.back().request.mimeTypes, (Lines{"application/pdf", "text/plain"}));
+}
+
+TEST_F(BridgeTest, LeavesEverythingAsItWasAfterABadRequest) {
+  auto& store = OVKFApiManager::shared();
+  store.guestId.set("before");
+  store.fileSize.set(11);
+  store.videoSize.set(22);
+  for (const auto* name : {"openCamera", "openPhotoLibraryPicker", "openDocumentPicker", "recording"}) {
+    for (const auto* body :
+         {"{}", R"({"fileSize":1024})", R"({"deviceId":null})", R"({"deviceId":5})", R"({"DeviceId":"d"})",
+          R"({"deviceId":"d","fileSize":"1024"})", R"({"deviceId":"d","fileSize":1.5})",
+          R"({"deviceId":"d","fileSize":9223372036854775808})", R"({"deviceId":"d","mimeTypes":"a/b"})",
+          R"({"deviceId":"d","mimeTypes":[1]})", R"({"deviceId":"d","action":1})"}) {
+      const auto lines = post(name, body);
+      ASSERT_EQ(lines.size(), 1U) << name << body;
+      EXPECT_TRUE(lines[0].starts_with("Error decoding PostMessageModel: ")) << lines[0];
+    }
+  }
+  EXPECT_TRUE(pickers_.asked.empty());
+  EXPECT_TRUE(pickers_.recordingActions.empty());
+  EXPECT_EQ(store.guestId.get(), "before");
+  EXPECT_EQ(store.fileSize.get(), 11);
+  EXPECT_EQ(store.videoSize.get(), 22);
+}
+
+TEST_F(BridgeTest, TakesAMegabyteAndAThousandMessagesInOrder) {
+  const std::string large(1024 * 1024, 'x');
+  pageOf(*screen_).post("trackEvent", R"({"name":"large","attributes":{"a":")" + large + R"("}})");
+  for (int i = 0; i < 1000; ++i) {
+    pageOf(*screen_).post("trackEvent", R"({"name":")" + std::to_string(i) + R"(","attributes":{}})");
+  }
+  device_.runUntilIdle();
+  ASSERT_EQ(delegate_->events.size(), 1001U);
+  EXPECT_EQ(delegate_->events[0].second.at("a"), large);
+  for (int i = 0; i < 1000; ++i) EXPECT_EQ(delegate_->events[static_cast<std::size_t>(i) + 1].first, std::to_string(i));
+  const auto lines = log_.take();
+  EXPECT_EQ(lines.size(), 1001U);
+  EXPECT_LT(lines[0].size(), 8192U);  // a page cannot flood the log
+}
+
+TEST_F(BridgeTest, KeepsTheDelegateAsLongAsTheScreen) {
+  auto screen = started();
+  std::weak_ptr<Delegate> kept;
+  {
+    const auto delegate = std::make_shared<Delegate>();
+    screen->conversionDelegate = delegate;
+    kept = delegate;
+  }
+  EXPECT_FALSE(kept.expired());
+  screen.reset();
+  EXPECT_TRUE(kept.expired());
+}
+
+}  // namespace
+}  // namespace orivex::testing

@@ -1,0 +1,74 @@
+#include "DeviceTest.h"
+
+#include "orivex/media/DeviceIdentifier.h"
+#include "orivex/sdk/OVKFApi.h"
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex::testing {
+namespace {
+
+// The store and the device identifier live as long as the process and cannot be emptied: these tests count on a process
+// of their own, which each test has under ctest.
+TEST(FreshProcessTest, HasTheDefaultsOfTheStore) {
+  auto& store = OVKFApiManager::shared();
+  EXPECT_EQ(store.user.get(), nullptr);
+  EXPECT_EQ(store.host.get(), "https://dev-chat.example");
+  EXPECT_EQ(store.entryId.get(), "");
+  EXPECT_EQ(store.appKey.get(), "");
+  EXPECT_EQ(store.guestId.get(), std::nullopt);
+  EXPECT_EQ(store.fileSize.get(), 31457280);
+  EXPECT_EQ(store.videoSize.get(), 52428800);
+  EXPECT_TRUE(store.elements.empty());
+}
+
+TEST(FreshProcessTest, KeepsWhatIsWrittenBeforeTheFirstRead) {
+  auto& store = OVKFApiManager::shared();
+  store.fileSize.set(0);
+  store.host.set("");
+  store.guestId.set("guest");
+  EXPECT_EQ(store.fileSize.get(), 0);
+  EXPECT_EQ(store.host.get(), "");
+  EXPECT_EQ(store.guestId.get(), "guest");
+}
+
+TEST(FreshProcessTest, AsksForTheDeviceIdentifierUntilThereIsOne) {
+  VirtualDevice device;
+  device.identity().setIdentifierForVendor(std::nullopt);
+  EXPECT_EQ(deviceIdentifier(), "");
+  device.identity().setIdentifierForVendor("6F1D2C3B-4A59-4E68-8B77-90A1B2C3D4E5");
+  EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
+  device.identity().setIdentifierForVendor("00000000-0000-0000-0000-000000000000");
+  EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
+}
+
+class VersionTest : public DeviceTest {};
+
+TEST_F(VersionTest, ComesFromTheComponentsBundleAndNotTheHosts) {
+  device_.componentBundle().setInfoDictionary(
+      InfoDictionary{{"CFBundleShortVersionString", "2.1.0"}, {"CFBundleVersion", "15"}});
+  EXPECT_EQ(OVKFApi::getSDKVersion(true), "2.1.0");
+  EXPECT_EQ(OVKFApi::getSDKVersion(false), "2.1.0.15");
+}
+
+TEST_F(VersionTest, IsEmptyWithoutInformation) {
+  device_.componentBundle().setMissing(true);
+  EXPECT_EQ(OVKFApi::getSDKVersion(true), "");
+  EXPECT_EQ(OVKFApi::getSDKVersion(false), "");
+  device_.componentBundle().setMissing(false);
+  device_.componentBundle().setInfoDictionary(std::nullopt);
+  EXPECT_EQ(OVKFApi::getSDKVersion(false), "");
+}
+
+TEST_F(VersionTest, StopsTheProcessWhenAKeyIsMissingOrNoText) {
+  auto& bundle = device_.componentBundle();
+  bundle.setInfo("CFBundleVersion", std::nullopt);
+  EXPECT_EQ(OVKFApi::getSDKVersion(true), "1.2.3");
+  EXPECT_DEATH(OVKFApi::getSDKVersion(false), "Fatal error: .*CFBundleVersion");
+  bundle.setInfo("CFBundleVersion", 4.0);
+  EXPECT_DEATH(OVKFApi::getSDKVersion(false), "Fatal error: .*CFBundleVersion");
+  bundle.setInfo("CFBundleShortVersionString", std::nullopt);
+  EXPECT_DEATH(OVKFApi::getSDKVersion(true), "Fatal error: .*CFBundleShortVersionString");
+}
+
+}  // namespace
+}  // namespace orivex::testing

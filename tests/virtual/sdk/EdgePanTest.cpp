@@ -1,0 +1,93 @@
+#include "ChatScreenTest.h"
+
+#include "orivex/platform/ui/ScreenEdgePanGesture.h"
+
+namespace orivex::testing {
+namespace {
+
+using State = ScreenEdgePanGesture::State;
+
+class EdgePanTest : public ChatScreenTest {
+ protected:
+  static constexpr double width = 390;
+
+  static ScreenEdgePanGesture& panOf(OVKFApi& screen) { return *screen.view()->gestures().at(0); }
+};
+
+TEST_F(EdgePanTest, MovesThePageAndGoesBackBeyondThreeTenths) {
+  const struct {
+    const char* what;
+    double dragged;  // points at the release
+    State end;
+    bool back;
+  } cases[] = {
+      {"to the left", -50, State::ended, false},
+      {"not at all", 0, State::ended, false},
+      {"a little", 60, State::ended, false},
+      {"exactly three tenths", 0.3 * width, State::ended, false},
+      {"just beyond", 0.3 * width + 0.001, State::ended, true},
+      {"beyond the width", 1000, State::ended, true},
+      {"taken away early", 60, State::cancelled, false},
+      {"taken away late", 300, State::cancelled, true},
+  };
+  for (const auto& row : cases) {
+    for (const bool presented : {true, false}) {
+      SCOPED_TRACE(std::string(row.what) + (presented ? ", presented" : ", pushed"));
+      const auto screen = presented ? present() : push();
+      device_.runUntilIdle();
+      const auto& page = *screen->webView();
+      auto& snapshot = *screen->previousViewSnapshot();
+      auto& pan = panOf(*screen);
+      pan.report(State::began, 0);
+      EXPECT_EQ(page.transform(), Translation{});
+      pan.report(State::changed, row.dragged / 2);
+      EXPECT_EQ(page.transform(), (Translation{row.dragged / 2, 0}));
+      snapshot.setTransform({5, 0});
+      pan.report(State::changed, row.dragged);
+      EXPECT_EQ(page.transform(), (Translation{row.dragged, 0}));
+      EXPECT_EQ(snapshot.transform(), Translation{});
+      pan.report(row.end, row.dragged);
+
+      device_.advance(0.299);
+      EXPECT_TRUE(screen->isViewInWindow());
+      EXPECT_NE(page.transform(), (Translation{row.back ? width : row.dragged + 1, 0}));
+      device_.advance(0.001);
+      EXPECT_EQ(page.transform(), (Translation{row.back ? width : 0, 0}));
+      EXPECT_EQ(snapshot.transform(), Translation{});
+      EXPECT_EQ(screen->isViewInWindow(), !row.back);  // gone at once: the slide was the animation
+      EXPECT_EQ(hostStack_->presentedViewController() == nullptr && hostStack_->viewControllers().size() == 1,
+                row.back);
+      device_.advance(1);
+      EXPECT_EQ(screen->isViewInWindow(), !row.back);
+      hostStack_->dismiss(false);
+      hostStack_->popViewController(false);
+    }
+  }
+}
+
+TEST_F(EdgePanTest, TakesTheWidthAtTheRelease) {
+  const auto screen = present();
+  auto& pan = panOf(*screen);
+  pan.report(State::changed, 200);
+  device_.application().window()->setSize({1000, 600});
+  pan.report(State::ended, 200);
+  device_.advance(1);
+  EXPECT_TRUE(screen->isViewInWindow());
+  EXPECT_EQ(screen->webView()->transform(), Translation{});
+}
+
+TEST_F(EdgePanTest, DoesNothingOnceTheScreenIsGone) {
+  auto screen = present();
+  const auto view = screen->view();
+  std::weak_ptr<OVKFApi> gone = screen;
+  device_.runUntilIdle();
+  hostStack_->dismiss(false);
+  screen.reset();
+  ASSERT_TRUE(gone.expired());
+  view->gestures().at(0)->report(State::changed, 100);
+  view->gestures().at(0)->report(State::ended, 300);
+  device_.advance(1);
+}
+
+}  // namespace
+}  // namespace orivex::testing

@@ -1,0 +1,132 @@
+#include <algorithm>
+
+#include "ChatScreenTest.h"
+
+namespace orivex::testing {
+namespace {
+
+class LifeCycleTest : public ChatScreenTest {};
+
+TEST_F(LifeCycleTest, OwnsTheHostsChromeWhilePushed) {
+  const struct {
+    const char* what;
+    bool toolbarHidden;
+    bool hasTabBar;
+    bool tabBarHidden;
+  } cases[] = {
+      {"bars shown", false, true, false},
+      {"the host had its toolbar hidden", true, true, false},
+      {"the host had both hidden", true, true, true},
+      {"no tab bar", false, false, false},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    const auto tabBar = row.hasTabBar ? std::make_shared<View>() : nullptr;
+    if (tabBar) tabBar->setHidden(row.tabBarHidden);
+    hostStack_->setHostTabBar(tabBar);
+    hostStack_->toolbar()->setHidden(row.toolbarHidden);
+    hostStack_->setNavigationBarTranslucent(true);
+
+    const auto screen = started();
+    hostStack_->pushViewController(screen, true);
+    const auto ownsTheDisplay = [&] {
+      return hostStack_->isNavigationBarHidden() && !hostStack_->isNavigationBarTranslucent() &&
+             hostStack_->toolbar()->isHidden() && (!tabBar || tabBar->isHidden());
+    };
+    const auto gaveItBack = [&] {
+      return !hostStack_->isNavigationBarHidden() && !hostStack_->isNavigationBarTranslucent() &&
+             hostStack_->toolbar()->isHidden() == row.toolbarHidden &&
+             (!tabBar || tabBar->isHidden() == row.tabBarHidden);
+    };
+    EXPECT_TRUE(ownsTheDisplay());  // before it slides in
+    device_.advance(1);
+    EXPECT_EQ(screen->view()->frame(), (Rect{0, 0, 390, 844}));
+
+    const auto editor = std::make_shared<ViewController>();
+    hostStack_->pushViewController(editor, true);
+    EXPECT_TRUE(gaveItBack());
+    device_.advance(1);
+    hostStack_->popViewController(true);
+    EXPECT_TRUE(ownsTheDisplay());
+    device_.advance(1);
+
+    hostStack_->popViewController(true);
+    EXPECT_TRUE(gaveItBack());
+    device_.advance(1);
+    EXPECT_TRUE(gaveItBack());
+  }
+}
+
+TEST_F(LifeCycleTest, LeavesTheChromeAloneWhenPresented) {
+  hostStack_->toolbar()->setHidden(false);
+  present();
+  EXPECT_FALSE(hostStack_->isNavigationBarHidden());
+  EXPECT_TRUE(hostStack_->isNavigationBarTranslucent());
+  EXPECT_FALSE(hostStack_->toolbar()->isHidden());
+}
+
+TEST_F(LifeCycleTest, EndsEditingAsItLeavesAndWhenItIsCovered) {
+  const auto& application = device_.application();
+  const auto screen = push();
+  EXPECT_EQ(application.endEditingCount(), 0);
+  hostStack_->present(std::make_shared<ViewController>(), true);
+  EXPECT_EQ(application.endEditingCount(), 1);
+  EXPECT_EQ(application.lastEndedEditing(), screen->view());
+  device_.advance(1);
+  hostStack_->dismiss(true);
+  device_.advance(1);
+  hostStack_->popViewController(true);
+  EXPECT_EQ(application.endEditingCount(), 2);
+}
+
+TEST_F(LifeCycleTest, FollowsTheApplicationUntilItIsReleased) {
+  auto& application = device_.application();
+  auto screen = present();
+  log_.take();
+  application.becomeActive();
+  EXPECT_EQ(log_.take(), Lines{"\"App did become active\""});
+  application.resignActive();
+  EXPECT_EQ(log_.take("\"App"), Lines{"\"App will resign active\""});
+
+  hostStack_->dismiss(false);
+  device_.advance(20);
+  application.becomeActive();
+  EXPECT_EQ(log_.take("\"App"), Lines{"\"App did become active\""});  // off the screen, but still kept by its host
+  screen.reset();
+  application.becomeActive();
+  application.resignActive();
+  EXPECT_EQ(log_.take("\"App"), Lines{});
+}
+
+TEST_F(LifeCycleTest, LeavesNothingBehindAfterAThousandScreens) {
+  device_.webEngines().setLoader([](VirtualWebEngine& engine) {
+    if (!engine.loads().empty()) engine.completeLoad();
+  });
+  std::vector<std::weak_ptr<OVKFApi>> screens;
+  std::size_t mostPending = 0;
+  for (int i = 0; i < 1000; ++i) {
+    device_.httpClient().setServer([i](const UrlRequest&) { return VirtualReply::respond(i % 4 == 3 ? 404 : 200); });
+    const bool pushed = i % 2 == 1;
+    screens.push_back(pushed ? push() : present());
+    device_.advance(i % 3 == 0 ? 0.0 : 3.0);  // before, while and after the page loads
+    if (const auto screen = screens.back().lock(); screen && i % 5 == 0) pageOf(*screen).die();
+    if (pushed) {
+      hostStack_->popViewController(false);
+    } else {
+      hostStack_->dismiss(false);
+    }
+    mostPending = std::max(mostPending, device_.mainQueue().pendingCount());
+  }
+  EXPECT_LT(mostPending, 100U);  // what waits is the last seconds', not every screen's
+  device_.advance(30);
+  EXPECT_EQ(device_.webEngines().madeCount(), 2000U);
+  EXPECT_TRUE(device_.webEngines().engines().empty());
+  EXPECT_EQ(device_.mainQueue().pendingCount(), 0U);
+  EXPECT_EQ(std::count_if(screens.begin(), screens.end(), [](const auto& screen) { return screen.expired(); }), 1000);
+  log_.take();
+  device_.application().resignActive();
+  EXPECT_EQ(log_.take(), Lines{});
+}
+
+}  // namespace
+}  // namespace orivex::testing

@@ -1,0 +1,114 @@
+#include "ChatScreenTest.h"
+
+namespace orivex::testing {
+namespace {
+
+constexpr const char* timedOut = "服务请求超时";
+constexpr const char* failed = "请求失败,请稍后重试";
+
+class NavigationTest : public ChatScreenTest {};
+
+TEST_F(NavigationTest, TellsASlowOrFailedLoad) {
+  struct Event {
+    double time;
+    void (*act)(VirtualWebEngine&);
+  };
+  const auto start = [](VirtualWebEngine& page) { page.startProvisional(); };
+  const auto finish = [](VirtualWebEngine& page) { page.finish(); };
+  const auto announce = [](VirtualWebEngine& page) { page.post("initLoaded", "null"); };
+  const auto failProvisional = [](VirtualWebEngine& page) { page.failProvisional("unreachable"); };
+  const auto fail = [](VirtualWebEngine& page) { page.fail("broken off"); };
+  const auto shows = [](const char* time, const char* text) { return std::string(time) + " shows " + text; };
+  const auto hides = [](const char* time, const char* text) { return std::string(time) + " hides " + text; };
+  const struct {
+    const char* what;
+    std::vector<Event> events;
+    Lines story;
+  } cases[] = {
+      {"never finishes", {{1, start}}, {shows("11.0", timedOut), hides("13.0", timedOut)}},
+      {"once for each start",
+       {{1, start}, {4, start}},
+       {shows("11.0", timedOut), hides("13.0", timedOut), shows("14.0", timedOut), hides("16.0", timedOut)}},
+      {"finishes in time", {{1, start}, {6.5, finish}}, {}},
+      {"finishes in time, but is not revealed yet at the check",
+       {{1, start}, {7.5, finish}},
+       {shows("11.0", timedOut), hides("13.0", timedOut)}},
+      {"announces itself in time", {{1, start}, {10.5, announce}}, {}},
+      {"a later navigation of a revealed page", {{1, start}, {2, announce}, {3, start}}, {}},
+      {"fails before it committed",
+       {{1, start}, {2, failProvisional}},
+       {shows("2.0", failed), hides("4.0", failed), shows("11.0", timedOut), hides("13.0", timedOut)}},
+      {"fails just before the check: the older message takes the newer one with it",
+       {{1, start}, {10.5, failProvisional}},
+       {shows("10.5", failed), shows("11.0", timedOut), hides("12.5", timedOut)}},
+      {"fails twice",
+       {{1, failProvisional}, {4, failProvisional}},
+       {shows("1.0", failed), hides("3.0", failed), shows("4.0", failed), hides("6.0", failed)}},
+      {"breaks off after it committed", {{1, fail}}, {}},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    VirtualDevice device;  // each case from time 0
+    device.application().window()->setRootViewController(std::make_shared<ViewController>());
+    const auto screen = started();
+    device.application().window()->rootViewController()->present(screen, false);
+    for (const auto& event : row.events) {
+      device.mainQueue().asyncAfter(event.time, [&event, &page = pageOf(*screen)] { event.act(page); });
+    }
+    device.advance(40);
+    EXPECT_EQ(overlayStory(device), row.story);
+    EXPECT_TRUE(screen->isViewInWindow());
+    EXPECT_EQ(pageOf(*screen).reloadCount(), 0);
+  }
+}
+
+TEST_F(NavigationTest, LogsEachStepOfALoad) {
+  const auto screen = present();
+  device_.runUntilIdle();
+  auto& page = pageOf(*screen);
+  const auto address = "\"URL: " + *page.requestedUrl() + '"';
+  log_.take();
+  page.startProvisional();
+  page.redirect();
+  page.commit("https://chat.example/");
+  page.finish();
+  device_.runUntilIdle();
+  auto lines = log_.take();
+  ASSERT_EQ(lines.size(), 5U);
+  lines.erase(lines.begin() + 2);  // of the redirect, in words of our own
+  EXPECT_EQ(lines, (Lines{address, "\"Start Loading\"", "\"Loading\"", "\"Loaded\""}));
+
+  page.failProvisional("no route");
+  page.fail("cut");
+  device_.runUntilIdle();
+  lines = log_.take();
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_NE(lines[0].find("no route"), std::string::npos);
+  EXPECT_NE(lines[1].find("cut"), std::string::npos);
+}
+
+TEST_F(NavigationTest, LetsThePageGoAnywhere) {
+  const auto screen = present();
+  device_.runUntilIdle();
+  auto& page = pageOf(*screen);
+  for (const auto* address : {"mailto:a@b.example", "file:///etc/hosts", "tel:1", "weixin://pay", "about:blank"}) {
+    const auto before = page.scripts().size();
+    screen->webView()->load({*Url::parse(address), 60, {}});
+    page.completeLoad();
+    device_.runUntilIdle();
+    ASSERT_EQ(page.scripts().size(), before + 1) << address;
+    EXPECT_EQ(screen->webView()->url(), address);
+  }
+  EXPECT_TRUE(device_.application().openedUrls().empty());
+}
+
+TEST_F(NavigationTest, HasNoAddressToLogForANavigationWithoutOne) {
+  const auto screen = started();
+  log_.take();
+  pageOf(*screen).startProvisional();
+  device_.runUntilIdle();
+  EXPECT_EQ(log_.take("\"URL"), Lines{});
+}
+
+}  // namespace
+}  // namespace orivex::testing

@@ -1,0 +1,120 @@
+#include "ChatScreenTest.h"
+
+#include "orivex/media/ChatManager.h"
+#include "orivex/media/OVKFApiHelper.h"
+
+namespace orivex::testing {
+namespace {
+
+class PageLoadTest : public ChatScreenTest {
+ protected:
+  void serve(const VirtualReply& reply) {
+    device_.httpClient().setServer([reply](const UrlRequest&) { return reply; });
+  }
+};
+
+TEST_F(PageLoadTest, ChecksThePageOnceAndLoadsTheRequestItChecked) {
+  const auto target = *Url::parse("https://elsewhere.example/chat");
+  device_.httpClient().setServer([target](const UrlRequest& request) {
+    return request.url == target ? VirtualReply::respond(200) : VirtualReply::redirect(target, 0.5);
+  });
+  const auto screen = present();
+  device_.advance(1);
+  const std::vector<UrlRequest> expected{
+      {*ChatManager::shared().instanceURL, 5.0, {{"User-Agent", OVKFApiHelper::userAgent()}}}};
+  EXPECT_EQ(device_.httpClient().requests(), expected);
+  EXPECT_EQ(pageOf(*screen).loads(), expected);
+}
+
+TEST_F(PageLoadTest, LoadsThePageOrSaysWhyAndCloses) {
+  const std::string token = "令牌无效或者已过期";
+  const auto status = [](int code) { return VirtualReply::respond(code, "", 0.5); };
+  const struct {
+    const char* what;
+    VirtualReply reply;
+    double answered;
+    std::string message;  // empty: the page is loaded
+    Lines log;
+  } cases[] = {
+      {"200", status(200), 0.5, "", {"\"请求成功\"", "\"Response Status Code: 200\""}},
+      {"302 without a target", status(302), 0.5, "", {"\"请求成功\"", "\"Response Status Code: 302\""}},
+      {"399", status(399), 0.5, "", {"\"请求成功\"", "\"Response Status Code: 399\""}},
+      {"400", status(400), 0.5, token, {"\"请求成功\"", "\"Response Status Code: 400\""}},
+      {"404", status(404), 0.5, token, {"\"请求成功\"", "\"Response Status Code: 404\""}},
+      {"503", status(503), 0.5, token, {"\"请求成功\"", "\"Response Status Code: 503\""}},
+      {"599", status(599), 0.5, token, {"\"请求成功\"", "\"Response Status Code: 599\""}},
+      {"600", status(600), 0.5, "", {"\"请求成功\"", "\"Response Status Code: 600\""}},
+      {"silence", VirtualReply::never(), 5, "服务请求超时", {"\"请求超时\""}},
+      {"an answer too late", VirtualReply::respond(200, "", 5.5), 5, "服务请求超时", {"\"请求超时\""}},
+      {"refused",
+       VirtualReply::fail("Connection refused", 0.5),
+       0.5,
+       "请求失败,请稍后重试",
+       {"\"请求失败：Connection refused\""}},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    serve(row.reply);
+    for (const bool presented : {true, false}) {
+      const auto screen = presented ? present() : push();
+      log_.take();
+      device_.advance(row.answered - 0.001);
+      EXPECT_EQ(log_.take(), Lines{});
+      EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
+      device_.advance(0.001);
+      EXPECT_EQ(log_.take(), row.log);
+      EXPECT_EQ(pageOf(*screen).loads().size(), row.message.empty() ? 1U : 0U);
+      if (row.message.empty()) {
+        EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
+        device_.advance(30);
+        EXPECT_TRUE(screen->isViewInWindow());
+      } else {
+        EXPECT_EQ(device_.progressOverlay().shown(),
+                  (VirtualProgressOverlay::Panel{VirtualProgressOverlay::Kind::info, row.message}));
+        device_.advance(1.999);
+        EXPECT_NE(device_.progressOverlay().shown(), std::nullopt);
+        EXPECT_EQ(presented ? screen->presentingViewController() : screen->navigationController(), hostStack_.get());
+        device_.advance(0.001);
+        EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
+        EXPECT_EQ(screen->presentingViewController(), nullptr);
+        EXPECT_EQ(screen->navigationController(), nullptr);
+        EXPECT_TRUE(screen->isViewInWindow());  // it slides away
+        device_.advance(0.35);
+        EXPECT_FALSE(screen->isViewInWindow());
+      }
+      hostStack_->dismiss(false);
+      hostStack_->popViewController(false);
+    }
+  }
+}
+
+TEST_F(PageLoadTest, LeavesAVisitorAloneWhoHasGoneBeforeTheAnswer) {
+  for (const auto& reply :
+       {VirtualReply::respond(200, "", 3), VirtualReply::respond(404, "", 3), VirtualReply::never()}) {
+    serve(reply);
+    std::weak_ptr<OVKFApi> gone = present();
+    hostStack_->dismiss(true);
+    device_.advance(2);
+    EXPECT_TRUE(gone.expired());
+    device_.advance(10);
+    EXPECT_EQ(overlayStory(), Lines{});
+    EXPECT_TRUE(device_.webEngines().engines().empty());
+  }
+}
+
+TEST_F(PageLoadTest, ClosesNothingElseWhenTheVisitorWasFaster) {
+  serve(VirtualReply::respond(404));
+  std::weak_ptr<OVKFApi> gone = push();
+  device_.advance(1);
+  hostStack_->popViewController(false);
+  const auto another = std::make_shared<ViewController>();
+  hostStack_->pushViewController(another, false);
+  EXPECT_FALSE(gone.expired());
+  device_.advance(5);
+  EXPECT_TRUE(gone.expired());
+  EXPECT_EQ(hostStack_->topViewController(), another);
+  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 令牌无效或者已过期", "2.0 hides 令牌无效或者已过期"}));
+}
+
+}  // namespace
+}  // namespace orivex::testing

@@ -1,0 +1,86 @@
+#include "ChatScreenTest.h"
+
+namespace orivex::testing {
+namespace {
+
+class RevealTest : public ChatScreenTest {
+ protected:
+  /// Lets `act` happen at `time`.
+  void at(double time, std::function<void()> act) {
+    device_.mainQueue().asyncAfter(time - device_.mainQueue().now(), std::move(act));
+  }
+};
+
+TEST_F(RevealTest, ShowsThePageOnceAndFadesThePlaceholder) {
+  const struct {
+    const char* what;
+    std::vector<double> announced;
+    std::vector<double> finished;
+    double revealed;
+  } cases[] = {
+      {"the page announces itself", {1}, {}, 1.1},
+      {"it only finishes", {}, {1}, 5},
+      {"it finishes and then announces itself", {3}, {1}, 3.1},
+      {"it announces itself and then finishes", {1}, {1.05}, 1.1},
+      {"it announces itself late", {4.95}, {1}, 5},
+      {"it announces itself twice", {1, 1.2}, {}, 1.1},
+      {"it finishes twice", {}, {1, 1.5}, 5},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    const auto screen = present();
+    const double start = device_.mainQueue().now();
+    auto& page = pageOf(*screen);
+    for (const double time : row.announced) at(start + time, [&] { page.post("initLoaded", "null"); });
+    for (const double time : row.finished) at(start + time, [&] { page.finish(); });
+    const auto placeholder = screen->loadView();
+    log_.take();
+
+    device_.advance(row.revealed - 0.001);
+    EXPECT_FALSE(screen->isLoaded());
+    EXPECT_EQ(screen->webView()->alpha(), 0);
+    device_.advance(0.001);
+    EXPECT_TRUE(screen->isLoaded());
+    EXPECT_EQ(screen->webView()->alpha(), 1);
+    EXPECT_EQ(placeholder->alpha(), 1);
+    device_.advance(0.2);
+    EXPECT_LT(placeholder->alpha(), 1);
+    EXPECT_GT(placeholder->alpha(), 0);
+    device_.advance(0.199);
+    EXPECT_EQ(placeholder->superview(), screen->view().get());
+    device_.advance(0.001);
+    EXPECT_EQ(placeholder->alpha(), 0);
+    EXPECT_EQ(placeholder->superview(), nullptr);
+
+    device_.advance(10);
+    EXPECT_EQ(placeholder->alpha(), 0);
+    EXPECT_EQ(placeholder->superview(), nullptr);
+    EXPECT_EQ(log_.take("\"InitLoad\"").size(), row.announced.size());
+    hostStack_->dismiss(false);
+  }
+}
+
+TEST_F(RevealTest, HoldsAScreenThatClosedBeforeUntilItsTime) {
+  const std::pair<const char*, double> cases[] = {{"initLoaded", 0.1}, {"finish", 4.0}};
+  for (const auto& [what, delay] : cases) {
+    SCOPED_TRACE(what);
+    std::weak_ptr<OVKFApi> screen = present();
+    auto& page = pageOf(*screen.lock());
+    if (delay < 1) {
+      page.post("initLoaded", "null");
+    } else {
+      page.finish();
+    }
+    device_.runUntilIdle();
+    hostStack_->dismiss(false);
+    device_.advance(delay - 0.001);
+    EXPECT_FALSE(screen.expired());
+    device_.advance(0.001);
+    EXPECT_TRUE(screen.expired());
+    device_.advance(1);
+    EXPECT_TRUE(device_.webEngines().engines().empty());
+  }
+}
+
+}  // namespace
+}  // namespace orivex::testing

@@ -1,0 +1,218 @@
+#include "ChatScreenTest.h"
+
+#include "orivex/media/ChatManager.h"
+#include "orivex/media/OVKFApiHelper.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/ui/ScreenEdgePanGesture.h"
+#include "orivex/voice/RecordManager.h"
+
+namespace orivex::testing {
+namespace {
+
+class ScreenSetUpTest : public ChatScreenTest {};
+
+TEST_F(ScreenSetUpTest, StacksSnapshotPagePlaceholderAndRecordingOverlay) {
+  const auto screen = present();
+  const auto& overlay = RecordManager::shared().recordingView();
+  const std::vector<std::shared_ptr<View>> expected{screen->previousViewSnapshot(), screen->webView(),
+                                                    screen->loadView(), overlay};
+  EXPECT_EQ(screen->view()->subviews(), expected);
+  EXPECT_EQ(overlay->frame(), (Rect{135, 362, 120, 120}));
+  EXPECT_EQ(screen->view()->gestures().size(), 1U);
+  EXPECT_EQ(screen->view()->backgroundColor(), Color::white());
+  EXPECT_EQ(screen->overrideInterfaceStyle(), InterfaceStyle::light);
+}
+
+TEST_F(ScreenSetUpTest, MakesEachPageOnceWhicheverIsAskedForFirst) {
+  for (const auto ask : {&OVKFApi::webView, &OVKFApi::loadView}) {
+    const auto screen = started();
+    const auto asked = ((*screen).*ask)();
+    EXPECT_EQ(device_.webEngines().engines().size(), 2U);
+    EXPECT_TRUE(screen->view()->hasSubview(*asked));
+  }
+}
+
+TEST_F(ScreenSetUpTest, HasNoBackSwipeWithoutAPictureToShowBehind) {
+  device_.application().setDrawn(false);
+  const auto screen = present();
+  EXPECT_TRUE(screen->view()->gestures().empty());
+  EXPECT_EQ(screen->view()->subviews().front(), screen->webView());
+}
+
+TEST_F(ScreenSetUpTest, GivesTheRecordingOverlayToTheScreenThatShowsLast) {
+  const auto first = present();
+  const auto second = started();
+  first->present(second, false);
+  const auto& overlay = *RecordManager::shared().recordingView();
+  EXPECT_FALSE(first->view()->hasSubview(overlay));
+  EXPECT_TRUE(second->view()->hasSubview(overlay));
+}
+
+TEST_F(ScreenSetUpTest, ConfiguresTheProgressOverlay) {
+  present();
+  const auto& overlay = device_.progressOverlay();
+  EXPECT_EQ(overlay.minimumSize(), (Size{120, 120}));
+  EXPECT_EQ(overlay.style(), OverlayStyle::dark);
+  EXPECT_EQ(overlay.mask(), OverlayMask::black);
+  EXPECT_EQ(overlay.maximumDismissTime(), 10);
+}
+
+TEST_F(ScreenSetUpTest, MakesTheChatPageTransparentUnscrollableAndNamed) {
+  const auto screen = present();
+  const auto& web = *screen->webView();
+  EXPECT_EQ(web.alpha(), 0);
+  EXPECT_EQ(web.backgroundColor(), Color::white());
+  const auto& page = pageOf(*screen);
+  EXPECT_EQ(page.scrollSettings(), (ScrollSettings{.bounces = false,
+                                                   .alwaysBounceVertical = false,
+                                                   .alwaysBounceHorizontal = false,
+                                                   .scrollEnabled = false,
+                                                   .backgroundColor = Color::white(),
+                                                   .contentInset = {},
+                                                   .indicatorInsets = {}}));
+  EXPECT_EQ(page.customUserAgent(), OVKFApiHelper::userAgent());
+  EXPECT_EQ(page.configuration().scriptMessageNames,
+            (std::vector<std::string>{"trackEvent", "openUrl", "openFile", "openCamera", "openPhotoLibraryPicker",
+                                      "openDocumentPicker", "initLoaded", "recording", "goBack"}));
+}
+
+TEST_F(ScreenSetUpTest, ShowsTheSkeletonPageWhileThereIsOne) {
+  const auto& bundle = device_.componentBundle();
+  const auto path = *bundle.pathForResource("skeleton", "html");
+  const auto screen = present();
+  const auto& placeholder = engineOf(screen->loadView());
+  EXPECT_EQ(placeholder.fileLoads(), (std::vector<VirtualWebEngine::FileLoad>{{path, path}}));
+  EXPECT_FALSE(placeholder.configuration().javaScriptCanOpenWindowsAutomatically);
+  EXPECT_TRUE(placeholder.configuration().scriptMessageNames.empty());
+  EXPECT_TRUE(placeholder.configuration().userScripts.empty());
+  EXPECT_FALSE(placeholder.scrollSettings().scrollEnabled);
+  EXPECT_EQ(screen->loadView()->backgroundColor(), Color::white());
+  EXPECT_EQ(screen->loadView()->alpha(), 1);
+}
+
+TEST_F(ScreenSetUpTest, StaysWhiteWithoutASkeletonPage) {
+  const std::pair<const char*, std::function<void()>> losses[] = {
+      {"no file", [&] { device_.componentBundle().removeResource("skeleton", "html"); }},
+      {"no bundle", [&] { device_.componentBundle().setMissing(true); }}};
+  for (const auto& [what, lose] : losses) {
+    lose();
+    const auto screen = started();
+    EXPECT_TRUE(engineOf(screen->loadView()).fileLoads().empty()) << what;
+    EXPECT_EQ(screen->loadView()->backgroundColor(), Color::white()) << what;
+  }
+}
+
+TEST_F(ScreenSetUpTest, EvaluatesTheTouchScriptFirstAndTheViewportScriptAfterEachLoad) {
+  const std::string touch =
+      "document.documentElement.style.webkitTouchCallout='none';document.documentElement.style.webkitUserSelect='none'"
+      ";";
+  const std::string viewport =
+      "var oMeta = document.createElement('meta');\noMeta.content = 'width=device-width, initial-scale=1, "
+      "user-scalable=0';\noMeta.name = 'viewport';\ndocument.getElementsByTagName('head')[0].appendChild(oMeta);";
+  ASSERT_EQ(touch.size(), 112U);
+  ASSERT_EQ(viewport.size(), 201U);
+
+  const auto screen = present();
+  auto& page = pageOf(*screen);
+  EXPECT_EQ(page.scripts(), Lines{touch});
+  EXPECT_TRUE(page.loads().empty());
+  device_.runUntilIdle();
+  page.completeLoad();
+  device_.runUntilIdle();
+  page.completeLoad();
+  device_.runUntilIdle();
+  EXPECT_EQ(page.scripts(), (Lines{touch, viewport, viewport}));
+}
+
+TEST_F(ScreenSetUpTest, PlacesBothPagesAroundTheSystemsBars) {
+  auto& application = device_.application();
+  const struct {
+    const char* what;
+    std::optional<double> statusBar;
+    double bottom;
+    bool scene;
+    Rect page;
+    Rect placeholder;
+    std::string log;
+  } cases[] = {
+      {"a phone",
+       47,
+       34,
+       true,
+       {0, 0, 390, 925},
+       {0, 47, 390, 797},
+       "\"Distance: safeDistanceTop:47.0 safeDistanceBottom:34.0 navHeight:47.0\""},
+      {"no bars",
+       0,
+       0,
+       true,
+       {0, 0, 390, 844},
+       {0, 0, 390, 844},
+       "\"Distance: safeDistanceTop:47.0 safeDistanceBottom:0.0 navHeight:0.0\""},
+      {"no status bar manager",
+       std::nullopt,
+       20.5,
+       true,
+       {0, 0, 390, 864.5},
+       {0, 0, 390, 844},
+       "\"Distance: safeDistanceTop:47.0 safeDistanceBottom:20.5 navHeight:0.0\""},
+      {"no scene",
+       47,
+       34,
+       false,
+       {0, 0, 0, 0},
+       {0, 0, 0, 0},
+       "\"Distance: safeDistanceTop:0.0 safeDistanceBottom:0.0 navHeight:0.0\""},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    application.setStatusBarHeight(row.statusBar);
+    application.window()->setSafeAreaInsets({.top = 47, .left = 0, .bottom = row.bottom, .right = 0});
+    application.setSceneConnected(row.scene);
+    const auto screen = started();
+    log_.take();
+    screen->view();
+    EXPECT_EQ(screen->webView()->frame(), row.page);
+    EXPECT_EQ(screen->loadView()->frame(), row.placeholder);
+    EXPECT_EQ(log_.take("\"Distance"), Lines{row.log});
+  }
+}
+
+TEST_F(ScreenSetUpTest, FollowsItsWindowWhileItShows) {
+  for (const auto& screen : {present(), started()}) {
+    if (!screen->isViewLoaded()) {
+      hostStack_->dismiss(false);
+      hostStack_->pushViewController(screen, false);
+    }
+    device_.application().window()->setSize({800, 600});
+    EXPECT_EQ(screen->view()->frame(), (Rect{0, 0, 800, 600}));
+    EXPECT_EQ(screen->webView()->frame(), (Rect{0, 0, 800, 681}));
+    EXPECT_EQ(screen->loadView()->frame(), (Rect{0, 47, 800, 553}));
+    EXPECT_EQ(screen->previousViewSnapshot()->frame(), (Rect{0, 0, 800, 600}));
+    EXPECT_EQ(RecordManager::shared().recordingView()->center(), (Point{400, 300}));
+    device_.application().window()->setSize({390, 844});
+  }
+}
+
+TEST_F(ScreenSetUpTest, StopsTheProcessWithoutAnAddressOnceItsViewsAreBuilt) {
+  const auto screen = std::make_shared<OVKFApi>();
+  EXPECT_DEATH(
+      {
+        log::setSink({});
+        screen->view();
+      },
+      "\"Distance: .*OrivexSDK/ChatManager:30: Fatal error: instanceURL not set. Call setUrl\\(\\) first\\.");
+}
+
+TEST_F(ScreenSetUpTest, ClearsTheDataOfEverySiteAndSaysSo) {
+  auto& store = device_.websiteDataStore();
+  store.put("chat.example", {WebsiteDataType::cookies, WebsiteDataType::localStorage});
+  store.put("other.example", WebsiteDataStore::allTypes());
+  std::make_shared<OVKFApi>()->clearWebViewCache();
+  device_.advance(10);
+  EXPECT_TRUE(store.sites().empty());
+  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 缓存清理完成", "3.0 hides 缓存清理完成"}));
+}
+
+}  // namespace
+}  // namespace orivex::testing
