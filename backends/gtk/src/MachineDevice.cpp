@@ -10,7 +10,8 @@ namespace orivex::gtk {
 namespace {
 
 // Drawn at random for this component. It must never change: every visitor would get a new identifier.
-constexpr sd_id128_t component = SD_ID128_MAKE(00, 3f, 75, 0a, b5, 62, 4d, f0, 88, ae, 16, 54, b1, 93, fb, 12);
+constexpr sd_id128_t component{
+    {0x00, 0x3f, 0x75, 0x0a, 0xb5, 0x62, 0x4d, 0xf0, 0x88, 0xae, 0x16, 0x54, 0xb1, 0x93, 0xfb, 0x12}};
 
 }  // namespace
 

@@ -91,13 +91,14 @@ class WebKitEngine::MessageChannel {
   SignalConnection received_;
 };
 
-WebKitEngine::WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, WebProcessContext& context,
-                           const WebEngineConfiguration& configuration, WebEngineHandlers handlers)
+WebKitEngine::WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session,
+                           std::shared_ptr<WebProcessContext> context, const WebEngineConfiguration& configuration,
+                           WebEngineHandlers handlers)
     : mainQueue_(mainQueue),
-      context_(context),
+      context_(std::move(context)),
       handlers_(std::move(handlers)),
       content_(GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
-      view_(makeView(context.get(), session, content_.get())),
+      view_(makeView(context_->get(), session, content_.get())),
       cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
@@ -181,7 +182,7 @@ void WebKitEngine::evaluate(const std::string& script, EvaluationCompletion comp
 }
 
 void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
-  context_.setUserAgent(userAgent);
+  context_->setUserAgent(userAgent);
 }
 
 void WebKitEngine::setScrollSettings(const ScrollSettings& settings) {
@@ -260,7 +261,9 @@ void WebKitEngine::processTerminated(WebKitWebView* /*view*/, WebKitWebProcessTe
   tell([this] { handlers_.urlChanged(std::nullopt); });
 }
 
-void WebKitEngine::uriChanged(WebKitWebView* /*view*/, GParamSpec* /*property*/) { tellUri(); }
+void WebKitEngine::uriChanged(WebKitWebView* /*view*/, GParamSpec* /*property*/) {
+  tellUri();
+}
 
 void WebKitEngine::tellUri() {
   const char* const uri = webkit_web_view_get_uri(view_.get());
@@ -270,7 +273,10 @@ void WebKitEngine::tellUri() {
 
 std::unique_ptr<WebEngine> WebKitEngineFactory::make(const WebEngineConfiguration& configuration,
                                                      WebEngineHandlers handlers) {
-  return std::make_unique<WebKitEngine>(mainQueue_, session_.get(), context_, configuration, std::move(handlers));
+  auto context = context_.lock();
+  if (!context) context_ = context = std::make_shared<WebProcessContext>(moduleFolder_);
+  return std::make_unique<WebKitEngine>(mainQueue_, session_.get(), std::move(context), configuration,
+                                        std::move(handlers));
 }
 
 }  // namespace orivex::gtk

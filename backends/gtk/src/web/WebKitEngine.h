@@ -18,7 +18,7 @@ namespace orivex::gtk {
 /// One WebKitWebView. Its process ends with it.
 class WebKitEngine final : public WebEngine {
  public:
-  WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, WebProcessContext& context,
+  WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, std::shared_ptr<WebProcessContext> context,
                const WebEngineConfiguration& configuration, WebEngineHandlers handlers);
   ~WebKitEngine() override;
 
@@ -52,7 +52,7 @@ class WebKitEngine final : public WebEngine {
   void tell(Function call);
 
   MainQueue& mainQueue_;
-  WebProcessContext& context_;
+  const std::shared_ptr<WebProcessContext> context_;
   WebEngineHandlers handlers_;
   GRef<WebKitUserContentManager> content_;
   GRef<WebKitWebView> view_;
@@ -70,7 +70,7 @@ class WebKitEngineFactory final : public WebEngineFactory {
  public:
   /// `moduleFolder` holds the module for the pages' processes; see `WebProcessContext`.
   WebKitEngineFactory(MainQueue& mainQueue, GRef<WebKitNetworkSession> session, const std::string& moduleFolder)
-      : mainQueue_(mainQueue), session_(std::move(session)), context_(moduleFolder) {}
+      : mainQueue_(mainQueue), session_(std::move(session)), moduleFolder_(moduleFolder) {}
 
   [[nodiscard]] std::unique_ptr<WebEngine> make(const WebEngineConfiguration& configuration,
                                                 WebEngineHandlers handlers) override;
@@ -78,7 +78,9 @@ class WebKitEngineFactory final : public WebEngineFactory {
  private:
   MainQueue& mainQueue_;
   GRef<WebKitNetworkSession> session_;
-  WebProcessContext context_;
+  const std::string moduleFolder_;
+  // Ends with the last page: with it goes the process that WebKit keeps ready for a next one.
+  std::weak_ptr<WebProcessContext> context_;
 };
 
 }  // namespace orivex::gtk
