@@ -1,0 +1,43 @@
+#include "Bench.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+namespace orivex::bench {
+
+double median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+double largest(const std::vector<double>& values) {
+  return *std::max_element(values.begin(), values.end());
+}
+
+long residentKiB() {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    long value = 0;
+    if (word == "VmRSS:" && status >> value) return value;
+  }
+  return 0;
+}
+
+int openDescriptors() {
+  return static_cast<int>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+double milliseconds() {
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void print(const std::string& name, double value, const std::string& unit) {
+  std::printf("%-62s %10.3f %s\n", name.c_str(), value, unit.c_str());
+  std::fflush(stdout);
+}
+
+}  // namespace orivex::bench

@@ -1,0 +1,42 @@
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+#include "Bench.h"
+#include "Host.h"
+
+namespace orivex::bench {
+
+void measureManyScreens(const Host& host, int count) {
+  const gtk::SocketServer server(serve("<script>" + post + "</script>"));
+  std::vector<std::weak_ptr<OVKFApi>> screens;
+  long early = 0;
+  int earlyDescriptors = 0;
+  for (int index = 0; index < count; ++index) {
+    bool ready = false;
+    const auto chat = host.makeChat(server.url(""), [&] { ready = true; });
+    screens.push_back(chat);
+    host.screens->rootViewController()->present(chat, false);
+    gtk::wait([&] { return ready; }, 20);
+    chat->close();
+    gtk::wait([&] { return !chat->isViewInWindow(); }, 5);
+    // Every tenth counts with all earlier screens gone: the watchdog holds each for ten seconds.
+    if (index + 1 == count / 10 || index + 1 == count) {
+      gtk::pass(12);
+      if (index + 1 < count) {
+        early = residentKiB();
+        earlyDescriptors = openDescriptors();
+      }
+    }
+  }
+  int alive = 0;
+  for (const auto& screen : screens) alive += screen.expired() ? 0 : 1;
+  std::printf("%d screens on the real device\n", count);
+  print("  resident memory after the first tenth", static_cast<double>(early), "KiB");
+  print("  resident memory at the end", static_cast<double>(residentKiB()), "KiB");
+  print("  open descriptors after the first tenth", earlyDescriptors, "");
+  print("  open descriptors at the end", openDescriptors(), "");
+  print("  screens left alive", alive, "");
+}
+
+}  // namespace orivex::bench
