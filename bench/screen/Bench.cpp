@@ -1,5 +1,7 @@
 #include "Bench.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -26,6 +28,8 @@ long residentKiB() {
   }
   return 0;
 }
+
+double heapKiB() { return static_cast<double>(mallinfo2().uordblks) / 1024; }
 
 int openDescriptors() {
   return static_cast<int>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));

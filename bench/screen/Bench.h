@@ -11,6 +11,9 @@ double largest(const std::vector<double>& values);
 /// Resident memory of this process in KiB.
 long residentKiB();
 
+/// Memory that this process has taken from the allocator and not given back, in KiB.
+double heapKiB();
+
 /// Entries of this process in /proc/self/fd.
 int openDescriptors();
 

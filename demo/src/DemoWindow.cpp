@@ -15,6 +15,9 @@ namespace {
 constexpr int windowWidth = 360;
 constexpr int windowHeight = 720;
 
+// The style's window_bg_color.
+constexpr Color background{0xF6 / 255.0, 0xF6 / 255.0, 0xFB / 255.0};
+
 const char* shopName() {
   return text("云上小店", "Cloud Corner");
 }
@@ -61,7 +64,6 @@ DemoWindow::DemoWindow(GtkApplication* application, const Settings& settings, bo
   addStyle();
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), frame_.widget());
   buildContent();
-  screens_->setRootViewController(rootFor(settings));
   apply(settings);
 }
 
@@ -92,6 +94,7 @@ void DemoWindow::buildContent() {
   gtk_box_append(GTK_BOX(column), titleBar_);
   gtk_box_append(GTK_BOX(column), GTK_WIDGET(pages_));
   gtk_box_append(GTK_BOX(column), tabs);
+  gtk_widget_add_css_class(column, "shop-pages");
   adw_toast_overlay_set_child(toasts_, column);
   content_.reset(GTK_WIDGET(g_object_ref_sink(toasts_)));
 }
@@ -109,6 +112,8 @@ std::shared_ptr<ViewController> DemoWindow::rootFor(const Settings& settings) co
     constexpr double height = NavigationController::barHeight;
     if (const auto shown = title.lock()) shown->setFrame({0, bounds.height - height, bounds.width, height});
   });
+  navigation->view();  // gives the bar a colour, which is not the shop's
+  bar->setBackgroundColor(background);
   return navigation;
 }
 
@@ -120,7 +125,7 @@ void DemoWindow::apply(const Settings& settings) {
   gtk_widget_set_visible(titleBar_, !settings.push);
   gtk_widget_set_margin_top(GTK_WIDGET(toasts_), static_cast<int>(top));
   gtk_widget_set_margin_bottom(GTK_WIDGET(toasts_), static_cast<int>(settings.bottomInset));
-  if (settings.push != applied_.push || settings.statusBarHeight != applied_.statusBarHeight) {
+  if (!applied_ || settings.push != applied_->push || settings.statusBarHeight != applied_->statusBarHeight) {
     screens_->setRootViewController(rootFor(settings));
   }
   applied_ = settings;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <adwaita.h>
@@ -66,7 +67,7 @@ class DemoWindow {
   ObjectPtr<GtkWidget> content_;
   std::shared_ptr<Window> screens_;
   PhoneFrame frame_;
-  Settings applied_;
+  std::optional<Settings> applied_{};
 };
 
 }  // namespace orivex::demo

@@ -20,7 +20,9 @@ void drawTime(GtkWidget* area, cairo_t* cairo, double middle) {
   const DateTimePtr now(g_date_time_new_now_local());
   const CharPtr time(g_date_time_format(now.get(), "%H:%M"));
   const LayoutPtr layout(gtk_widget_create_pango_layout(area, time.get()));
-  const FontPtr font(pango_font_description_from_string("Sans Bold"));
+  const FontPtr font(
+      pango_font_description_copy(pango_context_get_font_description(pango_layout_get_context(layout.get()))));
+  pango_font_description_set_weight(font.get(), PANGO_WEIGHT_BOLD);
   pango_font_description_set_absolute_size(font.get(), 15 * PANGO_SCALE);
   pango_layout_set_font_description(layout.get(), font.get());
   int height = 0;

@@ -92,7 +92,7 @@ void PositionReporter::addNamed(GtkWidget* widget, Controls& found) const {
   graphene_rect_t bounds;
   const std::string_view name = gtk_widget_get_name(widget);
   // A widget without a name of its own has its type's.
-  if (name != G_OBJECT_TYPE_NAME(widget) && gtk_widget_is_sensitive(widget) &&
+  if (name != G_OBJECT_TYPE_NAME(widget) && gtk_widget_is_sensitive(widget) && gtk_widget_get_width(widget) > 0 &&
       gtk_widget_compute_bounds(widget, GTK_WIDGET(window_), &bounds)) {
     std::ostringstream position;
     position << std::lround(bounds.origin.x) << ' ' << std::lround(bounds.origin.y) << ' '

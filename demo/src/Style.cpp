@@ -14,6 +14,8 @@ constexpr char rules[] = R"(
   window.frameless { padding: 0; margin: 0; border: none; box-shadow: none; }
   .shop-title { background: transparent; box-shadow: none; min-height: 44px; }
   .shop-title > windowhandle > box { min-height: 44px; padding-top: 0; padding-bottom: 0; }
+  .shop-pages { background: @window_bg_color; }
+  viewswitcherbar > actionbar > revealer > box { background: @window_bg_color; border-top-color: alpha(black, 0.07); }
   .shop-column { padding: 4px 16px 16px; }
   .shop-price { font-size: 18px; font-weight: 700; color: @accent_color; }
   .shop-contact { margin: 8px 16px 12px; }

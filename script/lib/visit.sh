@@ -8,6 +8,7 @@
 
 visitStart=$EPOCHREALTIME
 visitPictures=0
+visitDemos=0
 demoPid=""
 demoLog=""
 demoErrors=""
@@ -132,8 +133,10 @@ picture() {
 
 # startDemo <option...>: opens the shop; it brings its own chat server.
 startDemo() {
-  demoLog=$(mktemp "$visitFolder/demo.XXXXXX.log")
-  demoErrors=${demoLog%.log}.errors
+  visitDemos=$((visitDemos + 1))
+  demoLog="$visitFolder/demo-$visitDemos.log"
+  demoErrors="$visitFolder/demo-$visitDemos.errors"
+  : >"$demoLog"
   "$demo" --frameless --report-positions "$@" >"$demoLog" 2>"$demoErrors" &
   demoPid=$!
   mark=0

@@ -71,7 +71,7 @@ TEST(Faults, WaitBeforeTheAnswerAndBeforeAnotherFault) {
     EXPECT_GE(std::chrono::steady_clock::now() - start, 200ms);
   }
   // A client that leaves during the wait does no harm.
-  fetch(server.port(), {.method = "DELETE", .path = "/_dev/faults"});
+  EXPECT_EQ(fetch(server.port(), {.method = "DELETE", .path = "/_dev/faults"}).status, 200);
   server.addFaults({{"target", "page"}, {"kind", "latency"}, {"ms", 5000}, {"times", 1}});
   EXPECT_EQ(fetch(server.port(), page, 20ms).end, End::TimedOut);
   EXPECT_EQ(fetch(server.port(), page).status, 200);

@@ -53,6 +53,7 @@ class VirtualHttpClient final : public HttpClient {
 
   /// What was sent, in order, without the requests that follow a redirect.
   const std::vector<UrlRequest>& requests() const { return requests_; }
+  void forgetRequests() { requests_.clear(); }
 
  private:
   struct Exchange {
