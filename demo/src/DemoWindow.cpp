@@ -112,7 +112,8 @@ std::shared_ptr<ViewController> DemoWindow::rootFor(const Settings& settings) co
     constexpr double height = NavigationController::barHeight;
     if (const auto shown = title.lock()) shown->setFrame({0, bounds.height - height, bounds.width, height});
   });
-  navigation->view();  // gives the bar a colour, which is not the shop's
+  // After the view has loaded, which gives both another colour.
+  navigation->view()->setBackgroundColor(background);
   bar->setBackgroundColor(background);
   return navigation;
 }
