@@ -95,14 +95,14 @@ TYPED_TEST_P(WebEngineContract, ReloadLoadsTheSameAddressAgainAsTheSameAgent) {
   EXPECT_EQ(this->fixture_.userAgents("/chat"), std::vector<std::string>(2, "ChatKit/1.2.3.4(x86_64)"));
 }
 
-// The bodies as a page writes them and as they must arrive.
+// The bodies as a page writes them and as they must arrive. The order of an object's keys is not promised.
 struct PostedBody {
   const char* script;
   const char* json;
 };
 constexpr PostedBody postedBodies[] = {
-    {"{count: 3, nested: {list: [1, 'two', null], yes: true}}",
-     R"({"count":3,"nested":{"list":[1,"two",null],"yes":true}})"},
+    {"{nested: {list: [1, 'two', null]}}", R"({"nested":{"list":[1,"two",null]}})"},
+    {"{yes: true}", R"({"yes":true})"},
     {R"('say "hi"\\\n')", R"("say \"hi\"\\\n")"},
     {"'你好 é'", R"("你好 é")"},
     {R"('\u{1F600}')", R"("😀")"},
