@@ -1,6 +1,7 @@
 #include "GlibMainQueue.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -12,6 +13,9 @@ constexpr double microsecondsPerSecond = 1e6;
 
 // A visitor's few pictures and clips at a time; more threads would only make them compete for the disk.
 constexpr std::size_t mostWorkers = 4;
+
+// Long enough to serve the next of a visitor's steps, short enough to leave no thread behind in an idle host.
+constexpr std::chrono::seconds longestWorkerIdleness{5};
 
 // Shorter intervals would leave the main thread no time for anything else.
 constexpr double shortestInterval = 0.001;
@@ -39,7 +43,7 @@ class GlibMainQueue::RepeatingTimer final : public Timer {
   std::shared_ptr<Ticking> ticking_;
 };
 
-GlibMainQueue::GlibMainQueue() : workers_(mostWorkers) {
+GlibMainQueue::GlibMainQueue() : workers_(mostWorkers, longestWorkerIdleness) {
   static GSourceFuncs functions{nullptr, nullptr, dispatch, nullptr, nullptr, nullptr};
   source_.reset(g_source_new(&functions, sizeof(GSource)));
   g_source_set_static_name(source_.get(), "orivex main queue");

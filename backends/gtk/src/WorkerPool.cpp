@@ -1,16 +1,9 @@
 #include "WorkerPool.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace orivex::gtk {
-namespace {
-
-// Long enough to serve the next of a visitor's steps, short enough to leave no thread behind in an idle host.
-constexpr std::chrono::seconds longestIdleness{5};
-
-}  // namespace
 
 WorkerPool::~WorkerPool() {
   std::deque<Task> dropped;
@@ -40,7 +33,7 @@ void WorkerPool::work() {
   std::unique_lock lock(mutex_);
   while (true) {
     ++idle_;
-    const bool woken = changed_.wait_for(lock, longestIdleness, [this] { return closed_ || !tasks_.empty(); });
+    const bool woken = changed_.wait_for(lock, longestIdleness_, [this] { return closed_ || !tasks_.empty(); });
     --idle_;
     if (closed_ || !woken) break;
     auto task = std::move(tasks_.front());

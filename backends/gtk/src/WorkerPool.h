@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -15,7 +16,9 @@ namespace orivex::gtk {
 /// after it has been idle for a while. Destroying the pool drops what has not begun and waits for what has.
 class WorkerPool {
  public:
-  explicit WorkerPool(std::size_t maximumThreads) : maximumThreads_(maximumThreads) {}
+  /// `longestIdleness`: how long a thread without work waits for more before it ends.
+  WorkerPool(std::size_t maximumThreads, std::chrono::milliseconds longestIdleness)
+      : maximumThreads_(maximumThreads), longestIdleness_(longestIdleness) {}
   WorkerPool(const WorkerPool&) = delete;
   WorkerPool& operator=(const WorkerPool&) = delete;
   ~WorkerPool();
@@ -28,6 +31,7 @@ class WorkerPool {
   void joinEnded();
 
   const std::size_t maximumThreads_;
+  const std::chrono::milliseconds longestIdleness_;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Task> tasks_;

@@ -10,6 +10,7 @@
 
 #include "../GtkFixture.h"
 #include "GlibMainQueue.h"
+#include "WorkerPool.h"
 
 namespace orivex::gtk {
 namespace {
@@ -130,6 +131,16 @@ TEST(GlibMainQueueTest, BlockingWorkIsSharedByFewThreadsThatEndWithTheQueue) {
   EXPECT_GE(mostRunning, 2) << "work that blocks must not wait for other work that blocks";
   EXPECT_LE(mostRunning, 8);
   EXPECT_TRUE(wait([&] { return threads() <= threadsBefore; }, patience));
+}
+
+TEST(WorkerPoolTest, IdleThreadsEndAndNewWorkStartsAnother) {
+  const auto threadsBefore = threads();
+  WorkerPool pool(2, std::chrono::milliseconds(10));
+  std::atomic<int> done = 0;
+  for (int round = 1; round <= 3; ++round) {
+    pool.run([&] { ++done; });
+    EXPECT_TRUE(wait([&] { return done == round && threads() <= threadsBefore; }, patience)) << "round " << round;
+  }
 }
 
 TEST(GlibMainQueueTest, DestroyingItDropsWhatWaitsAndWaitsForWhatRuns) {
