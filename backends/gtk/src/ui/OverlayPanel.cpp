@@ -7,8 +7,15 @@
 namespace orivex::gtk {
 namespace {
 
-constexpr int indicatorSize = 44;  // points
-constexpr int textWidth = 22;      // characters before the text wraps
+// Points.
+constexpr int indicatorSize = 44;
+constexpr double lineWidth = 4;
+constexpr double radius = (indicatorSize - lineWidth) / 2;
+
+// What is still to come of the ring is dotted, so that it can be told by shape as well as by colour.
+constexpr double trackDashes[] = {0.1, 7.75};
+
+constexpr int textWidth = 22;  // characters before the text wraps
 
 // Colours of the dark and the light panel; the text keeps a contrast of more than 7 to 1 on both.
 constexpr const char* style = R"css(
@@ -70,40 +77,55 @@ OverlayPanel::~OverlayPanel() {
 void OverlayPanel::buildIndicator() {
   spinner_ = gtk_spinner_new();
   gtk_widget_set_size_request(spinner_, indicatorSize, indicatorSize);
-  ring_ = gtk_drawing_area_new();
-  gtk_widget_set_size_request(ring_, indicatorSize, indicatorSize);
-  gtk_drawing_area_set_draw_func(
-      GTK_DRAWING_AREA(ring_),
-      [](GtkDrawingArea*, cairo_t* context, int width, int height, gpointer panel) {
-        static_cast<const OverlayPanel*>(panel)->drawRing(context, width, height);
-      },
-      this, nullptr);
-  GtkWidget* const info = gtk_image_new_from_icon_name("dialog-information-symbolic");
-  gtk_image_set_pixel_size(GTK_IMAGE(info), indicatorSize);
-
+  ring_ = drawingNew<&OverlayPanel::drawRing>();
   indicator_ = gtk_stack_new();
   gtk_widget_set_halign(indicator_, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(indicator_, GTK_ALIGN_CENTER);
   gtk_widget_set_vexpand(indicator_, TRUE);
   gtk_stack_add_named(GTK_STACK(indicator_), spinner_, "spinner");
   gtk_stack_add_named(GTK_STACK(indicator_), ring_, "ring");
-  gtk_stack_add_named(GTK_STACK(indicator_), info, "info");
+  gtk_stack_add_named(GTK_STACK(indicator_), drawingNew<&OverlayPanel::drawInformationMark>(), "info");
 }
 
-void OverlayPanel::drawRing(cairo_t* context, int width, int height) const {
-  constexpr double lineWidth = 4;
-  const double radius = (std::min(width, height) - lineWidth) / 2;
-  const double top = -std::numbers::pi / 2;
-  GdkRGBA color;
-  gtk_style_context_get_color(gtk_widget_get_style_context(ring_), &color);
-  cairo_set_line_width(context, lineWidth);
-  cairo_set_source_rgba(context, color.red, color.green, color.blue, 0.25);
-  cairo_arc(context, width / 2.0, height / 2.0, radius, 0, 2 * std::numbers::pi);
+template <auto draw>
+GtkWidget* OverlayPanel::drawingNew() {
+  GtkWidget* const drawing = gtk_drawing_area_new();
+  gtk_widget_set_size_request(drawing, indicatorSize, indicatorSize);
+  gtk_drawing_area_set_draw_func(
+      GTK_DRAWING_AREA(drawing),
+      [](GtkDrawingArea* area, cairo_t* context, int width, int height, gpointer panel) {
+        GdkRGBA color;
+        gtk_style_context_get_color(gtk_widget_get_style_context(GTK_WIDGET(area)), &color);
+        gdk_cairo_set_source_rgba(context, &color);
+        cairo_translate(context, width / 2.0, height / 2.0);
+        cairo_set_line_width(context, lineWidth);
+        cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
+        (static_cast<const OverlayPanel*>(panel)->*draw)(context);
+      },
+      this, nullptr);
+  return drawing;
+}
+
+// Both draw around the origin, in the text's colour.
+void OverlayPanel::drawRing(cairo_t* context) const {
+  constexpr double fullTurn = 2 * std::numbers::pi;
+  constexpr double top = -std::numbers::pi / 2;
+  cairo_arc(context, 0, 0, radius, top, top + fullTurn);
+  cairo_set_dash(context, trackDashes, 2, 0);
   cairo_stroke(context);
-  cairo_set_source_rgba(context, color.red, color.green, color.blue, 1);
-  cairo_arc(context, width / 2.0, height / 2.0, radius, top,
-            top + 2 * std::numbers::pi * static_cast<double>(fraction_));
+  cairo_set_dash(context, nullptr, 0, 0);
+  cairo_arc(context, 0, 0, radius, top, top + fullTurn * static_cast<double>(fraction_));
   cairo_stroke(context);
+}
+
+void OverlayPanel::drawInformationMark(cairo_t* context) const {
+  cairo_arc(context, 0, 0, radius, 0, 2 * std::numbers::pi);
+  cairo_stroke(context);
+  cairo_move_to(context, 0, -radius * 0.05);
+  cairo_line_to(context, 0, radius * 0.48);
+  cairo_stroke(context);
+  cairo_arc(context, 0, -radius * 0.42, lineWidth * 0.7, 0, 2 * std::numbers::pi);
+  cairo_fill(context);
 }
 
 void OverlayPanel::show(const char* page, const std::string& status) {

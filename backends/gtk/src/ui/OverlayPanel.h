@@ -31,7 +31,10 @@ class OverlayPanel {
  private:
   void show(const char* page, const std::string& status);
   void buildIndicator();
-  void drawRing(cairo_t* context, int width, int height) const;
+  template <auto draw>
+  GtkWidget* drawingNew();
+  void drawRing(cairo_t* context) const;
+  void drawInformationMark(cairo_t* context) const;
   void parentDestroyed(GtkWidget* parent);
 
   GtkOverlay* parent_;
