@@ -32,7 +32,8 @@ DemoServer::DemoServer(Handlers handlers) : handlers_(std::move(handlers)), canc
       told->failed(told->reason);
       return G_SOURCE_REMOVE;
     };
-    g_idle_add_full(G_PRIORITY_DEFAULT, tell, late.release(), [](gpointer data) { delete static_cast<Late*>(data); });
+    g_idle_add_full(G_PRIORITY_DEFAULT, tell, late.release(),
+                    [](gpointer data) { std::unique_ptr<Late>(static_cast<Late*>(data)); });
     return;
   }
   output_.reset(g_data_input_stream_new(g_subprocess_get_stdout_pipe(process_.get())));
@@ -41,6 +42,8 @@ DemoServer::DemoServer(Handlers handlers) : handlers_(std::move(handlers)), canc
 
 DemoServer::~DemoServer() {
   g_cancellable_cancel(cancellable_.get());
+  // GLib keeps the process's object, and with it the pipe, until the process ends.
+  if (process_) g_output_stream_close(g_subprocess_get_stdin_pipe(process_.get()), nullptr, nullptr);
 }
 
 void DemoServer::readLine() {

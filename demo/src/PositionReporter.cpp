@@ -62,7 +62,7 @@ bool PositionReporter::take(const ConversationEvent& event) {
   if (event.name != answerName) return false;
   if (const auto chat = chat_()) {
     // Screens fill the window's content, which the frame of the window may surround.
-    graphene_rect_t content = GRAPHENE_RECT_INIT(0, 0, 0, 0);
+    graphene_rect_t content{};
     const auto window = GTK_WIDGET(window_);
     if (!gtk_widget_compute_bounds(adw_application_window_get_content(window_), window, &content)) return true;
     const auto& frame = chat->webView()->frame();
