@@ -43,6 +43,11 @@ std::string moved(const std::string& position, double left, double top) {
   return std::to_string(x + std::lround(left)) + ' ' + std::to_string(y + std::lround(top)) + rest;
 }
 
+// The page can be clicked from when the placeholder, which lies above it, has faded out, to when the chat is closed.
+bool canBeClicked(OVKFApi& chat) {
+  return chat.isViewInWindow() && chat.isLoaded() && !chat.loadView()->superview();
+}
+
 }  // namespace
 
 PositionReporter::PositionReporter(AdwApplicationWindow* window, std::function<std::shared_ptr<OVKFApi>()> chat)
@@ -79,8 +84,7 @@ void PositionReporter::look() {
   addNamed(GTK_WIDGET(window_), found);
   report(shop_, std::move(found));
   const auto chat = chat_();
-  // Before it is revealed nobody can click the page, and after it is closed neither.
-  if (chat && chat->isViewInWindow() && chat->isLoaded()) {
+  if (chat && canBeClicked(*chat)) {
     chat->webView()->evaluate(question);
   } else {
     report(page_, {});
