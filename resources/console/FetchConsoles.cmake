@@ -24,6 +24,10 @@ if(result EQUAL 0)
     cmake_path(GET console FILENAME name)
     file(COPY_FILE ${work_dir}/${console} ${BUNDLE_DIR}/${name})
   endforeach()
+  # eruda puts styles into the page's head while it loads, and it is loaded before the page has one.
+  file(READ ${BUNDLE_DIR}/eruda.js eruda)
+  file(WRITE ${BUNDLE_DIR}/eruda.js
+    "if (!document.head) document.documentElement.appendChild(document.createElement('head'));\n${eruda}")
 else()
   string(REGEX MATCH "[^\n]+" reason "${output}")
   message("The resource bundle lacks the in-page consoles: npm ci failed (${result}: ${reason})")
