@@ -116,5 +116,16 @@ TEST_F(PageLoadTest, ClosesNothingElseWhenTheVisitorWasFaster) {
   EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 令牌无效或者已过期", "2.0 hides 令牌无效或者已过期"}));
 }
 
+TEST_F(PageLoadTest, ClosesNothingElseWhenAnotherScreenCoversIt) {
+  serve(VirtualReply::respond(404));
+  const auto covered = push();
+  device_.advance(1);
+  const auto another = std::make_shared<ViewController>();
+  hostStack_->pushViewController(another, true);
+  device_.advance(5);
+  EXPECT_EQ(hostStack_->topViewController(), another);
+  EXPECT_EQ(covered->navigationController(), hostStack_.get());
+}
+
 }  // namespace
 }  // namespace orivex::testing
