@@ -99,11 +99,10 @@ void DemoWindow::buildContent() {
   content_.reset(GTK_WIDGET(g_object_ref_sink(toasts_)));
 }
 
-std::shared_ptr<ViewController> DemoWindow::rootFor(const Settings& settings) const {
+std::shared_ptr<ViewController> DemoWindow::rootFor(bool pushes) const {
   const auto shop = gtk::screenFor(content_.get());
-  if (!settings.push) return shop;
+  if (!pushes) return shop;
   const auto navigation = std::make_shared<NavigationController>(shop);
-  navigation->setNavigationBarTranslucent(false);
   const auto title = gtk::viewFor(titleBarNew(isFrameless_));
   const auto& bar = navigation->navigationBar();
   bar->addSubview(title);
@@ -126,10 +125,11 @@ void DemoWindow::apply(const Settings& settings) {
   gtk_widget_set_visible(titleBar_, !settings.push);
   gtk_widget_set_margin_top(GTK_WIDGET(toasts_), static_cast<int>(top));
   gtk_widget_set_margin_bottom(GTK_WIDGET(toasts_), static_cast<int>(settings.bottomInset));
-  if (!applied_ || settings.push != applied_->push || settings.statusBarHeight != applied_->statusBarHeight) {
-    screens_->setRootViewController(rootFor(settings));
-  }
-  applied_ = settings;
+  if (pushes_ != settings.push) screens_->setRootViewController(rootFor(settings.push));
+  pushes_ = settings.push;
+  // In its window by now, the bar finds its place below the status bar; and it finds a new one when that changes.
+  const auto navigation = std::dynamic_pointer_cast<NavigationController>(screens_->rootViewController());
+  if (navigation) navigation->setNavigationBarTranslucent(false);
 }
 
 void DemoWindow::show(const ConversationEvent& event) {

@@ -52,7 +52,7 @@ class DemoWindow {
  private:
   void buildContent();
   void pageChanged(GObject* stack, GParamSpec* property);
-  std::shared_ptr<ViewController> rootFor(const Settings& settings) const;
+  std::shared_ptr<ViewController> rootFor(bool pushes) const;
 
   const bool isFrameless_;
   GtkWindow* window_;
@@ -67,7 +67,7 @@ class DemoWindow {
   ObjectPtr<GtkWidget> content_;
   std::shared_ptr<Window> screens_;
   PhoneFrame frame_;
-  std::optional<Settings> applied_{};
+  std::optional<bool> pushes_{};
 };
 
 }  // namespace orivex::demo
