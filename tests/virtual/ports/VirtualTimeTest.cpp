@@ -66,6 +66,9 @@ TEST_F(VirtualTime, ATimerWaitsInTheQueueUntilItsHandleGoes) {
   timer = queue().repeat(0, [&] { ++ticks; });
   queue().advance(0.01);
   EXPECT_EQ(ticks, 13) << "an interval of none is a millisecond";
+  timer = queue().repeat(1.0, [&] { timer.reset(); });
+  queue().advance(1);
+  EXPECT_EQ(queue().pendingCount(), 0U) << "a timer that stopped itself waits for nothing";
 }
 
 TEST_F(VirtualTime, AdvanceUntilStopsAtTheTaskThatMakesItTrue) {

@@ -21,6 +21,13 @@ namespace orivex::testing {
 ///
 /// Nothing happens by itself: a test acts, then lets time pass with `advance` or `runUntilIdle`, then looks. Calls off
 /// the main thread to what belongs to it stop the process, work on the global queue included.
+///
+///     orivex::testing::VirtualDevice device;
+///     device.webEngines().setLoader([](auto& engine) { engine.completeLoad(); });
+///     device.application().window()->setRootViewController(screen);
+///     device.advance(5);
+///     device.webEngines().engines().front()->post("goBack", "{}");
+///     device.runUntilIdle();
 class VirtualDevice {
  public:
   VirtualDevice();
