@@ -20,9 +20,9 @@ void measureManyScreens(const Host& host, int count) {
     gtk::wait([&] { return ready; }, 20);
     chat->close();
     gtk::wait([&] { return !chat->isViewInWindow(); }, 5);
-    // Every tenth counts with all earlier screens gone: the watchdog holds each for ten seconds.
+    // Both counts are taken with all screens gone: the reveal holds each for four seconds.
     if (index + 1 == count / 10 || index + 1 == count) {
-      gtk::pass(12);
+      gtk::pass(8);
       if (index + 1 < count) {
         early = residentKiB();
         earlyDescriptors = openDescriptors();

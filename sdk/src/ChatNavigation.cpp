@@ -16,8 +16,10 @@ constexpr double messageSeconds = 2.0;
 
 void ChatNavigation::didStartProvisionalNavigation() {
   log::debugPrint("Start Loading");
-  Platform::current().mainQueue.asyncAfter(watchdogSeconds, [screen = screen_.hold()] {
-    if (!screen->isLoaded()) OVKFApiHelper::showMessage("服务请求超时", messageSeconds);
+  // Held weakly: a visitor who has left is not told of a page that nobody waits for.
+  Platform::current().mainQueue.asyncAfter(watchdogSeconds, [weak = std::weak_ptr(screen_.hold())] {
+    const auto screen = weak.lock();
+    if (screen && !screen->isLoaded()) OVKFApiHelper::showMessage("服务请求超时", messageSeconds);
   });
 }
 

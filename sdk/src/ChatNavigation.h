@@ -12,7 +12,7 @@ class OVKFApi;
 /// Follows the navigations of the chat page: the watchdog, the failure messages, the log. The page may go anywhere.
 class ChatNavigation : public NavigationDelegate {
  public:
-  /// What the navigation asks and tells the screen. `screen` is held by what is still to happen.
+  /// What the navigation asks and tells the screen.
   struct Screen {
     std::function<std::shared_ptr<OVKFApi>()> hold;
     std::function<void()> pageFinished;

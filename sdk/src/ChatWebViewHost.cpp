@@ -135,6 +135,8 @@ void ChatWebViewHost::reveal() {
   isLoaded_ = true;
   webView()->setAlpha(1);
   const auto placeholder = loadView();
+  // What the visitor does from now on is meant for the page that shines through.
+  placeholder->setUserInteractionEnabled(false);
   Platform::current().animator.animate(
       fadeSeconds, [placeholder](double progress) { placeholder->setAlpha(1 - progress); },
       [placeholder] { placeholder->removeFromSuperview(); });

@@ -31,8 +31,10 @@ GKeyFilePtr KeyFileUserDefaults::load() const {
   GError* raised = nullptr;
   g_key_file_load_from_file(file.get(), path_.c_str(), G_KEY_FILE_NONE, &raised);
   const GErrorPtr error(raised);
-  std::string failure = error ? error->message : "";
-  if (error && failure != lastFailure_) log::print("No user defaults from " + path_ + ": " + failure);
+  // No file is what most visitors have.
+  const bool missing = g_error_matches(error.get(), G_FILE_ERROR, G_FILE_ERROR_NOENT);
+  std::string failure = error && !missing ? error->message : "";
+  if (!failure.empty() && failure != lastFailure_) log::print("No user defaults from " + path_ + ": " + failure);
   lastFailure_ = std::move(failure);
   // What a broken file holds before the fault must not count.
   return error ? GKeyFilePtr(g_key_file_new()) : std::move(file);

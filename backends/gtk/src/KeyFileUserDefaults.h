@@ -14,8 +14,8 @@ namespace orivex::gtk {
 ///     enable_eruda=true
 ///     AppleMeasurementUnits=Inches
 ///
-/// The file is read at every question, so that a change is seen at once. One that is missing, unreadable or broken
-/// counts as empty and is told with one log line until it changes.
+/// The file is read at every question, so that a change is seen at once. A missing one is empty; one that is
+/// unreadable or broken counts as empty and is told with one log line until it changes.
 class KeyFileUserDefaults final : public UserDefaults {
  public:
   explicit KeyFileUserDefaults(std::string path) : path_(std::move(path)) {}

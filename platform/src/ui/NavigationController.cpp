@@ -68,6 +68,7 @@ void NavigationController::setNavigationBarTranslucent(bool translucent) {
 
 void NavigationController::beginAppearance(bool appearing, bool animated) {
   ViewController::beginAppearance(appearing, animated);
+  if (appearing) layout();  // the window may have another status bar than the one it was laid out for
   topViewController()->beginAppearance(appearing, animated);
 }
 

@@ -35,6 +35,10 @@ void View::setCenter(Point center) {
 void View::setAlpha(double alpha) {
   set(alpha_, alpha, ViewChange::alpha);
 }
+void View::setUserInteractionEnabled(bool enabled) {
+  set(interactive_, enabled, ViewChange::interaction);
+}
+
 void View::setHidden(bool hidden) {
   set(hidden_, hidden, ViewChange::hidden);
 }

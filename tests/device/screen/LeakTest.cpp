@@ -56,7 +56,7 @@ TEST_F(Leak, NoPageProcessOutlivesItsScreen) {
     chat->close();
     ASSERT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
   }
-  // The watchdog holds the last screen for ten seconds.
+  // A finished load holds its screen until the reveal, four seconds later.
   EXPECT_TRUE(
       wait([&] { return std::all_of(screens.begin(), screens.end(), [](auto& it) { return it.expired(); }); }, 15));
   EXPECT_TRUE(wait([&] { return pageProcesses() == 0; }, 15)) << pageProcesses() << " left";

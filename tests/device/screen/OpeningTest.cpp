@@ -78,7 +78,7 @@ TEST_F(Opening, GoBackClosesTheScreenAndEndsIt) {
   EXPECT_EQ(window()->rootViewController()->presentedViewController(), nullptr);
   const std::weak_ptr<OVKFApi> gone = chat;
   chat.reset();
-  // The watchdog and the reveal hold it until they have run.
+  // The reveal after the finished load holds it until it has run.
   EXPECT_TRUE(wait([&] { return gone.expired(); }, 12));
 }
 

@@ -62,6 +62,17 @@ TEST_F(NavigationTest, TellsASlowOrFailedLoad) {
   }
 }
 
+TEST_F(NavigationTest, DoesNotTellAVisitorWhoHasLeftOfAPageThatNobodyWaitsFor) {
+  std::weak_ptr<OVKFApi> screen = present();
+  pageOf(*screen.lock()).startProvisional();
+  device_.runUntilIdle();
+  hostStack_->dismiss(false);
+  device_.runUntilIdle();
+  EXPECT_TRUE(screen.expired()) << "nothing but the watchdog is still to come";
+  device_.advance(20);
+  EXPECT_EQ(overlayStory(device_), Lines{});
+}
+
 TEST_F(NavigationTest, LogsEachStepOfALoad) {
   const auto screen = present();
   device_.runUntilIdle();

@@ -43,6 +43,7 @@ TEST_F(RevealTest, ShowsThePageOnceAndFadesThePlaceholder) {
     EXPECT_TRUE(screen->isLoaded());
     EXPECT_EQ(screen->webView()->alpha(), 1);
     EXPECT_EQ(placeholder->alpha(), 1);
+    EXPECT_FALSE(placeholder->isUserInteractionEnabled()) << "a click during the fade is meant for the page";
     double before = 1;
     for (int hundredth = 0; hundredth < 39; ++hundredth) {
       device_.advance(0.01);

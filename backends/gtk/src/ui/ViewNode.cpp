@@ -67,6 +67,7 @@ void ViewNode::viewChanged(ViewChange change) {
       queuePlacement();
       break;
     case ViewChange::alpha:
+    case ViewChange::interaction:
     case ViewChange::hidden:
       applyVisibility();
       break;
@@ -93,17 +94,17 @@ std::shared_ptr<View> ViewNode::snapshot() {
   return std::make_shared<PaintableView>(GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get())));
 }
 
-bool ViewNode::isVisible() const {
-  return !view_->isHidden() && view_->alpha() > leastVisibleAlpha;
+bool ViewNode::takesInput() const {
+  return view_->isUserInteractionEnabled() && !view_->isHidden() && view_->alpha() > leastVisibleAlpha;
 }
 
 void ViewNode::applyVisibility() {
-  const bool takesInput = isVisible();
-  const bool appears = takesInput && !gtk_widget_get_can_target(canvas_.get());
+  const bool active = takesInput();
+  const bool appears = active && !gtk_widget_get_can_target(canvas_.get());
   gtk_widget_set_visible(canvas_.get(), !view_->isHidden());
   gtk_widget_set_opacity(canvas_.get(), view_->alpha());
-  gtk_widget_set_can_target(canvas_.get(), takesInput);
-  gtk_widget_set_can_focus(canvas_.get(), takesInput);
+  gtk_widget_set_can_target(canvas_.get(), active);
+  gtk_widget_set_can_focus(canvas_.get(), active);
   // A page that has just been revealed is what the visitor wants to type into.
   if (appears && content_) gtk_widget_grab_focus(content_.get());
 }

@@ -40,7 +40,7 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   void syncGestures();
   void place() const;
   void queuePlacement() const;
-  bool isVisible() const;
+  bool takesInput() const;
   bool isAllocating() const;
 
   View* view_;

@@ -18,13 +18,14 @@ enum class ViewChange {
   frame,
   alpha,
   hidden,
+  interaction,
   transform,
   background,
   cornerRadius,
   clipping,
   subviews,
   gestures,
-  content
+  content,
 };
 
 /// A backend's picture of one view. The view does not own it; whichever of the two ends first cuts the tie.
@@ -64,6 +65,10 @@ class View : public std::enable_shared_from_this<View> {
   /// From 0 to 1. A view with alpha 0 neither shows nor takes input.
   double alpha() const { return alpha_; }
   void setAlpha(double alpha);
+
+  /// Whether the view and those below it take input while they show.
+  bool isUserInteractionEnabled() const { return interactive_; }
+  void setUserInteractionEnabled(bool enabled);
 
   bool isHidden() const { return hidden_; }
   void setHidden(bool hidden);
@@ -125,6 +130,7 @@ class View : public std::enable_shared_from_this<View> {
   Rect frame_;
   double alpha_ = 1;
   bool hidden_ = false;
+  bool interactive_ = true;
   Translation transform_;
   std::optional<Color> background_;
   double cornerRadius_ = 0;
