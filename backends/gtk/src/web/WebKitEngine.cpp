@@ -14,6 +14,10 @@ namespace {
 // The document itself stays still; what scrolls is inside it, as its author wants it.
 constexpr const char* stillDocument = ":root { overflow: hidden !important; overscroll-behavior: none !important; }";
 
+// Seconds by which a local page gives way to one that comes over the network and starts at the same moment: two
+// processes that start together slow each other down, and a placeholder for less than this would only flash.
+constexpr double localPageDelay = 0.25;
+
 struct FreeUserScript {
   void operator()(WebKitUserScript* script) const { webkit_user_script_unref(script); }
 };
@@ -165,8 +169,9 @@ void WebKitEngine::load(const UrlRequest& request) {
 
 void WebKitEngine::loadFile(const std::string& path, const std::string& /*readAccessPath*/) {
   // A local page of WebKitGTK reads no other local file unless a setting that stays off allows it.
-  const CallMark mark(inCall_);
-  webkit_web_view_load_uri(view_.get(), Url::fromFilePath(path).absoluteString().c_str());
+  mainQueue_.asyncAfter(localPageDelay, alive_.guard([this, address = Url::fromFilePath(path)] {
+    webkit_web_view_load_uri(view_.get(), address.absoluteString().c_str());
+  }));
 }
 
 void WebKitEngine::reload() {
@@ -176,9 +181,11 @@ void WebKitEngine::reload() {
 
 void WebKitEngine::evaluate(const std::string& script, EvaluationCompletion completion) {
   const CallMark mark(inCall_);
-  auto pending = std::make_unique<EvaluationCompletion>(std::move(completion));
+  // Without a callback WebKit does not bring the result over.
+  const GAsyncReadyCallback callback = completion ? evaluated : nullptr;
+  auto pending = completion ? std::make_unique<EvaluationCompletion>(std::move(completion)) : nullptr;
   webkit_web_view_evaluate_javascript(view_.get(), script.data(), static_cast<gssize>(script.size()), nullptr, nullptr,
-                                      cancellable_.get(), evaluated, pending.release());
+                                      cancellable_.get(), callback, pending.release());
 }
 
 void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
