@@ -1,12 +1,12 @@
 #include "Bench.h"
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+
+#include <malloc.h>
 
 namespace orivex::bench {
 
@@ -29,7 +29,9 @@ long residentKiB() {
   return 0;
 }
 
-double heapKiB() { return static_cast<double>(mallinfo2().uordblks) / 1024; }
+double heapKiB() {
+  return static_cast<double>(mallinfo2().uordblks) / 1024;
+}
 
 int openDescriptors() {
   return static_cast<int>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));

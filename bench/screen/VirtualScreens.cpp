@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "Bench.h"
-#include "orivex/platform/base/Log.h"
 
+#include "orivex/platform/base/Log.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/sdk/OrivexSDK.h"
 #include "orivex/testing/VirtualDevice.h"
