@@ -17,7 +17,7 @@ int points(double length) {
 }
 
 graphene_rect_t boundsOf(const View& view) {
-  return GRAPHENE_RECT_INIT(0, 0, static_cast<float>(view.frame().width), static_cast<float>(view.frame().height));
+  return {{0, 0}, {static_cast<float>(view.frame().width), static_cast<float>(view.frame().height)}};
 }
 
 GskRoundedRect outlineOf(const View& view) {
@@ -171,8 +171,7 @@ void ViewNode::place() const {
   if (!view_) return;
   const Rect& frame = view_->frame();
   const Translation& shift = view_->transform();
-  const graphene_point_t origin =
-      GRAPHENE_POINT_INIT(static_cast<float>(frame.x + shift.x), static_cast<float>(frame.y + shift.y));
+  const graphene_point_t origin{static_cast<float>(frame.x + shift.x), static_cast<float>(frame.y + shift.y)};
   GskTransform* const transform = gsk_transform_translate(nullptr, &origin);
   gtk_widget_allocate(canvas_.get(), points(frame.width), points(frame.height), -1, transform);
 }
