@@ -15,4 +15,11 @@ void CurlHttpClient::send(const UrlRequest& request, Once<void(HttpResult)> comp
   worker_.add(std::make_unique<CurlTransfer>(request, std::move(finished)));
 }
 
+void CurlHttpClient::upload(UploadRequest /*request*/, std::function<void(double)> /*progress*/,
+                            Once<void(UploadReply)> completion) {
+  mainQueue_.async([completion = std::move(completion)]() mutable {
+    std::move(completion)({std::nullopt, TransportError{TransportError::other, "Uploads are not built yet"}});
+  });
+}
+
 }  // namespace orivex::gtk

@@ -17,6 +17,8 @@ class CurlHttpClient final : public HttpClient {
   explicit CurlHttpClient(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
 
   void send(const UrlRequest& request, Once<void(HttpResult)> completion) override;
+  void upload(UploadRequest request, std::function<void(double fraction)> progress,
+              Once<void(UploadReply)> completion) override;
 
  private:
   MainQueue& mainQueue_;

@@ -29,8 +29,27 @@ GtkDevice::GtkDevice()
       websiteDataStore_(session_.get()),
       mainBundle_(applicationId()),
       userDefaults_(KeyFileUserDefaults::defaultPath()),
-      platform_{mainQueue_,  application_, webEngines_,      websiteDataStore_, animator_, progressOverlay_,
-                httpClient_, mainBundle_,  componentBundle_, userDefaults_,     device_} {}
+      platform_{.mainQueue = mainQueue_,
+                .application = application_,
+                .webEngines = webEngines_,
+                .websiteDataStore = websiteDataStore_,
+                .animator = animator_,
+                .progressOverlay = progressOverlay_,
+                .httpClient = httpClient_,
+                .mainBundle = mainBundle_,
+                .componentBundle = componentBundle_,
+                .userDefaults = userDefaults_,
+                .device = device_,
+                .fileManager = fileManager_,
+                .typeRegistry = typeRegistry_,
+                .imageCodec = imageCodec_,
+                .mediaProbe = mediaProbe_,
+                .documentPicker = documentPicker_,
+                .documentInteraction = documentInteraction_,
+                .photoLibrary = photoLibrary_,
+                .camera = camera_,
+                .audioSession = audioSession_,
+                .recordPermission = recordPermission_} {}
 
 void install() {
   if (installedDevice) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AbsentPorts.h"
 #include "CurlHttpClient.h"
 #include "DesktopEntryBundle.h"
 #include "FolderBundle.h"
@@ -38,6 +39,16 @@ class GtkDevice {
   DesktopEntryBundle mainBundle_;
   KeyFileUserDefaults userDefaults_;
   MachineDevice device_;
+  AbsentFileManager fileManager_;
+  AbsentTypeRegistry typeRegistry_;
+  AbsentImageCodec imageCodec_;
+  AbsentMediaProbe mediaProbe_;
+  AbsentDocumentPicker documentPicker_;
+  AbsentDocumentInteraction documentInteraction_;
+  AbsentPhotoLibrary photoLibrary_;
+  AbsentCamera camera_;
+  AbsentAudioSession audioSession_;
+  AbsentRecordPermission recordPermission_;
   const Platform platform_;
 };
 

@@ -14,6 +14,12 @@ constexpr int mostRedirects = 20;
 
 constexpr std::size_t longestBody = 1024 * 1024;
 
+VirtualUploadReply storedFile(const UploadRequest& request) {
+  const std::string type = request.file ? request.file->mimeType : "";
+  return VirtualUploadReply::respond(200, R"({"url":"https://files.test/1","inputContentType":")" + type +
+                                              R"(","actualContentType":")" + type + "\"}");
+}
+
 }  // namespace
 
 void VirtualHttpClient::send(const UrlRequest& request, Once<void(HttpResult)> completion) {
@@ -22,6 +28,30 @@ void VirtualHttpClient::send(const UrlRequest& request, Once<void(HttpResult)> c
   auto exchange = std::make_unique<Exchange>(
       Exchange{request, queue_.now() + request.timeout, 0, HttpResult(), std::move(completion)});
   queue_.async(alive_.guard([this, exchange = std::move(exchange)]() mutable { ask(std::move(exchange)); }));
+}
+
+void VirtualHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
+                               Once<void(UploadReply)> completion) {
+  requireMainThread(queue_, "HttpClient::upload");
+  auto served = uploadServer_ ? uploadServer_(request) : storedFile(request);
+  if (served.isSilent) {
+    served.delay += request.idleTimeout;
+    served.reply = {std::nullopt, TransportError{TransportError::timedOut, "The request timed out"}};
+  }
+  uploads_.push_back(std::move(request));
+  const auto steps = static_cast<double>(served.progress.size());
+  for (std::size_t step = 0; step < served.progress.size(); ++step) {
+    queue_.asyncAfter(served.delay * static_cast<double>(step) / steps,
+                      alive_.guard([progress, fraction = served.progress[step]] { progress(fraction); }));
+  }
+  if (served.reply.response) {
+    auto& body = served.reply.response->body;
+    body.resize(std::min(body.size(), longestBody));
+  }
+  queue_.asyncAfter(served.delay,
+                    alive_.guard([completion = std::move(completion), reply = std::move(served.reply)]() mutable {
+                      std::move(completion)(std::move(reply));
+                    }));
 }
 
 void VirtualHttpClient::ask(std::unique_ptr<Exchange> exchange) {

@@ -4,11 +4,21 @@ namespace orivex {
 
 class Animator;
 class Application;
+class AudioSession;
 class Bundle;
+class Camera;
 class Device;
+class DocumentInteraction;
+class DocumentPicker;
+class FileManager;
 class HttpClient;
+class ImageCodec;
 class MainQueue;
+class MediaProbe;
+class PhotoLibrary;
 class ProgressOverlay;
+class RecordPermission;
+class TypeRegistry;
 class UserDefaults;
 class WebEngineFactory;
 class WebsiteDataStore;
@@ -27,6 +37,16 @@ struct Platform {
   Bundle& componentBundle;
   UserDefaults& userDefaults;
   Device& device;
+  FileManager& fileManager;
+  TypeRegistry& typeRegistry;
+  ImageCodec& imageCodec;
+  MediaProbe& mediaProbe;
+  DocumentPicker& documentPicker;
+  DocumentInteraction& documentInteraction;
+  PhotoLibrary& photoLibrary;
+  Camera& camera;
+  AudioSession& audioSession;
+  RecordPermission& recordPermission;
 
   /// Makes `platform` the one in use. The caller keeps it alive; null takes it away again.
   static void install(const Platform* platform);

@@ -3,12 +3,22 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/testing/VirtualAnimator.h"
 #include "orivex/testing/VirtualApplication.h"
+#include "orivex/testing/VirtualAudioSession.h"
 #include "orivex/testing/VirtualBundle.h"
+#include "orivex/testing/VirtualCamera.h"
 #include "orivex/testing/VirtualDeviceIdentity.h"
+#include "orivex/testing/VirtualDocumentInteraction.h"
+#include "orivex/testing/VirtualDocumentPicker.h"
+#include "orivex/testing/VirtualFileManager.h"
 #include "orivex/testing/VirtualHttpClient.h"
+#include "orivex/testing/VirtualImageCodec.h"
 #include "orivex/testing/VirtualMainQueue.h"
+#include "orivex/testing/VirtualMediaProbe.h"
+#include "orivex/testing/VirtualPhotoLibrary.h"
 #include "orivex/testing/VirtualProgressOverlay.h"
+#include "orivex/testing/VirtualRecordPermission.h"
 #include "orivex/testing/VirtualSnapshot.h"
+#include "orivex/testing/VirtualTypeRegistry.h"
 #include "orivex/testing/VirtualUserDefaults.h"
 #include "orivex/testing/VirtualWebEngine.h"
 #include "orivex/testing/VirtualWebEngineFactory.h"
@@ -52,6 +62,16 @@ class VirtualDevice {
   VirtualBundle& componentBundle() { return componentBundle_; }
   VirtualUserDefaults& userDefaults() { return userDefaults_; }
   VirtualDeviceIdentity& identity() { return identity_; }
+  VirtualFileManager& fileManager() { return fileManager_; }
+  VirtualTypeRegistry& typeRegistry() { return typeRegistry_; }
+  VirtualImageCodec& imageCodec() { return imageCodec_; }
+  VirtualMediaProbe& mediaProbe() { return mediaProbe_; }
+  VirtualDocumentPicker& documentPicker() { return documentPicker_; }
+  VirtualDocumentInteraction& documentInteraction() { return documentInteraction_; }
+  VirtualPhotoLibrary& photoLibrary() { return photoLibrary_; }
+  VirtualCamera& camera() { return camera_; }
+  VirtualAudioSession& audioSession() { return audioSession_; }
+  VirtualRecordPermission& recordPermission() { return recordPermission_; }
 
   /// Lets `seconds` pass on the main queue.
   void advance(double seconds) { mainQueue_.advance(seconds); }
@@ -71,6 +91,16 @@ class VirtualDevice {
   VirtualBundle componentBundle_;
   VirtualUserDefaults userDefaults_{mainQueue_};
   VirtualDeviceIdentity identity_{mainQueue_};
+  VirtualFileManager fileManager_{mainQueue_};
+  VirtualTypeRegistry typeRegistry_;
+  VirtualImageCodec imageCodec_;
+  VirtualMediaProbe mediaProbe_{mainQueue_};
+  VirtualDocumentPicker documentPicker_{mainQueue_};
+  VirtualDocumentInteraction documentInteraction_{mainQueue_};
+  VirtualPhotoLibrary photoLibrary_{mainQueue_};
+  VirtualCamera camera_{mainQueue_};
+  VirtualAudioSession audioSession_{mainQueue_};
+  VirtualRecordPermission recordPermission_{mainQueue_};
   Platform platform_;
   const Platform* previous_;
 };

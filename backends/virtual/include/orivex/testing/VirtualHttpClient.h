@@ -38,6 +38,23 @@ struct VirtualReply {
   static VirtualReply never() { return {Silence{}, 0}; }
 };
 
+/// What a virtual server does with one upload. The body is on its way for `delay` seconds.
+struct VirtualUploadReply {
+  UploadReply reply;
+  double delay = 0;
+  std::vector<double> progress{};  ///< Fractions as they are reported, evenly spread over `delay`.
+  bool isSilent = false;           ///< Never answers: the upload ends by its idle time-out after the last progress.
+
+  static VirtualUploadReply respond(int status, std::string body, double delay = 0, std::vector<double> progress = {}) {
+    return {{HttpResponse{status, std::move(body)}, std::nullopt}, delay, std::move(progress), false};
+  }
+
+  /// The exchange breaks before a reply came.
+  static VirtualUploadReply fail(std::string description, double delay = 0) {
+    return {{std::nullopt, TransportError{TransportError::other, std::move(description)}}, delay, {}, false};
+  }
+};
+
 /// Exchanges with a server that is a function. Without one, every request is answered at once with status 200 and no
 /// body.
 class VirtualHttpClient final : public HttpClient {
@@ -47,9 +64,19 @@ class VirtualHttpClient final : public HttpClient {
   explicit VirtualHttpClient(MainQueue& queue) : queue_(queue) {}
 
   void send(const UrlRequest& request, Once<void(HttpResult)> completion) override;
+  void upload(UploadRequest request, std::function<void(double fraction)> progress,
+              Once<void(UploadReply)> completion) override;
 
   /// Serves the requests from now on. Called on the main thread from the queue.
   void setServer(Server server) { server_ = std::move(server); }
+
+  /// Serves the uploads from now on, as `setServer` does for requests. Without it, each is answered with status 200
+  /// and the description of a stored file.
+  using UploadServer = std::function<VirtualUploadReply(const UploadRequest&)>;
+  void setUploadServer(UploadServer server) { uploadServer_ = std::move(server); }
+
+  /// What was uploaded, in order.
+  const std::vector<UploadRequest>& uploads() const { return uploads_; }
 
   /// What was sent, in order, without the requests that follow a redirect.
   const std::vector<UrlRequest>& requests() const { return requests_; }
@@ -69,6 +96,8 @@ class VirtualHttpClient final : public HttpClient {
 
   MainQueue& queue_;
   Server server_;
+  UploadServer uploadServer_;
+  std::vector<UploadRequest> uploads_;
   std::vector<UrlRequest> requests_;
   Alive alive_;
 };

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "orivex/platform/ports/Audio.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::testing {
+
+/// Sound without sound: recorders and players that are only remembered, at a level that a test sets.
+class VirtualAudioSession final : public AudioSession {
+ public:
+  /// What happened to one recorder.
+  struct Recording {
+    std::string path;
+    AudioSettings settings;
+    bool metering = false;
+    bool recording = false;
+    bool destroyed = false;
+  };
+  struct Playing {
+    std::string path;
+    bool playing = false;
+  };
+
+  explicit VirtualAudioSession(const MainQueue& queue) : queue_(queue) {}
+
+  std::optional<Failure> setCategory(AudioSessionCategory category, AudioSessionMode mode) override;
+  std::optional<Failure> setActive(bool active) override;
+  std::variant<std::unique_ptr<AudioRecorder>, Failure> makeRecorder(const Url& file,
+                                                                     const AudioSettings& settings) override;
+  std::variant<std::unique_ptr<AudioPlayer>, Failure> makePlayer(const Url& file) override;
+
+  /// Each of these fails from now on for this reason; empty: it succeeds.
+  void failCategory(std::string reason) { categoryFailure_ = std::move(reason); }
+  void failActivation(std::string reason) { activationFailure_ = std::move(reason); }
+  void failRecorders(std::string reason) { recorderFailure_ = std::move(reason); }
+  void failPlayers(std::string reason) { playerFailure_ = std::move(reason); }
+
+  /// What the microphone hears from now on, in dBFS.
+  void setPeakPower(float level) { *peakPower_ = level; }
+
+  /// Ends the recording of every recorder, as a sound server that goes away does.
+  void interrupt();
+
+  const std::optional<AudioSessionCategory>& category() const { return category_; }
+  bool isActive() const { return active_; }
+
+  /// Every recorder and player that was made, in order.
+  const std::vector<std::shared_ptr<Recording>>& recordings() const { return recordings_; }
+  const std::vector<std::shared_ptr<Playing>>& playings() const { return playings_; }
+
+ private:
+  const MainQueue& queue_;
+  std::string categoryFailure_;
+  std::string activationFailure_;
+  std::string recorderFailure_;
+  std::string playerFailure_;
+  std::optional<AudioSessionCategory> category_;
+  bool active_ = false;
+  std::shared_ptr<float> peakPower_ = std::make_shared<float>(-160.0F);
+  std::vector<std::shared_ptr<Recording>> recordings_;
+  std::vector<std::shared_ptr<Playing>> playings_;
+};
+
+}  // namespace orivex::testing

@@ -1,0 +1,87 @@
+#include "orivex/testing/VirtualAudioSession.h"
+
+#include <utility>
+
+#include "ThreadCheck.h"
+
+namespace orivex::testing {
+namespace {
+
+// What a meter tells of silence.
+constexpr float silence = -160;
+
+std::optional<Failure> failureIf(const std::string& reason) {
+  return reason.empty() ? std::nullopt : std::optional(Failure{reason});
+}
+
+class Recorder final : public AudioRecorder {
+ public:
+  Recorder(std::shared_ptr<VirtualAudioSession::Recording> state, std::shared_ptr<const float> heard)
+      : state_(std::move(state)), heard_(std::move(heard)) {}
+  ~Recorder() override {
+    state_->recording = false;
+    state_->destroyed = true;
+  }
+
+  void setMeteringEnabled(bool enabled) override { state_->metering = enabled; }
+  bool prepareToRecord() override { return true; }
+  bool record() override { return state_->recording = true; }
+  bool isRecording() const override { return state_->recording; }
+  void stop() override { state_->recording = false; }
+  void updateMeters() override { level_ = state_->metering && state_->recording ? *heard_ : silence; }
+  float peakPower(int channel) const override { return channel == 0 ? level_ : silence; }
+
+ private:
+  std::shared_ptr<VirtualAudioSession::Recording> state_;
+  std::shared_ptr<const float> heard_;
+  float level_ = silence;
+};
+
+class Player final : public AudioPlayer {
+ public:
+  explicit Player(std::shared_ptr<VirtualAudioSession::Playing> state) : state_(std::move(state)) {}
+  ~Player() override { state_->playing = false; }
+
+  bool play() override { return state_->playing = true; }
+  bool isPlaying() const override { return state_->playing; }
+  void stop() override { state_->playing = false; }
+
+ private:
+  std::shared_ptr<VirtualAudioSession::Playing> state_;
+};
+
+}  // namespace
+
+std::optional<Failure> VirtualAudioSession::setCategory(AudioSessionCategory category, AudioSessionMode /*mode*/) {
+  requireMainThread(queue_, "AudioSession::setCategory");
+  if (categoryFailure_.empty()) category_ = category;
+  return failureIf(categoryFailure_);
+}
+
+std::optional<Failure> VirtualAudioSession::setActive(bool active) {
+  requireMainThread(queue_, "AudioSession::setActive");
+  if (activationFailure_.empty()) active_ = active;
+  return failureIf(activationFailure_);
+}
+
+std::variant<std::unique_ptr<AudioRecorder>, Failure> VirtualAudioSession::makeRecorder(const Url& file,
+                                                                                        const AudioSettings& settings) {
+  requireMainThread(queue_, "AudioSession::makeRecorder");
+  if (const auto failure = failureIf(recorderFailure_)) return *failure;
+  recordings_.push_back(
+      std::make_shared<Recording>(Recording{.path = file.filePath().value_or(""), .settings = settings}));
+  return std::make_unique<Recorder>(recordings_.back(), peakPower_);
+}
+
+std::variant<std::unique_ptr<AudioPlayer>, Failure> VirtualAudioSession::makePlayer(const Url& file) {
+  requireMainThread(queue_, "AudioSession::makePlayer");
+  if (const auto failure = failureIf(playerFailure_)) return *failure;
+  playings_.push_back(std::make_shared<Playing>(Playing{.path = file.filePath().value_or("")}));
+  return std::make_unique<Player>(playings_.back());
+}
+
+void VirtualAudioSession::interrupt() {
+  for (const auto& recording : recordings_) recording->recording = false;
+}
+
+}  // namespace orivex::testing

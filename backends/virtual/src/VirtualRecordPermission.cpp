@@ -1,0 +1,27 @@
+#include "orivex/testing/VirtualRecordPermission.h"
+
+#include <utility>
+
+#include "ThreadCheck.h"
+
+namespace orivex::testing {
+
+void VirtualRecordPermission::request(const std::string& applicationName, Once<void(bool granted)> answer) {
+  requireMainThread(queue_, "RecordPermission::request");
+  asked_.push_back(applicationName);
+  if (remembered_) {
+    give(std::move(answer), *remembered_);
+  } else {
+    open_.push_back(std::move(answer));
+  }
+}
+
+void VirtualRecordPermission::answer(bool granted) {
+  for (auto& question : std::exchange(open_, {})) give(std::move(question), granted);
+}
+
+void VirtualRecordPermission::give(Once<void(bool)> answer, bool granted) {
+  queue_.global([answer = std::move(answer), granted]() mutable { std::move(answer)(granted); });
+}
+
+}  // namespace orivex::testing

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "orivex/platform/base/Failure.h"
+#include "orivex/platform/base/Once.h"
+#include "orivex/platform/base/Url.h"
+
+namespace orivex {
+
+class View;
+
+struct DocumentPickerOptions {
+  /// MIME types of the files to offer, such as "application/pdf" or "image/*"; empty: all files.
+  std::vector<std::string> mimeTypes;
+};
+
+struct PickedDocuments {
+  std::vector<Url> files;
+};
+struct PickingCancelled {};
+using DocumentPickerOutcome = std::variant<PickedDocuments, PickingCancelled>;
+
+/// The right to read a picked file, for as long as it lives.
+class FileAccess {
+ public:
+  FileAccess() = default;
+  FileAccess(const FileAccess&) = delete;
+  FileAccess& operator=(const FileAccess&) = delete;
+  virtual ~FileAccess() = default;
+};
+
+/// The device's chooser for files.
+class DocumentPicker {
+ public:
+  DocumentPicker() = default;
+  DocumentPicker(const DocumentPicker&) = delete;
+  DocumentPicker& operator=(const DocumentPicker&) = delete;
+  virtual ~DocumentPicker() = default;
+
+  /// Opens the chooser over the window of `view`. Main thread; `completion` is called at most once, on the main thread
+  /// and not inside this call: never when the window goes away first. A second call while a chooser is open brings that
+  /// one to the front and ends in `PickingCancelled`.
+  virtual void present(const DocumentPickerOptions& options, View& view,
+                       Once<void(DocumentPickerOutcome)> completion) = 0;
+
+  /// Starts access to a picked file. A failure when the device refuses it or the file is gone.
+  virtual std::variant<std::unique_ptr<FileAccess>, Failure> startAccess(const Url& file) = 0;
+};
+
+}  // namespace orivex

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+
+#include "orivex/platform/base/Failure.h"
+#include "orivex/platform/base/Url.h"
+
+namespace orivex {
+
+/// The visitor's folders and files. Main thread.
+class FileManager {
+ public:
+  FileManager() = default;
+  FileManager(const FileManager&) = delete;
+  FileManager& operator=(const FileManager&) = delete;
+  virtual ~FileManager() = default;
+
+  /// The visitor's folder for documents, or, where that cannot be written to, the application's own data folder. It
+  /// exists. Nothing when there is no such folder at all.
+  virtual std::optional<Url> documentDirectory() = 0;
+
+  /// Removes one file. Nothing on success, else why not.
+  virtual std::optional<Failure> removeItem(const Url& file) = 0;
+};
+
+}  // namespace orivex
