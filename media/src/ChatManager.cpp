@@ -1,5 +1,7 @@
 #include "orivex/media/ChatManager.h"
 
+#include "DocumentPicking.h"
+
 #include "orivex/platform/base/Log.h"
 #include "orivex/sdk/OVKFApiManager.h"
 
@@ -29,6 +31,8 @@ void serve(const Service& service, std::string_view name, Args&&... args) {
 }
 
 }  // namespace
+
+ChatManager::ChatManager() : services{{}, {}, pickDocument, openFileElsewhere} {}
 
 ChatManager& ChatManager::shared() {
   static auto* const instance = new ChatManager;  // lives as long as the process, like every late callback may need it

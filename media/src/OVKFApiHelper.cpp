@@ -6,13 +6,14 @@
 
 #include <sys/utsname.h>
 
+#include "VisitorOverlay.h"
+
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
 #include "orivex/platform/ports/Application.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/ProgressOverlay.h"
 
 namespace orivex {
 namespace {
@@ -71,9 +72,9 @@ std::string OVKFApiHelper::appDisplayName() {
 
 void OVKFApiHelper::showMessage(const std::string& message, double delay, Once<void()> completion) {
   auto& queue = Platform::current().mainQueue;
-  queue.async([message] { Platform::current().progressOverlay.showInfo(message); });
+  queue.async([message] { VisitorOverlay::shared().showMessage(message); });
   queue.asyncAfter(delay, [completion = std::move(completion)]() mutable {
-    Platform::current().progressOverlay.dismiss();
+    VisitorOverlay::shared().endMessage();
     std::move(completion)();
   });
 }

@@ -34,8 +34,7 @@ class ChatManager {
   /// Offers the applications that open the file at `file`, anchored to `screen`.
   void openFile(const Url& file, ViewController& screen);
 
-  /// What opens a picker once the request is stored. A service that the build lacks is left empty; a request for it is
-  /// one log line.
+  /// What serves a request once it is stored: at first the device's own pickers. A host may put its own in their place.
   using Picker = std::function<void(const PostMessageModel& request, ViewController& screen, PickedFiles completion)>;
   struct Services {
     Picker camera;
@@ -49,7 +48,7 @@ class ChatManager {
   ChatManager& operator=(const ChatManager&) = delete;
 
  private:
-  ChatManager() = default;
+  ChatManager();
   ~ChatManager() = default;
 };
 

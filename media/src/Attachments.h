@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "orivex/platform/base/Url.h"
+
+/// What the pickers share: how an attachment is named, and what the visitor reads when one cannot be sent.
+namespace orivex {
+
+/// Last component of a path; the path itself without one.
+std::string fileName(const std::string& path);
+
+/// Extension of a path without its dot, as written; empty without one.
+std::string fileExtension(const std::string& path);
+
+/// Seconds that a message about an attachment stays.
+inline constexpr double attachmentMessageSeconds = 3.0;
+
+void tellAboutAttachment(const std::string& message);
+
+/// The texts for what is too large. Both quote `documentLimit`, the limit of documents, in whole MiB: what is checked
+/// differs, what the visitor reads is one number.
+std::string documentTooLargeText(std::int64_t documentLimit);
+std::string videoTooLargeText(std::int64_t documentLimit);
+
+}  // namespace orivex

@@ -1,0 +1,117 @@
+#include "orivex/media/UploadManager.h"
+
+#include <memory>
+#include <utility>
+
+#include "VisitorOverlay.h"
+
+#include "orivex/media/DeviceIdentifier.h"
+#include "orivex/media/OVKFApiHelper.h"
+#include "orivex/models/Codec.h"
+#include "orivex/models/FailModel.h"
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/ports/HttpClient.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/TypeRegistry.h"
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex {
+namespace {
+
+constexpr const char* uploadPath = "/api/chat/outside/guest/file/upload";
+constexpr const char* fileField = "file";
+
+template <class Record>
+std::optional<Record> decodeReply(const std::string& body) {
+  try {
+    return decode<Record>(body);
+  } catch (const DecodingError& error) {
+    log::debugPrint(std::string("Failed to decode JSON: ") + error.what());
+    return std::nullopt;
+  }
+}
+
+UploadResult storedFile(const std::string& body) {
+  if (auto stored = decodeReply<UploadResposeModel>(body)) return *std::move(stored);
+  return UploadFailure{"JSON解析失败"};
+}
+
+UploadResult refusal(const std::string& body) {
+  const auto failure = decodeReply<FailModel>(body);
+  return UploadFailure{failure ? failure->msg.value_or("服务器错误") : "未知错误"};
+}
+
+UploadResult interpret(const UploadReply& reply) {
+  if (reply.error) log::debugPrint("Upload ended by its connection: " + reply.error->description);
+  const auto& response = reply.response;
+  if (!response || response->body.empty()) return UploadFailure{"未知错误"};
+  if (reply.error) return UploadFailure{reply.error->description.empty() ? "上传失败" : reply.error->description};
+  if (response->status == 200) return storedFile(response->body);
+  if (response->status == 503) return UploadFailure{"服务不可用"};
+  return refusal(response->body);
+}
+
+std::optional<FilePart> filePart(const std::optional<Url>& file, std::optional<std::string> bytes,
+                                 const std::string& fileName, const std::string& mimeType) {
+  if (file) return FilePart{fileField, FilePart::Path{file->filePath().value_or("")}, fileName, mimeType};
+  if (bytes) return FilePart{fileField, FilePart::Bytes{*std::move(bytes)}, fileName, mimeType};
+  return std::nullopt;
+}
+
+std::vector<FormField> formFields(const std::optional<std::map<std::string, std::string>>& extraFields) {
+  std::vector<FormField> fields;
+  if (!extraFields) return fields;
+  for (const auto& [name, value] : *extraFields) fields.push_back({name, value});
+  return fields;
+}
+
+// Over a worker's queue, so that whoever gets the result acts before the overlay goes.
+void dismissLater(std::shared_ptr<VisitorOverlay::Upload> shown) {
+  auto& queue = Platform::current().mainQueue;
+  queue.global(
+      [&queue, shown = std::move(shown)]() mutable { queue.async([shown = std::move(shown)] { shown->dismiss(); }); });
+}
+
+}  // namespace
+
+void UploadManager::uploadFile(const std::optional<std::string>& address, const std::optional<Url>& file,
+                               std::optional<std::string> bytes, const std::string& fileName,
+                               const std::string& mimeType,
+                               const std::optional<std::map<std::string, std::string>>& extraFields,
+                               Once<void(UploadResult)> completion) const {
+  auto shown = std::make_shared<VisitorOverlay::Upload>();
+  auto finish = [shown, completion = std::move(completion)](const UploadReply& reply) mutable {
+    dismissLater(std::move(shown));
+    std::move(completion)(interpret(reply));
+  };
+  const auto target = address.value_or(OVKFApiManager::shared().host.get() + uploadPath);
+  const auto url = Url::parse(target);
+  if (!url) {
+    Platform::current().mainQueue.async([finish = std::move(finish), target]() mutable {
+      finish({std::nullopt, TransportError{TransportError::other, "no address: " + target}});
+    });
+    return;
+  }
+  UploadRequest request{*url, makeUploadHeaders(), filePart(file, std::move(bytes), fileName, mimeType),
+                        formFields(extraFields)};
+  Platform::current().httpClient.upload(
+      std::move(request), [shown](double fraction) { shown->progress(static_cast<float>(fraction)); },
+      std::move(finish));
+}
+
+std::string UploadManager::mimeType(std::string_view forExtension) {
+  return Platform::current().typeRegistry.mimeType(forExtension).value_or("application/octet-stream");
+}
+
+std::vector<HttpHeader> UploadManager::makeUploadHeaders() {
+  auto& store = OVKFApiManager::shared();
+  return {{"Accept", "*/*"},
+          {"Content-Type", "multipart/form-data"},
+          {"x-entry", store.entryId.get()},
+          {"x-device-id", store.guestId.get().value_or(deviceIdentifier())},
+          {"Authorization", "Bearer " + store.appKey.get()},
+          {"User-Agent", OVKFApiHelper::userAgent()}};
+}
+
+}  // namespace orivex

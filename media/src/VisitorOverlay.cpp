@@ -1,0 +1,72 @@
+#include "VisitorOverlay.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
+
+namespace orivex {
+namespace {
+
+ProgressOverlay& overlay() {
+  return Platform::current().progressOverlay;
+}
+
+std::string percentage(float fraction) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "%.0f%%", static_cast<double>(fraction * 100));
+  return text.data();
+}
+
+}  // namespace
+
+VisitorOverlay& VisitorOverlay::shared() {
+  static auto* const instance = new VisitorOverlay;  // lives as long as the process, like the uploads that use it
+  return *instance;
+}
+
+void VisitorOverlay::showMessage(const std::string& text) {
+  hasMessage_ = true;
+  overlay().showInfo(text);
+}
+
+void VisitorOverlay::endMessage() {
+  hasMessage_ = false;
+  if (uploads_.empty()) {
+    overlay().dismiss();
+  } else {
+    uploads_.back()->show();
+  }
+}
+
+VisitorOverlay::Upload::Upload() {
+  shared().uploads_.push_back(this);
+  shared().hasMessage_ = false;
+  show();
+}
+
+VisitorOverlay::Upload::~Upload() {
+  std::erase(shared().uploads_, this);
+}
+
+void VisitorOverlay::Upload::progress(float fraction) {
+  fraction_ = fraction < 1.0F ? std::optional(fraction) : std::nullopt;
+  if (!shared().hasMessage_) show();
+}
+
+void VisitorOverlay::Upload::dismiss() {
+  std::erase(shared().uploads_, this);
+  if (!shared().hasMessage_) shared().endMessage();
+}
+
+void VisitorOverlay::Upload::show() const {
+  if (fraction_) {
+    overlay().showProgress(*fraction_, percentage(*fraction_));
+  } else {
+    overlay().show();
+  }
+}
+
+}  // namespace orivex

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orivex {
+
+/// The one overlay as its users share it, so that none hides what another has to say: a message is never cut short by
+/// an upload that goes on or ends, and an upload that goes on is shown again once a message is over. Main thread.
+class VisitorOverlay {
+ public:
+  static VisitorOverlay& shared();
+
+  /// Shows a message until `endMessage`, or until an upload begins.
+  void showMessage(const std::string& text);
+
+  /// Dismisses whatever is shown, unless an upload goes on.
+  void endMessage();
+
+  /// One upload, from its start until this object goes.
+  class Upload {
+   public:
+    /// Shows the spinner at once.
+    Upload();
+    Upload(const Upload&) = delete;
+    Upload& operator=(const Upload&) = delete;
+    ~Upload();
+
+    /// `fraction` of the body is sent: a percentage below 1, then the spinner while the server works.
+    void progress(float fraction);
+
+    /// Takes this upload off the overlay. Without it, an upload that goes away leaves the overlay as it is.
+    void dismiss();
+
+   private:
+    friend VisitorOverlay;
+    void show() const;
+    std::optional<float> fraction_;  // nothing while the spinner shows
+  };
+
+  VisitorOverlay(const VisitorOverlay&) = delete;
+  VisitorOverlay& operator=(const VisitorOverlay&) = delete;
+
+ private:
+  VisitorOverlay() = default;
+  ~VisitorOverlay() = default;
+
+  std::vector<const Upload*> uploads_;  // that go on, the oldest first
+  bool hasMessage_ = false;
+};
+
+}  // namespace orivex
