@@ -1,0 +1,184 @@
+#include <filesystem>
+#include <fstream>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "ChatScreenTest.h"
+
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex::testing {
+namespace {
+
+/// A chat whose page asks for a document, and a folder of real files to choose from.
+class DocumentPickingTest : public ChatScreenTest {
+ protected:
+  DocumentPickingTest() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "documents-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+    device_.runUntilIdle();
+    log_.take();
+  }
+  ~DocumentPickingTest() override { std::filesystem::remove_all(folder_); }
+
+  std::string file(const std::string& name, std::size_t size = 3) {
+    const auto path = folder_ / name;
+    std::ofstream(path) << std::string(size, 'x');
+    return path.string();
+  }
+
+  void ask(const std::string& body = R"({"deviceId":"visitor"})") {
+    pageOf(*screen_).post("openDocumentPicker", body);
+    device_.runUntilIdle();
+  }
+
+  /// Lets the visitor choose; the answers of the page since.
+  Lines pick(const std::vector<std::string>& paths) {
+    ask();
+    const auto before = pageOf(*screen_).scripts().size();
+    device_.documentPicker().pick(paths);
+    device_.advance(0.5);
+    const auto& scripts = pageOf(*screen_).scripts();
+    return {scripts.begin() + static_cast<std::ptrdiff_t>(before), scripts.end()};
+  }
+
+  /// What the visitor read since the last call, and for how long it was there.
+  std::string message() {
+    device_.advance(10);
+    const auto history = device_.progressOverlay().history();
+    for (auto entry = history.rbegin(); entry != history.rend(); ++entry) {
+      if (entry->event == VirtualProgressOverlay::Event::shown) continue;
+      if (entry->panel.kind != VirtualProgressOverlay::Kind::info) continue;
+      return entry->panel.status;
+    }
+    return "";
+  }
+
+  const std::shared_ptr<OVKFApi> screen_ = present();
+  std::filesystem::path folder_;
+};
+
+TEST_F(DocumentPickingTest, AsksForTheRequestedTypesUnderTheRequestedLimit) {
+  ask(R"({"deviceId":"visitor","fileSize":7,"mimeTypes":["application/pdf","image/*"]})");
+  ASSERT_TRUE(device_.documentPicker().presented());
+  EXPECT_EQ(device_.documentPicker().presented()->mimeTypes, (Lines{"application/pdf", "image/*"}));
+  EXPECT_EQ(OVKFApiManager::shared().fileSize.get(), 7);
+  EXPECT_EQ(OVKFApiManager::shared().guestId.get(), "visitor");
+  device_.documentPicker().cancel();
+  ask();
+  EXPECT_EQ(device_.documentPicker().presented()->mimeTypes, Lines{});
+  EXPECT_EQ(OVKFApiManager::shared().fileSize.get(), 31457280);
+}
+
+TEST_F(DocumentPickingTest, UploadsTheFirstOfTheFilesAndTellsThePage) {
+  const auto chosen = file("合 同.PDF", 5);
+  const auto answers = pick({chosen, file("second.txt")});
+  EXPECT_EQ(answers, Lines{R"(handleSelectedFiles([{"name":"合 同.PDF","type":"File","url":"https://files.test/1",)"
+                           R"("suffix":"PDF","size":5,"mimeType":"application/pdf"}]);)"});
+  ASSERT_EQ(device_.httpClient().uploads().size(), 1U);
+  EXPECT_EQ(device_.httpClient().uploads()[0].file,
+            (FilePart{"file", FilePart::Path{chosen}, "合 同.PDF", "application/pdf"}));
+  const auto lines = log_.take();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(),
+                       "\"Selected file URL: " + Url::fromFilePath(chosen).absoluteString() + "\""),
+            1);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), "\"Upload Success \""), 1);
+  EXPECT_EQ(device_.documentPicker().openAccesses(), 0);
+}
+
+TEST_F(DocumentPickingTest, DescribesAnImageWithThePictureItself) {
+  const auto picture = file("p.png");
+  device_.imageCodec().put(picture, {"abc", {40, 30}});
+  EXPECT_EQ(pick({picture}),
+            Lines{R"(handleSelectedFiles([{"name":"p.png","type":"Image","url":"https://files.test/1","base64Str":)"
+                  R"("data:image/jpeg;base64,YWJj","height":30,"width":40,"suffix":"png","size":3,)"
+                  R"("mimeType":"image/png"}]);)"});
+  EXPECT_EQ(device_.imageCodec().calls(), (std::vector<VirtualImageCodec::Call>{{picture, 1.0}}));
+  // One that only claims to be a picture is a file like any other.
+  EXPECT_EQ(pick({file("broken.jpg")}),
+            Lines{R"(handleSelectedFiles([{"name":"broken.jpg","type":"File","url":"https://files.test/1",)"
+                  R"("suffix":"jpg","size":3,"mimeType":"image/jpeg"}]);)"});
+}
+
+TEST_F(DocumentPickingTest, TakesAFileUpToTheLimitAndTellsThatALargerOneIsTooLarge) {
+  const struct {
+    std::int64_t limit;
+    std::size_t size;
+    const char* expected;
+  } rows[] = {
+      {100, 100, ""},
+      {100, 0, ""},
+      {100, 101, "选择的文件大小不能超过 0 MB"},
+      {2097151, 2097152, "选择的文件大小不能超过 1 MB"},
+  };
+  int uploads = 0;
+  for (const auto& row : rows) {
+    ask(R"({"deviceId":"d","fileSize":)" + std::to_string(row.limit) + "}");
+    device_.documentPicker().pick({file("f", row.size)});
+    EXPECT_EQ(message(), row.expected);
+    uploads += *row.expected == '\0' ? 1 : 0;
+    EXPECT_EQ(device_.httpClient().uploads().size(), static_cast<std::size_t>(uploads)) << row.size;
+  }
+}
+
+TEST_F(DocumentPickingTest, LosesNothingOverWhatIsNoFile) {
+  const auto directory = folder_ / "directory";
+  std::filesystem::create_directory(directory);
+  const auto pipe = folder_ / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const auto loop = folder_ / "loop";
+  std::filesystem::create_symlink(loop, loop);
+  for (const auto& path : {directory, pipe, loop, folder_ / "missing"}) {
+    EXPECT_EQ(pick({path.string()}), Lines{});
+    EXPECT_EQ(message(), "无效的路径:" + path.string());
+    EXPECT_EQ(device_.documentPicker().openAccesses(), 0) << path;
+  }
+  device_.documentPicker().refuse(file("secret"));
+  EXPECT_EQ(pick({(folder_ / "secret").string()}), Lines{});
+  EXPECT_EQ(pick({}), Lines{});
+  EXPECT_EQ(device_.httpClient().uploads().size(), 0U);
+}
+
+TEST_F(DocumentPickingTest, OnlyLogsThatTheVisitorCancelled) {
+  ask();
+  log_.take();
+  device_.documentPicker().cancel();
+  device_.advance(1);
+  EXPECT_EQ(log_.take(), Lines{"\"Document picker was cancelled\""});
+}
+
+TEST_F(DocumentPickingTest, TellsWhyAnUploadFailed) {
+  device_.httpClient().setUploadServer(
+      [](const UploadRequest&) { return VirtualUploadReply::respond(400, R"({"msg":"不支持的文件"})", 0.1); });
+  EXPECT_EQ(pick({file("f.exe")}), Lines{});
+  EXPECT_EQ(message(), "不支持的文件");
+  const auto lines = log_.take("\"Upload Failed: ");
+  EXPECT_EQ(lines, Lines{"\"Upload Failed: 不支持的文件\""});
+  EXPECT_EQ(device_.documentPicker().openAccesses(), 0);
+}
+
+TEST_F(DocumentPickingTest, GoesOnWhenTheChatIsClosedWhileTheFileIsSent) {
+  device_.httpClient().setUploadServer([](const UploadRequest&) {
+    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 5, {0.5});
+  });
+  pick({file("f.txt")});
+  screen_->close();
+  device_.advance(10);
+  EXPECT_EQ(log_.take("\"Upload Success").size(), 1U);
+  EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
+  EXPECT_EQ(device_.documentPicker().openAccesses(), 0);
+}
+
+TEST_F(DocumentPickingTest, OpensAFileElsewhereOrSaysThatNothingOpensIt) {
+  pageOf(*screen_).post("openFile", R"("https://chat.example/f.pdf")");
+  device_.runUntilIdle();
+  EXPECT_EQ(device_.documentInteraction().menus(),
+            (std::vector<VirtualDocumentInteraction::Menu>{{"https://chat.example/f.pdf", screen_->view()->bounds()}}));
+  device_.documentInteraction().setApplications(false);
+  pageOf(*screen_).post("openFile", R"("https://chat.example/f.xyz")");
+  EXPECT_EQ(message(), "没有可以打开此文件的应用");
+}
+
+}  // namespace
+}  // namespace orivex::testing
