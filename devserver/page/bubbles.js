@@ -47,18 +47,25 @@ function absentPicture(name) {
   return make("div", "absent", { "data-testid": "image" }, icon("photo"), name);
 }
 
+/** Shows the first of the sources that loads; the stored picture comes before the copy that only this page has. */
 function imageBubble(body) {
   const name = textOf(body, "fileName", "name") || text("picture");
-  const source = pictureOf(body, "imageUrl", "mediaUrl", "url", "cardImg") || inlinePictureOf(body, "image");
-  if (!source) return absentPicture(name);
-  const image = make("img", "", { src: source, alt: name });
+  const sources = [
+    pictureOf(body, "mediaUrl", "url"), pictureOf(body, "imageUrl", "cardImg"), inlinePictureOf(body, "image"),
+  ].filter(Boolean);
+  if (!sources.length) return absentPicture(name);
+  const image = make("img", "", { src: sources[0], alt: name });
   const width = numberOf(body, "width");
   const height = numberOf(body, "height");
   if (width && height) image.style.aspectRatio = `${width} / ${height}`;
   const label = `${text("openPicture")}: ${name}`;
   const button = make("button", "picture", { type: "button", "data-testid": "image", "aria-label": label }, image);
-  button.addEventListener("click", () => showPicture(source, name));
-  image.addEventListener("error", () => button.replaceWith(absentPicture(name)));
+  button.addEventListener("click", () => showPicture(image.src, name));
+  image.addEventListener("error", () => {
+    sources.shift();
+    if (sources.length) image.src = sources[0];
+    else button.replaceWith(absentPicture(name));
+  });
   return button;
 }
 

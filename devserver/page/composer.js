@@ -9,7 +9,7 @@ import { text } from "./texts.js";
 const mostMediaBytes = 50 * 1024 * 1024;
 const mostDocumentBytes = 30 * 1024 * 1024;
 const documentTypes = [
-  "application/pdf", "text/plain", "application/zip", "application/msword", "application/vnd.ms-excel",
+  "application/pdf", "text/plain", "application/zip", "application/msword", "application/vnd.ms-excel", "image/*",
 ];
 
 const input = byId("message-input");
