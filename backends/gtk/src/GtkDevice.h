@@ -1,7 +1,6 @@
 #pragma once
 
 #include "AbsentPorts.h"
-#include "CurlHttpClient.h"
 #include "DesktopEntryBundle.h"
 #include "FolderBundle.h"
 #include "GlibMainQueue.h"
@@ -9,6 +8,7 @@
 #include "MachineDevice.h"
 #include "WebKitDataStore.h"
 #include "glib/GRef.h"
+#include "net/CurlHttpClient.h"
 #include "ui/AdwAnimator.h"
 #include "ui/GtkApplicationPort.h"
 #include "ui/GtkProgressOverlay.h"

@@ -8,11 +8,11 @@
 #include <gtest/gtest.h>
 
 #include "../GtkFixture.h"
-#include "CurlHttpClient.h"
 #include "GlibMainQueue.h"
 #include "SocketServer.h"
 #include "TlsServer.h"
 #include "glib/GRef.h"
+#include "net/CurlHttpClient.h"
 
 namespace orivex::gtk {
 namespace {

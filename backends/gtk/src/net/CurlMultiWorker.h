@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "CurlHandles.h"
+#include "CurlTransfer.h"
+
+namespace orivex::gtk {
+
+/// Runs transfers on one background thread that sleeps when there is nothing to do. Connections are kept and reused.
+/// Destroying it ends the thread and drops the unfinished transfers without a report.
+class CurlMultiWorker {
+ public:
+  CurlMultiWorker();
+  CurlMultiWorker(const CurlMultiWorker&) = delete;
+  CurlMultiWorker& operator=(const CurlMultiWorker&) = delete;
+  ~CurlMultiWorker();
+
+  /// Begins `transfer`; its `finish` is called on the background thread. Any thread.
+  void add(std::unique_ptr<CurlTransfer> transfer);
+
+ private:
+  void run();
+  bool takeAdded();
+  void begin(std::unique_ptr<CurlTransfer> transfer);
+  void finishEnded();
+  std::unique_ptr<CurlTransfer> takeRunning(CURL* handle);
+
+  CurlMulti multi_;
+  std::vector<std::unique_ptr<CurlTransfer>> running_;  // the background thread's own until that has ended
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<CurlTransfer>> added_;
+  bool closed_ = false;
+  std::thread thread_;
+};
+
+}  // namespace orivex::gtk
