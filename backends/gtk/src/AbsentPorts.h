@@ -9,7 +9,6 @@
 #include "orivex/platform/ports/MediaProbe.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 #include "orivex/platform/ports/RecordPermission.h"
-#include "orivex/platform/ports/TypeRegistry.h"
 
 /// Ports of devices that this backend does not reach yet: each answers as a device that lacks them.
 namespace orivex::gtk {
@@ -18,15 +17,6 @@ class AbsentFileManager final : public FileManager {
  public:
   std::optional<Url> documentDirectory() override { return std::nullopt; }
   std::optional<Failure> removeItem(const Url&) override { return Failure{"no file manager"}; }
-};
-
-class AbsentTypeRegistry final : public TypeRegistry {
- public:
-  std::optional<std::string> mimeType(std::string_view) const override { return std::nullopt; }
-  std::variant<std::string, Failure> typeIdentifier(const std::string&) const override {
-    return Failure{"no type registry"};
-  }
-  bool conformsToImage(const std::string&) const override { return false; }
 };
 
 class AbsentImageCodec final : public ImageCodec {

@@ -7,6 +7,7 @@
 #include "KeyFileUserDefaults.h"
 #include "MachineDevice.h"
 #include "WebKitDataStore.h"
+#include "files/GioTypeRegistry.h"
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
 #include "ui/AdwAnimator.h"
@@ -40,7 +41,7 @@ class GtkDevice {
   KeyFileUserDefaults userDefaults_;
   MachineDevice device_;
   AbsentFileManager fileManager_;
-  AbsentTypeRegistry typeRegistry_;
+  GioTypeRegistry typeRegistry_;
   AbsentImageCodec imageCodec_;
   AbsentMediaProbe mediaProbe_;
   AbsentDocumentPicker documentPicker_;

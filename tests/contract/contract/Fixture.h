@@ -83,6 +83,15 @@ concept SettingsFixture = DeviceFixture<Fixture> && requires(Fixture fixture, co
   { fixture.userDefaultsWith(settings) } -> std::convertible_to<const UserDefaults&>;
 };
 
+/// Files whose types the device is asked for.
+template <class Fixture>
+concept FileFixture = DeviceFixture<Fixture> && requires(Fixture fixture, const std::string& name) {
+  /// Path of a readable file of this name, such as "photo.png".
+  { fixture.file(name) } -> std::same_as<std::string>;
+  /// Path of a file that cannot be read.
+  { fixture.lostFile(name) } -> std::same_as<std::string>;
+};
+
 /// A window over which the overlay's panel shows.
 template <class Fixture>
 concept OverlayFixture = DeviceFixture<Fixture> && requires(Fixture fixture) {

@@ -36,6 +36,8 @@ class ContractFixture {
   const Bundle& bundleWith(const std::map<std::string, std::string>& files);
   const Bundle& missingBundle();
   const UserDefaults& userDefaultsWith(const contract::Settings& settings);
+  std::string file(const std::string& name) { return folder_.write(name, "x"); }
+  std::string lostFile(const std::string& name) { return folder_.path() / "lost" / name; }
 
  private:
   TemporaryFolder folder_;

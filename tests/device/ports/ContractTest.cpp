@@ -6,6 +6,7 @@
 #include "contract/MainQueueContract.h"
 #include "contract/ProgressOverlayContract.h"
 #include "contract/StoredDataContract.h"
+#include "contract/TypeRegistryContract.h"
 #include "contract/UserScriptContract.h"
 #include "contract/WebEngineContract.h"
 #include "contract/WebsiteDataContract.h"
@@ -21,6 +22,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, HttpClientContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, BundleContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, UserDefaultsContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, DeviceContract, ContractFixture);
+INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, TypeRegistryContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, ProgressOverlayContract, WindowFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, WebEngineContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, UserScriptContract, ContractFixture);

@@ -6,6 +6,7 @@
 #include "contract/MainQueueContract.h"
 #include "contract/ProgressOverlayContract.h"
 #include "contract/StoredDataContract.h"
+#include "contract/TypeRegistryContract.h"
 #include "contract/WebEngineContract.h"
 #include "contract/WebsiteDataContract.h"
 
@@ -19,6 +20,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, HttpClientContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, BundleContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, UserDefaultsContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, DeviceContract, Virtual);
+INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, TypeRegistryContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, ProgressOverlayContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, WebEngineContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, WebsiteDataContract, Virtual);

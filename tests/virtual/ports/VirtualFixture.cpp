@@ -93,6 +93,12 @@ const UserDefaults& VirtualFixture::userDefaultsWith(const contract::Settings& s
   return defaults;
 }
 
+std::string VirtualFixture::lostFile(const std::string& name) {
+  const auto path = "/lost/" + name;
+  device_.typeRegistry().fail(path, "No such file or directory");
+  return path;
+}
+
 std::optional<std::string> VirtualFixture::overlayStatus() {
   const auto& shown = device_.progressOverlay().shown();
   return shown ? std::optional(shown->status) : std::nullopt;

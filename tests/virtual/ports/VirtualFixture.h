@@ -31,6 +31,8 @@ class VirtualFixture {
   const Bundle& bundleWith(const std::map<std::string, std::string>& files);
   const Bundle& missingBundle();
   const UserDefaults& userDefaultsWith(const contract::Settings& settings);
+  std::string file(const std::string& name) { return "/files/" + name; }
+  std::string lostFile(const std::string& name);
   std::optional<std::string> overlayStatus();
   void removeWindow() { device_.application().setSceneConnected(false); }
 
