@@ -18,5 +18,6 @@ struct CleanUpWith {
 using CurlEasy = std::unique_ptr<CURL, CleanUpWith<curl_easy_cleanup>>;
 using CurlMulti = std::unique_ptr<CURLM, CleanUpWith<curl_multi_cleanup>>;
 using CurlList = std::unique_ptr<curl_slist, CleanUpWith<curl_slist_free_all>>;
+using CurlForm = std::unique_ptr<curl_mime, CleanUpWith<curl_mime_free>>;
 
 }  // namespace orivex::gtk

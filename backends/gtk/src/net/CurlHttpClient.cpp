@@ -3,6 +3,9 @@
 #include <memory>
 #include <utility>
 
+#include "CurlRequest.h"
+#include "CurlUpload.h"
+
 namespace orivex::gtk {
 
 void CurlHttpClient::send(const UrlRequest& request, Once<void(HttpResult)> completion) {
@@ -12,14 +15,15 @@ void CurlHttpClient::send(const UrlRequest& request, Once<void(HttpResult)> comp
   auto finished = [&queue = mainQueue_, onMain = std::move(onMain)](HttpResult result) mutable {
     queue.async([onMain = std::move(onMain), result = std::move(result)]() mutable { onMain(std::move(result)); });
   };
-  worker_.add(std::make_unique<CurlTransfer>(request, std::move(finished)));
+  worker_.add(std::make_unique<CurlRequest>(request, std::move(finished)));
 }
 
-void CurlHttpClient::upload(UploadRequest /*request*/, std::function<void(double)> /*progress*/,
+void CurlHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
                             Once<void(UploadReply)> completion) {
-  mainQueue_.async([completion = std::move(completion)]() mutable {
-    std::move(completion)({std::nullopt, TransportError{TransportError::other, "Uploads are not built yet"}});
-  });
+  auto onMain = alive_.guard(
+      [completion = std::move(completion)](UploadReply reply) mutable { std::move(completion)(std::move(reply)); });
+  UploadReporter reporter(mainQueue_, alive_.guard(std::move(progress)), std::move(onMain));
+  worker_.add(std::make_unique<CurlUpload>(std::move(request), std::move(reporter)));
 }
 
 }  // namespace orivex::gtk

@@ -5,6 +5,15 @@
 #include <utility>
 
 namespace orivex::gtk {
+namespace {
+
+// Rounds up, so that a look does not come early, finds nothing and is repeated at once.
+int pollMilliseconds(CurlTransfer::Clock::duration wait) {
+  const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(wait).count();
+  return milliseconds < INT_MAX ? static_cast<int>(milliseconds) + 1 : INT_MAX;
+}
+
+}  // namespace
 
 CurlMultiWorker::CurlMultiWorker() {
   static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
@@ -37,13 +46,13 @@ void CurlMultiWorker::run() {
     curl_multi_perform(multi_.get(), &active);
     finishEnded();
     // libcurl shortens the wait to the next of its own time-outs; a wake-up that came in between ends it at once.
-    curl_multi_poll(multi_.get(), nullptr, 0, INT_MAX, nullptr);
+    curl_multi_poll(multi_.get(), nullptr, 0, lookAtRunning(), nullptr);
   }
 }
 
 // Whether to go on.
 bool CurlMultiWorker::takeAdded() {
-  std::vector<std::unique_ptr<CurlTransfer>> added;
+  Transfers added;
   {
     const std::lock_guard lock(mutex_);
     if (closed_) return false;
@@ -54,6 +63,10 @@ bool CurlMultiWorker::takeAdded() {
 }
 
 void CurlMultiWorker::begin(std::unique_ptr<CurlTransfer> transfer) {
+  if (const CURLcode code = transfer->prepare(); code != CURLE_OK) {
+    transfer->finish(code);
+    return;
+  }
   curl_multi_add_handle(multi_.get(), transfer->handle());
   running_.push_back(std::move(transfer));
 }
@@ -62,19 +75,31 @@ void CurlMultiWorker::finishEnded() {
   int left = 0;
   while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left)) {
     if (message->msg != CURLMSG_DONE) continue;
-    const CURLcode code = message->data.result;
-    const auto transfer = takeRunning(message->easy_handle);
-    curl_multi_remove_handle(multi_.get(), transfer->handle());
-    transfer->finish(code);
+    end(std::find_if(running_.begin(), running_.end(),
+                     [&](const auto& transfer) { return transfer->handle() == message->easy_handle; }),
+        message->data.result);
   }
 }
 
-std::unique_ptr<CurlTransfer> CurlMultiWorker::takeRunning(CURL* handle) {
-  const auto found = std::find_if(running_.begin(), running_.end(),
-                                  [&](const auto& transfer) { return transfer->handle() == handle; });
-  auto transfer = std::move(*found);
-  running_.erase(found);
-  return transfer;
+// Returns the milliseconds until the next look is due.
+int CurlMultiWorker::lookAtRunning() {
+  const auto now = CurlTransfer::Clock::now();
+  auto next = CurlTransfer::Clock::duration::max();
+  for (auto at = running_.size(); at-- > 0;) {
+    if (const auto wait = running_[at]->look(now)) {
+      next = std::min(next, *wait);
+    } else {
+      end(running_.begin() + static_cast<std::ptrdiff_t>(at), CURLE_OPERATION_TIMEDOUT);
+    }
+  }
+  return pollMilliseconds(next);
+}
+
+void CurlMultiWorker::end(Transfers::iterator running, CURLcode code) {
+  const auto transfer = std::move(*running);
+  running_.erase(running);
+  curl_multi_remove_handle(multi_.get(), transfer->handle());
+  transfer->finish(code);
 }
 
 }  // namespace orivex::gtk

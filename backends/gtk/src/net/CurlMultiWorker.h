@@ -19,20 +19,23 @@ class CurlMultiWorker {
   CurlMultiWorker& operator=(const CurlMultiWorker&) = delete;
   ~CurlMultiWorker();
 
-  /// Begins `transfer`; its `finish` is called on the background thread. Any thread.
+  /// Begins `transfer`; its functions are called on the background thread. Any thread.
   void add(std::unique_ptr<CurlTransfer> transfer);
 
  private:
+  using Transfers = std::vector<std::unique_ptr<CurlTransfer>>;
+
   void run();
   bool takeAdded();
   void begin(std::unique_ptr<CurlTransfer> transfer);
   void finishEnded();
-  std::unique_ptr<CurlTransfer> takeRunning(CURL* handle);
+  int lookAtRunning();
+  void end(Transfers::iterator running, CURLcode code);
 
   CurlMulti multi_;
-  std::vector<std::unique_ptr<CurlTransfer>> running_;  // the background thread's own until that has ended
+  Transfers running_;  // the background thread's own until that has ended
   std::mutex mutex_;
-  std::vector<std::unique_ptr<CurlTransfer>> added_;
+  Transfers added_;
   bool closed_ = false;
   std::thread thread_;
 };

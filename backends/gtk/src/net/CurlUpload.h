@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "CurlTransfer.h"
+#include "FormContent.h"
+#include "IdleWatch.h"
+#include "UploadReporter.h"
+
+namespace orivex::gtk {
+
+/// A POST of a form. Its file is read while it is sent, and no more of it is in memory than libcurl's buffer holds.
+class CurlUpload final : public CurlTransfer {
+ public:
+  CurlUpload(UploadRequest request, UploadReporter reporter);
+
+  CURLcode prepare() override;
+  std::optional<Clock::duration> look(Clock::time_point now) override;
+  void finish(CURLcode code) override;
+
+ private:
+  static std::size_t read(char* buffer, std::size_t one, std::size_t length, void* upload) noexcept;
+  static int seek(void* upload, curl_off_t offset, int origin) noexcept;
+  static int beforeRequest(void* upload, char* remote, char* local, int remotePort, int localPort) noexcept;
+
+  void setRules();
+  bool addFile(FilePart file);
+  void addFields();
+  void noteProgress();
+
+  UploadRequest request_;
+  IdleWatch idleWatch_;
+  UploadReporter reporter_;
+  std::unique_ptr<FormContent> content_;
+  std::int64_t position_ = 0;  // in the content
+  bool isSent_ = false;
+  CurlForm form_;
+};
+
+}  // namespace orivex::gtk
