@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "RandomUUID.h"
+#include "orivex/models/RandomUUID.h"
 
 namespace orivex {
 

@@ -1,4 +1,4 @@
-#include "RandomUUID.h"
+#include "orivex/models/RandomUUID.h"
 
 #include <algorithm>
 #include <array>

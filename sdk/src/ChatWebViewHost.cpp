@@ -12,6 +12,7 @@
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/sdk/OVKFApi.h"
+#include "orivex/voice/RecordManager.h"
 
 namespace orivex {
 namespace {
@@ -109,6 +110,7 @@ void ChatWebViewHost::observeUrl() {
 }
 
 void ChatWebViewHost::processGone() {
+  RecordManager::shared().closeMicrophone();  // nobody is left to end a press
   if (reloads_.admit(Platform::current().mainQueue.now())) {
     webView_->reload();
     return;

@@ -57,7 +57,10 @@ OVKFApi::OVKFApi() {
                                   .reveal = [this] { host_->reveal(); }});
 }
 
-OVKFApi::~OVKFApi() = default;
+// A screen that never disappeared, for example with its window, is gone all the same.
+OVKFApi::~OVKFApi() {
+  closeMicrophone();
+}
 
 std::shared_ptr<OVKFApi> OVKFApi::self() {
   return std::static_pointer_cast<OVKFApi>(shared_from_this());
@@ -154,7 +157,7 @@ void OVKFApi::observeApplication() {
       application.observe(ApplicationEvent::didBecomeActive, [] { log::debugPrint("App did become active"); }));
   applicationObservers_.push_back(application.observe(ApplicationEvent::willResignActive, [] {
     log::debugPrint("App will resign active");
-    RecordManager::shared().cancelRecording();
+    RecordManager::shared().closeMicrophone();
   }));
 }
 
@@ -190,6 +193,7 @@ void OVKFApi::loadPage() {
 
 void OVKFApi::viewWillAppear(bool animated) {
   ViewController::viewWillAppear(animated);
+  addRecordingView();  // a chat screen that lay over this one had it
   hideHostChrome();
 }
 
@@ -197,6 +201,18 @@ void OVKFApi::viewWillDisappear(bool animated) {
   ViewController::viewWillDisappear(animated);
   view()->endEditing();
   restoreHostChrome();
+}
+
+void OVKFApi::viewDidDisappear(bool animated) {
+  ViewController::viewDidDisappear(animated);
+  closeMicrophone();
+}
+
+// Another chat screen may have taken over the overlay, and with it the microphone.
+void OVKFApi::closeMicrophone() {
+  if (isViewLoaded() && view()->hasSubview(*RecordManager::shared().recordingView())) {
+    RecordManager::shared().closeMicrophone();
+  }
 }
 
 void OVKFApi::hideHostChrome() {

@@ -1,8 +1,58 @@
 #include "orivex/voice/RecordManager.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include "orivex/media/OVKFApiHelper.h"
+#include "orivex/media/UploadManager.h"
+#include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/ports/RecordPermission.h"
+#include "orivex/voice/VoiceManager.h"
 
 namespace orivex {
+namespace {
+
+// Seconds.
+constexpr double messageDuration = 3.0;
+constexpr double levelInterval = 0.1;
+constexpr double tooShortDuration = 1.0;
+
+// In the unit of `VoiceManager::duration`, whose first step is 1000: a clip without a whole second is too short.
+constexpr double longestTooShort = 1.0;
+
+constexpr double millisecondsPerSecond = 1000.0;
+
+void tell(const std::string& message) {
+  OVKFApiHelper::showMessage(message, messageDuration);
+}
+
+// The last component of an address' path, decoded.
+std::string lastPathComponent(const std::string& address) {
+  const auto path = address.substr(0, address.find_first_of("?#"));
+  const auto name = path.substr(path.rfind('/') + 1);
+  const auto decoded = Url::parse("file:///" + name);
+  return decoded ? decoded->filePath().value_or("/" + name).substr(1) : name;
+}
+
+std::string extensionOf(const Url& file) {
+  const auto extension = std::filesystem::path(file.filePath().value_or("")).extension().string();
+  return extension.substr(std::min<std::size_t>(1, extension.size()));
+}
+
+UploadFileInfoModel describe(const UploadResposeModel& stored, double seconds) {
+  UploadFileInfoModel clip;
+  clip.name = lastPathComponent(stored.url);
+  clip.type = rawValue(FileType::Record);
+  clip.url = stored.url;
+  clip.duration = seconds;
+  clip.suffix = "wav";
+  return clip;
+}
+
+}  // namespace
 
 RecordManager& RecordManager::shared() {
   static auto* const instance = new RecordManager;
@@ -15,15 +65,123 @@ const std::shared_ptr<RecordingView>& RecordManager::recordingView() {
 }
 
 void RecordManager::perform(const std::string& action, RecordedClip completion) {
-  if (recorder) {
-    recorder(action, std::move(completion));
-  } else {
-    log::print("This build has no recorder");
+  if (action == "start") {
+    VoiceManager::shared().isStop = false;
+    requestMicrophoneAndStart();
+  } else if (action == "end") {
+    finishRecording(std::move(completion));
+  } else if (action == "cancel") {
+    cancelRecording();
+  } else if (action == "hold") {
+    setFingerAway(true);
+  } else if (action == "recover") {
+    setFingerAway(false);
   }
 }
 
-void RecordManager::cancelRecording() {
+void RecordManager::requestMicrophoneAndStart() {
+  if (press_ == Press::recording) cancelRecording();
+  press_ = Press::asking;
+  isFingerAway_ = false;
+  const auto answer = [this, question = ++lastQuestion_](bool granted) {
+    VoiceManager::shared().setRecordingAllowed(granted,
+                                               [this, question](bool allowed) { answered(question, allowed); });
+  };
+  Platform::current().recordPermission.request(OVKFApiHelper::appDisplayName(), answer);
+}
+
+void RecordManager::answered(std::uint64_t question, bool allowed) {
+  log::print(allowed ? "Microphone permission granted" : "Microphone permission denied");
+  if (question != lastQuestion_) return;  // a later press waits for an answer of its own
+  auto& voice = VoiceManager::shared();
+  press_ = Press::none;
+  if (!allowed) {
+    tell("无法录制声音，前往\"设置 > " + OVKFApiHelper::appDisplayName() + "\"中打开麦克风权限");
+    voice.deleteRecordingFile();
+  } else if (!voice.isStop) {
+    voice.startRecording();
+    press_ = Press::recording;
+    beginOverlay();
+    if (isFingerAway_) setFingerAway(true);
+  }
+}
+
+void RecordManager::beginOverlay() {
+  ++overlayShowings_;
+  const auto& view = recordingView();
+  view->setRecordingState(RecordingState::volumn);
+  view->setVolume(0);
+  view->setHidden(false);
+  overlayTimer_ = Platform::current().mainQueue.repeat(levelInterval, [this] { setVoiceSoundSize(); });
+}
+
+void RecordManager::setVoiceSoundSize() {
+  recordingView()->setVolume(VoiceManager::shared().currentVolumeLevel());
+}
+
+void RecordManager::setFingerAway(bool away) {
+  isFingerAway_ = away;
+  if (press_ != Press::recording) return;
+  recordingView()->setRecordingState(away ? RecordingState::cancel : RecordingState::volumn);
+  setVoiceSoundSize();  // the level that is built with the state is a full one
+}
+
+void RecordManager::endOverlay() {
+  overlayTimer_.reset();
   recordingView()->setHidden(true);
+}
+
+void RecordManager::cancelRecording() {
+  auto& voice = VoiceManager::shared();
+  const auto press = std::exchange(press_, Press::none);
+  if (press == Press::asking || !voice.isRecordingAllowed) voice.isStop = true;
+  endOverlay();
+  if (press == Press::recording) voice.deleteRecordingFile();
+}
+
+void RecordManager::finishRecording(RecordedClip completion) {
+  auto& voice = VoiceManager::shared();
+  const auto press = std::exchange(press_, Press::none);
+  if (press != Press::recording) {
+    if (press == Press::asking || !voice.isRecordingAllowed) voice.isStop = true;
+    return;
+  }
+  const double duration = voice.duration;
+  if (duration <= longestTooShort) return showTooShort();
+  endOverlay();
+  voice.stopRecording();
+  if (!voice.recorder_file_path) return;
+  const auto& address = voice.recorder_file_path->absoluteString();
+  if (const auto file = Url::parse(address)) {
+    send(*file, duration / millisecondsPerSecond, std::move(completion));
+  } else {
+    tell("无效的路径:" + address);
+  }
+}
+
+void RecordManager::showTooShort() {
+  overlayTimer_.reset();
+  recordingView()->setRecordingState(RecordingState::timeTooShort);
+  VoiceManager::shared().deleteRecordingFile();
+  Platform::current().mainQueue.asyncAfter(tooShortDuration, [this, showing = overlayShowings_] {
+    if (showing == overlayShowings_) recordingView()->setHidden(true);
+  });
+}
+
+void RecordManager::send(const Url& file, double seconds, RecordedClip completion) {
+  UploadManager().uploadFile(std::nullopt, file, std::nullopt, "file", UploadManager::mimeType(extensionOf(file)),
+                             std::nullopt, [seconds, completion = std::move(completion)](UploadResult result) mutable {
+                               if (const auto* failure = std::get_if<UploadFailure>(&result)) {
+                                 return tell(failure->message);
+                               }
+                               log::print("Upload Success");
+                               std::move(completion)(describe(std::get<UploadResposeModel>(result), seconds));
+                             });
+}
+
+void RecordManager::closeMicrophone() {
+  cancelRecording();
+  if (VoiceManager::shared().recorder) VoiceManager::shared().stopRecording();
 }
 
 }  // namespace orivex

@@ -2,6 +2,8 @@
 
 #include "orivex/media/ChatManager.h"
 #include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/voice/RecordManager.h"
+#include "orivex/voice/VoiceManager.h"
 
 namespace orivex::testing {
 
@@ -9,6 +11,9 @@ ChatScreenTest::ChatScreenTest() {
   // Left over by another test when a whole binary is run in one process.
   ChatManager::shared().instanceURL.reset();
   OVKFApiManager::shared().elements.clear();
+  RecordManager::shared().closeMicrophone();
+  VoiceManager::shared().isRecordingAllowed = false;
+  VoiceManager::shared().isStop = false;
   device_.application().window()->setRootViewController(hostStack_);
 }
 

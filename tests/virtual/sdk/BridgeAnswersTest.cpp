@@ -3,6 +3,8 @@
 #include "ChatScreenTest.h"
 #include "FakePickers.h"
 
+#include "orivex/voice/VoiceManager.h"
+
 namespace orivex::testing {
 namespace {
 
@@ -18,12 +20,24 @@ class BridgeAnswersTest : public ChatScreenTest {
  protected:
   BridgeAnswersTest() { ask(*screen_); }
 
-  /// Lets the page ask for documents and for a recording, so that both completions are there.
+  /// Lets the page ask for documents, so that the completion is there.
   void ask(OVKFApi& screen) {
     pageOf(screen).post("openDocumentPicker", R"({"deviceId":"d"})");
-    pageOf(screen).post("recording", R"({"deviceId":"d","action":"end"})");
     device_.runUntilIdle();
     log_.take();
+  }
+
+  /// Lets the page record for 2.5 seconds; the clip is then on its way to the server for one more.
+  void speak(OVKFApi& screen) {
+    device_.recordPermission().remember(true);
+    device_.httpClient().setUploadServer([](const UploadRequest&) {
+      return VirtualUploadReply::respond(
+          200, R"({"url":"https://u/c.wav","inputContentType":"audio/wav","actualContentType":"audio/wav"})", 1);
+    });
+    pageOf(screen).post("recording", R"({"deviceId":"d","action":"start"})");
+    device_.advance(2.5);
+    pageOf(screen).post("recording", R"({"deviceId":"d","action":"end"})");
+    device_.runUntilIdle();
   }
 
   /// What was evaluated since the touch script.
@@ -65,16 +79,15 @@ TEST_F(BridgeAnswersTest, CarryEveryFieldInItsOrder) {
 }
 
 TEST_F(BridgeAnswersTest, WriteARecordToTheLogAndThenCallThePage) {
-  UploadFileInfoModel clip;
-  clip.type = "Record";
-  clip.url = "https://u/c.wav";
-  clip.duration = 2;
-  clip.suffix = "wav";
-  std::move(pickers_.clip)(clip);
+  speak(*screen_);
+  EXPECT_EQ(answers(), Lines{});
+  device_.advance(1);
   EXPECT_EQ(answers(),
-            Lines{R"(handleSelectedRecord({"type":"Record","url":"https://u/c.wav","duration":2,"suffix":"wav"});)"});
-  EXPECT_EQ(log_.take(),
-            Lines{R"("{\"type\":\"Record\",\"url\":\"https://u/c.wav\",\"duration\":2,\"suffix\":\"wav\"}")"});
+            Lines{R"(handleSelectedRecord({"name":"c.wav","type":"Record","url":"https://u/c.wav","duration":2,)"
+                  R"("suffix":"wav"});)"});
+  EXPECT_EQ(log_.take("\"{"),
+            Lines{R"("{\"name\":\"c.wav\",\"type\":\"Record\",\"url\":\"https://u/c.wav\",\"duration\":2,)"
+                  R"(\"suffix\":\"wav\"}")"});
 }
 
 TEST_F(BridgeAnswersTest, AreOneLogLineWhenTheyCannotBeWritten) {
@@ -83,12 +96,19 @@ TEST_F(BridgeAnswersTest, AreOneLogLineWhenTheyCannotBeWritten) {
   for (const auto& file : {endless, named("\xFF")}) {
     ask(*screen_);
     std::move(pickers_.files)({named("good"), file});
-    std::move(pickers_.clip)(file);
     EXPECT_EQ(answers(), Lines{});
     const auto lines = log_.take();
-    ASSERT_EQ(lines.size(), 2U);
-    for (const auto& line : lines) EXPECT_TRUE(line.starts_with("\"Error serializing JSON: ")) << line;
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0].starts_with("\"Error serializing JSON: ")) << lines[0];
   }
+  device_.recordPermission().remember(true);
+  pageOf(*screen_).post("recording", R"({"deviceId":"d","action":"start"})");
+  device_.runUntilIdle();
+  VoiceManager::shared().duration = std::numeric_limits<double>::infinity();
+  pageOf(*screen_).post("recording", R"({"deviceId":"d","action":"end"})");
+  device_.advance(1);
+  EXPECT_EQ(answers(), Lines{});
+  EXPECT_EQ(log_.take("\"Error serializing JSON: ").size(), 1U);
 }
 
 TEST_F(BridgeAnswersTest, AreOneLogLineWhenThePageFails) {
@@ -104,12 +124,13 @@ TEST_F(BridgeAnswersTest, ComeToNothingOnceTheScreenIsGone) {
     const auto screen = started();
     gone = screen;
     ask(*screen);
+    speak(*screen);
   }
-  EXPECT_TRUE(gone.expired());  // a picker that is open does not hold the screen
+  EXPECT_TRUE(gone.expired());  // neither an open picker nor an upload holds the screen
+  log_.take();
   std::move(pickers_.files)({named("late")});
-  std::move(pickers_.clip)(named("late"));
-  device_.runUntilIdle();
-  EXPECT_EQ(log_.take(), Lines{});
+  device_.advance(10);
+  EXPECT_EQ(log_.take(), Lines{"Upload Success"});
   EXPECT_EQ(answers(), Lines{});
 }
 

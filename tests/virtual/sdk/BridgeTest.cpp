@@ -2,6 +2,7 @@
 #include "FakePickers.h"
 
 #include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/voice/VoiceManager.h"
 
 namespace orivex::testing {
 namespace {
@@ -75,7 +76,7 @@ TEST_F(BridgeTest, DropsBodiesOfAnotherTypeWithoutAWord) {
   EXPECT_TRUE(device_.application().openedUrls().empty());
   EXPECT_TRUE(pickers_.openedFiles.empty());
   EXPECT_TRUE(pickers_.asked.empty());
-  EXPECT_TRUE(pickers_.recordingActions.empty());
+  EXPECT_TRUE(device_.recordPermission().asked().empty());
   EXPECT_TRUE(delegate_->events.empty());
   EXPECT_EQ(OVKFApiManager::shared().guestId.get(), "before");
 }
@@ -168,9 +169,22 @@ TEST_F(BridgeTest, StoresTheLimitsThatARequestBrings) {
       EXPECT_EQ(pickers_.asked[0].picker, row.picker);
     }
   }
-  EXPECT_EQ(pickers_.recordingActions, Lines{"cancel"});
   post("openDocumentPicker", R"({"deviceId":"d","fileSize":7,"mimeTypes":["application/pdf","text/plain"]})");
   EXPECT_EQ(pickers_.asked.back().request.mimeTypes, (Lines{"application/pdf", "text/plain"}));
+}
+
+TEST_F(BridgeTest, HandsTheActionsOfAPressToTheRecorder) {
+  const auto act = [&](const std::string& action) {
+    return post("recording", R"({"deviceId":"d","action":")" + action + R"("})");
+  };
+  for (const auto* action : {"", "Start", "pause", "hold", "recover", "end"}) EXPECT_EQ(act(action), Lines{}) << action;
+  EXPECT_TRUE(VoiceManager::shared().isStop) << "the press ended before its answer";
+  EXPECT_TRUE(device_.recordPermission().asked().empty());
+  EXPECT_EQ(act("start"), Lines{});
+  EXPECT_EQ(device_.recordPermission().asked(), Lines{"Virtual Host"});
+  EXPECT_FALSE(VoiceManager::shared().isStop);
+  EXPECT_EQ(act("cancel"), Lines{});
+  EXPECT_TRUE(VoiceManager::shared().isStop);
 }
 
 TEST_F(BridgeTest, LeavesEverythingAsItWasAfterABadRequest) {
@@ -190,7 +204,7 @@ TEST_F(BridgeTest, LeavesEverythingAsItWasAfterABadRequest) {
     }
   }
   EXPECT_TRUE(pickers_.asked.empty());
-  EXPECT_TRUE(pickers_.recordingActions.empty());
+  EXPECT_TRUE(device_.recordPermission().asked().empty());
   EXPECT_EQ(store.guestId.get(), "before");
   EXPECT_EQ(store.fileSize.get(), 11);
   EXPECT_EQ(store.videoSize.get(), 22);

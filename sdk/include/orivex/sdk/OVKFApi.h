@@ -75,6 +75,7 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
+  void viewDidDisappear(bool animated) override;
   void viewDidLayoutSubviews() override;
 
   /// What the page posts.
@@ -85,6 +86,7 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   void observeApplication();
   void installBackGesture();
   void addRecordingView();
+  void closeMicrophone();
   void loadPage();
   void hideHostChrome();
   void restoreHostChrome();
