@@ -5,7 +5,6 @@
 #include "orivex/platform/ports/DocumentInteraction.h"
 #include "orivex/platform/ports/DocumentPicker.h"
 #include "orivex/platform/ports/FileManager.h"
-#include "orivex/platform/ports/ImageCodec.h"
 #include "orivex/platform/ports/MediaProbe.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 #include "orivex/platform/ports/RecordPermission.h"
@@ -17,11 +16,6 @@ class AbsentFileManager final : public FileManager {
  public:
   std::optional<Url> documentDirectory() override { return std::nullopt; }
   std::optional<Failure> removeItem(const Url&) override { return Failure{"no file manager"}; }
-};
-
-class AbsentImageCodec final : public ImageCodec {
- public:
-  std::variant<JpegImage, Failure> jpeg(const std::string&, double) const override { return Failure{"no codec"}; }
 };
 
 class AbsentMediaProbe final : public MediaProbe {

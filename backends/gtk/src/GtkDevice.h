@@ -10,6 +10,7 @@
 #include "files/GioTypeRegistry.h"
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
+#include "pictures/PictureCodec.h"
 #include "ui/AdwAnimator.h"
 #include "ui/GtkApplicationPort.h"
 #include "ui/GtkProgressOverlay.h"
@@ -42,7 +43,7 @@ class GtkDevice {
   MachineDevice device_;
   AbsentFileManager fileManager_;
   GioTypeRegistry typeRegistry_;
-  AbsentImageCodec imageCodec_;
+  PictureCodec imageCodec_;
   AbsentMediaProbe mediaProbe_;
   AbsentDocumentPicker documentPicker_;
   AbsentDocumentInteraction documentInteraction_;
