@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -9,51 +10,15 @@
 #include <unistd.h>
 
 namespace orivex::gtk {
-namespace {
-
-bool sendAll(int connection, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const auto sent = send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (sent <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(sent));
-  }
-  return true;
-}
-
-// Returns at the end of a head or with nothing when the other side has gone.
-std::string readHead(int connection, std::string& buffer) {
-  std::size_t end;
-  while ((end = buffer.find("\r\n\r\n")) == std::string::npos) {
-    char chunk[4096];
-    const auto length = recv(connection, chunk, sizeof chunk, 0);
-    if (length <= 0) return {};
-    buffer.append(chunk, static_cast<std::size_t>(length));
-  }
-  const std::string head = buffer.substr(0, end + 4);
-  buffer.erase(0, end + 4);
-  return head;
-}
-
-// Closing with unsent data to linger on for no time sends a reset.
-void resetOnClose(int connection) {
-  const linger none{1, 0};
-  setsockopt(connection, SOL_SOCKET, SO_LINGER, &none, sizeof none);
-}
-
-}  // namespace
 
 SocketServer::SocketServer(Handler handler)
-    : handler_(std::move(handler)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    : SocketServer(Session(
+          [this, handler = std::move(handler)](SocketConnection& connection) { answerAll(connection, handler); })) {}
+
+SocketServer::SocketServer(Session session)
+    : session_(std::move(session)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   listen();
-  acceptor_ = std::thread([this] {
-    int connection;
-    while ((connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC)) >= 0) {
-      ++connections_;
-      const std::lock_guard lock(mutex_);
-      open_.push_back(connection);
-      threads_.emplace_back([this, connection] { serve(connection); });
-    }
-  });
+  acceptor_ = std::thread([this] { accept(); });
 }
 
 SocketServer::~SocketServer() {
@@ -61,7 +26,7 @@ SocketServer::~SocketServer() {
   acceptor_.join();
   {
     const std::lock_guard lock(mutex_);
-    for (const int connection : open_) shutdown(connection, SHUT_RDWR);
+    for (auto& connection : open_) connection.shutDown();
   }
   for (auto& thread : threads_) thread.join();
   close(listener_);
@@ -80,6 +45,16 @@ void SocketServer::listen() {
   port_ = ntohs(address.sin_port);
 }
 
+void SocketServer::accept() {
+  int descriptor;
+  while ((descriptor = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC)) >= 0) {
+    ++connections_;
+    const std::lock_guard lock(mutex_);
+    const auto connection = open_.emplace(open_.end(), descriptor);
+    threads_.emplace_back([this, connection] { serve(connection); });
+  }
+}
+
 std::string SocketServer::url(std::string_view target) const {
   return "http://127.0.0.1:" + std::to_string(port_) + std::string(target);
 }
@@ -89,28 +64,27 @@ std::vector<std::string> SocketServer::requests() const {
   return requests_;
 }
 
-void SocketServer::serve(int connection) {
-  std::string buffer;
-  std::string head;
-  do {
-    head = readHead(connection, buffer);
-  } while (!head.empty() && answer(connection, head));
+void SocketServer::serve(std::list<SocketConnection>::iterator connection) {
+  session_(*connection);
   const std::lock_guard lock(mutex_);
-  std::erase(open_, connection);
-  close(connection);
+  open_.erase(connection);
 }
 
-// Whether to wait for another request.
-bool SocketServer::answer(int connection, const std::string& head) {
-  {
-    const std::lock_guard lock(mutex_);
-    requests_.push_back(head);
+void SocketServer::answerAll(SocketConnection& connection, const Handler& handler) {
+  for (std::string head; !(head = connection.readHead()).empty();) {
+    if (head.find("\r\nExpect: 100-continue\r\n") != std::string::npos)
+      connection.send("HTTP/1.1 100 Continue\r\n\r\n");
+    connection.skip(contentLength(head));
+    const auto start = head.find(' ') + 1;
+    const auto target = head.substr(start, head.find(' ', start) - start);
+    {
+      const std::lock_guard lock(mutex_);
+      requests_.push_back(std::move(head));
+    }
+    const Answer answer = handler(target);
+    if (answer.then == Then::reset) connection.resetAtEnd();
+    if (!connection.send(answer.bytes) || answer.then == Then::close || answer.then == Then::reset) return;
   }
-  const auto start = head.find(' ') + 1;
-  const Answer answer = handler_(head.substr(start, head.find(' ', start) - start));
-  if (answer.then == Then::reset) resetOnClose(connection);
-  if (!sendAll(connection, answer.bytes)) return false;
-  return answer.then == Then::keep || answer.then == Then::silence;
 }
 
 std::string reply(int status, std::string_view body, std::string_view headers) {

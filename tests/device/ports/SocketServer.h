@@ -7,8 +7,9 @@
 #include <string>
 #include <string_view>
 #include <thread>
-#include <utility>
 #include <vector>
+
+#include "SocketConnection.h"
 
 namespace orivex::gtk {
 
@@ -24,32 +25,38 @@ class SocketServer {
     Then then = Then::keep;
   };
 
-  /// Gets the target of the request line, for example "/path?query". Called on the server's threads.
+  /// Gets the target of the request line, for example "/path?query", when the whole request is there. Called on the
+  /// server's threads.
   using Handler = std::function<Answer(const std::string& target)>;
 
+  /// Serves one connection, which is closed when the session returns. Called on the server's threads.
+  using Session = std::function<void(SocketConnection& connection)>;
+
   explicit SocketServer(Handler handler);
+  explicit SocketServer(Session session);
   SocketServer(const SocketServer&) = delete;
   SocketServer& operator=(const SocketServer&) = delete;
   ~SocketServer();
 
   std::string url(std::string_view target) const;
 
-  /// The head of each request as it came over the wire, in order.
+  /// For a handler: the head of each request as it came over the wire, in order.
   std::vector<std::string> requests() const;
   int connections() const { return connections_; }
 
  private:
   void listen();
-  void serve(int connection);
-  bool answer(int connection, const std::string& head);
+  void accept();
+  void serve(std::list<SocketConnection>::iterator connection);
+  void answerAll(SocketConnection& connection, const Handler& handler);
 
-  Handler handler_;
+  Session session_;
   int listener_;
   int port_ = 0;
   std::atomic<int> connections_ = 0;
   mutable std::mutex mutex_;
   std::vector<std::string> requests_;
-  std::vector<int> open_;
+  std::list<SocketConnection> open_;
   std::vector<std::thread> threads_;
   std::thread acceptor_;
 };
