@@ -19,6 +19,22 @@ bool isAllowed(const std::function<NavigationPolicy(Parameters...)>& handler, Ar
 
 }  // namespace
 
+/// The answer to a file input. One that is never given counts as cancelled.
+class VirtualWebEngine::FileAnswer {
+ public:
+  explicit FileAnswer(std::weak_ptr<Page> page) : page_(std::move(page)) {}
+  FileAnswer(const FileAnswer&) = delete;
+  FileAnswer& operator=(const FileAnswer&) = delete;
+  ~FileAnswer() { give({}); }
+
+  void give(std::vector<std::string> paths) {
+    if (const auto page = std::exchange(page_, {}).lock()) page->chosenFiles = std::move(paths);
+  }
+
+ private:
+  std::weak_ptr<Page> page_;
+};
+
 VirtualWebEngine::VirtualWebEngine(const std::shared_ptr<Registry>& registry, MainQueue& queue,
                                    WebEngineConfiguration configuration, WebEngineHandlers handlers)
     : registry_(registry), queue_(queue), configuration_(std::move(configuration)) {
@@ -173,6 +189,24 @@ void VirtualWebEngine::completeLoad() {
 
 void VirtualWebEngine::changeUrl(const std::string& url) {
   queueEvent([url](Page& page) { setUrl(page, url); });
+}
+
+void VirtualWebEngine::openWindow(const std::string& url) {
+  queueEvent([url](Page& page) { tell(page, page.handlers.pageRequests.openWindow, url); });
+}
+
+void VirtualWebEngine::requestFiles(const FileChooserRequest& request) {
+  queueEvent([request, weak = std::weak_ptr<Page>(page_)](Page& page) {
+    page.chosenFiles.reset();
+    tell(page, page.handlers.pageRequests.chooseFiles, request,
+         [answer = std::make_unique<FileAnswer>(weak)](std::vector<std::string> paths) {
+           answer->give(std::move(paths));
+         });
+  });
+}
+
+void VirtualWebEngine::endDownload(const EndedDownload& download) {
+  queueEvent([download](Page& page) { tell(page, page.handlers.pageRequests.downloadEnded, download); });
 }
 
 void VirtualWebEngine::die() {

@@ -28,6 +28,13 @@ void View::setFrame(const Rect& frame) {
   if (resized && layoutHandler_) layoutHandler_();
 }
 
+void View::layOut() {
+  const auto kept = weak_from_this().lock();
+  if (layoutHandler_) layoutHandler_();
+  const auto views = subviews_;  // a screen that is laid out may change what it shows
+  for (const auto& view : views) view->layOut();
+}
+
 void View::setCenter(Point center) {
   setFrame({center.x - frame_.width / 2, center.y - frame_.height / 2, frame_.width, frame_.height});
 }

@@ -43,6 +43,22 @@ WebEngineHandlers WebView::engineHandlers() {
     return delegate ? delegate->decideNavigationResponse() : NavigationPolicy::allow;
   };
   handlers.urlChanged = alive_.guard([this](const std::optional<std::string>& url) { urlChanged(url); });
+  handlers.pageRequests = pageRequestHandlers();
+  return handlers;
+}
+
+PageRequestHandlers WebView::pageRequestHandlers() {
+  PageRequestHandlers handlers;
+  handlers.openWindow = alive_.guard([this](const std::string& url) {
+    if (const auto delegate = uiDelegate_.lock()) delegate->openWindow(url);
+  });
+  handlers.chooseFiles =
+      alive_.guard([this](const FileChooserRequest& request, Once<void(std::vector<std::string>)> completion) {
+        if (const auto delegate = uiDelegate_.lock()) delegate->chooseFiles(request, std::move(completion));
+      });
+  handlers.downloadEnded = alive_.guard([this](const EndedDownload& download) {
+    if (const auto delegate = uiDelegate_.lock()) delegate->downloadEnded(download);
+  });
   return handlers;
 }
 

@@ -77,6 +77,7 @@ HostWindow::~HostWindow() {
 void HostWindow::setSurroundings(const Surroundings& surroundings) {
   window_->setSafeAreaInsets(surroundings.safeAreaInsets);
   scene_->setStatusBarManager(StatusBarManager{{0, 0, window_->bounds().width, surroundings.statusBarHeight}});
+  window_->contentView()->layOut();
 }
 
 void HostWindow::activeChanged(GtkWindow* /*window*/, GParamSpec* /*property*/) {

@@ -71,6 +71,15 @@ class VirtualWebEngine final : public WebEngine {
   /// Changes the address without a navigation, as a page's own script can.
   void changeUrl(const std::string& url);
 
+  /// The visitor follows a link that opens a window of its own.
+  void openWindow(const std::string& url);
+
+  /// The visitor activates a file input.
+  void requestFiles(const FileChooserRequest& request);
+
+  /// A download of the page ends.
+  void endDownload(const EndedDownload& download);
+
   /// The process behind the page goes away, with its address and with what it was about to do.
   void die();
 
@@ -94,6 +103,8 @@ class VirtualWebEngine final : public WebEngine {
 
   /// Address of the page, as last told.
   const std::optional<std::string>& url() const { return page_->url; }
+  /// The paths that the file input was given last, none when cancelled; nothing while it waits.
+  const std::optional<std::vector<std::string>>& chosenFiles() const { return page_->chosenFiles; }
   bool isProcessAlive() const { return processAlive_; }
 
  private:
@@ -101,10 +112,13 @@ class VirtualWebEngine final : public WebEngine {
   struct Page {
     WebEngineHandlers handlers;
     std::optional<std::string> url;
+    std::optional<std::vector<std::string>> chosenFiles;
     bool refused = false;
     bool ended = false;
     int process = 0;
   };
+
+  class FileAnswer;
 
   template <class Event>
   void queueEvent(Event event);

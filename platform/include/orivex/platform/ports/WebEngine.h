@@ -48,6 +48,34 @@ struct ScrollSettings {
 /// Whether a navigation goes on.
 enum class NavigationPolicy { cancel, allow };
 
+/// What a file input of a page asks for.
+struct FileChooserRequest {
+  std::vector<std::string> mimeTypes;  ///< such as "application/pdf" or "image/*"; empty: all files
+  bool multiple = false;
+  bool operator==(const FileChooserRequest&) const = default;
+};
+
+/// A download of a page that has ended.
+struct EndedDownload {
+  std::string fileName;  ///< under which it was saved, or should have been
+  bool saved = false;
+  bool operator==(const EndedDownload&) const = default;
+};
+
+/// What a page asks of its surroundings. An engine without a handler answers as if the visitor had declined.
+struct PageRequestHandlers {
+  /// On a gesture of the visitor the page opens an address in a window of its own. The engine makes no window: the page
+  /// learns nothing of what becomes of the address. Without a gesture the engine refuses by itself, with one log line.
+  std::function<void(const std::string& url)> openWindow;
+
+  /// The visitor has activated a file input. `completion` takes the paths of the files, none when the visitor cancels;
+  /// dropped without a call, it cancels too. It may be called after the engine is gone and then does nothing.
+  std::function<void(const FileChooserRequest& request, Once<void(std::vector<std::string> paths)> completion)>
+      chooseFiles;
+
+  std::function<void(const EndedDownload& download)> downloadEnded;
+};
+
 /// Everything that comes out of an engine, all on the main thread and never inside a call into the engine.
 struct WebEngineHandlers {
   std::function<void(ScriptMessage)> scriptMessage;
@@ -61,6 +89,7 @@ struct WebEngineHandlers {
   std::function<NavigationPolicy()> decideNavigationResponse;
   /// The address changed; absent when the process behind the page is gone.
   std::function<void(const std::optional<std::string>& url)> urlChanged;
+  PageRequestHandlers pageRequests;
 };
 
 /// One web page in its own process. Main thread. A page process that dies is told by `urlChanged` with no address;

@@ -112,8 +112,11 @@ class View : public std::enable_shared_from_this<View> {
   /// What the view shows now, as an unmoving picture; null when it is not on a screen.
   std::shared_ptr<View> snapshotView() const;
 
-  /// Called after the size has changed.
+  /// Called after the size has changed, and when `layOut` asks for it.
   void setLayoutHandler(std::function<void()> handler) { layoutHandler_ = std::move(handler); }
+
+  /// Places what this view and those below it hold once more: what lies around the window has changed.
+  void layOut();
 
   /// Ties a backend's mirror to this view; null unties it.
   void setMirror(ViewMirror* mirror) { mirror_ = mirror; }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Observers.h"
@@ -32,6 +33,20 @@ class NavigationDelegate {
   virtual NavigationPolicy decideNavigationResponse() = 0;
 };
 
+/// Serves what the page of a web view asks of its surroundings, on the main thread. See `PageRequestHandlers`.
+class WebUIDelegate {
+ public:
+  WebUIDelegate() = default;
+  WebUIDelegate(const WebUIDelegate&) = delete;
+  WebUIDelegate& operator=(const WebUIDelegate&) = delete;
+  virtual ~WebUIDelegate() = default;
+
+  virtual void openWindow(const std::string& url) = 0;
+  virtual void chooseFiles(const FileChooserRequest& request,
+                           Once<void(std::vector<std::string> paths)> completion) = 0;
+  virtual void downloadEnded(const EndedDownload& download) = 0;
+};
+
 struct WebViewConfiguration {
   std::shared_ptr<UserContentController> userContentController = std::make_shared<UserContentController>();
   bool javaScriptCanOpenWindowsAutomatically = true;
@@ -47,6 +62,9 @@ class WebView : public View {
 
   /// The delegate is not kept alive.
   void setNavigationDelegate(std::weak_ptr<NavigationDelegate> delegate) { delegate_ = std::move(delegate); }
+
+  /// The delegate is not kept alive. Without one the page is declined whatever it asks for.
+  void setUIDelegate(std::weak_ptr<WebUIDelegate> delegate) { uiDelegate_ = std::move(delegate); }
 
   void load(const UrlRequest& request) { engine_->load(request); }
   void loadFile(const std::string& path, const std::string& readAccessPath) { engine_->loadFile(path, readAccessPath); }
@@ -72,10 +90,12 @@ class WebView : public View {
 
  private:
   WebEngineHandlers engineHandlers();
+  PageRequestHandlers pageRequestHandlers();
   void urlChanged(const std::optional<std::string>& url);
 
   WebViewConfiguration configuration_;
   std::weak_ptr<NavigationDelegate> delegate_;
+  std::weak_ptr<WebUIDelegate> uiDelegate_;
   std::string userAgent_;
   ScrollSettings scrolling_;
   std::optional<std::string> url_;

@@ -44,6 +44,7 @@ class Window : public std::enable_shared_from_this<Window> {
   void setSize(Size size);
 
   const EdgeInsets& safeAreaInsets() const { return insets_; }
+  /// The screens keep their places until `contentView()->layOut()`.
   void setSafeAreaInsets(EdgeInsets insets) { insets_ = insets; }
 
   /// The scene that shows the window; null for a window on no screen.
