@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 
@@ -14,6 +15,12 @@ double median(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
   std::nth_element(values.begin(), middle, values.end());
   return *middle;
+}
+
+double percentile99(std::vector<double> values) {
+  const auto place = values.begin() + static_cast<std::ptrdiff_t>(values.size() * 99 / 100);
+  std::nth_element(values.begin(), place, values.end());
+  return *place;
 }
 
 double largest(const std::vector<double>& values) {
@@ -39,6 +46,12 @@ int openDescriptors() {
 
 double milliseconds() {
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+double threadMilliseconds() {
+  timespec used{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+  return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
 }
 
 void print(const std::string& name, double value, const std::string& unit) {

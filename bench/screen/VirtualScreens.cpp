@@ -4,44 +4,92 @@
 #include "Bench.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/ui/WebView.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/sdk/OrivexSDK.h"
 #include "orivex/testing/VirtualDevice.h"
 
-// 1,000 screens opened, revealed and closed on the virtual device: what they leave behind, and how long our own code
-// holds the main thread at most when the ports cost nothing.
-int main() {
-  using namespace orivex;
-  constexpr int count = 1000;
-  log::setEnabled(false);
-  testing::VirtualDevice device;
-  const auto root = std::make_shared<ViewController>();
-  device.application().window()->setRootViewController(root);
-  std::vector<double> holds;
-  holds.reserve(count * 8);
-  const auto timed = [&](auto&& call) {
-    const double started = bench::milliseconds();
+namespace orivex::bench {
+namespace {
+
+/// How long each call holds the main thread.
+class Holds {
+ public:
+  template <class Call>
+  void time(const Call& call) {
+    const double started = threadMilliseconds();
     call();
-    holds.push_back(bench::milliseconds() - started);
-  };
+    milliseconds_.push_back(threadMilliseconds() - started);
+  }
+  double longest() const { return largest(milliseconds_); }
+
+ private:
+  std::vector<double> milliseconds_;
+};
+
+std::shared_ptr<OVKFApi> open(testing::VirtualDevice& device, Holds& holds) {
+  auto chat = std::make_shared<OVKFApi>();
+  holds.time([&] { chat->startSession("https://chat.example", "E", "K", std::make_shared<UserMappingModel>()); });
+  holds.time([&] { device.application().window()->rootViewController()->present(chat, false); });
+  device.advance(1);
+  for (auto* engine : std::vector(device.webEngines().engines())) holds.time([&] { engine->completeLoad(); });
+  device.advance(5);
+  return chat;
+}
+
+void measureScreens(testing::VirtualDevice& device) {
+  constexpr int count = 1000;
+  Holds holds;
   double early = 0;
   for (int index = 0; index < count; ++index) {
-    auto chat = std::make_shared<OVKFApi>();
-    timed([&] { chat->startSession("https://chat.example", "E", "K", std::make_shared<UserMappingModel>()); });
-    timed([&] { root->present(chat, false); });
-    device.advance(1);
-    for (auto* engine : std::vector(device.webEngines().engines())) timed([&] { engine->completeLoad(); });
-    device.advance(5);
-    timed([&] { chat->close(); });
+    auto chat = open(device, holds);
+    holds.time([&] { chat->close(); });
     chat.reset();
     device.advance(15);
     device.httpClient().forgetRequests();
-    if (index + 1 == count / 10) early = bench::heapKiB();
+    if (index + 1 == count / 10) early = heapKiB();
   }
   std::printf("%d screens on the virtual device\n", count);
-  bench::print("  heap in use after the first tenth", early, "KiB");
-  bench::print("  heap in use at the end", bench::heapKiB(), "KiB");
-  bench::print("  engines left alive", static_cast<double>(device.webEngines().engines().size()), "");
-  bench::print("  longest hold of the main thread by our code", bench::largest(holds), "ms");
+  print("  heap in use after the first tenth", early, "KiB");
+  print("  heap in use at the end", heapKiB(), "KiB");
+  print("  engines left alive", static_cast<double>(device.webEngines().engines().size()), "");
+  print("  longest hold of the main thread by our code", holds.longest(), "ms");
+}
+
+void measureBurst(testing::VirtualDevice& device) {
+  constexpr int count = 10000;
+  Holds holds;
+  const auto chat = open(device, holds);
+  auto& engine = dynamic_cast<testing::VirtualWebEngine&>(chat->webView()->engine());
+  const std::pair<const char*, const char*> kinds[] = {{"trackEvent", R"({"name":"n","attributes":{"n":"1"}})"},
+                                                       {"openUrl", "1"},
+                                                       {"recording", R"({"deviceId":"d","action":"none"})"},
+                                                       {"openDocumentPicker", R"({"fileSize":1})"},
+                                                       {"initLoaded", "null"}};
+  Holds messages;
+  for (int index = 0; index < count; ++index) {
+    const auto& [name, body] = kinds[index % std::size(kinds)];
+    messages.time([&, name = name, body = body] {
+      engine.post(name, body);
+      device.runUntilIdle();
+    });
+  }
+  print("a message of a burst of 10,000, longest hold of the main thread", messages.longest(), "ms");
+  chat->close();
+  device.advance(15);
+}
+
+}  // namespace
+}  // namespace orivex::bench
+
+// Screens and messages on the virtual device: what they leave behind, and how long our own code holds the main thread
+// at most when the ports cost nothing.
+int main() {
+  using namespace orivex;
+  log::setEnabled(false);
+  testing::VirtualDevice device;
+  device.application().window()->setRootViewController(std::make_shared<ViewController>());
+  bench::measureScreens(device);
+  bench::measureBurst(device);
   return 0;
 }

@@ -16,7 +16,7 @@ GtkWindow* makeWindow() {
 
 }  // namespace
 
-// screen-bench [round-trip|opening|screens]...: everything without arguments. Needs a display.
+// screen-bench [round-trip|opening|burst|panning|idle|screens]...: everything without arguments. Needs a display.
 int main(int argc, char** argv) {
   using namespace orivex;
   adw_init();
@@ -35,6 +35,9 @@ int main(int argc, char** argv) {
   };
   if (asked("round-trip")) bench::measureRoundTrip(host);
   if (asked("opening")) bench::measureOpening(host);
+  if (asked("burst")) bench::measureBurst(host);
+  if (asked("panning")) bench::measurePanning(host);
+  if (asked("idle")) bench::measureIdleness(host);
   if (asked("screens")) bench::measureManyScreens(host, 50);
   return 0;
 }
