@@ -1,0 +1,80 @@
+#include "FolderScan.h"
+
+#include <filesystem>
+#include <memory>
+
+#include <dirent.h>
+
+#include "../glib/GMemory.h"
+
+namespace orivex::gtk {
+namespace {
+
+using FolderPtr = std::unique_ptr<DIR, FreeWith<closedir>>;
+
+std::int64_t modified(const struct stat& facts) {
+  constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+  return facts.st_mtim.tv_sec * nanosecondsPerSecond + facts.st_mtim.tv_nsec;
+}
+
+// Whether the link leads to a folder that holds it.
+bool leadsAround(const std::string& link) {
+  std::error_code failure;
+  const auto target = std::filesystem::canonical(link, failure);
+  if (failure) return true;
+  const auto place = std::filesystem::canonical(link.substr(0, link.rfind('/')), failure).string() + "/";
+  return failure || place.starts_with(target == "/" ? "/" : target.string() + "/");
+}
+
+}  // namespace
+
+void FolderScan::run(const std::vector<std::string>& roots) {
+  // The last is visited first.
+  folders_.assign(roots.rbegin(), roots.rend());
+  while (!visitor_.isStopped()) {
+    if (folders_.empty() && !links_.empty()) folders_.swap(links_);
+    if (folders_.empty()) return;
+    const std::string folder = std::move(folders_.back());
+    folders_.pop_back();
+    visit(folder);
+  }
+}
+
+void FolderScan::visit(const std::string& folder) {
+  const FolderPtr open(opendir(folder.c_str()));
+  struct stat facts {};
+  if (!open || fstat(dirfd(open.get()), &facts) != 0) return;
+  if (!visited_.emplace(facts.st_dev, facts.st_ino).second) return;
+  if (!visitor_.foundFolder(folder, modified(facts))) return;
+  while (const dirent* const next = readdir(open.get())) {
+    if (visitor_.isStopped()) return;
+    entry(folder, next->d_name, next->d_type);
+  }
+}
+
+void FolderScan::entry(const std::string& folder, const char* name, unsigned char kind) {
+  if (name[0] == '.') return;
+  std::string path = folder + "/" + name;
+  struct stat facts {};
+  if (kind == DT_DIR) {
+    folders_.push_back(std::move(path));
+  } else if (kind == DT_LNK || kind == DT_UNKNOWN) {
+    if (stat(path.c_str(), &facts) != 0) return;
+    std::error_code failure;
+    const bool isLink = kind == DT_LNK || std::filesystem::is_symlink(path, failure);
+    if (!S_ISDIR(facts.st_mode)) return entry(folder, name, DT_REG);
+    if (!isLink) return folders_.push_back(std::move(path));
+    if (!leadsAround(path)) links_.push_back(std::move(path));
+  } else if (kind == DT_REG) {
+    if (auto item = itemAt(path, filter_)) visitor_.foundItem(*std::move(item));
+  }
+}
+
+std::optional<MediaItem> FolderScan::itemAt(const std::string& path, const MediaFilter& filter) {
+  const auto type = mediaTypeOf(std::string_view(path).substr(path.rfind('/') + 1), filter);
+  struct stat facts {};
+  if (!type || stat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
+  return MediaItem{path, *type, modified(facts), facts.st_size};
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,79 @@
+#include "FolderWatch.h"
+
+#include <utility>
+
+#include "../glib/GMemory.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Each takes a fraction of a millisecond of the main thread.
+constexpr int monitorsPerTurn = 8;
+
+// Half of what the kernel grants all programs of a user together where memory is scarce.
+constexpr std::size_t mostMonitors = 4096;
+
+// A camera or a copying file manager changes many files in a row, and each file several times.
+constexpr double gatheringSeconds = 0.2;
+
+}  // namespace
+
+FolderWatch::Monitor::Monitor(FolderWatch& owner, const std::string& folder) : owner_(owner) {
+  const auto file = GRef<GFile>::adopt(g_file_new_for_path(folder.c_str()));
+  monitor_ =
+      GRef<GFileMonitor>::adopt(g_file_monitor_directory(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
+  if (monitor_) changed_ = SignalConnection::connect<&Monitor::happened>(monitor_.get(), "changed", this);
+}
+
+void FolderWatch::Monitor::happened(GFileMonitor* /*monitor*/, GFile* file, GFile* other, GFileMonitorEvent event) {
+  // While a file is written, only the end of the writing counts.
+  if (event == G_FILE_MONITOR_EVENT_CHANGED) return;
+  for (GFile* const touched : {file, other}) {
+    const GCharPtr path(touched ? g_file_get_path(touched) : nullptr);
+    if (path) owner_.note(path.get());
+  }
+}
+
+FolderWatch::FolderWatch(MainQueue& queue, std::function<void(std::vector<std::string> paths)> changed)
+    : queue_(queue), changed_(std::move(changed)) {}
+
+void FolderWatch::watch(const std::vector<std::string>& folders) {
+  const bool isAsleep = waiting_.empty();
+  waiting_.insert(waiting_.end(), folders.begin(), folders.end());
+  if (isAsleep && !waiting_.empty()) queue_.async(alive_.guard([this] { watchSome(); }));
+}
+
+void FolderWatch::watchSome() {
+  for (int count = 0; count < monitorsPerTurn && !waiting_.empty(); ++count) {
+    std::string folder = std::move(waiting_.front());
+    waiting_.pop_front();
+    if (monitors_.contains(folder)) continue;
+    if (monitors_.size() == mostMonitors) {
+      log::print("Too many photo folders to watch; from now on, changes are seen when the library is opened.");
+      return waiting_.clear();
+    }
+    monitors_.emplace(folder, std::make_unique<Monitor>(*this, folder));
+    note(std::move(folder));
+  }
+  if (!waiting_.empty()) queue_.async(alive_.guard([this] { watchSome(); }));
+}
+
+void FolderWatch::forget(const std::string& folder) {
+  monitors_.erase(folder);
+  const std::string below = folder + "/";
+  std::erase_if(monitors_, [&](const auto& monitor) { return monitor.first.starts_with(below); });
+}
+
+void FolderWatch::note(std::string path) {
+  if (noted_.empty()) queue_.asyncAfter(gatheringSeconds, alive_.guard([this] { tell(); }));
+  noted_.insert(std::move(path));
+}
+
+void FolderWatch::tell() {
+  const auto noted = std::exchange(noted_, {});
+  changed_({noted.begin(), noted.end()});
+}
+
+}  // namespace orivex::gtk

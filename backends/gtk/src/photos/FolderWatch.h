@@ -1,0 +1,60 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gio/gio.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+/// Tells which paths in a set of folders have come, changed or gone. Main thread.
+class FolderWatch {
+ public:
+  /// `changed` gets the paths of a short while together.
+  FolderWatch(MainQueue& queue, std::function<void(std::vector<std::string> paths)> changed);
+
+  /// Adds folders, without those below them. The watching begins within the next turns of the main thread; each folder
+  /// is told as changed then, since nobody has seen what happened in it before.
+  void watch(const std::vector<std::string>& folders);
+
+  /// Ends the watching of a folder and of those below it.
+  void forget(const std::string& folder);
+
+ private:
+  /// One folder's monitor.
+  class Monitor {
+   public:
+    Monitor(FolderWatch& owner, const std::string& folder);
+
+   private:
+    void happened(GFileMonitor* monitor, GFile* file, GFile* other, GFileMonitorEvent event);
+
+    FolderWatch& owner_;
+    GRef<GFileMonitor> monitor_;
+    SignalConnection changed_;
+  };
+
+  void watchSome();
+  void note(std::string path);
+  void tell();
+
+  MainQueue& queue_;
+  std::function<void(std::vector<std::string> paths)> changed_;
+  std::deque<std::string> waiting_;
+  std::map<std::string, std::unique_ptr<Monitor>> monitors_;  // by folder
+  std::set<std::string> noted_;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,67 @@
+#include "MediaCatalog.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+#include <unordered_map>
+
+#include <glib.h>
+
+#include "../glib/GMemory.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr const char* everything = "最近项目";
+
+std::string lastPart(std::string_view path) {
+  const GCharPtr name(g_filename_display_name(std::string(path.substr(path.rfind('/') + 1)).c_str()));
+  return name.get();
+}
+
+std::string albumName(const std::string& folder, const std::vector<MediaRoot>& roots) {
+  const auto root = std::find_if(roots.begin(), roots.end(), [&](const auto& known) { return known.path == folder; });
+  return root == roots.end() ? lastPart(folder) : root->name;
+}
+
+void tellApart(std::vector<Album>& albums) {
+  std::map<std::string, int> uses;
+  for (const auto& album : albums) ++uses[album.name];
+  for (auto& album : albums) {
+    if (uses[album.name] > 1 && !album.folder.empty()) {
+      album.name = lastPart(folderOf(MediaItem{album.folder})) + "/" + album.name;
+    }
+  }
+}
+
+}  // namespace
+
+MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots, bool isComplete)
+    : byPath_(std::move(items)), isComplete_(isComplete) {
+  auto all = std::make_shared<MediaItems>(byPath_);
+  std::sort(all->begin(), all->end(), [](const auto& one, const auto& other) { return isShownBefore(*one, *other); });
+
+  // In this order the first item of a folder that comes by is its newest, which puts the albums in order too.
+  std::vector<std::pair<std::string_view, std::shared_ptr<MediaItems>>> folders;
+  std::unordered_map<std::string_view, MediaItems*> itemsOf;
+  for (const auto& item : *all) {
+    auto& known = itemsOf[folderOf(*item)];
+    if (!known) known = folders.emplace_back(folderOf(*item), std::make_shared<MediaItems>()).second.get();
+    known->push_back(item);
+  }
+
+  albums_.push_back({everything, "", std::move(all)});
+  for (auto& [folder, inside] : folders) {
+    const std::string path(folder);
+    albums_.push_back({albumName(path, roots), path, std::move(inside)});
+  }
+  tellApart(albums_);
+}
+
+MediaItemPtr MediaCatalog::find(const std::string& path) const {
+  const auto found = std::lower_bound(byPath_.begin(), byPath_.end(), path,
+                                      [](const auto& item, const std::string& wanted) { return item->path < wanted; });
+  return found != byPath_.end() && (*found)->path == path ? *found : nullptr;
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,58 @@
+#include "MediaTexts.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <glib.h>
+
+#include "../glib/GMemory.h"
+
+namespace orivex::gtk {
+namespace {
+
+template <class... Args>
+std::string formatted(const char* format, Args... args) {
+  const GCharPtr text(g_strdup_printf(format, args...));
+  return text.get();
+}
+
+}  // namespace
+
+std::string sizeText(std::int64_t bytes) {
+  constexpr double step = 1024;
+  if (bytes < 1024) return formatted("%d B", static_cast<int>(bytes));
+  double amount = static_cast<double>(bytes) / step;
+  // What would round up to 1024 of a unit is one of the next.
+  if (amount < step - 0.5) return formatted("%.0f KB", amount);
+  amount /= step;
+  return amount < step - 0.05 ? formatted("%.1f MB", amount) : formatted("%.1f GB", amount / step);
+}
+
+std::string durationText(double seconds) {
+  const auto whole = seconds > 0 ? std::max(1L, std::lround(seconds)) : 0L;
+  const long hours = whole / 3600;
+  const long minutes = whole / 60 % 60;
+  if (hours > 0) return formatted("%ld:%02ld:%02ld", hours, minutes, whole % 60);
+  return formatted("%ld:%02ld", minutes, whole % 60);
+}
+
+std::string confirmText(std::size_t count) {
+  return count == 0 ? "完成" : "完成(" + std::to_string(count) + ")";
+}
+
+std::string originalText(std::size_t count, std::int64_t bytes) {
+  return count == 0 ? "原图" : "原图 (" + sizeText(bytes) + ")";
+}
+
+std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number) {
+  std::string text = (item.type == MediaType::video ? "视频 " : "照片 ") + displayName(item);
+  if (duration) text += ", 时长 " + durationText(*duration);
+  return text + (number == 0 ? ", 未选择" : ", 已选择, 第" + std::to_string(number) + "项");
+}
+
+std::string displayName(const MediaItem& item) {
+  const GCharPtr name(g_filename_display_name(std::string(nameOf(item)).c_str()));
+  return name.get();
+}
+
+}  // namespace orivex::gtk
