@@ -96,14 +96,17 @@ class WebKitEngine::MessageChannel {
 };
 
 WebKitEngine::WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session,
-                           std::shared_ptr<WebProcessContext> context, const WebEngineConfiguration& configuration,
-                           WebEngineHandlers handlers)
+                           std::shared_ptr<WebProcessContext> context, std::shared_ptr<PageDownloads> downloads,
+                           const WebEngineConfiguration& configuration, WebEngineHandlers handlers)
     : mainQueue_(mainQueue),
       context_(std::move(context)),
       handlers_(std::move(handlers)),
       content_(GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
       view_(makeView(context_->get(), session, content_.get())),
-      cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())) {
+      cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
+      limits_(view_.get()),
+      dialogs_(view_.get(), mainQueue_),
+      requests_(view_.get(), session, std::move(downloads), mainQueue_, handlers_.pageRequests) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);
@@ -246,24 +249,36 @@ gboolean WebKitEngine::loadFailedWithTlsErrors(WebKitWebView* /*view*/, const ch
   return TRUE;
 }
 
+NavigationPolicy WebKitEngine::policyFor(WebKitNavigationAction* action) {
+  const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+  return handlers_.decideNavigationAction(uri ? std::optional<std::string>(uri) : std::nullopt);
+}
+
 gboolean WebKitEngine::decidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecision* decision,
                                     WebKitPolicyDecisionType type) {
-  auto policy = NavigationPolicy::allow;
-  if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
+  auto policy = NavigationPolicy::cancel;
+  if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
+    policy = handlers_.decideNavigationResponse();
+    if (policy == NavigationPolicy::allow) {
+      return PageRequests::saveUnshowable(WEBKIT_RESPONSE_POLICY_DECISION(decision));
+    }
+  } else {
     auto* const action =
         webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
-    const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
-    policy = handlers_.decideNavigationAction(uri ? std::optional<std::string>(uri) : std::nullopt);
-  } else if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
-    policy = handlers_.decideNavigationResponse();
+    if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) {
+      requests_.openWindow(action);
+    } else {
+      policy = policyFor(action);
+    }
   }
-  if (policy == NavigationPolicy::allow) return FALSE;  // WebKit's own judgement: show it, or save what it cannot show
+  if (policy == NavigationPolicy::allow) return FALSE;
   webkit_policy_decision_ignore(decision);
   return TRUE;
 }
 
 void WebKitEngine::processTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationReason reason) {
   processGone_ = true;
+  dialogs_.dismiss();
   log::print("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
   tell([this] { handlers_.urlChanged(std::nullopt); });
 }
@@ -282,7 +297,7 @@ std::unique_ptr<WebEngine> WebKitEngineFactory::make(const WebEngineConfiguratio
                                                      WebEngineHandlers handlers) {
   auto context = context_.lock();
   if (!context) context_ = context = std::make_shared<WebProcessContext>(moduleFolder_);
-  return std::make_unique<WebKitEngine>(mainQueue_, session_.get(), std::move(context), configuration,
+  return std::make_unique<WebKitEngine>(mainQueue_, session_.get(), std::move(context), downloads_, configuration,
                                         std::move(handlers));
 }
 

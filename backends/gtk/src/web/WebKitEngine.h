@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -7,6 +8,10 @@
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "PageDownloads.h"
+#include "PageLimits.h"
+#include "PageRequests.h"
+#include "ScriptDialogs.h"
 #include "WebProcessContext.h"
 
 #include "orivex/platform/base/Alive.h"
@@ -19,7 +24,8 @@ namespace orivex::gtk {
 class WebKitEngine final : public WebEngine {
  public:
   WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, std::shared_ptr<WebProcessContext> context,
-               const WebEngineConfiguration& configuration, WebEngineHandlers handlers);
+               std::shared_ptr<PageDownloads> downloads, const WebEngineConfiguration& configuration,
+               WebEngineHandlers handlers);
   ~WebKitEngine() override;
 
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
@@ -43,6 +49,7 @@ class WebKitEngine final : public WebEngine {
   gboolean loadFailedWithTlsErrors(WebKitWebView* view, const char* uri, GTlsCertificate* certificate,
                                    GTlsCertificateFlags errors);
   gboolean decidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+  NavigationPolicy policyFor(WebKitNavigationAction* action);
   void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason);
   void uriChanged(WebKitWebView* view, GParamSpec* property);
   void tellUri();
@@ -57,6 +64,9 @@ class WebKitEngine final : public WebEngine {
   GRef<WebKitUserContentManager> content_;
   GRef<WebKitWebView> view_;
   GRef<GCancellable> cancellable_;
+  PageLimits limits_;
+  ScriptDialogs dialogs_;
+  PageRequests requests_;
   std::vector<std::unique_ptr<MessageChannel>> channels_;
   std::vector<SignalConnection> signals_;
   bool inCall_ = false;
@@ -79,6 +89,7 @@ class WebKitEngineFactory final : public WebEngineFactory {
   MainQueue& mainQueue_;
   GRef<WebKitNetworkSession> session_;
   const std::string moduleFolder_;
+  const std::shared_ptr<PageDownloads> downloads_ = std::make_shared<PageDownloads>();
   // Ends with the last page: with it goes the process that WebKit keeps ready for a next one.
   std::weak_ptr<WebProcessContext> context_;
 };

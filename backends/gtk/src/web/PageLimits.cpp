@@ -1,0 +1,124 @@
+#include "PageLimits.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "../glib/GMemory.h"
+#include "../glib/GRef.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Links and pictures stay in the page, and files or links from elsewhere do not replace it. A page that takes part in
+// dragging is left to it: the verdict on an event comes after the last of the page's own listeners.
+constexpr const char* dragGuard = R"js(
+addEventListener('dragstart', (event) => {
+  const from = event.target;
+  if (from instanceof Element && !from.closest('[draggable=true]')) event.preventDefault();
+}, true);
+const judge = (event) => {
+  const target = event.composedPath()[0];
+  const takesFiles = target instanceof HTMLInputElement && target.type === 'file';
+  const foreign = event.dataTransfer && [...event.dataTransfer.types].some(
+      (type) => type === 'Files' || type === 'text/uri-list');
+  if (event.defaultPrevented || takesFiles || !foreign) return;
+  event.preventDefault();
+  event.dataTransfer.dropEffect = 'none';
+};
+for (const type of ['dragenter', 'dragover', 'drop']) {
+  addEventListener(type, () => addEventListener(type, judge, {once: true}), true);
+}
+)js";
+
+// Its own world: the page neither sees the script nor can undo it.
+constexpr const char* scriptWorld = "OrivexSDK";
+
+constexpr WebKitContextMenuAction keptActions[] = {
+    WEBKIT_CONTEXT_MENU_ACTION_CUT,
+    WEBKIT_CONTEXT_MENU_ACTION_COPY,
+    WEBKIT_CONTEXT_MENU_ACTION_PASTE,
+    WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL,
+    WEBKIT_CONTEXT_MENU_ACTION_COPY_LINK_TO_CLIPBOARD,
+};
+
+bool isKept(WebKitContextMenuItem* item) {
+  const auto action = webkit_context_menu_item_get_stock_action(item);
+  return std::find(std::begin(keptActions), std::end(keptActions), action) != std::end(keptActions);
+}
+
+void limitSettings(WebKitSettings* settings) {
+  // The view reaches below the window's edge, so a page that fills the display would lose its controls, and the window
+  // is the host's: a page that asks first learns that it cannot.
+  webkit_settings_set_enable_fullscreen(settings, FALSE);
+  webkit_settings_set_enable_back_forward_navigation_gestures(settings, FALSE);
+  webkit_settings_set_enable_developer_extras(settings, FALSE);
+}
+
+// WebKit has no setting for pinching.
+void removeZoomGestures(GtkWidget* view) {
+  const auto controllers = GRef<GListModel>::adopt(gtk_widget_observe_controllers(view));
+  for (guint index = 0; index < g_list_model_get_n_items(controllers.get()); ++index) {
+    const auto controller = GRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(controllers.get(), index)));
+    if (!GTK_IS_GESTURE_ZOOM(controller.get())) continue;
+    gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(controller.get()), GTK_PHASE_NONE);
+  }
+}
+
+struct FreeUserScript {
+  void operator()(WebKitUserScript* script) const { webkit_user_script_unref(script); }
+};
+
+void addDragGuard(WebKitUserContentManager* content) {
+  const std::unique_ptr<WebKitUserScript, FreeUserScript> script(
+      webkit_user_script_new_for_world(dragGuard, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                                       WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, scriptWorld, nullptr, nullptr));
+  webkit_user_content_manager_add_script(content, script.get());
+}
+
+}  // namespace
+
+PageLimits::PageLimits(WebKitWebView* view) {
+  limitSettings(webkit_web_view_get_settings(view));
+  removeZoomGestures(GTK_WIDGET(view));
+  addDragGuard(webkit_web_view_get_user_content_manager(view));
+  signals_.push_back(SignalConnection::connect<&PageLimits::permissionRequested>(view, "permission-request", this));
+  signals_.push_back(
+      SignalConnection::connect<&PageLimits::permissionStateQueried>(view, "query-permission-state", this));
+  signals_.push_back(SignalConnection::connect<&PageLimits::contextMenu>(view, "context-menu", this));
+  signals_.push_back(SignalConnection::connect<&PageLimits::print>(view, "print", this));
+  signals_.push_back(SignalConnection::connect<&PageLimits::closeRequested>(view, "close", this));
+}
+
+gboolean PageLimits::permissionRequested(WebKitWebView* /*view*/, WebKitPermissionRequest* request) {
+  log::print(std::string("The page was refused a permission: ") + G_OBJECT_TYPE_NAME(request));
+  webkit_permission_request_deny(request);
+  return TRUE;
+}
+
+gboolean PageLimits::permissionStateQueried(WebKitWebView* /*view*/, WebKitPermissionStateQuery* query) {
+  webkit_permission_state_query_finish(query, WEBKIT_PERMISSION_STATE_DENIED);
+  return TRUE;
+}
+
+gboolean PageLimits::contextMenu(WebKitWebView* /*view*/, WebKitContextMenu* menu, WebKitHitTestResult* /*hit*/) {
+  const GListPtr items(g_list_copy(webkit_context_menu_get_items(menu)));
+  for (const GList* item = items.get(); item; item = item->next) {
+    auto* const candidate = WEBKIT_CONTEXT_MENU_ITEM(item->data);
+    if (!isKept(candidate)) webkit_context_menu_remove(menu, candidate);
+  }
+  return webkit_context_menu_get_n_items(menu) == 0;  // an empty menu does not open
+}
+
+gboolean PageLimits::print(WebKitWebView* /*view*/, WebKitPrintOperation* /*operation*/) {
+  log::print("The page wants to print; it does not");
+  return TRUE;
+}
+
+void PageLimits::closeRequested(WebKitWebView* /*view*/) {
+  log::print("The page wants to close its window; it posts goBack to leave");
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,113 @@
+#include "PageRequests.h"
+
+#include <string>
+#include <utility>
+
+#include "../glib/GMemory.h"
+#include "../glib/GRef.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+namespace {
+
+/// The answer to a file input. One that is never given cancels.
+class FileAnswer {
+ public:
+  explicit FileAnswer(WebKitFileChooserRequest* request) : request_(GRef<WebKitFileChooserRequest>::share(request)) {}
+  FileAnswer(const FileAnswer&) = delete;
+  FileAnswer& operator=(const FileAnswer&) = delete;
+  ~FileAnswer() { give({}); }
+
+  void give(const std::vector<std::string>& paths) {
+    const auto request = std::exchange(request_, nullptr);
+    if (!request) return;
+    if (paths.empty()) {
+      webkit_file_chooser_request_cancel(request.get());
+      return;
+    }
+    std::vector<const char*> list;
+    for (const auto& path : paths) list.push_back(path.c_str());
+    list.push_back(nullptr);
+    webkit_file_chooser_request_select_files(request.get(), list.data());
+  }
+
+ private:
+  GRef<WebKitFileChooserRequest> request_;
+};
+
+FileChooserRequest described(WebKitFileChooserRequest* request) {
+  FileChooserRequest description;
+  description.multiple = webkit_file_chooser_request_get_select_multiple(request) != FALSE;
+  // WebKit keeps the file extensions of an "accept" attribute to itself; a list of those alone offers every file.
+  const auto* types = webkit_file_chooser_request_get_mime_types(request);
+  for (; types && *types; ++types) description.mimeTypes.emplace_back(*types);
+  return description;
+}
+
+bool isAttachment(WebKitURIResponse* response) {
+  auto* const headers = webkit_uri_response_get_http_headers(response);
+  char* raw = nullptr;
+  if (!headers || !soup_message_headers_get_content_disposition(headers, &raw, nullptr)) return false;
+  const GCharPtr disposition(raw);
+  return g_ascii_strcasecmp(disposition.get(), "attachment") == 0;
+}
+
+}  // namespace
+
+PageRequests::PageRequests(WebKitWebView* view, WebKitNetworkSession* session, std::shared_ptr<PageDownloads> downloads,
+                           MainQueue& mainQueue, PageRequestHandlers handlers)
+    : view_(view), downloads_(std::move(downloads)), mainQueue_(mainQueue), handlers_(std::move(handlers)) {
+  signals_.push_back(SignalConnection::connect<&PageRequests::createWindow>(view, "create", this));
+  signals_.push_back(SignalConnection::connect<&PageRequests::runFileChooser>(view, "run-file-chooser", this));
+  signals_.push_back(SignalConnection::connect<&PageRequests::downloadStarted>(session, "download-started", this));
+}
+
+void PageRequests::openWindow(WebKitNavigationAction* action) {
+  const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+  const std::string url = uri ? uri : "";
+  if (!webkit_navigation_action_is_user_gesture(action)) {
+    log::print("A window that nobody asked for was refused: " + url);
+  } else if (url.empty() || url.starts_with("about:")) {
+    log::print("A window without an address was refused");
+  } else if (handlers_.openWindow) {
+    mainQueue_.async(alive_.guard([this, url] { handlers_.openWindow(url); }));
+  }
+}
+
+GtkWidget* PageRequests::createWindow(WebKitWebView* /*view*/, WebKitNavigationAction* action) {
+  openWindow(action);
+  return nullptr;  // to the page the window was blocked: it gets no hold on what it has opened
+}
+
+gboolean PageRequests::runFileChooser(WebKitWebView* /*view*/, WebKitFileChooserRequest* request) {
+  if (!handlers_.chooseFiles) {
+    webkit_file_chooser_request_cancel(request);
+    return TRUE;
+  }
+  auto answer = std::make_unique<FileAnswer>(request);
+  mainQueue_.async(alive_.guard([this, description = described(request), answer = std::move(answer)]() mutable {
+    handlers_.chooseFiles(description,
+                          [answer = std::move(answer)](const std::vector<std::string>& paths) { answer->give(paths); });
+  }));
+  return TRUE;
+}
+
+bool PageRequests::saveUnshowable(WebKitResponsePolicyDecision* decision) {
+  auto* const response = webkit_response_policy_decision_get_response(decision);
+  const auto status = webkit_uri_response_get_status_code(response);
+  const bool failed = status >= 400;  // the server's words about a failure are not the file
+  const bool showable = webkit_response_policy_decision_is_mime_type_supported(decision) && !isAttachment(response);
+  if (failed || showable) return false;
+  webkit_policy_decision_download(WEBKIT_POLICY_DECISION(decision));
+  return true;
+}
+
+void PageRequests::downloadStarted(WebKitNetworkSession* /*session*/, WebKitDownload* download) {
+  if (webkit_download_get_web_view(download) != view_) return;  // another page's, or the host's own
+  downloads_->take(download, alive_.guard([this](const EndedDownload& ended) {
+    if (handlers_.downloadEnded) handlers_.downloadEnded(ended);
+  }));
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <webkit/webkit.h>
+
+#include "../glib/SignalConnection.h"
+#include "PageDownloads.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/WebEngine.h"
+
+namespace orivex::gtk {
+
+/// Brings what one page asks of its surroundings to the handlers of its engine: other windows, files, downloads.
+class PageRequests {
+ public:
+  /// `view` outlives this object; `downloads` are shared by all pages of `session`.
+  PageRequests(WebKitWebView* view, WebKitNetworkSession* session, std::shared_ptr<PageDownloads> downloads,
+               MainQueue& mainQueue, PageRequestHandlers handlers);
+
+  /// The page opens an address in another window.
+  void openWindow(WebKitNavigationAction* action);
+
+  /// Saves a response that is no page: one that the server calls an attachment, or of a type that WebKit cannot show.
+  /// Returns whether it did.
+  static bool saveUnshowable(WebKitResponsePolicyDecision* decision);
+
+ private:
+  GtkWidget* createWindow(WebKitWebView* view, WebKitNavigationAction* action);
+  gboolean runFileChooser(WebKitWebView* view, WebKitFileChooserRequest* request);
+  void downloadStarted(WebKitNetworkSession* session, WebKitDownload* download);
+
+  WebKitWebView* const view_;
+  const std::shared_ptr<PageDownloads> downloads_;
+  MainQueue& mainQueue_;
+  const PageRequestHandlers handlers_;
+  std::vector<SignalConnection> signals_;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,168 @@
+#include "ScriptDialogs.h"
+
+#include <utility>
+
+#include "../glib/GMemory.h"
+
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Url.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Dialogs that follow each other within these seconds are in a row; from this one of the row on the visitor can end it.
+constexpr double rowSeconds = 5;
+constexpr int silenceOfferedAt = 3;
+
+// Characters of a page's text that are shown: more than a notice needs, less than a screen holds.
+constexpr glong shownCharacters = 1000;
+
+constexpr const char* accept = "accept";
+constexpr const char* decline = "decline";
+
+struct UnrefScriptDialog {
+  void operator()(WebKitScriptDialog* dialog) const { webkit_script_dialog_unref(dialog); }
+};
+
+std::string shortened(const char* text) {
+  const GCharPtr valid(g_utf8_make_valid(text ? text : "", -1));
+  if (g_utf8_strlen(valid.get(), -1) <= shownCharacters) return valid.get();
+  const GCharPtr start(g_utf8_substring(valid.get(), 0, shownCharacters));
+  return std::string(start.get()) + "…";
+}
+
+std::string headingFor(WebKitWebView* view) {
+  const char* const address = webkit_web_view_get_uri(view);
+  const auto url = Url::parse(address ? address : "");
+  const auto origin = url ? url->origin() : "";
+  // A local page has an origin without a host.
+  return origin.empty() || origin.ends_with("//") ? "此页面的消息" : "来自 " + origin + " 的消息";
+}
+
+}  // namespace
+
+/// What the page waits for. It is answered at the latest when this object goes.
+class ScriptDialogs::Question {
+ public:
+  explicit Question(WebKitScriptDialog* dialog) : dialog_(webkit_script_dialog_ref(dialog)) {}
+  Question(Question&&) noexcept = default;
+  Question& operator=(Question&&) = delete;
+  Question(const Question&) = delete;
+  Question& operator=(const Question&) = delete;
+  ~Question() {
+    if (dialog_) answer(false);
+  }
+
+  WebKitScriptDialogType type() const { return webkit_script_dialog_get_dialog_type(dialog_.get()); }
+  std::string message() const { return shortened(webkit_script_dialog_get_message(dialog_.get())); }
+  GtkEditable* entry() const { return entry_ ? GTK_EDITABLE(entry_.get()) : nullptr; }
+
+  /// The field for a prompt's answer; none for other questions.
+  GtkWidget* makeEntry() {
+    if (type() != WEBKIT_SCRIPT_DIALOG_PROMPT) return nullptr;
+    entry_ = GRef<GtkWidget>::sink(gtk_entry_new());
+    const char* const text = webkit_script_dialog_prompt_get_default_text(dialog_.get());
+    gtk_editable_set_text(GTK_EDITABLE(entry_.get()), text ? text : "");
+    gtk_entry_set_activates_default(GTK_ENTRY(entry_.get()), TRUE);
+    return entry_.get();
+  }
+
+  void answer(bool accepted) {
+    const auto dialog = std::exchange(dialog_, nullptr);
+    switch (webkit_script_dialog_get_dialog_type(dialog.get())) {
+      case WEBKIT_SCRIPT_DIALOG_ALERT:
+        break;
+      case WEBKIT_SCRIPT_DIALOG_CONFIRM:
+      case WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM:
+        webkit_script_dialog_confirm_set_confirmed(dialog.get(), accepted);
+        break;
+      case WEBKIT_SCRIPT_DIALOG_PROMPT:
+        if (accepted) webkit_script_dialog_prompt_set_text(dialog.get(), gtk_editable_get_text(entry()));
+        break;
+    }
+    webkit_script_dialog_close(dialog.get());
+  }
+
+ private:
+  std::unique_ptr<WebKitScriptDialog, UnrefScriptDialog> dialog_;
+  GRef<GtkWidget> entry_;
+};
+
+ScriptDialogs::ScriptDialogs(WebKitWebView* view, MainQueue& mainQueue)
+    : view_(view),
+      mainQueue_(mainQueue),
+      asked_(SignalConnection::connect<&ScriptDialogs::asked>(view, "script-dialog", this)) {}
+
+ScriptDialogs::~ScriptDialogs() {
+  dismiss();
+}
+
+bool ScriptDialogs::isInARow() const {
+  return lastClosed_ && mainQueue_.now() - *lastClosed_ <= rowSeconds;
+}
+
+gboolean ScriptDialogs::asked(WebKitWebView* view, WebKitScriptDialog* dialog) {
+  dismiss();  // of a page that this one has replaced
+  Question question(dialog);
+  auto* const root = gtk_widget_get_root(GTK_WIDGET(view));
+  if (silenced_) {
+    question.answer(question.type() == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM);
+  } else if (GTK_IS_WINDOW(root)) {
+    show(std::move(question), GTK_WINDOW(root));
+  } else {
+    log::print("A page that no window shows has asked something; it is declined");
+  }
+  return TRUE;
+}
+
+void ScriptDialogs::show(Question question, GtkWindow* window) {
+  countInARow_ = isInARow() ? countInARow_ + 1 : 1;
+  question_ = std::make_unique<Question>(std::move(question));
+  const auto type = question_->type();
+  const bool leaving = type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
+  // The page's words for leaving are not shown anywhere else either: they are a way to frighten.
+  const auto heading = leaving ? "要离开此页面吗？" : headingFor(view_);
+  const auto body = leaving ? "尚未保存的内容可能会丢失。" : question_->message();
+  window_ =
+      GRef<AdwMessageDialog>::sink(ADW_MESSAGE_DIALOG(adw_message_dialog_new(window, heading.c_str(), body.c_str())));
+  auto* const dialog = window_.get();
+  if (type != WEBKIT_SCRIPT_DIALOG_ALERT) {
+    adw_message_dialog_add_response(dialog, decline, leaving ? "留下" : "取消");
+  }
+  adw_message_dialog_add_response(dialog, accept, leaving ? "离开" : "确定");
+  adw_message_dialog_set_response_appearance(dialog, accept,
+                                             leaving ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);
+  adw_message_dialog_set_default_response(dialog, leaving ? decline : accept);
+  adw_message_dialog_set_close_response(dialog, type == WEBKIT_SCRIPT_DIALOG_ALERT ? accept : decline);
+
+  GtkWidget* const extra = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
+  if (GtkWidget* const entry = question_->makeEntry()) gtk_box_append(GTK_BOX(extra), entry);
+  if (countInARow_ >= silenceOfferedAt) {
+    silence_ = GRef<GtkCheckButton>::sink(GTK_CHECK_BUTTON(gtk_check_button_new_with_label("不再显示此页面的对话框")));
+    gtk_box_append(GTK_BOX(extra), GTK_WIDGET(silence_.get()));
+  }
+  adw_message_dialog_set_extra_child(dialog, extra);
+  response_ = SignalConnection::connect<&ScriptDialogs::responded>(dialog, "response", this);
+  gtk_window_present(GTK_WINDOW(dialog));
+}
+
+void ScriptDialogs::responded(AdwMessageDialog* /*window*/, const char* response) {
+  const bool accepted = std::string_view(response) == accept;
+  const auto question = std::move(question_);
+  silenced_ = silence_ && gtk_check_button_get_active(silence_.get());
+  if (silenced_) log::print("The visitor has silenced the page's dialogs");
+  question->answer(accepted);
+  dismiss();
+}
+
+void ScriptDialogs::dismiss() {
+  response_.disconnect();
+  question_.reset();
+  silence_ = nullptr;
+  if (const auto window = std::exchange(window_, nullptr)) {
+    lastClosed_ = mainQueue_.now();
+    gtk_window_destroy(GTK_WINDOW(window.get()));
+  }
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <adwaita.h>
+#include <webkit/webkit.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+/// The alerts, confirmations and prompts of one page as dialogs over its window, under the page's origin. The page's
+/// scripts stand still while one is open, so each is answered: by the visitor, or as declined when the page's process
+/// or this object goes, or when no window shows the page. A page that raises several in a row can be silenced; it then
+/// stays so: alerts are closed, confirmations and prompts declined, and it may be left.
+class ScriptDialogs {
+ public:
+  /// `view` outlives this object.
+  ScriptDialogs(WebKitWebView* view, MainQueue& mainQueue);
+  ScriptDialogs(const ScriptDialogs&) = delete;
+  ScriptDialogs& operator=(const ScriptDialogs&) = delete;
+  ~ScriptDialogs();
+
+  /// Declines what is open and takes it off the screen.
+  void dismiss();
+
+ private:
+  class Question;
+
+  gboolean asked(WebKitWebView* view, WebKitScriptDialog* dialog);
+  void show(Question question, GtkWindow* window);
+  void responded(AdwMessageDialog* window, const char* response);
+  bool isInARow() const;
+
+  WebKitWebView* const view_;
+  MainQueue& mainQueue_;
+  std::unique_ptr<Question> question_;  // the open one
+  GRef<AdwMessageDialog> window_;
+  GRef<GtkCheckButton> silence_;  // null while it is not offered
+  SignalConnection response_;
+  int countInARow_ = 0;
+  std::optional<double> lastClosed_;
+  bool silenced_ = false;
+  SignalConnection asked_;
+};
+
+}  // namespace orivex::gtk
