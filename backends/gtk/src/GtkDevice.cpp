@@ -15,6 +15,13 @@ std::string applicationId() {
   return id ? id : "";
 }
 
+// What the visitor's data for this application are kept under.
+std::string storageName() {
+  auto id = applicationId();
+  if (!id.empty()) return id;
+  return g_get_prgname() ? g_get_prgname() : "orivex-sdk";
+}
+
 GtkDevice& device() {
   if (!installedDevice) fatalError("OrivexSDK/Gtk", "call orivex::gtk::install() before attaching a window.");
   return *installedDevice;
@@ -29,6 +36,9 @@ GtkDevice::GtkDevice()
       websiteDataStore_(session_.get()),
       mainBundle_(applicationId()),
       userDefaults_(KeyFileUserDefaults::defaultPath()),
+      fileManager_(storageName()),
+      recordPermission_(mainQueue_, application_, ConsentFile(ConsentFile::defaultPath(), storageName()),
+                        GtkRecordPermission::isSandboxed()),
       platform_{.mainQueue = mainQueue_,
                 .application = application_,
                 .webEngines = webEngines_,

@@ -7,13 +7,17 @@
 #include "KeyFileUserDefaults.h"
 #include "MachineDevice.h"
 #include "WebKitDataStore.h"
+#include "audio/GstAudioSession.h"
+#include "audio/GtkRecordPermission.h"
 #include "files/GioTypeRegistry.h"
+#include "files/XdgFileManager.h"
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
 #include "pictures/PictureCodec.h"
 #include "ui/AdwAnimator.h"
 #include "ui/GtkApplicationPort.h"
 #include "ui/GtkProgressOverlay.h"
+#include "video/GstMediaProbe.h"
 #include "web/WebKitEngine.h"
 
 #include "orivex/platform/Platform.h"
@@ -41,16 +45,16 @@ class GtkDevice {
   DesktopEntryBundle mainBundle_;
   KeyFileUserDefaults userDefaults_;
   MachineDevice device_;
-  AbsentFileManager fileManager_;
+  XdgFileManager fileManager_;
   GioTypeRegistry typeRegistry_;
   PictureCodec imageCodec_;
-  AbsentMediaProbe mediaProbe_;
+  GstMediaProbe mediaProbe_;
   AbsentDocumentPicker documentPicker_;
   AbsentDocumentInteraction documentInteraction_;
   AbsentPhotoLibrary photoLibrary_;
   AbsentCamera camera_;
-  AbsentAudioSession audioSession_;
-  AbsentRecordPermission recordPermission_;
+  GstAudioSession audioSession_;
+  GtkRecordPermission recordPermission_;
   const Platform platform_;
 };
 

@@ -1,0 +1,169 @@
+#include "GstAudioRecorder.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <mutex>
+#include <span>
+#include <utility>
+
+#include <gst/app/gstappsink.h>
+
+#include "AudioSource.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+namespace {
+
+// A microphone that gives nothing for so long is taken to be gone. The clock stands still while the machine sleeps.
+constexpr gint64 longestWait = 3 * G_USEC_PER_SEC;
+
+constexpr double fullScale = 32768;
+
+int peakOf(std::span<const std::int16_t> samples) {
+  int lowest = 0;
+  int highest = 0;
+  for (const std::int16_t sample : samples) {
+    lowest = std::min<int>(lowest, sample);
+    highest = std::max<int>(highest, sample);
+  }
+  return std::max(-lowest, highest);
+}
+
+using SamplePtr = std::unique_ptr<GstSample, FreeWith<gst_sample_unref>>;
+
+std::string pipelineDescription(const PcmFormat& format) {
+  return audioSource() + " ! audioconvert ! audioresample ! audio/x-raw,format=S16LE,layout=interleaved,rate=" +
+         std::to_string(format.rate) + ",channels=" + std::to_string(format.channels) +
+         " ! appsink name=samples sync=false";
+}
+
+}  // namespace
+
+/// What the streaming thread and the main thread share of one recording.
+class GstAudioRecorder::Capture {
+ public:
+  explicit Capture(WavFile file) : file_(std::move(file)) {}
+
+  bool isActive() const { return active_; }
+
+  void begin() {
+    lastTaken_ = g_get_monotonic_time();
+    active_ = true;
+  }
+
+  void take(std::span<const std::byte> frames) {
+    const std::lock_guard lock(mutex_);
+    if (!active_) return;
+    const auto failure = file_.append(frames);
+    const int peak = peakOf({reinterpret_cast<const std::int16_t*>(frames.data()), frames.size() / 2});
+    peak_ = std::max(peak_.load(), peak);
+    lastTaken_ = g_get_monotonic_time();
+    if (failure) lose(*failure);
+  }
+
+  /// Ends the recording, if it goes on, for a reason that the log is told.
+  void fail(const Failure& failure) {
+    const std::lock_guard lock(mutex_);
+    lose(failure);
+  }
+
+  void end() {
+    const std::lock_guard lock(mutex_);
+    active_ = false;
+    file_.close();
+  }
+
+  /// The highest sample since the last call; nothing when there was none.
+  std::optional<int> takePeak() {
+    const auto peak = peak_.exchange(none);
+    return peak == none ? std::nullopt : std::optional(peak);
+  }
+
+  bool isStarved() const { return g_get_monotonic_time() - lastTaken_ > longestWait; }
+
+ private:
+  static constexpr int none = -1;
+
+  void lose(const Failure& failure) {
+    if (!active_.exchange(false)) return;
+    file_.close();
+    log::print("Recording ended: " + failure.description);
+  }
+
+  std::mutex mutex_;
+  WavFile file_;
+  std::atomic<bool> active_ = false;
+  std::atomic<int> peak_ = none;
+  std::atomic<gint64> lastTaken_ = 0;
+};
+
+bool GstAudioRecorder::prepareToRecord() {
+  if (capture_) return true;
+  auto made = WavFile::create(path_, format_);
+  if (const auto* failure = std::get_if<Failure>(&made)) {
+    log::print("Cannot record into " + path_ + ": " + failure->description);
+    return false;
+  }
+  capture_ = std::make_shared<Capture>(std::get<WavFile>(std::move(made)));
+  return true;
+}
+
+bool GstAudioRecorder::record() {
+  if (run_) return isRecording();
+  if (!prepareToRecord()) return false;
+  capture_->begin();
+  const auto make = [capture = capture_, format = format_]() -> PipelineRun::Made {
+    auto made = parsePipeline(pipelineDescription(format));
+    const auto* pipeline = std::get_if<GRef<GstElement>>(&made);
+    if (!pipeline) return made;
+    const auto sink = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(pipeline->get()), "samples"));
+    GstAppSinkCallbacks callbacks{};
+    callbacks.new_sample = [](GstAppSink* from, gpointer data) noexcept -> GstFlowReturn {
+      const SamplePtr sample(gst_app_sink_pull_sample(from));
+      GstBuffer* const buffer = sample ? gst_sample_get_buffer(sample.get()) : nullptr;
+      GstMapInfo map;
+      if (buffer && gst_buffer_map(buffer, &map, GST_MAP_READ)) {
+        static_cast<std::shared_ptr<Capture>*>(data)->get()->take({reinterpret_cast<std::byte*>(map.data), map.size});
+        gst_buffer_unmap(buffer, &map);
+      }
+      return GST_FLOW_OK;
+    };
+    auto shared = std::make_unique<std::shared_ptr<Capture>>(capture);
+    gst_app_sink_set_callbacks(GST_APP_SINK(sink.get()), &callbacks, shared.release(), [](gpointer data) {
+      const std::unique_ptr<std::shared_ptr<Capture>> done(static_cast<std::shared_ptr<Capture>*>(data));
+    });
+    return made;
+  };
+  run_ = PipelineRun::start(workers_, make, [capture = capture_](std::optional<Failure> failure) {
+    capture->fail(failure.value_or(Failure{"the microphone has nothing more"}));
+  });
+  return true;
+}
+
+bool GstAudioRecorder::isRecording() const {
+  return capture_ && capture_->isActive();
+}
+
+void GstAudioRecorder::stop() {
+  if (capture_) capture_->end();
+  if (run_) run_->stop();
+}
+
+void GstAudioRecorder::updateMeters() {
+  if (!metering_ || !isRecording()) {
+    power_ = silence;
+  } else if (const auto peak = capture_->takePeak()) {
+    power_ = *peak == 0 ? silence : static_cast<float>(20 * std::log10(*peak / fullScale));
+  } else if (capture_->isStarved()) {
+    capture_->fail(Failure{"no sound comes from the microphone"});
+    run_->stop();
+  }
+}
+
+float GstAudioRecorder::peakPower(int channel) const {
+  return channel >= 0 && channel < format_.channels ? power_ : silence;
+}
+
+}  // namespace orivex::gtk

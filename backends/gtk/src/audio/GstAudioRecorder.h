@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "../WorkerPool.h"
+#include "PipelineRun.h"
+#include "WavFile.h"
+
+#include "orivex/platform/ports/Audio.h"
+
+namespace orivex::gtk {
+
+/// Records the microphone through GStreamer. Samples go from the streaming thread straight to the file, so that the
+/// main thread neither waits for the sound server nor holds a recording up.
+class GstAudioRecorder final : public AudioRecorder {
+ public:
+  GstAudioRecorder(WorkerPool& workers, std::string path, const PcmFormat& format)
+      : workers_(workers), path_(std::move(path)), format_(format) {}
+  ~GstAudioRecorder() override { stop(); }
+
+  void setMeteringEnabled(bool enabled) override { metering_ = enabled; }
+  bool prepareToRecord() override;
+  bool record() override;
+  bool isRecording() const override;
+  void stop() override;
+  void updateMeters() override;
+  float peakPower(int channel) const override;
+
+ private:
+  class Capture;
+
+  /// What a meter tells of nothing, in dBFS.
+  static constexpr float silence = -160;
+
+  WorkerPool& workers_;
+  const std::string path_;
+  const PcmFormat format_;
+  bool metering_ = false;
+  float power_ = silence;
+  std::shared_ptr<Capture> capture_;
+  std::shared_ptr<PipelineRun> run_;
+};
+
+}  // namespace orivex::gtk

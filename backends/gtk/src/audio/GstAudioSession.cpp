@@ -1,0 +1,68 @@
+#include "GstAudioSession.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <utility>
+
+#include <unistd.h>
+
+#include "GstAudioPlayer.h"
+#include "GstAudioRecorder.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Recordings and players have a thread each. More than one at a time waits for a sound server that hangs.
+constexpr std::size_t mostThreads = 4;
+constexpr std::chrono::seconds longestIdleness{5};
+
+template <class Integer>
+std::optional<Integer> numberOf(const AudioSettings& settings, std::string_view key) {
+  const auto found = settings.find(key);
+  if (found == settings.end()) return std::nullopt;
+  const auto* const number = std::get_if<Integer>(&found->second);
+  return number ? std::optional(*number) : std::nullopt;
+}
+
+std::optional<PcmFormat> formatOf(const AudioSettings& settings) {
+  constexpr std::uint32_t linearPcm = 0x6C70636D;  // 'lpcm'
+  const auto rate = numberOf<std::int64_t>(settings, "AVSampleRateKey").value_or(0);
+  const auto channels = numberOf<std::int64_t>(settings, "AVNumberOfChannelsKey").value_or(0);
+  if (numberOf<std::uint32_t>(settings, "AVFormatIDKey") != linearPcm) return std::nullopt;
+  if (numberOf<std::int64_t>(settings, "AVLinearPCMBitDepthKey") != 16) return std::nullopt;
+  if (rate < 8000 || rate > 96000 || channels < 1 || channels > 2) return std::nullopt;
+  return PcmFormat{.rate = static_cast<int>(rate), .channels = static_cast<int>(channels), .bits = 16};
+}
+
+}  // namespace
+
+GstAudioSession::GstAudioSession() : workers_(mostThreads, longestIdleness) {}
+
+std::optional<Failure> GstAudioSession::setCategory(AudioSessionCategory /*category*/, AudioSessionMode /*mode*/) {
+  return std::nullopt;
+}
+
+std::optional<Failure> GstAudioSession::setActive(bool active) {
+  if (active) workers_.run([] { gst_init_check(nullptr, nullptr, nullptr); });
+  return std::nullopt;
+}
+
+std::variant<std::unique_ptr<AudioRecorder>, Failure> GstAudioSession::makeRecorder(const Url& file,
+                                                                                    const AudioSettings& settings) {
+  const auto path = file.filePath();
+  if (!path) return Failure{"not a place for a file: " + file.absoluteString()};
+  const auto format = formatOf(settings);
+  if (!format) return Failure{"settings that this device does not record with"};
+  if (::access(std::filesystem::path(*path).parent_path().c_str(), W_OK | X_OK) != 0) {
+    return Failure{std::strerror(errno)};
+  }
+  return std::make_unique<GstAudioRecorder>(workers_, *path, *format);
+}
+
+std::variant<std::unique_ptr<AudioPlayer>, Failure> GstAudioSession::makePlayer(const Url& file) {
+  if (!file.filePath()) return Failure{"not a file: " + file.absoluteString()};
+  return std::make_unique<GstAudioPlayer>(workers_, file.absoluteString());
+}
+
+}  // namespace orivex::gtk

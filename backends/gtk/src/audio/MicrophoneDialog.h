@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+#include <adwaita.h>
+
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/base/Once.h"
+
+namespace orivex::gtk {
+
+/// Asks the visitor whether an application may use the microphone. Destroying it takes it off the screen.
+class MicrophoneDialog {
+ public:
+  enum class Answer {
+    allow,
+    refuse,
+    settings,  ///< the desktop's settings, please
+    none,      ///< closed without an answer, or with its window
+  };
+
+  /// `isRefused`: the visitor has refused before, and is offered a way to think again. `answered` is called once and
+  /// may destroy this object.
+  MicrophoneDialog(GtkWindow* parent, const std::string& applicationName, bool isRefused, Once<void(Answer)> answered);
+  MicrophoneDialog(const MicrophoneDialog&) = delete;
+  MicrophoneDialog& operator=(const MicrophoneDialog&) = delete;
+  ~MicrophoneDialog();
+
+ private:
+  void responded(AdwMessageDialog* dialog, const char* response);
+  void destroyed(GtkWidget* dialog);
+
+  GtkWindow* dialog_;
+  Once<void(Answer)> answered_;
+  SignalConnection response_;
+  SignalConnection destroy_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <variant>
+
+#include "orivex/platform/base/Failure.h"
+
+namespace orivex::gtk {
+
+/// Linear PCM, signed and little-endian.
+struct PcmFormat {
+  int rate = 16000;  ///< frames per second
+  int channels = 1;
+  int bits = 16;  ///< of one sample
+
+  int frameSize() const { return channels * bits / 8; }
+};
+
+/// A WAV file that grows. Its header is right after every call: whenever the process ends, what was recorded until
+/// then can be played. Any thread, one at a time.
+class WavFile {
+ public:
+  /// Makes a file that only its owner can read; a failure when there is one already.
+  static std::variant<WavFile, Failure> create(const std::string& path, const PcmFormat& format);
+
+  WavFile(WavFile&& other) noexcept;
+  WavFile& operator=(WavFile&&) = delete;
+  WavFile(const WavFile&) = delete;
+  WavFile& operator=(const WavFile&) = delete;
+  ~WavFile() { close(); }
+
+  /// Adds whole frames. Nothing on success, else why not all of them are in the file.
+  std::optional<Failure> append(std::span<const std::byte> frames);
+
+  /// What comes later is not taken.
+  void close();
+
+ private:
+  WavFile(int descriptor, const PcmFormat& format) : descriptor_(descriptor), format_(format) {}
+
+  std::optional<Failure> writeAt(std::uint64_t position, std::span<const std::byte> bytes,
+                                 std::uint64_t& written) const;
+  std::optional<Failure> writeHeader() const;
+
+  int descriptor_;
+  PcmFormat format_;
+  std::uint64_t size_ = 0;  // of the frames, in bytes
+};
+
+}  // namespace orivex::gtk
