@@ -5,6 +5,13 @@
 namespace orivex::gtk {
 namespace {
 
+// A turned row crosses all stored rows: within a tile, their samples are still in the cache for the next row.
+constexpr std::size_t tileWidth = 32;
+
+void copySamples(const JSAMPLE* sample, std::ptrdiff_t step, JSAMPLE* out, const JSAMPLE* end) {
+  for (; out != end; ++out, sample += step) *out = *sample;
+}
+
 std::size_t rowBytesOf(const jpeg_component_info& component) {
   return std::size_t{component.width_in_blocks} * DCTSIZE;
 }
@@ -55,12 +62,25 @@ void JpegPlanes::turnGroup(std::size_t index, const JpegPlanes& stored, const Tu
     auto& plane = planes_[number];
     const auto& from = stored.planes_[number];
     const auto upright = UprightSamples::of(from.samples.data(), from.width, from.height, 1, from.rowBytes, turn);
-    for (std::size_t row = 0; row < plane.groupRows; ++row) {
-      const auto* sample = upright.row(std::min(index * plane.groupRows + row, plane.height - 1));
-      auto* const out = plane.rows[row];
-      for (std::size_t x = 0; x < plane.width; ++x, sample += upright.right) out[x] = *sample;
-      std::fill(out + plane.width, out + plane.rowBytes, out[plane.width - 1]);
+    const auto firstRow = index * plane.groupRows;
+    const auto rows = std::min(plane.groupRows, plane.height - firstRow);
+    for (std::size_t left = 0; left < plane.width; left += tileWidth) {
+      const auto right = std::min(left + tileWidth, plane.width);
+      for (std::size_t row = 0; row < rows; ++row) {
+        copySamples(upright.at(left, firstRow + row), upright.right, plane.rows[row] + left, plane.rows[row] + right);
+      }
     }
+    padGroup(plane, rows);
+  }
+}
+
+void JpegPlanes::padGroup(Plane& plane, std::size_t rows) {
+  for (std::size_t row = 0; row < rows; ++row) {
+    auto* const end = plane.rows[row] + plane.width;
+    std::fill(end, plane.rows[row] + plane.rowBytes, end[-1]);
+  }
+  for (std::size_t row = rows; row < plane.groupRows; ++row) {
+    std::copy_n(plane.rows[rows - 1], plane.rowBytes, plane.rows[row]);
   }
 }
 

@@ -41,6 +41,8 @@ class JpegPlanes {
     std::vector<JSAMPROW> rows;
   };
 
+  static void padGroup(Plane& plane, std::size_t rows);
+
   std::vector<Plane> planes_;
   std::size_t groups_;
 };

@@ -54,7 +54,7 @@ std::variant<JpegImage, Failure> encodePixbuf(GdkPixbuf* pixbuf, double quality)
                                           static_cast<std::size_t>(gdk_pixbuf_get_rowstride(pixbuf)), turn);
   std::vector<std::uint8_t> rgb(width * rgbBytes);
   const auto row = [&, count = width](unsigned y) -> const std::uint8_t* {
-    copyPixels(samples.row(y), samples.right, hasAlpha, count, rgb.data());
+    copyPixels(samples.at(0, y), samples.right, hasAlpha, count, rgb.data());
     return rgb.data();
   };
   return encodeRows(static_cast<unsigned>(width), static_cast<unsigned>(height), row, quality, profileOf(pixbuf));

@@ -39,7 +39,9 @@ struct UprightSamples {
   static UprightSamples of(const std::uint8_t* stored, std::size_t width, std::size_t height, std::size_t pixelBytes,
                            std::size_t rowBytes, const Turn& turn);
 
-  const std::uint8_t* row(std::size_t y) const { return origin + static_cast<std::ptrdiff_t>(y) * down; }
+  const std::uint8_t* at(std::size_t x, std::size_t y) const {
+    return origin + static_cast<std::ptrdiff_t>(x) * right + static_cast<std::ptrdiff_t>(y) * down;
+  }
 };
 
 }  // namespace orivex::gtk
