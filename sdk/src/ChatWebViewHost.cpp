@@ -77,6 +77,8 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
                                .indicatorInsets = {}});
   webView_->setBackgroundColor(Color::white());
   webView_->setNavigationDelegate(delegate_);
+  pageRequests_ = std::make_shared<ChatPageRequests>(*webView_);
+  webView_->setUIDelegate(pageRequests_);
   webView_->evaluate(std::string(touchScript));
   return webView_;
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "ChatPageRequests.h"
 #include "ReloadLimit.h"
 
 #include "orivex/platform/base/Subscription.h"
@@ -46,6 +47,7 @@ class ChatWebViewHost {
 
   OVKFApi& screen_;
   std::shared_ptr<WebView> webView_;
+  std::shared_ptr<ChatPageRequests> pageRequests_;
   std::shared_ptr<WebView> loadView_;
   std::weak_ptr<NavigationDelegate> delegate_;
   Subscription urlObservation_;
