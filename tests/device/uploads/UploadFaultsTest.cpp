@@ -1,0 +1,144 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include <adwaita.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "GtkFixture.h"
+#include "LogLines.h"
+#include "ServerProcess.h"
+#include "TemporaryFolder.h"
+
+#include "orivex/gtk/Gtk.h"
+#include "orivex/media/UploadManager.h"
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex::gtk {
+namespace {
+
+using testing::ServerProcess;
+
+std::size_t entriesOf(const char* folder) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+std::size_t residentKibibytes() {
+  std::ifstream status("/proc/self/statm");
+  std::size_t total = 0;
+  std::size_t resident = 0;
+  status >> total >> resident;
+  return resident * static_cast<std::size_t>(getpagesize()) / 1024;
+}
+
+class UploadFaultsTest : public ::testing::Test {
+ protected:
+  UploadFaultsTest() {
+    adw_init();
+    install();
+    auto& store = OVKFApiManager::shared();
+    store.host.set(server_.address());
+    store.entryId.set("entry");
+    store.appKey.set("key");
+    store.guestId.set("visitor");
+  }
+
+  std::string file(std::size_t size) {
+    const auto path = folder_.path() / ("file-" + std::to_string(size));
+    std::ofstream(path) << std::string(size, 'x');
+    return path.string();
+  }
+
+  /// Begins an upload of the file at `path`; its text for the visitor, or "stored", comes into `result`.
+  void begin(const std::string& path, std::optional<std::string>& result) {
+    UploadManager().uploadFile(std::nullopt, Url::fromFilePath(path), std::nullopt, "合同 \"1\".pdf", "application/pdf",
+                               std::nullopt, [&result](const UploadResult& got) {
+                                 EXPECT_EQ(result, std::nullopt) << "completed twice";
+                                 const auto* failure = std::get_if<UploadFailure>(&got);
+                                 result = failure ? failure->message : "stored";
+                               });
+    EXPECT_EQ(result, std::nullopt) << "completed inside the call";
+  }
+
+  std::string upload(const std::string& path) {
+    std::optional<std::string> result;
+    begin(path, result);
+    EXPECT_TRUE(wait([&] { return result.has_value(); }, 30)) << path;
+    pass(0.02);
+    return result.value_or("nothing");
+  }
+
+  LogLines log_;
+  TemporaryFolder folder_;
+  const ServerProcess server_;
+};
+
+TEST_F(UploadFaultsTest, EndEachInTheTextThatTheVisitorShallRead) {
+  constexpr std::size_t size = 400000;
+  const auto path = file(size);
+  const auto fault = [](nlohmann::json more) {
+    more["target"] = "upload";
+    more["times"] = 1;
+    return more;
+  };
+  std::vector<std::pair<nlohmann::json, std::string>> rows{
+      {{{"kind", "status"}, {"status", 200}, {"body", ""}}, "未知错误"},
+      {{{"kind", "status"}, {"status", 200}, {"body", R"({"url":"u","inputContentType":"a"})"}}, "JSON解析失败"},
+      {{{"kind", "brokenJson"}}, "JSON解析失败"},
+      {{{"kind", "status"}, {"status", 201}, {"body", R"({"url":"u"})"}}, "服务器错误"},
+      {{{"kind", "status"}, {"status", 204}, {"body", ""}}, "未知错误"},
+      {{{"kind", "status"}, {"status", 308}, {"body", R"({"msg":"moved"})"}}, "moved"},
+      {{{"kind", "status"}, {"status", 400}, {"msg", "不支持的文件"}}, "不支持的文件"},
+      {{{"kind", "status"}, {"status", 400}, {"body", "{}"}}, "服务器错误"},
+      {{{"kind", "status"}, {"status", 400}, {"body", "<html>"}}, "未知错误"},
+      {{{"kind", "status"}, {"status", 413}, {"msg", "too large"}}, "too large"},
+      {{{"kind", "status"}, {"status", 503}, {"body", "{}"}}, "服务不可用"},
+  };
+  for (std::size_t quarter = 0; quarter <= 4; ++quarter) {
+    rows.push_back({{{"kind", "reset"}, {"afterBytes", quarter * size / 4}}, "未知错误"});
+  }
+  for (const auto& [kind, expected] : rows) {
+    server_.addFaults(fault(kind));
+    EXPECT_EQ(upload(path), expected) << kind;
+    EXPECT_EQ(upload(path), "stored") << "after " << kind;
+  }
+  server_.addFaults(fault({{"kind", "cut"}}));
+  const auto cut = upload(path);
+  EXPECT_NE(cut, "stored");
+  EXPECT_NE(cut, "");
+}
+
+TEST_F(UploadFaultsTest, AreToldWhereThereIsNoServerOrNoFile) {
+  EXPECT_EQ(upload((folder_.path() / "missing").string()), "未知错误");
+  EXPECT_EQ(upload(folder_.path().string()), "未知错误");
+  OVKFApiManager::shared().host.set("http://127.0.0.1:1");
+  EXPECT_EQ(upload(file(10)), "未知错误");
+}
+
+TEST_F(UploadFaultsTest, LeaveNothingBehindAfterFiveHundredUploadsTwoAtATime) {
+  const auto path = file(10000);
+  const auto round = [&](int uploads) {
+    for (int done = 0; done < uploads; done += 2) {
+      std::optional<std::string> one;
+      std::optional<std::string> other;
+      begin(path, one);
+      begin(path, other);
+      ASSERT_TRUE(wait([&] { return one && other; }, 30));
+      ASSERT_EQ(*one + *other, "storedstored");
+    }
+    pass(0.1);
+  };
+  round(100);  // what is kept for later uploads is there now
+  const auto descriptors = entriesOf("/proc/self/fd");
+  const auto threads = entriesOf("/proc/self/task");
+  const auto memory = residentKibibytes();
+  round(500);
+  EXPECT_LE(entriesOf("/proc/self/fd"), descriptors + 1);
+  EXPECT_LE(entriesOf("/proc/self/task"), threads + 1);
+  EXPECT_LE(residentKibibytes(), memory + 2048);
+}
+
+}  // namespace
+}  // namespace orivex::gtk
