@@ -42,8 +42,8 @@ void GtkApplicationPort::activityChanged(GtkWindow* window) {
 }
 
 void GtkApplicationPort::settleActivity() {
-  const bool active =
-      std::any_of(windows_.begin(), windows_.end(), [](const auto& window) { return window->isActive(); });
+  const bool active = !session_.isAway() && std::any_of(windows_.begin(), windows_.end(),
+                                                        [](const auto& window) { return window->isActive(); });
   if (std::exchange(active_, active) == active) return;
   (active ? becameActive_ : willResignActive_).notify();
 }

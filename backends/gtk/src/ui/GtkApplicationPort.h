@@ -5,6 +5,7 @@
 
 #include "../DesktopLauncher.h"
 #include "HostWindow.h"
+#include "SessionWatch.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Observers.h"
@@ -13,7 +14,8 @@
 
 namespace orivex::gtk {
 
-/// The windows that the host has attached, whether one of them is active, and the desktop's way to open addresses.
+/// The windows that the host has attached, whether one of them is active in front of a visitor, and the desktop's way to
+/// open addresses.
 class GtkApplicationPort final : public Application {
  public:
   explicit GtkApplicationPort(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
@@ -43,6 +45,7 @@ class GtkApplicationPort final : public Application {
   Observers<> becameActive_;
   Observers<> willResignActive_;
   bool active_ = false;
+  SessionWatch session_{[this] { settleActivity(); }};
   Alive alive_;
 };
 

@@ -1,0 +1,161 @@
+#include "SessionWatch.h"
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "../glib/GMemory.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+
+/// One object on a bus.
+struct SessionWatch::Peer {
+  std::string name;
+  std::string path;
+  std::string interface;
+};
+
+/// What a proxy under way is for.
+struct SessionWatch::ProxyRequest {
+  SessionWatch& owner;
+  void (SessionWatch::*use)(GRef<GDBusProxy>);
+};
+
+namespace {
+
+constexpr const char* loginName = "org.freedesktop.login1";
+
+using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
+
+bool isCancelled(const GErrorPtr& error) {
+  return g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED);
+}
+
+bool boolIn(GVariant* parameters) {
+  if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)"))) return false;
+  gboolean value = FALSE;
+  g_variant_get(parameters, "(b)", &value);
+  return value != FALSE;
+}
+
+}  // namespace
+
+SessionWatch::SessionWatch(std::function<void()> changed)
+    : changed_(std::move(changed)), cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())) {
+  makeProxy(G_BUS_TYPE_SYSTEM, {loginName, "/org/freedesktop/login1", "org.freedesktop.login1.Manager"},
+            &SessionWatch::useManager);
+  makeProxy(G_BUS_TYPE_SESSION,
+            {"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", "org.freedesktop.ScreenSaver"},
+            &SessionWatch::useScreenSaver);
+  makeProxy(G_BUS_TYPE_SESSION, {"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"},
+            &SessionWatch::useScreenSaver);
+}
+
+SessionWatch::~SessionWatch() {
+  g_cancellable_cancel(cancellable_.get());
+}
+
+void SessionWatch::makeProxy(GBusType bus, const Peer& peer, void (SessionWatch::*use)(GRef<GDBusProxy>)) {
+  auto request = std::make_unique<ProxyRequest>(ProxyRequest{*this, use});
+  // Nobody is started to be asked whether he is there.
+  g_dbus_proxy_new_for_bus(bus, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START, nullptr, peer.name.c_str(), peer.path.c_str(),
+                           peer.interface.c_str(), cancellable_.get(), proxyMade, request.release());
+}
+
+void SessionWatch::proxyMade(GObject* /*source*/, GAsyncResult* result, gpointer data) noexcept {
+  const std::unique_ptr<ProxyRequest> request(static_cast<ProxyRequest*>(data));
+  GError* raised = nullptr;
+  auto proxy = GRef<GDBusProxy>::adopt(g_dbus_proxy_new_for_bus_finish(result, &raised));
+  const GErrorPtr error(raised);
+  if (isCancelled(error)) return;  // the owner is gone
+  if (proxy) {
+    (request->owner.*request->use)(std::move(proxy));
+  } else {
+    request->owner.tellOnce(error->message);
+  }
+}
+
+void SessionWatch::useManager(GRef<GDBusProxy> manager) {
+  manager_ = std::move(manager);
+  signals_.push_back(SignalConnection::connect<&SessionWatch::managerSignal>(manager_.get(), "g-signal", this));
+  // "auto": the session of this process or, for one started by the user's service manager, the one on the display.
+  g_dbus_proxy_call(manager_.get(), "GetSession", g_variant_new("(s)", "auto"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
+                    cancellable_.get(), sessionFound, this);
+}
+
+void SessionWatch::sessionFound(GObject* source, GAsyncResult* result, gpointer data) noexcept {
+  GError* raised = nullptr;
+  const GVariantPtr reply(g_dbus_proxy_call_finish(G_DBUS_PROXY(source), result, &raised));
+  const GErrorPtr error(raised);
+  if (isCancelled(error)) return;
+  auto& self = *static_cast<SessionWatch*>(data);
+  if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(o)"))) {
+    self.tellOnce(error ? error->message : "the login manager answers something else");
+    return;
+  }
+  const char* path = nullptr;
+  g_variant_get(reply.get(), "(&o)", &path);
+  self.makeProxy(G_BUS_TYPE_SYSTEM, {loginName, path, "org.freedesktop.login1.Session"}, &SessionWatch::useSession);
+}
+
+void SessionWatch::useSession(GRef<GDBusProxy> session) {
+  session_ = std::move(session);
+  signals_.push_back(
+      SignalConnection::connect<&SessionWatch::sessionChanged>(session_.get(), "g-properties-changed", this));
+  readLockedHint();
+}
+
+void SessionWatch::useScreenSaver(GRef<GDBusProxy> saver) {
+  signals_.push_back(SignalConnection::connect<&SessionWatch::screenSaverSignal>(saver.get(), "g-signal", this));
+  signals_.push_back(
+      SignalConnection::connect<&SessionWatch::screenSaverOwnerChanged>(saver.get(), "notify::g-name-owner", this));
+  screenSavers_.push_back(std::move(saver));
+}
+
+void SessionWatch::managerSignal(GDBusProxy* /*manager*/, const char* /*sender*/, const char* name,
+                                 GVariant* parameters) {
+  if (std::string_view(name) != "PrepareForSleep") return;
+  sleeping_ = boolIn(parameters);
+  settle();
+}
+
+void SessionWatch::sessionChanged(GDBusProxy* /*session*/, GVariant* /*changed*/, const char* const* /*invalidated*/) {
+  readLockedHint();
+}
+
+void SessionWatch::readLockedHint() {
+  const GVariantPtr hint(g_dbus_proxy_get_cached_property(session_.get(), "LockedHint"));
+  locked_ = hint && g_variant_is_of_type(hint.get(), G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(hint.get());
+  settle();
+}
+
+void SessionWatch::screenSaverSignal(GDBusProxy* saver, const char* /*sender*/, const char* name,
+                                     GVariant* parameters) {
+  if (std::string_view(name) == "ActiveChanged") coverBy(saver, boolIn(parameters));
+}
+
+// A screen saver that has ended covers nothing.
+void SessionWatch::screenSaverOwnerChanged(GDBusProxy* saver, GParamSpec* /*property*/) {
+  const GCharPtr owner(g_dbus_proxy_get_name_owner(saver));
+  if (!owner) coverBy(saver, false);
+}
+
+void SessionWatch::coverBy(GDBusProxy* saver, bool covered) {
+  std::erase(covering_, saver);
+  if (covered) covering_.push_back(saver);
+  settle();
+}
+
+void SessionWatch::settle() {
+  const bool away = sleeping_ || locked_ || !covering_.empty();
+  if (std::exchange(away_, away) != away) changed_();
+}
+
+void SessionWatch::tellOnce(const std::string& failure) {
+  if (!std::exchange(told_, true)) log::print("A locked session or a sleeping machine is not noticed: " + failure);
+}
+
+}  // namespace orivex::gtk

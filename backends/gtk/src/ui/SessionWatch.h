@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gio/gio.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+namespace orivex::gtk {
+
+/// Whether the visitor is away although a window may still have the focus: the session is locked, a screen saver covers
+/// it, or the machine is about to sleep. Asks the login manager on the system bus and the screen savers on the session
+/// bus; what is not there counts as "no", with one log line at most. Main thread.
+///
+/// A session's "Lock" signal is not followed: it asks a desktop to lock, and one that does not never unlocks either.
+/// What a desktop has done stands in `LockedHint`.
+class SessionWatch {
+ public:
+  /// `changed` is called when `isAway` has changed; not before the constructor returns.
+  explicit SessionWatch(std::function<void()> changed);
+  SessionWatch(const SessionWatch&) = delete;
+  SessionWatch& operator=(const SessionWatch&) = delete;
+  ~SessionWatch();
+
+  bool isAway() const { return away_; }
+
+ private:
+  struct Peer;
+  struct ProxyRequest;
+
+  void makeProxy(GBusType bus, const Peer& peer, void (SessionWatch::*use)(GRef<GDBusProxy>));
+  static void proxyMade(GObject* source, GAsyncResult* result, gpointer data) noexcept;
+  static void sessionFound(GObject* source, GAsyncResult* result, gpointer data) noexcept;
+
+  void useManager(GRef<GDBusProxy> manager);
+  void useSession(GRef<GDBusProxy> session);
+  void useScreenSaver(GRef<GDBusProxy> saver);
+
+  void managerSignal(GDBusProxy* manager, const char* sender, const char* name, GVariant* parameters);
+  void sessionChanged(GDBusProxy* session, GVariant* changed, const char* const* invalidated);
+  void screenSaverSignal(GDBusProxy* saver, const char* sender, const char* name, GVariant* parameters);
+  void screenSaverOwnerChanged(GDBusProxy* saver, GParamSpec* property);
+
+  void readLockedHint();
+  void coverBy(GDBusProxy* saver, bool covered);
+  void settle();
+  void tellOnce(const std::string& failure);
+
+  const std::function<void()> changed_;
+  GRef<GCancellable> cancellable_;
+  GRef<GDBusProxy> manager_;
+  GRef<GDBusProxy> session_;
+  std::vector<GRef<GDBusProxy>> screenSavers_;
+  std::vector<GDBusProxy*> covering_;  // of the screen savers
+  bool sleeping_ = false;
+  bool locked_ = false;
+  bool away_ = false;
+  bool told_ = false;
+  std::vector<SignalConnection> signals_;
+};
+
+}  // namespace orivex::gtk
