@@ -1,7 +1,6 @@
 #include "GtkProgressOverlay.h"
 
 #include "GtkApplicationPort.h"
-#include "OverlayPanel.h"
 
 namespace orivex::gtk {
 
@@ -15,7 +14,7 @@ OverlayPanel* GtkProgressOverlay::panel() {
   if (!front) {
     panel_.reset();
   } else if (!panel_ || !panel_->isOver(front->overlay())) {
-    panel_ = std::make_unique<OverlayPanel>(front->overlay(), minimumSize_, style_, mask_);
+    panel_ = std::make_unique<OverlayPanel>(front->overlay());
   }
   restartLimit();
   return panel_.get();
@@ -27,20 +26,20 @@ void GtkProgressOverlay::restartLimit() {
 }
 
 void GtkProgressOverlay::show() {
-  if (auto* const shown = panel()) shown->showSpinner();
+  if (auto* const shown = panel()) shown->showSpinner(look_);
 }
 
 void GtkProgressOverlay::showProgress(float fraction, const std::string& status) {
-  if (auto* const shown = panel()) shown->showRing(fraction, status);
+  if (auto* const shown = panel()) shown->showRing(look_, fraction, status);
 }
 
 void GtkProgressOverlay::showInfo(const std::string& status) {
-  if (auto* const shown = panel()) shown->showInfo(status);
+  if (auto* const shown = panel()) shown->showInfo(look_, status);
 }
 
 void GtkProgressOverlay::dismiss() {
   limit_.reset();
-  panel_.reset();
+  if (panel_) panel_->dismiss();
 }
 
 }  // namespace orivex::gtk

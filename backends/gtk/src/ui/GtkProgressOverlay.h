@@ -3,9 +3,7 @@
 #include <memory>
 #include <string>
 
-#include <gtk/gtk.h>
-
-#include "../glib/GRef.h"
+#include "OverlayPanel.h"
 
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
@@ -13,7 +11,6 @@
 namespace orivex::gtk {
 
 class GtkApplicationPort;
-class OverlayPanel;
 
 /// The panel over the front window.
 class GtkProgressOverlay final : public ProgressOverlay {
@@ -25,9 +22,9 @@ class GtkProgressOverlay final : public ProgressOverlay {
   void showProgress(float fraction, const std::string& status) override;
   void showInfo(const std::string& status) override;
   void dismiss() override;
-  void setMinimumSize(Size size) override { minimumSize_ = size; }
-  void setStyle(OverlayStyle style) override { style_ = style; }
-  void setMask(OverlayMask mask) override { mask_ = mask; }
+  void setMinimumSize(Size size) override { look_.minimumSize = size; }
+  void setStyle(OverlayStyle style) override { look_.style = style; }
+  void setMask(OverlayMask mask) override { look_.mask = mask; }
   void setMaximumDismissTime(double seconds) override { maximumSeconds_ = seconds; }
 
  private:
@@ -39,9 +36,7 @@ class GtkProgressOverlay final : public ProgressOverlay {
   const GtkApplicationPort& application_;
   std::unique_ptr<OverlayPanel> panel_;
   std::unique_ptr<Timer> limit_;
-  Size minimumSize_;
-  OverlayStyle style_ = OverlayStyle::light;
-  OverlayMask mask_ = OverlayMask::none;
+  OverlayLook look_;  // as it was set last; each call shows it
   double maximumSeconds_ = 0;
 };
 

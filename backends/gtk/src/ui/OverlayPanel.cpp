@@ -2,23 +2,22 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+
+#include "StyleSheet.h"
 
 namespace orivex::gtk {
 namespace {
 
 // Points.
-constexpr int indicatorSize = 44;
-constexpr double lineWidth = 4;
-constexpr double radius = (indicatorSize - lineWidth) / 2;
+constexpr int padding = 20;
+constexpr int spacing = 14;
+constexpr int gapToWindow = 24;
 
-// What is still to come of the ring is dotted, so that it can be told by shape as well as by colour.
-constexpr double trackDashes[] = {0.1, 7.75};
-
-constexpr int textWidth = 22;  // characters before the text wraps
+constexpr int textWidth = 22;     // characters before the text wraps
+constexpr double fadeTime = 150;  // milliseconds from nothing to everything
 
 // Colours of the dark and the light panel; the text keeps a contrast of more than 7 to 1 on both.
-constexpr const char* style = R"css(
+constexpr const char* css = R"css(
 .orivex-mask.black { background-color: rgba(0, 0, 0, 0.4); }
 .orivex-panel { border-radius: 16px; padding: 20px; }
 .orivex-panel.dark { background-color: rgba(28, 28, 30, 0.94); color: white; }
@@ -26,130 +25,152 @@ constexpr const char* style = R"css(
 .orivex-panel label { font-weight: 500; }
 )css";
 
-void installStyle() {
-  static const bool installed = [] {
-    const auto provider = GRef<GtkCssProvider>::adopt(gtk_css_provider_new());
-    gtk_css_provider_load_from_data(provider.get(), style, -1);
-    gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
-                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-    return true;
-  }();
-  static_cast<void>(installed);
+constexpr const char* spokenSpinner = "\xE8\xAF\xB7\xE7\xA8\x8D\xE5\x80\x99";  // please wait
+
+void setClass(GtkWidget* widget, const char* name, bool present) {
+  (present ? gtk_widget_add_css_class : gtk_widget_remove_css_class)(widget, name);
 }
 
 }  // namespace
 
-OverlayPanel::OverlayPanel(GtkOverlay* parent, Size minimumSize, OverlayStyle overlayStyle, OverlayMask mask)
-    : parent_(parent) {
-  installStyle();
-  mask_ = GRef<GtkWidget>::sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
-  gtk_widget_add_css_class(mask_.get(), "orivex-mask");
-  if (mask == OverlayMask::black) gtk_widget_add_css_class(mask_.get(), "black");
-  gtk_widget_set_can_target(mask_.get(), mask == OverlayMask::black);
-
-  GtkWidget* const box = GTK_WIDGET(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL, "spacing", 14,
-                                                 "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT, nullptr));
-  gtk_widget_add_css_class(box, "orivex-panel");
-  gtk_widget_add_css_class(box, overlayStyle == OverlayStyle::dark ? "dark" : "light");
-  gtk_widget_set_size_request(box, static_cast<int>(minimumSize.width), static_cast<int>(minimumSize.height));
-  gtk_widget_set_halign(box, GTK_ALIGN_CENTER);
-  gtk_widget_set_valign(box, GTK_ALIGN_CENTER);
-  gtk_widget_set_vexpand(box, TRUE);
-  gtk_box_append(GTK_BOX(mask_.get()), box);
-
-  buildIndicator();
-  gtk_box_append(GTK_BOX(box), indicator_);
-  label_ = gtk_label_new(nullptr);
-  gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
-  gtk_label_set_max_width_chars(GTK_LABEL(label_), textWidth);
-  gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
-  gtk_box_append(GTK_BOX(box), label_);
-
-  gtk_overlay_add_overlay(parent_, mask_.get());
+OverlayPanel::OverlayPanel(GtkOverlay* parent) : parent_(parent) {
+  static const bool styled = (installStyle(css), true);
+  static_cast<void>(styled);
+  build();
   destroyed_ = SignalConnection::connect<&OverlayPanel::parentDestroyed>(parent_, "destroy", this);
 }
 
 OverlayPanel::~OverlayPanel() {
+  faded_.disconnect();
   destroyed_.disconnect();
-  if (parent_) gtk_overlay_remove_overlay(parent_, mask_.get());
+  takeInput(false);
+  if (parent_ && gtk_widget_get_parent(mask_.get())) gtk_overlay_remove_overlay(parent_, mask_.get());
 }
 
-void OverlayPanel::buildIndicator() {
-  spinner_ = gtk_spinner_new();
-  gtk_widget_set_size_request(spinner_, indicatorSize, indicatorSize);
-  ring_ = drawingNew<&OverlayPanel::drawRing>();
-  indicator_ = gtk_stack_new();
-  gtk_widget_set_halign(indicator_, GTK_ALIGN_CENTER);
-  gtk_widget_set_valign(indicator_, GTK_ALIGN_CENTER);
-  gtk_widget_set_vexpand(indicator_, TRUE);
-  gtk_stack_add_named(GTK_STACK(indicator_), spinner_, "spinner");
-  gtk_stack_add_named(GTK_STACK(indicator_), ring_, "ring");
-  gtk_stack_add_named(GTK_STACK(indicator_), drawingNew<&OverlayPanel::drawInformationMark>(), "info");
+void OverlayPanel::build() {
+  mask_ = GRef<GtkWidget>::sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
+  gtk_widget_add_css_class(mask_.get(), "orivex-mask");
+
+  panel_ = GTK_WIDGET(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL, "spacing", spacing,
+                                   "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT, nullptr));
+  gtk_widget_add_css_class(panel_, "orivex-panel");
+  gtk_widget_set_halign(panel_, GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(panel_, GTK_ALIGN_CENTER);
+  gtk_widget_set_vexpand(panel_, TRUE);
+  gtk_widget_set_margin_start(panel_, gapToWindow);
+  gtk_widget_set_margin_end(panel_, gapToWindow);
+  gtk_box_append(GTK_BOX(mask_.get()), panel_);
+
+  gtk_widget_set_vexpand(indicator_.widget(), TRUE);
+  gtk_box_append(GTK_BOX(panel_), indicator_.widget());
+  label_ = gtk_label_new(nullptr);
+  gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
+  gtk_label_set_wrap_mode(GTK_LABEL(label_), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_ellipsize(GTK_LABEL(label_), PANGO_ELLIPSIZE_END);
+  gtk_label_set_max_width_chars(GTK_LABEL(label_), textWidth);
+  gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
+  gtk_box_append(GTK_BOX(panel_), label_);
 }
 
-template <auto draw>
-GtkWidget* OverlayPanel::drawingNew() {
-  GtkWidget* const drawing = gtk_drawing_area_new();
-  gtk_widget_set_size_request(drawing, indicatorSize, indicatorSize);
-  gtk_drawing_area_set_draw_func(
-      GTK_DRAWING_AREA(drawing),
-      [](GtkDrawingArea* area, cairo_t* context, int width, int height, gpointer panel) {
-        GdkRGBA color;
-        gtk_style_context_get_color(gtk_widget_get_style_context(GTK_WIDGET(area)), &color);
-        gdk_cairo_set_source_rgba(context, &color);
-        cairo_translate(context, width / 2.0, height / 2.0);
-        cairo_set_line_width(context, lineWidth);
-        cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
-        (static_cast<const OverlayPanel*>(panel)->*draw)(context);
-      },
-      this, nullptr);
-  return drawing;
+void OverlayPanel::showSpinner(const OverlayLook& look) {
+  indicator_.showSpinner();
+  appear(look, "", spokenSpinner);
 }
 
-// Both draw around the origin, in the text's colour.
-void OverlayPanel::drawRing(cairo_t* context) const {
-  constexpr double fullTurn = 2 * std::numbers::pi;
-  constexpr double top = -std::numbers::pi / 2;
-  cairo_arc(context, 0, 0, radius, top, top + fullTurn);
-  cairo_set_dash(context, trackDashes, 2, 0);
-  cairo_stroke(context);
-  cairo_set_dash(context, nullptr, 0, 0);
-  cairo_arc(context, 0, 0, radius, top, top + fullTurn * static_cast<double>(fraction_));
-  cairo_stroke(context);
+void OverlayPanel::showRing(const OverlayLook& look, float fraction, const std::string& status) {
+  indicator_.showRing(fraction);
+  appear(look, status, status.c_str());
 }
 
-void OverlayPanel::drawInformationMark(cairo_t* context) const {
-  cairo_arc(context, 0, 0, radius, 0, 2 * std::numbers::pi);
-  cairo_stroke(context);
-  cairo_move_to(context, 0, -radius * 0.05);
-  cairo_line_to(context, 0, radius * 0.48);
-  cairo_stroke(context);
-  cairo_arc(context, 0, -radius * 0.42, lineWidth * 0.7, 0, 2 * std::numbers::pi);
-  cairo_fill(context);
+void OverlayPanel::showInfo(const OverlayLook& look, const std::string& status) {
+  indicator_.showInformationMark();
+  appear(look, status, status.c_str());
 }
 
-void OverlayPanel::show(const char* page, const std::string& status) {
-  gtk_stack_set_visible_child_name(GTK_STACK(indicator_), page);
-  gtk_spinner_set_spinning(GTK_SPINNER(spinner_), std::string_view(page) == "spinner");
+void OverlayPanel::appear(const OverlayLook& look, const std::string& status, const char* spoken) {
+  apply(look);
   gtk_label_set_text(GTK_LABEL(label_), status.c_str());
+  gtk_label_set_lines(GTK_LABEL(label_), linesThatFit());
   gtk_widget_set_visible(label_, !status.empty());
+  gtk_accessible_update_property(GTK_ACCESSIBLE(panel_), GTK_ACCESSIBLE_PROPERTY_LABEL, spoken, -1);
+  takeInput(look.mask == OverlayMask::black);
+  if (shown_ || !parent_) return;
+  shown_ = true;
+  if (!gtk_widget_get_parent(mask_.get())) {
+    gtk_widget_set_opacity(mask_.get(), 0);
+    gtk_overlay_add_overlay(parent_, mask_.get());
+  }
+  fadeTo(1);
 }
 
-void OverlayPanel::showSpinner() {
-  show("spinner", "");
+void OverlayPanel::apply(const OverlayLook& look) {
+  setClass(mask_.get(), "black", look.mask == OverlayMask::black);
+  setClass(panel_, "dark", look.style == OverlayStyle::dark);
+  setClass(panel_, "light", look.style == OverlayStyle::light);
+  gtk_widget_set_size_request(panel_, static_cast<int>(look.minimumSize.width),
+                              static_cast<int>(look.minimumSize.height));
 }
 
-void OverlayPanel::showRing(float fraction, const std::string& status) {
-  fraction_ = std::clamp(fraction, 0.0F, 1.0F);
-  gtk_widget_queue_draw(ring_);
-  show("ring", status);
+void OverlayPanel::dismiss() {
+  if (!shown_) return;
+  shown_ = false;
+  takeInput(false);
+  fadeTo(0);
 }
 
-void OverlayPanel::showInfo(const std::string& status) {
-  show("info", status);
+// The keys are caught above the page instead of moving the focus: a page that lost it would close what is being
+// entered, and one that is revealed meanwhile could not receive it.
+void OverlayPanel::takeInput(bool taking) {
+  gtk_widget_set_can_target(mask_.get(), taking);
+  if (taking == static_cast<bool>(keys_) || !parent_) return;
+  if (taking) {
+    keys_ = GRef<GtkEventController>::share(gtk_event_controller_key_new());
+    gtk_event_controller_set_propagation_phase(keys_.get(), GTK_PHASE_CAPTURE);
+    keyPressed_ = SignalConnection::connect<&OverlayPanel::keyPressed>(keys_.get(), "key-pressed", this);
+    gtk_widget_add_controller(GTK_WIDGET(parent_), keys_.get());
+  } else {
+    keyPressed_.disconnect();
+    gtk_widget_remove_controller(GTK_WIDGET(parent_), keys_.get());
+    keys_ = nullptr;
+  }
+}
+
+gboolean OverlayPanel::keyPressed(GtkEventControllerKey* /*keys*/, guint /*key*/, guint /*code*/,
+                                  GdkModifierType /*modifiers*/) {
+  return TRUE;
+}
+
+// A text too long for the window ends in an ellipsis instead of leaving it.
+int OverlayPanel::linesThatFit() const {
+  auto* const metrics = pango_context_get_metrics(gtk_widget_get_pango_context(label_), nullptr, nullptr);
+  const double lineHeight = static_cast<double>(pango_font_metrics_get_height(metrics)) / PANGO_SCALE;
+  pango_font_metrics_unref(metrics);
+  const int room =
+      gtk_widget_get_height(GTK_WIDGET(parent_)) - 2 * (gapToWindow + padding) - spacing - OverlayIndicator::size;
+  return std::max(1, static_cast<int>(room / std::max(lineHeight, 1.0)));
+}
+
+// From wherever an earlier fade has come to; a visitor who asked for reduced motion gets the end at once.
+void OverlayPanel::fadeTo(double opacity) {
+  faded_.disconnect();
+  if (fade_) adw_animation_pause(fade_.get());
+  const double now = gtk_widget_get_opacity(mask_.get());
+  auto* const target = adw_property_animation_target_new(G_OBJECT(mask_.get()), "opacity");
+  fade_ = GRef<AdwAnimation>::adopt(adw_timed_animation_new(
+      mask_.get(), now, opacity, static_cast<guint>(std::lround(fadeTime * std::abs(opacity - now))), target));
+  faded_ = SignalConnection::connect<&OverlayPanel::faded>(fade_.get(), "done", this);
+  adw_animation_play(fade_.get());
+}
+
+void OverlayPanel::faded(AdwAnimation* /*animation*/) {
+  if (shown_ || !parent_) return;
+  indicator_.rest();
+  gtk_overlay_remove_overlay(parent_, mask_.get());
 }
 
 void OverlayPanel::parentDestroyed(GtkWidget* /*parent*/) {
+  keyPressed_.disconnect();
+  keys_ = nullptr;
   parent_ = nullptr;
 }
 

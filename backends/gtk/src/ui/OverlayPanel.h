@@ -2,48 +2,63 @@
 
 #include <string>
 
-#include <gtk/gtk.h>
+#include <adwaita.h>
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "OverlayIndicator.h"
 
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 
 namespace orivex::gtk {
 
-/// The widgets of the progress overlay inside one GtkOverlay: a mask that takes input and a rounded panel with a
-/// spinner, a ring or an information mark over a line of text.
+struct OverlayLook {
+  Size minimumSize;
+  OverlayStyle style = OverlayStyle::light;
+  OverlayMask mask = OverlayMask::none;
+};
+
+/// The widgets of the progress overlay inside one GtkOverlay: a mask over everything and, in its middle, a rounded
+/// panel with an indicator over a text. It fades in when it is first shown and out when it is dismissed; the mask takes
+/// pointer and keys only in between, and leaves the keyboard focus where it is.
 class OverlayPanel {
  public:
-  OverlayPanel(GtkOverlay* parent, Size minimumSize, OverlayStyle style, OverlayMask mask);
+  explicit OverlayPanel(GtkOverlay* parent);
   OverlayPanel(const OverlayPanel&) = delete;
   OverlayPanel& operator=(const OverlayPanel&) = delete;
+  /// Takes the panel away at once.
   ~OverlayPanel();
 
   /// False once the window that shows it is gone.
   bool isOver(GtkOverlay* parent) const { return parent_ == parent; }
 
-  void showSpinner();
-  void showRing(float fraction, const std::string& status);
-  void showInfo(const std::string& status);
+  void showSpinner(const OverlayLook& look);
+  void showRing(const OverlayLook& look, float fraction, const std::string& status);
+  void showInfo(const OverlayLook& look, const std::string& status);
+  void dismiss();
 
  private:
-  void show(const char* page, const std::string& status);
-  void buildIndicator();
-  template <auto draw>
-  GtkWidget* drawingNew();
-  void drawRing(cairo_t* context) const;
-  void drawInformationMark(cairo_t* context) const;
+  void build();
+  void apply(const OverlayLook& look);
+  void appear(const OverlayLook& look, const std::string& status, const char* spoken);
+  void takeInput(bool taking);
+  int linesThatFit() const;
+  void fadeTo(double opacity);
+  void faded(AdwAnimation* animation);
+  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
   void parentDestroyed(GtkWidget* parent);
 
   GtkOverlay* parent_;
+  OverlayIndicator indicator_;
   GRef<GtkWidget> mask_;
-  GtkWidget* indicator_ = nullptr;
-  GtkWidget* spinner_ = nullptr;
-  GtkWidget* ring_ = nullptr;
+  GtkWidget* panel_ = nullptr;
   GtkWidget* label_ = nullptr;
-  float fraction_ = 0;
+  bool shown_ = false;  // false while it fades out, too
+  GRef<AdwAnimation> fade_;
+  GRef<GtkEventController> keys_;  // of the parent, while the mask takes input
+  SignalConnection faded_;
+  SignalConnection keyPressed_;
   SignalConnection destroyed_;
 };
 
