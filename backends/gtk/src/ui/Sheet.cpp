@@ -54,8 +54,7 @@ Sheet::Sheet(GtkOverlay* parent, MainQueue& mainQueue, GtkWidget* content, const
   build(content, label);
   gtk_overlay_add_overlay(parent_, mask_.get());
   listen();
-  // A first tab stop, so that keys reach the sheet; what holds none takes the keys itself.
-  moveFocus(GTK_DIR_TAB_FORWARD);
+  takeFocus();
   gtk_widget_add_css_class(mask_.get(), "open");
   gtk_revealer_set_reveal_child(revealer_, TRUE);
 }
@@ -118,6 +117,7 @@ void Sheet::close() {
 }
 
 void Sheet::releaseInput() {
+  mapped_.disconnect();
   pressed_.disconnect();
   released_.disconnect();
   keys_.disconnect();
@@ -127,10 +127,23 @@ void Sheet::releaseInput() {
   GtkWidget* const focus = window ? gtk_root_get_focus(window) : nullptr;
   const auto before = GRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&focusBefore_)));
   // Only what the sheet took is given back: the visitor may have moved on to another part of the window.
-  if (focus && isInside(focus, mask_.get())) {
+  if (window && (!focus || isInside(focus, mask_.get()))) {
     gtk_root_set_focus(window, before && gtk_widget_get_root(before.get()) == window ? before.get() : nullptr);
   }
   gtk_widget_set_can_focus(mask_.get(), FALSE);
+}
+
+// At once from the page, and to the content as soon as that is on the screen: before, it cannot take any.
+void Sheet::takeFocus() {
+  mapped_ = SignalConnection::connect<&Sheet::panelMapped>(panel_, "map", this);
+  movingFocus_ = true;
+  if (auto* const window = gtk_widget_get_root(panel_)) gtk_root_set_focus(window, nullptr);
+  movingFocus_ = false;
+}
+
+void Sheet::panelMapped(GtkWidget* /*panel*/) {
+  mapped_.disconnect();
+  if (!closing_) moveFocus(GTK_DIR_TAB_FORWARD);
 }
 
 void Sheet::moveFocus(GtkDirectionType direction) {
@@ -140,6 +153,7 @@ void Sheet::moveFocus(GtkDirectionType direction) {
     // Past the last one: with the focus nowhere the search begins at the other end.
     if (auto* const window = gtk_widget_get_root(panel_)) gtk_root_set_focus(window, nullptr);
     if (!gtk_widget_child_focus(panel_, direction)) {
+      // Content that takes no focus leaves it to the panel, so that keys still reach the sheet.
       gtk_widget_set_focusable(panel_, TRUE);
       gtk_widget_grab_focus(panel_);
     }
@@ -179,7 +193,7 @@ gboolean Sheet::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*c
 
 // A page under the sheet may ask for the focus by itself.
 void Sheet::focusMoved(GtkWidget* window, GParamSpec* /*property*/) {
-  if (movingFocus_ || gtk_widget_in_destruction(window)) return;
+  if (movingFocus_ || gtk_widget_in_destruction(window) || !gtk_widget_get_mapped(panel_)) return;
   GtkWidget* const focus = gtk_root_get_focus(GTK_ROOT(window));
   const bool escaped = !focus || (!isInside(focus, mask_.get()) && isInside(focus, GTK_WIDGET(parent_)));
   if (escaped) moveFocus(GTK_DIR_TAB_FORWARD);

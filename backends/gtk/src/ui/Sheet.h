@@ -35,6 +35,7 @@ class Sheet {
  private:
   void build(GtkWidget* content, const std::string& label);
   void listen();
+  void takeFocus();
   void releaseInput();
   void moveFocus(GtkDirectionType direction);
   void detach();
@@ -42,6 +43,7 @@ class Sheet {
   bool isOnPanel(double x, double y) const;
   void pressed(GtkGestureClick* click, int count, double x, double y);
   void released(GtkGestureClick* click, int count, double x, double y);
+  void panelMapped(GtkWidget* panel);
   gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
   void focusMoved(GtkWidget* window, GParamSpec* property);
   void revealedChanged(GtkRevealer* revealer, GParamSpec* property);
@@ -58,6 +60,7 @@ class Sheet {
   bool closing_ = false;
   bool movingFocus_ = false;
   bool pressedOnMask_ = false;
+  SignalConnection mapped_;
   SignalConnection pressed_;
   SignalConnection released_;
   SignalConnection keys_;
