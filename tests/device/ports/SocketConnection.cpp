@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -44,6 +45,20 @@ bool SocketConnection::send(std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(sent));
   }
   return true;
+}
+
+void SocketConnection::holdLittle() {
+  const int bytes = 64 * 1024;
+  setsockopt(descriptor_, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
+}
+
+void SocketConnection::waitForEnd() {
+  pollfd end{descriptor_, POLLRDHUP, 0};
+  poll(&end, 1, -1);
+}
+
+void SocketConnection::endSending() {
+  shutdown(descriptor_, SHUT_WR);
 }
 
 // Closing with unsent data to linger on for no time sends a reset.

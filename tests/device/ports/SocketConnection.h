@@ -26,6 +26,15 @@ class SocketConnection {
   /// Whether all was taken.
   bool send(std::string_view bytes);
 
+  /// Lets the system hold only some 100 kB that were not read yet.
+  void holdLittle();
+
+  /// Returns when the other side has gone, without reading.
+  void waitForEnd();
+
+  /// Tells the other side that nothing more will come.
+  void endSending();
+
   /// Lets the connection end with a reset.
   void resetAtEnd();
 

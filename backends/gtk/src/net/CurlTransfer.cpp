@@ -4,6 +4,10 @@
 #include <climits>
 #include <cmath>
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
 namespace orivex::gtk {
 namespace {
 
@@ -14,6 +18,16 @@ constexpr std::size_t longestBody = std::size_t{64} << 20U;
 
 // 1xx replies only announce the final one.
 constexpr long firstFinalStatus = 200;
+
+// What the system may hold that it has not sent yet. Without a bound, it takes megabytes at once, and progress and
+// standstill cannot be told from what libcurl has handed over.
+constexpr int mostUnsent = 128 * 1024;
+
+int boundUnsent(void*, curl_socket_t socket, curlsocktype) noexcept {
+  // Where this fails, nothing but the accuracy of the progress is lost.
+  setsockopt(socket, IPPROTO_TCP, TCP_NOTSENT_LOWAT, &mostUnsent, sizeof mostUnsent);
+  return CURL_SOCKOPT_OK;
+}
 
 // libcurl reads "Name:" as the wish to leave the header out; an empty value is written "Name;". A line break would
 // begin another header, or the body.
@@ -51,6 +65,7 @@ void CurlTransfer::setRules() {
   curl_easy_setopt(handle(), CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(handle(), CURLOPT_DEFAULT_PROTOCOL, "none");  // an address without a scheme fails, not guessed at
   curl_easy_setopt(handle(), CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
+  curl_easy_setopt(handle(), CURLOPT_SOCKOPTFUNCTION, boundUnsent);
   curl_easy_setopt(handle(), CURLOPT_NOSIGNAL, 1L);
   // A name server that does not answer must hold up neither the other transfers nor the end of the client.
   curl_easy_setopt(handle(), CURLOPT_QUICK_EXIT, 1L);

@@ -1,6 +1,5 @@
 #include "CurlUpload.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace orivex::gtk {
@@ -29,8 +28,6 @@ void CurlUpload::setRules() {
   curl_easy_setopt(handle(), CURLOPT_CONNECTTIMEOUT_MS, milliseconds(request_.idleTimeout));
   curl_easy_setopt(handle(), CURLOPT_EXPECT_100_TIMEOUT_MS, goAheadMilliseconds);
   curl_easy_setopt(handle(), CURLOPT_UPLOAD_BUFFERSIZE, bytesAtATime);
-  curl_easy_setopt(handle(), CURLOPT_PREREQFUNCTION, beforeRequest);
-  curl_easy_setopt(handle(), CURLOPT_PREREQDATA, this);
   curl_easy_setopt(handle(), CURLOPT_MIMEPOST, form_.get());
 }
 
@@ -73,7 +70,6 @@ void CurlUpload::noteProgress() {
   curl_easy_getinfo(handle(), CURLINFO_SIZE_UPLOAD_T, &sent);
   curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_UPLOAD_T, &all);
   if (all <= 0) return;
-  isSent_ = isSent_ || sent >= all;
   reporter_.progress(sent < all ? static_cast<double>(sent) / static_cast<double>(all) : 1);
 }
 
@@ -97,19 +93,11 @@ std::size_t CurlUpload::read(char* buffer, std::size_t, std::size_t length, void
   return got;
 }
 
-int CurlUpload::seek(void* upload, curl_off_t offset, int origin) noexcept {
-  if (origin != SEEK_SET) return CURL_SEEKFUNC_CANTSEEK;
-  static_cast<CurlUpload*>(upload)->position_ = offset;
-  return CURL_SEEKFUNC_OK;
-}
-
-// libcurl tries again on a new connection when a kept one breaks before a reply. A server that has the whole form may
-// have taken it, and must not get it twice.
-int CurlUpload::beforeRequest(void* upload, char*, char*, int, int) noexcept {
-  auto& self = *static_cast<CurlUpload*>(upload);
-  if (!self.isSent_) return CURL_PREREQFUNC_OK;
-  self.fail("The connection was lost before a reply came");
-  return CURL_PREREQFUNC_ABORT;
+// libcurl would begin again on a new connection when a kept one breaks before a reply. What the server took by then is
+// not known, and a form is not sent twice.
+int CurlUpload::seek(void* upload, curl_off_t, int) noexcept {
+  static_cast<CurlUpload*>(upload)->fail("The connection was lost");
+  return CURL_SEEKFUNC_CANTSEEK;
 }
 
 }  // namespace orivex::gtk

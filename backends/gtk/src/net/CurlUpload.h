@@ -23,7 +23,6 @@ class CurlUpload final : public CurlTransfer {
  private:
   static std::size_t read(char* buffer, std::size_t one, std::size_t length, void* upload) noexcept;
   static int seek(void* upload, curl_off_t offset, int origin) noexcept;
-  static int beforeRequest(void* upload, char* remote, char* local, int remotePort, int localPort) noexcept;
 
   void setRules();
   bool addFile(FilePart file);
@@ -35,7 +34,6 @@ class CurlUpload final : public CurlTransfer {
   UploadReporter reporter_;
   std::unique_ptr<FormContent> content_;
   std::int64_t position_ = 0;  // in the content
-  bool isSent_ = false;
   CurlForm form_;
 };
 

@@ -2,15 +2,10 @@
 
 #include <algorithm>
 
-#include <linux/sockios.h>
-#include <sys/ioctl.h>
-
 namespace orivex::gtk {
 namespace {
 
-// Nobody tells when the system sends what it holds, so that is looked at. A time-out comes late by this part at most.
-constexpr int looksPerTimeOut = 16;
-
+// Some thirty years, which the clock can still add.
 constexpr double longestSeconds = 1e9;
 
 }  // namespace
@@ -25,7 +20,7 @@ std::optional<IdleWatch::Clock::duration> IdleWatch::look(CURL* transfer, Clock:
   last_ = counts;
   const auto left = *lastMoved_ + longest_ - now;
   if (left <= Clock::duration::zero()) return std::nullopt;
-  return counts.waiting > 0 ? std::min(left, longest_ / looksPerTimeOut) : left;
+  return left;
 }
 
 IdleWatch::Counts IdleWatch::countsOf(CURL* transfer) {
@@ -33,9 +28,6 @@ IdleWatch::Counts IdleWatch::countsOf(CURL* transfer) {
   curl_easy_getinfo(transfer, CURLINFO_SIZE_UPLOAD_T, &counts.sent);
   curl_easy_getinfo(transfer, CURLINFO_SIZE_DOWNLOAD_T, &counts.received);
   curl_easy_getinfo(transfer, CURLINFO_HEADER_SIZE, &counts.headers);
-  curl_socket_t socket = CURL_SOCKET_BAD;
-  curl_easy_getinfo(transfer, CURLINFO_ACTIVESOCKET, &socket);
-  if (socket != CURL_SOCKET_BAD && ioctl(socket, SIOCOUTQ, &counts.waiting) != 0) counts.waiting = 0;
   return counts;
 }
 

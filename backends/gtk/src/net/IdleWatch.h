@@ -7,8 +7,7 @@
 
 namespace orivex::gtk {
 
-/// Tells when a transfer has stood still for too long. What the system took from libcurl but has not sent yet counts as
-/// movement while it becomes less: a long body is handed over well before it is through a slow line.
+/// Tells when a transfer has stood still for too long.
 class IdleWatch {
  public:
   using Clock = std::chrono::steady_clock;
@@ -25,7 +24,6 @@ class IdleWatch {
     curl_off_t sent = 0;
     curl_off_t received = 0;
     long headers = 0;
-    int waiting = 0;  // bytes that the other side has not acknowledged
     bool operator==(const Counts&) const = default;
   };
   static Counts countsOf(CURL* transfer);

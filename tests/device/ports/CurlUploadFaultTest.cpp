@@ -1,0 +1,267 @@
+#include <filesystem>
+#include <limits>
+#include <thread>
+
+#include <malloc.h>
+
+#include "CurlUploadFixture.h"
+
+namespace orivex::gtk {
+namespace {
+
+/// What a server does with a form of which it has read the head. `length` is that of the body.
+using Behaviour = std::function<void(SocketConnection& connection, std::size_t length)>;
+
+// Larger than what waits for a go-ahead, smaller than what the sockets hold.
+constexpr std::size_t fileSize = 2'000'000;
+
+SocketServer::Session once(Behaviour behaviour) {
+  return [behaviour = std::move(behaviour)](SocketConnection& connection) {
+    const auto length = contentLength(connection.readHead());
+    behaviour(connection, length);
+  };
+}
+
+void goAhead(SocketConnection& connection) {
+  connection.send("HTTP/1.1 100 Continue\r\n\r\n");
+}
+
+Behaviour answer(std::string bytes) {
+  return [bytes = std::move(bytes)](SocketConnection& connection, std::size_t length) {
+    goAhead(connection);
+    connection.skip(length);
+    connection.send(bytes);
+  };
+}
+
+/// Reads this many quarters of the body; then sends `bytes` and goes, with or without a word.
+Behaviour breakAfter(std::size_t quarters, std::string bytes, bool resets) {
+  return [=](SocketConnection& connection, std::size_t length) {
+    goAhead(connection);
+    connection.skip(length * quarters / 4);
+    connection.send(bytes);
+    if (resets) connection.resetAtEnd();
+  };
+}
+
+void staySilent(SocketConnection& connection) {
+  connection.skip(std::numeric_limits<std::size_t>::max());  // returns when the client goes
+}
+
+class CurlUploadFaultTest : public CurlUploadFixture {
+ protected:
+  const std::string file_ = folder_.write("file", std::string(fileSize, 'x')).string();
+};
+
+TEST_F(CurlUploadFaultTest, AReplyIsAReplyWhateverItsStatus) {
+  struct Case {
+    int status;
+    std::string body;
+    std::string headers;
+  };
+  const Case cases[] = {
+      {200, "", ""},
+      {201, "made", ""},
+      {302, "moved", "Location: /elsewhere\r\n"},
+      {307, "", "Location: /elsewhere\r\n"},
+      {308, "", "Location: /elsewhere\r\n"},
+      {304, "", ""},
+      {400, R"({"msg":"no"})", ""},
+      {401, "", "WWW-Authenticate: Basic realm=\"x\"\r\n"},
+      {404, "no", ""},
+      {503, "down", "Retry-After: 1\r\n"},
+      {500, std::string(10'000'000, 'e'), ""},
+  };
+  int forms = 0;
+  for (const auto& [status, body, headers] : cases) {
+    SCOPED_TRACE(status);
+    SocketServer server([&, bytes = reply(status, body, headers)](SocketConnection& connection) {
+      for (std::string head; !(head = connection.readHead()).empty();) {
+        ++forms;
+        answer(bytes)(connection, contentLength(head));
+      }
+    });
+    forms = 0;
+    const auto upload = send(form(server.url("/"), path(file_)));
+    EXPECT_EQ(upload.status(), status);
+    EXPECT_TRUE(upload.body() == body.substr(0, 1U << 20U)) << upload.body().size() << " bytes";
+    EXPECT_EQ(upload.error(), "");
+    EXPECT_EQ(upload.progress.back(), 1);
+    EXPECT_EQ(forms, 1) << "sent again";
+  }
+}
+
+TEST_F(CurlUploadFaultTest, AReplyWithoutABodyNeedsNoLength) {
+  SocketServer server(once(answer("HTTP/1.1 204 No Content\r\n\r\n")));
+  const auto upload = send(form(server.url("/"), path(file_)));
+  EXPECT_EQ(upload.status(), 204);
+  EXPECT_EQ(upload.error(), "");
+}
+
+TEST_F(CurlUploadFaultTest, ABrokenConnectionIsAnErrorWithWhatCameOfTheReply) {
+  struct Case {
+    const char* name;
+    Behaviour behaviour;
+    std::optional<int> status;
+    const char* body;
+    const char* words;
+  };
+  const std::string half = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf";
+  std::vector<Case> cases = {
+      {"closed in the reply", answer(half), 200, "half", "remaining"},
+      {"closed in a chunk", answer("HTTP/1.1 500 X\r\nTransfer-Encoding: chunked\r\n\r\n9\r\nhalf"), 500, "half", ""},
+      {"no HTTP", answer("this is no HTTP"), std::nullopt, "", "HTTP/0.9"},
+      {"broken gzip", answer(reply(200, "this is no gzip", "Content-Encoding: gzip\r\n")), 200, "", ""},
+  };
+  for (std::size_t quarters = 0; quarters <= 4; ++quarters) {
+    cases.push_back({"reset", breakAfter(quarters, "", true), std::nullopt, "", ""});
+    cases.push_back({"closed", breakAfter(quarters, "", false), std::nullopt, "", ""});
+  }
+  for (const auto& [name, behaviour, status, body, words] : cases) {
+    SCOPED_TRACE(name);
+    SocketServer server(once(behaviour));
+    const auto upload = send(form(server.url("/"), path(file_)));
+    EXPECT_EQ(upload.status(), status);
+    EXPECT_EQ(upload.body(), body);
+    EXPECT_NE(upload.error(), "");
+    EXPECT_NE(upload.error().find(words), std::string::npos) << upload.error();
+    EXPECT_EQ(server.connections(), 1) << "sent again";
+  }
+  const auto refused = send(form("http://127.0.0.1:1/", path(file_)));
+  EXPECT_NE(refused.error().find("connect"), std::string::npos) << refused.error();
+}
+
+TEST_F(CurlUploadFaultTest, ARefusalBeforeTheEndOfTheBodyIsTold) {
+  const auto refusal = reply(413, "too large", "Connection: close\r\n");
+  const auto large = folder_.write("large", std::string(20'000'000, 'x')).string();
+  std::size_t sentAfterRefusal = 0;
+  for (const bool closes : {false, true}) {
+    for (int quarters = -1; quarters < 4; ++quarters) {
+      SCOPED_TRACE(quarters);
+      SocketServer server(once([&](SocketConnection& connection, std::size_t length) {
+        if (quarters >= 0) {
+          goAhead(connection);
+          connection.skip(length * static_cast<std::size_t>(quarters) / 4);
+        }
+        connection.send(refusal);
+        if (closes) connection.endSending();
+        sentAfterRefusal = connection.skip(length);
+      }));
+      const auto upload = send(form(server.url("/"), path(large)));
+      EXPECT_EQ(upload.status(), 413) << upload.error();
+      EXPECT_EQ(upload.body(), "too large");
+      EXPECT_EQ(upload.error(), "");
+      EXPECT_LT(upload.progress.empty() ? 0 : upload.progress.back(), 1);
+      EXPECT_TRUE(quarters >= 0 || sentAfterRefusal == 0) << "sent the body without a go-ahead";
+    }
+  }
+}
+
+TEST_F(CurlUploadFaultTest, ARefusalThatAResetFollowsIsToldOrIsAnError) {
+  const auto refusal = reply(413, "too large", "Connection: close\r\n");
+  const auto large = folder_.write("large", std::string(20'000'000, 'x')).string();
+  for (std::size_t quarters = 0; quarters < 4; ++quarters) {
+    SocketServer server(once(breakAfter(quarters, refusal, false)));
+    const auto upload = send(form(server.url("/"), path(large)));
+    EXPECT_TRUE(upload.status() == 413 || !upload.error().empty()) << quarters;
+  }
+}
+
+TEST_F(CurlUploadFaultTest, OnlyStandingStillTimesOut) {
+  struct Case {
+    const char* name;
+    Behaviour behaviour;
+    std::optional<int> status;
+    bool timesOut;
+  };
+  const auto slowly = [](const std::function<bool()>& step) {
+    while (step()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  };
+  const Case cases[] = {
+      {"never answers", [](SocketConnection& connection, std::size_t) { staySilent(connection); }, std::nullopt, true},
+      {"takes nothing",
+       [](SocketConnection& connection, std::size_t) {
+         goAhead(connection);
+         connection.waitForEnd();
+       },
+       std::nullopt, true},
+      {"stops in the reply",
+       [](SocketConnection& connection, std::size_t length) {
+         answer("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf")(connection, length);
+         staySilent(connection);
+       },
+       200, true},
+      {"takes the body slowly",
+       [&](SocketConnection& connection, std::size_t length) {
+         goAhead(connection);
+         connection.holdLittle();
+         slowly([&] {
+           const auto taken = connection.skip(std::min<std::size_t>(length, 40'000));
+           length -= taken;
+           return taken > 0 && length > 0;
+         });
+         connection.send(reply(200, ""));
+       },
+       200, false},
+      {"answers slowly",
+       [&](SocketConnection& connection, std::size_t length) {
+         answer("")(connection, length);
+         const auto bytes = reply(200, std::string(20, 'x'));
+         std::size_t sent = 0;
+         slowly([&] { return connection.send(bytes.substr(sent++, 1)) && sent < bytes.size(); });
+       },
+       200, false},
+  };
+  for (const auto& [name, behaviour, status, timesOut] : cases) {
+    SCOPED_TRACE(name);
+    SocketServer server(once(behaviour));
+    auto request = form(server.url("/"), path(file_));
+    request.idleTimeout = 0.5;
+    const auto upload = send(request);
+    EXPECT_EQ(upload.status(), status);
+    EXPECT_EQ(upload.reply->error.has_value(), timesOut) << upload.error();
+    EXPECT_EQ(upload.reply->error.value_or(TransportError{}).code,
+              timesOut ? TransportError::timedOut : TransportError::other);
+  }
+}
+
+TEST_F(CurlUploadFaultTest, FiveHundredUploadsLeaveNothingBehindHoweverTheyEnd) {
+  const auto small = folder_.write("small", std::string(100'000, 'x')).string();
+  const auto round = [&](int uploads) {
+    int turn = 0;
+    SocketServer server([&](SocketConnection& connection) {
+      for (std::string head; !(head = connection.readHead()).empty();) {
+        const auto length = contentLength(head);
+        switch (++turn % 4) {
+          case 0:
+            return breakAfter(2, "", true)(connection, length);
+          case 1:
+            answer(reply(503, std::string(10'000, 'e')))(connection, length);
+            break;
+          case 2:
+            return breakAfter(4, "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", false)(connection, length);
+          default:
+            answer(reply(200, "taken"))(connection, length);
+        }
+      }
+    });
+    client_ = std::make_unique<CurlHttpClient>(queue_);
+    for (int upload = 0; upload < uploads; ++upload) {
+      ASSERT_TRUE(send(form(server.url("/"), path(upload % 5 == 0 ? "/missing" : small))).reply);
+    }
+    client_.reset();
+    pass(0.05);
+  };
+  const auto count = [](const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+  };
+  round(50);
+  const auto descriptors = count("/proc/self/fd");
+  const auto heap = mallinfo2().uordblks;
+  round(500);
+  EXPECT_TRUE(wait([&] { return count("/proc/self/fd") <= descriptors; }, patience)) << count("/proc/self/fd");
+  EXPECT_LE(mallinfo2().uordblks, heap + 64 * 1024);
+}
+
+}  // namespace
+}  // namespace orivex::gtk
