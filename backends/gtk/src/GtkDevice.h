@@ -9,7 +9,9 @@
 #include "WebKitDataStore.h"
 #include "audio/GstAudioSession.h"
 #include "audio/GtkRecordPermission.h"
+#include "camera/GtkCamera.h"
 #include "files/GioTypeRegistry.h"
+#include "files/GtkDocumentPicker.h"
 #include "files/XdgFileManager.h"
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
@@ -49,10 +51,10 @@ class GtkDevice {
   GioTypeRegistry typeRegistry_;
   PictureCodec imageCodec_;
   GstMediaProbe mediaProbe_;
-  AbsentDocumentPicker documentPicker_;
+  GtkDocumentPicker documentPicker_{mainQueue_, application_};
   AbsentDocumentInteraction documentInteraction_;
   AbsentPhotoLibrary photoLibrary_;
-  AbsentCamera camera_;
+  GtkCamera camera_{mainQueue_, application_};
   GstAudioSession audioSession_;
   GtkRecordPermission recordPermission_;
   const Platform platform_;

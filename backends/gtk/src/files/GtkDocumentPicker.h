@@ -1,0 +1,42 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+class GtkApplicationPort;
+
+/// The desktop's own file chooser over the front window, through the desktop's portal in a sandbox. It offers local
+/// files only and picks one; it opens in the visitor's documents, later where the last file was picked.
+class GtkDocumentPicker final : public DocumentPicker {
+ public:
+  GtkDocumentPicker(MainQueue& mainQueue, const GtkApplicationPort& application);
+  ~GtkDocumentPicker() override;
+
+  void present(const DocumentPickerOptions& options, View& view, Once<void(DocumentPickerOutcome)> completion) override;
+  std::variant<std::unique_ptr<FileAccess>, Failure> startAccess(const Url& file) override;
+
+ private:
+  void open(const DocumentPickerOptions& options, GtkWindow* window);
+  void close();
+  void bringToFront() const;
+  void responded(GtkNativeDialog* dialog, int response);
+  void windowDestroyed(GtkWidget* window);
+  DocumentPickerOutcome outcome(int response);
+
+  MainQueue& mainQueue_;
+  const GtkApplicationPort& application_;
+  GRef<GtkFileChooserNative> chooser_;  // null while none is open
+  Once<void(DocumentPickerOutcome)> completion_;
+  GRef<GFile> folder_;
+  SignalConnection responded_;
+  SignalConnection destroyed_;
+};
+
+}  // namespace orivex::gtk
