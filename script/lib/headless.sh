@@ -30,14 +30,15 @@ startBus() {
   export DBUS_SESSION_BUS_ADDRESS="$serverAddress"
 }
 
-# The microphone hears a steady 440 Hz tone, so a recording has a level; the speaker is heard by nobody.
+# The microphone hears a steady 440 Hz tone, so a recording has a level; the speaker is heard by nobody. Without rewinds
+# the tone comes in pieces of 50 ms, as from a device, and not of two seconds.
 startSound() {
   command -v pulseaudio >/dev/null || return 0
   export PULSE_SERVER="unix:$XDG_RUNTIME_DIR/pulse.socket"
   pulseaudio -n --daemonize=no --use-pid-file=no --exit-idle-time=-1 --disallow-exit --realtime=no --high-priority=no \
     -L "module-native-protocol-unix socket=$XDG_RUNTIME_DIR/pulse.socket auth-anonymous=1" \
     -L "module-null-sink sink_name=speaker" \
-    -L "module-null-sink sink_name=tone rate=48000" \
+    -L "module-null-sink sink_name=tone rate=48000 norewinds=1" \
     -L "module-sine sink=tone frequency=440" \
     -L "module-remap-source source_name=microphone master=tone.monitor" \
     >"$headlessHome/pulseaudio.log" 2>&1 &

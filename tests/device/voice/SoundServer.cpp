@@ -1,0 +1,62 @@
+#include "SoundServer.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "../GtkFixture.h"
+#include "glib/GMemory.h"
+
+namespace orivex::gtk {
+namespace {
+
+using StringsPtr = std::unique_ptr<char*, FreeWith<g_strfreev>>;
+
+}  // namespace
+
+SoundServer::SoundServer() {
+  g_setenv("PULSE_SERVER", ("unix:" + socket()).c_str(), TRUE);
+  start();
+}
+
+void SoundServer::start() {
+  const std::string protocol = "--load=module-native-protocol-unix auth-anonymous=1 socket=" + socket();
+  const std::string log = "--log-target=file:" + (folder_.path() / "log").string();
+  const char* const arguments[] = {
+      "pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "--disallow-exit",
+      "--realtime=no", "--high-priority=no", log.c_str(), protocol.c_str(), "--load=module-null-sink",
+      // In pieces of 50 ms, as from a device, and not of two seconds.
+      "--load=module-null-sink sink_name=tone rate=48000 norewinds=1", "--load=module-sine sink=tone frequency=440",
+      "--load=module-remap-source source_name=microphone master=tone.monitor", nullptr};
+  // Servers of one session bus or runtime folder take each other for a mistake.
+  const StringsPtr bare(g_environ_unsetenv(g_get_environ(), "DBUS_SESSION_BUS_ADDRESS"));
+  const StringsPtr environment(
+      g_environ_setenv(g_strdupv(bare.get()), "XDG_RUNTIME_DIR", folder_.path().c_str(), TRUE));
+  GError* error = nullptr;
+  const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD);
+  g_spawn_async(nullptr, const_cast<char**>(arguments), environment.get(), flags, nullptr, nullptr, &process_, &error);
+  ASSERT_EQ(error, nullptr) << error->message;
+  ASSERT_TRUE(wait([this] { return control("set-default-source microphone"); }, 10)) << "the server did not start";
+}
+
+void SoundServer::stop() {
+  if (process_ == 0) return;
+  ::kill(process_, SIGKILL);
+  ::waitpid(std::exchange(process_, 0), nullptr, 0);
+}
+
+void SoundServer::freeze() const {
+  ::kill(process_, SIGSTOP);
+}
+
+void SoundServer::thaw() const {
+  ::kill(process_, SIGCONT);
+}
+
+bool SoundServer::control(const std::string& arguments) const {
+  return std::system(("pactl " + arguments + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+}  // namespace orivex::gtk
