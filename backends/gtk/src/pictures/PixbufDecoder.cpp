@@ -38,7 +38,7 @@ class Loading {
     if (tooLarge_) return Failure{"too large to be decoded"};
     if (!fits || !complete) return failureOf(error);
     auto pixbuf = GRef<GdkPixbuf>::share(gdk_pixbuf_loader_get_pixbuf(loader_.get()));
-    if (!pixbuf) return failureOf(error);
+    if (!pixbuf || !hasPixels_) return failureOf(error);
     return pixbuf;
   }
 
@@ -51,11 +51,18 @@ class Loading {
     if (tooLarge_) gdk_pixbuf_loader_set_size(loader, 0, 0);
   }
 
+  // Of a file that was cut off before this, a loader gives a black picture.
+  void areaUpdated(GdkPixbufLoader* /*loader*/, int /*x*/, int /*y*/, int /*width*/, int /*height*/) {
+    hasPixels_ = true;
+  }
+
   GRef<GdkPixbufLoader> loader_ = GRef<GdkPixbufLoader>::adopt(gdk_pixbuf_loader_new());
   bool tooLarge_ = false;
+  bool hasPixels_ = false;
   bool closed_ = false;
   SignalConnection sizePrepared_ =
       SignalConnection::connect<&Loading::sizePrepared>(loader_.get(), "size-prepared", this);
+  SignalConnection areaUpdated_ = SignalConnection::connect<&Loading::areaUpdated>(loader_.get(), "area-updated", this);
 };
 
 }  // namespace

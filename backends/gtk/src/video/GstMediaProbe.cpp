@@ -17,7 +17,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Streams = std::unique_ptr<GList, FreeWith<gst_discoverer_stream_info_list_free>>;
 
+// A video in order takes a fraction of a second; of one that was cut off, GStreamer may wait for the rest for ever.
 constexpr std::chrono::seconds longestProbe{10};
+constexpr GstClockTime longestMeasuring = 5 * GST_SECOND;
 constexpr double nanosecondsPerSecond = GST_SECOND;
 
 // The quality of the pictures that the page shows beside others.
@@ -56,14 +58,21 @@ double secondsOf(GstDiscovererInfo* info) {
   return GST_CLOCK_TIME_IS_VALID(duration) ? static_cast<double>(duration) / nanosecondsPerSecond : 0;
 }
 
+bool hasVideo(GstDiscovererInfo* info) {
+  return Streams(gst_discoverer_info_get_video_streams(info)) != nullptr;
+}
+
 std::variant<GRef<GstDiscovererInfo>, Failure> discover(const char* uri) {
   GError* raw = nullptr;
-  const auto discoverer = GRef<GstDiscoverer>::adopt(gst_discoverer_new(longestProbe.count() * GST_SECOND, &raw));
+  const auto discoverer = GRef<GstDiscoverer>::adopt(gst_discoverer_new(longestMeasuring, &raw));
   auto info = discoverer ? GRef<GstDiscovererInfo>::adopt(gst_discoverer_discover_uri(discoverer.get(), uri, &raw))
                          : GRef<GstDiscovererInfo>();
   const GErrorPtr error(raw);
   const auto result = info ? gst_discoverer_info_get_result(info.get()) : GST_DISCOVERER_ERROR;
   if (result == GST_DISCOVERER_TIMEOUT) return Failure{"takes too long to be measured"};
+  if (result == GST_DISCOVERER_MISSING_PLUGINS && !hasVideo(info.get())) {
+    return Failure{"needs a decoder that this device lacks"};
+  }
   if (result == GST_DISCOVERER_OK || result == GST_DISCOVERER_MISSING_PLUGINS) return info;
   return Failure{error ? error->message : "is not a video"};
 }

@@ -5,7 +5,7 @@
 namespace orivex::gtk {
 
 /// Measures videos with GStreamer, by what they hold and not by their names. A video without a decoder on this device
-/// is measured all the same; it has no first frame then.
+/// is a failure; a sound track without one does not matter.
 class GstMediaProbe final : public MediaProbe {
  public:
   std::variant<VideoFacts, Failure> probeVideo(const std::string& path) const override;

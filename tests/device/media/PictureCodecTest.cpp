@@ -1,0 +1,181 @@
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "PictureFiles.h"
+#include "PlainJpeg.h"
+#include "TemporaryFolder.h"
+#include "glib/GMemory.h"
+#include "pictures/PictureCodec.h"
+
+namespace orivex::gtk {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using Colors = PlainJpegOptions::Colors;
+
+constexpr RgbColor red{255, 0, 0};
+constexpr RgbColor green{0, 255, 0};
+constexpr RgbColor blue{0, 0, 255};
+constexpr RgbColor white{255, 255, 255};
+
+class PictureCodecTest : public ::testing::Test {
+ protected:
+  JpegImage jpeg(const std::string& contents, double quality = 0.7) {
+    auto result = codec_.jpeg(folder_.write("picture", contents), quality);
+    if (const auto* const failure = std::get_if<Failure>(&result)) {
+      ADD_FAILURE() << failure->description;
+      return {encodePlainJpeg(quarters(1, 1)), {}};
+    }
+    return std::get<JpegImage>(std::move(result));
+  }
+
+  TemporaryFolder folder_;
+  PictureCodec codec_;
+};
+
+// What is seen near the four corners, by rows.
+std::array<RgbColor, 4> cornersOf(const RgbImage& image) {
+  constexpr unsigned inside = 5;
+  const unsigned right = image.width - 1 - inside;
+  const unsigned bottom = image.height - 1 - inside;
+  return {image.at(inside, inside), image.at(right, inside), image.at(inside, bottom), image.at(right, bottom)};
+}
+
+TEST_F(PictureCodecTest, IsUprightWhicheverWayTheCameraWasHeld) {
+  const struct {
+    int orientation;
+    std::array<RgbColor, 4> corners;
+    bool sideways;
+  } rows[] = {
+      {1, {red, green, blue, white}, false}, {2, {green, red, white, blue}, false},
+      {3, {white, blue, green, red}, false}, {4, {blue, white, red, green}, false},
+      {5, {red, blue, green, white}, true},  {6, {blue, red, white, green}, true},
+      {7, {white, green, blue, red}, true},  {8, {green, white, red, blue}, true},
+      {0, {red, green, blue, white}, false}, {9, {red, green, blue, white}, false},
+  };
+  const PlainJpegOptions kinds[] = {
+      {}, {.lumaDown = 1}, {.lumaAcross = 1, .lumaDown = 1}, {.progressive = true}, {.colors = Colors::rgb}};
+  for (const auto& row : rows) {
+    for (auto kind : kinds) {
+      for (const auto& [width, height] : {std::pair(96U, 64U), std::pair(97U, 61U)}) {
+        kind.markers = {exifMarker(row.orientation, width % 2 == 0)};
+        const auto image = jpeg(encodePlainJpeg(quarters(width, height), kind));
+        const auto seen = decodePlainJpeg(image.bytes);
+        SCOPED_TRACE(::testing::Message() << "orientation " << row.orientation << ", " << width << " wide, sampling "
+                                          << kind.lumaAcross << kind.lumaDown);
+        EXPECT_EQ(image.size,
+                  (row.sideways ? Size{double(height), double(width)} : Size{double(width), double(height)}));
+        EXPECT_EQ(seen.width, image.size.width);
+        EXPECT_EQ(seen.height, image.size.height);
+        for (std::size_t corner = 0; corner < 4; ++corner) {
+          EXPECT_TRUE(isNear(cornersOf(seen)[corner], row.corners[corner], 40)) << "corner " << corner;
+        }
+      }
+    }
+  }
+}
+
+TEST_F(PictureCodecTest, TakesEveryKindOfPicture) {
+  const auto image = quarters(64, 48);
+  const std::array<RgbColor, 4> plain{red, green, blue, white};
+  const std::array<RgbColor, 4> faded{{{255, 128, 128}, {128, 255, 128}, {128, 128, 255}, white}};
+  const std::array<RgbColor, 4> greys{{{76, 76, 76}, {150, 150, 150}, {29, 29, 29}, white}};
+  const struct {
+    const char* name;
+    std::optional<std::string> contents;
+    std::array<RgbColor, 4> corners;
+  } rows[] = {
+      {"png", savedPicture(image, "png"), plain},
+      {"half transparent png", savedPicture(image, "png", 127), faded},
+      {"transparent png", savedPicture(image, "png", 0), {white, white, white, white}},
+      {"16-bit png", deepPng(image), plain},
+      {"bmp", savedPicture(image, "bmp"), plain},
+      {"tiff", savedPicture(image, "tiff"), plain},
+      {"webp", savedPicture(image, "webp"), plain},
+      {"avif", savedPicture(image, "avif"), plain},
+      {"grey jpeg", encodePlainJpeg(image, {.colors = Colors::grey}), greys},
+      {"rgb jpeg", encodePlainJpeg(image, {.colors = Colors::rgb}), plain},
+      {"cmyk jpeg", encodePlainJpeg(image, {.colors = Colors::cmyk}), plain},
+      {"ycck jpeg", encodePlainJpeg(image, {.colors = Colors::ycck}), plain},
+      {"progressive jpeg", encodePlainJpeg(image, {.progressive = true}), plain},
+  };
+  for (const auto& row : rows) {
+    if (!row.contents) continue;  // no loader of this kind on this machine
+    for (const double quality : {0.7, 1.0}) {
+      const auto result = jpeg(*row.contents, quality);
+      EXPECT_EQ(result.size, (Size{64, 48})) << row.name;
+      const auto corners = cornersOf(decodePlainJpeg(result.bytes));
+      for (std::size_t corner = 0; corner < 4; ++corner) {
+        EXPECT_TRUE(isNear(corners[corner], row.corners[corner], 30))
+            << row.name << ", corner " << corner << ": " << ::testing::PrintToString(corners[corner]);
+      }
+    }
+  }
+}
+
+TEST_F(PictureCodecTest, ShowsTheFirstFrameOfAMovingPicture) {
+  EXPECT_TRUE(isNear(decodePlainJpeg(jpeg(movingGif()).bytes).at(0, 0), red, 10));
+}
+
+TEST_F(PictureCodecTest, TellsNothingOfTheOwner) {
+  const auto profile = colorProfileWithSecrets();
+  const auto wrapped = std::string("ICC_PROFILE\0\x01\x01", 14) + profile;
+  const PlainJpegOptions options{.markers = {exifMarker(1),
+                                             {0xE1, std::string("http://ns.adobe.com/xap/1.0/\0<SECRET/>", 38)},
+                                             {0xE2, wrapped},
+                                             {0xE2, std::string("MPF\0SECRET", 10)},
+                                             {0xED, "Photoshop 3.0 SECRET"},
+                                             {0xFE, "SECRET"}}};
+  const GCharPtr profileText(g_base64_encode(reinterpret_cast<const guchar*>(profile.data()), profile.size()));
+  auto inkOptions = options;
+  inkOptions.colors = Colors::ycck;
+  const struct {
+    const char* name;
+    std::string contents;
+    bool keepsColors;
+  } rows[] = {
+      {"jpeg", encodePlainJpeg(quarters(64, 48), options) + "SECRET", true},
+      {"ycck jpeg", encodePlainJpeg(quarters(64, 48), inkOptions), false},
+      {"tiff", *savedPicture(quarters(64, 48), "tiff", 255, {{"icc-profile", profileText.get()}}), true},
+      {"png", *savedPicture(quarters(64, 48), "png", 255, {{"tEXt::SECRET", "here"}}), false},
+  };
+  for (const auto& row : rows) {
+    ASSERT_THAT(row.contents, HasSubstr("SECRET")) << row.name;
+    const auto result = jpeg(row.contents).bytes;
+    EXPECT_THAT(result, Not(HasSubstr("SECR"))) << row.name;
+    bool hasProfile = false;
+    for (const auto& marker : markersOf(result)) {
+      if (marker.code < 0xE0) continue;  // tables and the frame
+      hasProfile = hasProfile || marker.code == 0xE2;
+      EXPECT_TRUE(marker.code == 0xE0 || marker.code == 0xE2) << row.name << ": marker " << marker.code;
+      if (marker.code == 0xE2) {
+        EXPECT_THAT(marker.payload, HasSubstr("rXYZ"));
+      }
+    }
+    EXPECT_EQ(hasProfile, row.keepsColors) << row.name;
+  }
+}
+
+TEST_F(PictureCodecTest, WorksOnTwoThreads) {
+  const auto photo = folder_.write("photo.jpg", encodePlainJpeg(naturalPhoto(640, 480, 1)));
+  const auto drawing = folder_.write("drawing.png", *savedPicture(quarters(640, 480), "png"));
+  const auto encodeBoth = [&](std::string& out) {
+    for (const auto& path : {photo, drawing, photo, drawing}) out += std::get<JpegImage>(codec_.jpeg(path, 0.7)).bytes;
+  };
+  std::string one;
+  std::string other;
+  std::string alone;
+  std::thread first(encodeBoth, std::ref(one));
+  std::thread second(encodeBoth, std::ref(other));
+  first.join();
+  second.join();
+  encodeBoth(alone);
+  EXPECT_EQ(one, alone);
+  EXPECT_EQ(other, alone);
+}
+
+}  // namespace
+}  // namespace orivex::gtk

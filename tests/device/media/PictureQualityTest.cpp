@@ -1,0 +1,62 @@
+#include <gtest/gtest.h>
+
+#include "PlainJpeg.h"
+#include "TemporaryFolder.h"
+#include "pictures/PictureCodec.h"
+
+namespace orivex::gtk {
+namespace {
+
+class PictureQualityTest : public ::testing::Test {
+ protected:
+  std::string recode(const std::string& jpeg, double quality) {
+    return std::get<JpegImage>(PictureCodec().jpeg(folder_.write("photo.jpg", jpeg), quality)).bytes;
+  }
+
+  TemporaryFolder folder_;
+};
+
+// The first quantisation table, for luma: its first steps tell the quality.
+std::string lumaSteps(const std::string& jpeg) {
+  for (const auto& marker : markersOf(jpeg)) {
+    if (marker.code == 0xDB) return marker.payload.substr(1, 64);
+  }
+  return {};
+}
+
+TEST_F(PictureQualityTest, SamplesThatAreNotConvertedLookAsIfTheyWere) {
+  const PlainJpegOptions kinds[] = {{}, {.lumaDown = 1}, {.lumaAcross = 1, .lumaDown = 1}};
+  for (unsigned seed = 1; seed <= 3; ++seed) {
+    for (const auto& kind : kinds) {
+      const auto stored = encodePlainJpeg(naturalPhoto(1200, 900, seed), kind);
+      const auto original = decodePlainJpeg(stored);
+      auto usual = kind;
+      usual.quality = 70;
+      const auto plain = decodePlainJpeg(encodePlainJpeg(original, usual));
+      const auto own = decodePlainJpeg(recode(stored, 0.7));
+      EXPECT_GE(psnr(own, plain), 38) << kind.lumaAcross << kind.lumaDown;
+      EXPECT_GE(psnr(own, original), psnr(plain, original) - 0.2) << kind.lumaAcross << kind.lumaDown;
+    }
+  }
+}
+
+TEST_F(PictureQualityTest, TheQualityIsThatOfLibjpegsScale) {
+  const auto stored = encodePlainJpeg(quarters(64, 48), {.quality = 100});
+  for (const int quality : {1, 35, 70, 100}) {
+    EXPECT_EQ(lumaSteps(recode(stored, quality / 100.0)),
+              lumaSteps(encodePlainJpeg(quarters(64, 48), {.quality = quality})))
+        << quality;
+  }
+}
+
+TEST_F(PictureQualityTest, AFileOfLesserQualityNeitherGrowsNorLoses) {
+  const auto stored = encodePlainJpeg(naturalPhoto(1200, 900, 4), {.quality = 55});
+  for (const double quality : {0.7, 1.0}) {
+    const auto own = recode(stored, quality);
+    EXPECT_LT(static_cast<double>(own.size()), 1.01 * static_cast<double>(stored.size())) << quality;
+    EXPECT_GE(psnr(decodePlainJpeg(own), decodePlainJpeg(stored)), 50) << quality;
+  }
+}
+
+}  // namespace
+}  // namespace orivex::gtk
