@@ -47,6 +47,9 @@ function absentPicture(name) {
   return make("div", "absent", { "data-testid": "image" }, icon("photo"), name);
 }
 
+/** The most that a picture takes of the conversation, in points. */
+const [pictureWidth, pictureHeight] = [240, 300];
+
 /** Shows the first of the sources that loads; the stored picture comes before the copy that only this page has. */
 function imageBubble(body) {
   const name = textOf(body, "fileName", "name") || text("picture");
@@ -57,7 +60,11 @@ function imageBubble(body) {
   const image = make("img", "", { src: sources[0], alt: name });
   const width = numberOf(body, "width");
   const height = numberOf(body, "height");
-  if (width && height) image.style.aspectRatio = `${width} / ${height}`;
+  if (width && height) {
+    // Takes its place at once, so that nothing moves when the picture comes.
+    image.style.aspectRatio = `${width} / ${height}`;
+    image.style.width = `${Math.min(width, pictureWidth, (pictureHeight * width) / height)}px`;
+  }
   const label = `${text("openPicture")}: ${name}`;
   const button = make("button", "picture", { type: "button", "data-testid": "image", "aria-label": label }, image);
   button.addEventListener("click", () => showPicture(image.src, name));

@@ -21,19 +21,18 @@ export class Timeline {
   #onCommand;
   #last = null;
   #agentName = "";
+  /** Until the visitor scrolls up. What is added meanwhile moves the end, not the visitor. */
+  #staysAtEnd = true;
+  #lastTop = 0;
   /** Messages of the visitor by client identifier. */
   #mine = new Map();
 
   constructor(onCommand) {
     this.#onCommand = onCommand;
     toLatest.addEventListener("click", () => this.#scrollToEnd());
-    scroller.addEventListener("scroll", () => {
-      if (this.#isAtEnd()) toLatest.hidden = true;
-    });
+    scroller.addEventListener("scroll", () => this.#scrolled());
     // What loads later or a smaller window must not push the last message out of sight.
-    let wasAtEnd = true;
-    scroller.addEventListener("scroll", () => (wasAtEnd = this.#isAtEnd()));
-    const observer = new ResizeObserver(() => wasAtEnd && this.#scrollToEnd());
+    const observer = new ResizeObserver(() => this.#staysAtEnd && this.#scrollToEnd());
     observer.observe(list);
     observer.observe(scroller);
   }
@@ -47,11 +46,10 @@ export class Timeline {
     const known = this.#mine.get(message.cMid);
     if (known) return this.#setState(known, "arrived");
     const isMine = message.memberType === visitor;
-    const wasAtEnd = this.#isAtEnd();
     const element = this.#element(message, isMine);
     this.#place(element, message.createTime ?? Date.now(), isMine);
     if (isMine && message.cMid) this.#remember(message, element);
-    if (wasAtEnd || isMine) this.#scrollToEnd();
+    if (this.#staysAtEnd || isMine) this.#scrollToEnd();
     else toLatest.hidden = false;
   }
 
@@ -62,9 +60,8 @@ export class Timeline {
   }
 
   set isTyping(isTyping) {
-    const wasAtEnd = this.#isAtEnd();
     typing.hidden = !isTyping;
-    if (wasAtEnd) this.#scrollToEnd();
+    if (this.#staysAtEnd) this.#scrollToEnd();
   }
 
   #element(message, isMine) {
@@ -107,7 +104,18 @@ export class Timeline {
     return scroller.scrollHeight - scroller.scrollTop - scroller.clientHeight < 60;
   }
 
+  #scrolled() {
+    if (this.#isAtEnd()) {
+      this.#staysAtEnd = true;
+      toLatest.hidden = true;
+    } else if (scroller.scrollTop < this.#lastTop) {
+      this.#staysAtEnd = false;
+    }
+    this.#lastTop = scroller.scrollTop;
+  }
+
   #scrollToEnd() {
+    this.#staysAtEnd = true;
     toLatest.hidden = true;
     scroller.scrollTop = scroller.scrollHeight;
   }

@@ -115,21 +115,28 @@ write() {
   waitFor 5 "sending “$1”" shows message-mine "$1"
 }
 
-screenSum() { import -window "$demoWindow" -depth 8 rgb:- | sha1sum; }
+screenSum() { import -window "$1" -depth 8 rgb:- | sha1sum; }
 
-# picture <name>: the window, once it stands still (a dot that blinks does not keep it for longer than 1.5 s).
+# picture <name> [<window>]: the demo's window or another, once it stands still (a dot that blinks does not keep it for
+# longer than 1.5 s).
 picture() {
-  local before now deadline=$(($(milliseconds) + 1500)) file
+  local window=${2:-$demoWindow} before now deadline=$(($(milliseconds) + 1500)) file
   visitPictures=$((visitPictures + 1))
   file=$(printf '%s/%02d-%s.png' "$visitFolder" "$visitPictures" "$1")
-  before=$(screenSum)
-  while sleep 0.1 && now=$(screenSum) && [ "$now" != "$before" ] && [ "$(milliseconds)" -lt "$deadline" ]; do
+  before=$(screenSum "$window")
+  while sleep 0.1 && now=$(screenSum "$window") && [ "$now" != "$before" ] && [ "$(milliseconds)" -lt "$deadline" ]; do
     before=$now
   done
-  import -window "$demoWindow" "$file"
+  import -window "$window" "$file"
   [ "$(identify -format %k "$file")" -gt 100 ] || fail "the window is blank in $file"
   note "         picture ${file##*/}"
 }
+
+# fault <json>: lets something go wrong at the chat server.
+fault() { curl --silent --fail --data "$1" "$demoServer/_dev/faults" >/dev/null || fail "the server took no fault: $1"; }
+
+# fetched <part>: the server was asked for an address with that in it.
+fetched() { curl --silent --fail "$demoServer/_dev/log" | grep -F -- "$1"; }
 
 # startDemo <option...>: opens the shop; it brings its own chat server.
 startDemo() {
