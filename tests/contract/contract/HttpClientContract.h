@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +31,42 @@ class HttpClientContract : public ::testing::Test {
     EXPECT_TRUE(fixture_.wait([&] { return result.has_value(); }, 2 * patience)) << address;
     fixture_.wait([] { return false; }, 0.05);
     return result.value_or(TransportError{TransportError::other, "no completion"});
+  }
+
+  struct Upload {
+    UploadReply reply;
+    std::vector<double> progress;
+    double seconds = 0;
+  };
+
+  Upload upload(const std::string& address, double idleTimeout = patience) {
+    const auto& platform = fixture_.platform();
+    const double start = platform.mainQueue.now();
+    std::optional<UploadReply> reply;
+    Upload upload;
+    platform.httpClient.upload(
+        {.url = *Url::parse(address),
+         .headers = {{"Content-Type", "multipart/form-data"}},
+         .file = FilePart{"file", FilePart::Bytes{std::string(mebibyte, 'x')}, "clip.wav", "audio/wav"},
+         .fields = {{"key", "value"}},
+         .idleTimeout = idleTimeout},
+        [&](double fraction) {
+          EXPECT_FALSE(reply) << "progress after the end";
+          EXPECT_TRUE(platform.mainQueue.isMainThread());
+          EXPECT_GE(fraction, upload.progress.empty() ? 0 : upload.progress.back());
+          upload.progress.push_back(fraction);
+        },
+        [&](UploadReply got) {
+          EXPECT_FALSE(reply) << "completed twice";
+          EXPECT_TRUE(platform.mainQueue.isMainThread());
+          reply = std::move(got);
+        });
+    EXPECT_TRUE(!reply && upload.progress.empty()) << "told inside the call";
+    EXPECT_TRUE(fixture_.wait([&] { return reply.has_value(); }, 2 * patience)) << address;
+    upload.seconds = platform.mainQueue.now() - start;
+    fixture_.wait([] { return false; }, 0.05);
+    upload.reply = reply.value_or(UploadReply{});
+    return upload;
   }
 
   Fixture fixture_;
@@ -91,7 +129,66 @@ TYPED_TEST_P(HttpClientContract, ARequestThatWaitsDoesNotHoldUpAnother) {
   EXPECT_EQ(order, "quick slow");
 }
 
-REGISTER_TYPED_TEST_SUITE_P(HttpClientContract, AReplyIsAResponseWhateverItsStatus,
+TYPED_TEST_P(HttpClientContract, AnUploadsReplyIsAResponseWhateverItsStatusAndNoRedirectIsFollowed) {
+  const Site site{{"/taken", {.body = "stored"}},
+                  {"/refused", {.status = 400, .body = "no"}},
+                  {"/down", {.status = 503}},
+                  {"/moved", {.status = 307, .body = "there", .location = "/taken"}},
+                  {"/long", {.status = 500, .body = std::string(3 * TestFixture::mebibyte, 'x')}}};
+  const auto origin = this->fixture_.serve(site);
+  const struct {
+    const char* target;
+    int status;
+    std::string body;
+  } rows[] = {
+      {"/taken", 200, "stored"}, {"/refused", 400, "no"},     {"/down", 503, ""},
+      {"/moved", 307, "there"},  {"/gone", 404, "not found"}, {"/long", 500, std::string(TestFixture::mebibyte, 'x')},
+  };
+  for (const auto& row : rows) {
+    const auto upload = this->upload(origin + row.target);
+    EXPECT_FALSE(upload.reply.error) << row.target;
+    ASSERT_TRUE(upload.reply.response) << row.target;
+    EXPECT_EQ(upload.reply.response->status, row.status) << row.target;
+    EXPECT_TRUE(upload.reply.response->body == row.body) << row.target;
+    EXPECT_EQ(std::count(upload.progress.begin(), upload.progress.end(), 1.0), 1) << row.target;
+    EXPECT_LE(static_cast<double>(upload.progress.size()), 30 * upload.seconds + 2) << row.target;
+  }
+}
+
+TYPED_TEST_P(HttpClientContract, AnUploadThatIsRefusedOrForgottenEndsInAnErrorWithoutAResponse) {
+  const auto origin = this->fixture_.serve({{"/silent", {.silent = true}}});
+  const struct {
+    std::string address;
+    double idleTimeout;
+    bool timesOut;
+  } rows[] = {{this->fixture_.refusingOrigin() + "/", patience, false}, {origin + "/silent", 0.5, true}};
+  for (const auto& row : rows) {
+    const auto upload = this->upload(row.address, row.idleTimeout);
+    EXPECT_FALSE(upload.reply.response) << row.address;
+    ASSERT_TRUE(upload.reply.error) << row.address;
+    EXPECT_EQ(upload.reply.error->code == TransportError::timedOut, row.timesOut) << upload.reply.error->description;
+    EXPECT_NE(upload.reply.error->description, "") << row.address;
+    EXPECT_GE(upload.seconds, row.timesOut ? row.idleTimeout : 0) << row.address;
+  }
+}
+
+TYPED_TEST_P(HttpClientContract, AnUploadThatWaitsDoesNotHoldUpAnother) {
+  const auto origin = this->fixture_.serve({{"/silent", {.silent = true}}, {"/taken", {.body = "stored"}}});
+  std::string order;
+  const auto begin = [&](const std::string& target, double idleTimeout, const char* name) {
+    this->fixture_.platform().httpClient.upload(
+        {.url = *Url::parse(origin + target), .headers = {}, .file = {}, .fields = {}, .idleTimeout = idleTimeout},
+        [](double) {}, [&order, name](UploadReply) { order += name; });
+  };
+  begin("/silent", 1.0, "slow");
+  begin("/taken", patience, "quick ");
+  EXPECT_TRUE(this->fixture_.wait([&] { return order.size() > 6; }, patience));
+  EXPECT_EQ(order, "quick slow");
+}
+
+REGISTER_TYPED_TEST_SUITE_P(HttpClientContract, AnUploadsReplyIsAResponseWhateverItsStatusAndNoRedirectIsFollowed,
+                            AnUploadThatIsRefusedOrForgottenEndsInAnErrorWithoutAResponse,
+                            AnUploadThatWaitsDoesNotHoldUpAnother, AReplyIsAResponseWhateverItsStatus,
                             ARefusedConnectionIsAnErrorWithADescription, SilenceEndsInATimeOutAfterTheRequestsOwnTime,
                             ARequestThatWaitsDoesNotHoldUpAnother);
 

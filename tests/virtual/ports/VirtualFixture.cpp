@@ -13,6 +13,7 @@ contract::ServedReply notFound() {
 
 VirtualFixture::VirtualFixture() {
   device_.httpClient().setServer([this](const UrlRequest& request) { return reply(request); });
+  device_.httpClient().setUploadServer([this](const UploadRequest& request) { return reply(request); });
   device_.webEngines().setLoader([this](VirtualWebEngine& engine) { play(engine); });
   device_.webEngines().setScriptRunner([](VirtualWebEngine&, const std::string& script) -> std::optional<std::string> {
     if (script.starts_with("throw")) return "Error: broken";
@@ -33,6 +34,16 @@ VirtualReply VirtualFixture::reply(const UrlRequest& request) const {
   if (served.silent) return VirtualReply::never();
   if (!served.location.empty()) return VirtualReply::redirect(*Url::parse(servedOrigin + served.location), 0.01);
   return VirtualReply::respond(served.status, served.body, 0.01);
+}
+
+VirtualUploadReply VirtualFixture::reply(const UploadRequest& request) const {
+  const auto& address = request.url.absoluteString();
+  if (!address.starts_with(servedOrigin)) return VirtualUploadReply::fail("Connection refused");
+  const auto found = site_.find(address);
+  const auto served = found == site_.end() ? notFound() : found->second;
+  auto reply = VirtualUploadReply::respond(served.status, served.body, 0.1, {0.5, 1});
+  reply.isSilent = served.silent;
+  return reply;
 }
 
 void VirtualFixture::play(VirtualWebEngine& engine) {

@@ -38,6 +38,7 @@ class VirtualFixture {
 
  private:
   VirtualReply reply(const UrlRequest& request) const;
+  VirtualUploadReply reply(const UploadRequest& request) const;
   void play(VirtualWebEngine& engine);
   void playPage(VirtualWebEngine& engine, const std::string& address);
 
