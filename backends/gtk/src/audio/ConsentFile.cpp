@@ -1,6 +1,11 @@
 #include "ConsentFile.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <utility>
+
+#include <unistd.h>
 
 #include "../glib/GMemory.h"
 
@@ -47,10 +52,15 @@ void ConsentFile::remember(bool allowed) const {
   const GCharPtr text(g_key_file_to_data(file.get(), nullptr, nullptr));
   const GCharPtr folder(g_path_get_dirname(path_.c_str()));
   g_mkdir_with_parents(folder.get(), ownerOnlyFolder);
-  GError* raised = nullptr;
   // Without waiting for the disk: an answer that a power failure takes is asked for again.
-  g_file_set_contents_full(path_.c_str(), text.get(), -1, G_FILE_SET_CONTENTS_NONE, ownerOnlyFile, &raised);
-  if (const GErrorPtr error(raised); error) log::print("Cannot remember the answer: " + std::string(error->message));
+  const auto fresh = path_ + ".new";
+  ::unlink(fresh.c_str());
+  GError* raised = nullptr;
+  g_file_set_contents_full(fresh.c_str(), text.get(), -1, G_FILE_SET_CONTENTS_NONE, ownerOnlyFile, &raised);
+  const GErrorPtr error(raised);
+  if (error || ::rename(fresh.c_str(), path_.c_str()) != 0) {
+    log::print("Cannot remember the answer: " + std::string(error ? error->message : std::strerror(errno)));
+  }
 }
 
 }  // namespace orivex::gtk
