@@ -15,6 +15,7 @@
 #include "files/XdgFileManager.h"
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
+#include "photos/GtkPhotoLibrary.h"
 #include "pictures/PictureCodec.h"
 #include "ui/AdwAnimator.h"
 #include "ui/GtkApplicationPort.h"
@@ -53,7 +54,7 @@ class GtkDevice {
   GstMediaProbe mediaProbe_;
   GtkDocumentPicker documentPicker_{mainQueue_, application_};
   AbsentDocumentInteraction documentInteraction_;
-  AbsentPhotoLibrary photoLibrary_;
+  GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaProbe_};
   GtkCamera camera_{mainQueue_, application_};
   GstAudioSession audioSession_;
   GtkRecordPermission recordPermission_;

@@ -1,0 +1,283 @@
+#include "CameraScreen.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "PhotoWriter.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr double ringInterval = 1.0 / 30;  // seconds between two steps of the ring
+
+constexpr int leastExtent = 480;  // points of a live picture, for a window that has no size yet
+
+std::string hintFor(const CameraOptions& options) {
+  if (!options.allowRecordVideo) return "轻触拍照";
+  return options.allowTakePhoto ? "轻触拍照，按住摄像" : "按住摄像";
+}
+
+}  // namespace
+
+CameraScreen::CameraScreen(CameraThreads threads, GtkOverlay* parent, const EdgeInsets& insets,
+                           const CameraOptions& options, std::function<void(Result)> done)
+    : threads_(threads),
+      options_(options),
+      done_(std::move(done)),
+      parent_(parent),
+      view_(threads.main, insets, hintFor(options), viewHandlers()) {
+  attach();
+  view_.showOpening(false);
+  orientation_ = std::make_unique<DeviceOrientation>([this](int) { turn(); });
+  findSources();
+}
+
+CameraScreen::~CameraScreen() {
+  detach();
+}
+
+CameraView::Handlers CameraScreen::viewHandlers() {
+  return {.close = [this] { finish(CaptureCancelled{}); },
+          .tapped = [this] { takePhoto(); },
+          .held = [this] { beginVideo(); },
+          .released = [this] { endVideo(); },
+          .switchCamera = [this] { switchCamera(); },
+          .retake = [this] { retake(); },
+          .use = [this] { useCapture(); }};
+}
+
+// What lies below keeps its place and loses the keyboard.
+void CameraScreen::attach() {
+  auto* const root = gtk_widget_get_root(GTK_WIDGET(parent_));
+  focusBefore_ = root ? gtk_root_get_focus(root) : nullptr;
+  if (focusBefore_) g_object_add_weak_pointer(G_OBJECT(focusBefore_), reinterpret_cast<gpointer*>(&focusBefore_));
+  gtk_overlay_add_overlay(parent_, view_.widget());
+  gtk_widget_set_can_focus(gtk_overlay_get_child(parent_), FALSE);
+  parentDestroyed_ = SignalConnection::connect<&CameraScreen::parentDestroyed>(parent_, "destroy", this);
+}
+
+void CameraScreen::detach() {
+  parentDestroyed_.disconnect();
+  if (focusBefore_) g_object_remove_weak_pointer(G_OBJECT(focusBefore_), reinterpret_cast<gpointer*>(&focusBefore_));
+  if (!parent_) return;
+  if (auto* const below = gtk_overlay_get_child(parent_)) gtk_widget_set_can_focus(below, TRUE);
+  gtk_overlay_remove_overlay(parent_, view_.widget());
+  if (focusBefore_) gtk_widget_grab_focus(focusBefore_);
+}
+
+void CameraScreen::parentDestroyed(GtkWidget* /*parent*/) {
+  parent_ = nullptr;
+  finish(std::nullopt);
+}
+
+// The devices are let go of now, the widgets when the call that ends the visit is over.
+void CameraScreen::finish(Result result) {
+  if (std::exchange(phase_, Phase::done) == Phase::done) return;
+  recordingTicks_.reset();
+  player_.reset();
+  recorder_.reset();
+  camera_.reset();
+  orientation_.reset();
+  threads_.main.async(alive_.guard([this, result = std::move(result)]() mutable {
+    const auto done = std::exchange(done_, nullptr);
+    done(std::move(result));
+  }));
+}
+
+void CameraScreen::findSources() {
+  threads_.worker.run([&main = threads_.main, found = std::function<void(std::vector<CameraSource>)>(
+                                                  alive_.guard([this](std::vector<CameraSource> sources) {
+                                                    sources_ = std::move(sources);
+                                                    if (phase_ != Phase::opening) return;
+                                                    sources_.empty() ? finish(CameraFailure::noCamera) : openCamera();
+                                                  }))] {
+    prepareGStreamer();
+    main.async([found, sources = findCameras()]() mutable { found(std::move(sources)); });
+  });
+}
+
+void CameraScreen::openCamera() {
+  phase_ = Phase::opening;
+  view_.showOpening(sources_.size() > 1);
+  if (paused_ || sources_.empty()) return;
+  camera_.reset();  // the device may allow only one at a time
+  const auto& source = sources_[current_];
+  view_.picture().setMirrored(source.facing == CameraFacing::front);
+  camera_ = std::make_unique<CameraPipeline>(
+      threads_, source, options_.captureSize, screenExtent(),
+      CameraPipeline::Handlers{.show = [this](GRef<GdkTexture> frame) { frameShown(std::move(frame)); },
+                               .failed = [this](CameraFailure failure) { cameraFailed(failure); }});
+  turn();
+}
+
+void CameraScreen::frameShown(GRef<GdkTexture> frame) {
+  view_.picture().show(frame.get());
+  if (phase_ != Phase::opening) return;
+  phase_ = Phase::live;
+  view_.showLive();
+}
+
+// What was recorded up to here cannot be trusted to be whole.
+void CameraScreen::cameraFailed(CameraFailure failure) {
+  finish(failure);
+}
+
+void CameraScreen::switchCamera() {
+  if (phase_ != Phase::live || sources_.size() < 2) return;
+  current_ = (current_ + 1) % sources_.size();
+  openCamera();
+}
+
+// A video keeps the way up with which it began.
+void CameraScreen::turn() {
+  if (camera_ && phase_ != Phase::preparing && phase_ != Phase::recording) camera_->turn(orientation_->degrees());
+}
+
+int CameraScreen::screenExtent() const {
+  auto* const window = GTK_WIDGET(parent_);
+  const int longer = std::max({gtk_widget_get_width(window), gtk_widget_get_height(window), leastExtent});
+  return longer * gtk_widget_get_scale_factor(window);
+}
+
+void CameraScreen::pause() {
+  paused_ = true;
+  if (phase_ == Phase::preparing || phase_ == Phase::recording) endVideo();
+  camera_.reset();
+  player_.reset();
+  if (phase_ == Phase::live) openCamera();
+}
+
+void CameraScreen::resume() {
+  paused_ = false;
+  if (phase_ == Phase::opening) openCamera();
+  if (phase_ == Phase::reviewing) review();
+}
+
+void CameraScreen::takePhoto() {
+  if (phase_ != Phase::live) return;
+  if (!options_.allowTakePhoto) {
+    view_.showNotice("请按住按钮摄像");
+    return;
+  }
+  const auto frame = camera_->frames()->newest();
+  auto made = CaptureFile::make("photo", ".jpg");
+  const auto* const file = std::get_if<std::shared_ptr<CaptureFile>>(&made);
+  if (!frame || !file) {
+    if (!file) log::print("camera: no photo: " + std::get<Failure>(made).description);
+    view_.showNotice("拍照失败，请再试一次");
+    return;
+  }
+  phase_ = Phase::working;
+  camera_.reset();
+  view_.showWorking();
+  using Written = std::function<void(const std::optional<Failure>&)>;
+  const Written written = alive_.guard([this, file = *file](const std::optional<Failure>& failure) {
+    if (phase_ != Phase::working) return;
+    if (!failure) return captured(MediaType::image, file);
+    log::print("camera: no photo: " + failure->description);
+    openCamera();
+    view_.showNotice("拍照失败，请再试一次");
+  });
+  threads_.worker.run([&main = threads_.main, frame, file = *file, written] {
+    main.async([written, failure = writePhoto(frame, file->path())] { written(failure); });
+  });
+}
+
+void CameraScreen::beginVideo() {
+  if (phase_ != Phase::live) return;
+  if (!options_.allowRecordVideo) {
+    view_.showNotice("轻触按钮即可拍照");
+    return;
+  }
+  phase_ = Phase::preparing;
+  view_.showRecording(0, options_.maxRecordDuration);
+  recorder_ = std::make_unique<ClipRecorder>(
+      threads_, camera_->frames(), options_,
+      ClipRecorder::Handlers{
+          .began = [this] { videoBegan(); },
+          .finished = [this](std::shared_ptr<CaptureFile> file) { captured(MediaType::video, std::move(file)); },
+          .failed = [this] { dropVideo("录制失败，请再试一次"); }});
+}
+
+void CameraScreen::videoBegan() {
+  phase_ = Phase::recording;
+  recordingBegan_ = threads_.main.now();
+  recordingTicks_ = threads_.main.repeat(ringInterval, [this] { tickRecording(); });
+}
+
+double CameraScreen::recordedSeconds() const {
+  return phase_ == Phase::recording ? threads_.main.now() - recordingBegan_ : 0;
+}
+
+void CameraScreen::tickRecording() {
+  const auto seconds = recordedSeconds();
+  view_.showRecording(std::min(seconds, options_.maxRecordDuration), options_.maxRecordDuration);
+  if (seconds >= options_.maxRecordDuration) endVideo();
+}
+
+void CameraScreen::endVideo() {
+  if (phase_ != Phase::preparing && phase_ != Phase::recording) return;
+  if (recordedSeconds() < options_.minRecordDuration) {
+    dropVideo("录制时间太短");
+    return;
+  }
+  recordingTicks_.reset();
+  phase_ = Phase::working;
+  recorder_->finish();
+  camera_.reset();
+  view_.showWorking();
+}
+
+// Called by the recorder too, which must not go while it calls.
+void CameraScreen::dropVideo(const std::string& notice) {
+  recordingTicks_.reset();
+  threads_.main.async([recorder = std::shared_ptr<ClipRecorder>(std::move(recorder_))] {});
+  if (camera_) {
+    phase_ = Phase::live;
+    view_.showLive();
+  } else {
+    openCamera();
+  }
+  view_.showNotice(notice);
+}
+
+void CameraScreen::captured(MediaType type, std::shared_ptr<CaptureFile> file) {
+  capture_ = Capture{type, std::move(file)};
+  phase_ = Phase::reviewing;
+  view_.picture().setMirrored(false);
+  view_.showReview();
+  threads_.main.async([recorder = std::shared_ptr<ClipRecorder>(std::move(recorder_))] {});
+  review();
+}
+
+// The file itself is shown, not what the camera showed: what the visitor approves is what is sent.
+void CameraScreen::review() {
+  if (paused_) return;
+  const std::function<void(GRef<GdkTexture>)> show =
+      alive_.guard([this](const GRef<GdkTexture>& picture) { view_.picture().show(picture.get()); });
+  if (capture_->type == MediaType::video) {
+    player_ = std::make_unique<ClipPlayer>(threads_, capture_->file->path(), screenExtent(), show);
+    return;
+  }
+  threads_.worker.run([&main = threads_.main, file = capture_->file, show] {
+    auto picture = GRef<GdkTexture>::adopt(gdk_texture_new_from_filename(file->path().c_str(), nullptr));
+    main.async([show, picture = std::move(picture)] { show(picture); });
+  });
+}
+
+void CameraScreen::retake() {
+  if (phase_ != Phase::reviewing) return;
+  player_.reset();
+  capture_.reset();
+  openCamera();
+}
+
+void CameraScreen::useCapture() {
+  if (phase_ != Phase::reviewing) return;
+  finish(PickedMedia{capture_->type, capture_->file->giveAway()});
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "../glib/SignalConnection.h"
+#include "CameraPipeline.h"
+#include "CameraThreads.h"
+#include "CameraView.h"
+#include "CaptureFile.h"
+#include "ClipPlayer.h"
+#include "ClipRecorder.h"
+#include "DeviceOrientation.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/Camera.h"
+#include "orivex/platform/ui/Window.h"
+
+namespace orivex::gtk {
+
+/// One visit to the camera: from the search for a camera to a capture that the visitor uses, or to nothing. Main
+/// thread.
+class CameraScreen {
+ public:
+  /// Nothing, when the window went away first.
+  using Result = std::optional<CameraOutcome>;
+
+  /// Opens over `parent`, a host window's overlay. `done` is called once, from the queue, and may destroy the screen.
+  CameraScreen(CameraThreads threads, GtkOverlay* parent, const EdgeInsets& insets, const CameraOptions& options,
+               std::function<void(Result)> done);
+  CameraScreen(const CameraScreen&) = delete;
+  CameraScreen& operator=(const CameraScreen&) = delete;
+  ~CameraScreen();
+
+  /// The application is out of sight: lets go of the camera until `resume`. A recording ends as by the visitor's hand.
+  void pause();
+  void resume();
+
+ private:
+  enum class Phase {
+    opening,    ///< no picture yet
+    live,       ///< a picture, and nothing else
+    preparing,  ///< the recording has no frame yet
+    recording,
+    working,  ///< the capture is being written
+    reviewing,
+    done,
+  };
+  struct Capture {
+    MediaType type;
+    std::shared_ptr<CaptureFile> file;
+  };
+
+  CameraView::Handlers viewHandlers();
+  void attach();
+  void detach();
+  void parentDestroyed(GtkWidget* parent);
+  void finish(Result result);
+
+  void findSources();
+  void openCamera();
+  void frameShown(GRef<GdkTexture> frame);
+  void cameraFailed(CameraFailure failure);
+  void switchCamera();
+  void turn();
+  int screenExtent() const;
+
+  void takePhoto();
+  void beginVideo();
+  void videoBegan();
+  void tickRecording();
+  void endVideo();
+  void dropVideo(const std::string& notice);
+  double recordedSeconds() const;
+
+  void captured(MediaType type, std::shared_ptr<CaptureFile> file);
+  void review();
+  void retake();
+  void useCapture();
+
+  const CameraThreads threads_;
+  const CameraOptions options_;
+  std::function<void(Result)> done_;
+  GtkOverlay* parent_;
+  GtkWidget* focusBefore_ = nullptr;
+  Phase phase_ = Phase::opening;
+  bool paused_ = false;
+  std::vector<CameraSource> sources_;
+  std::size_t current_ = 0;
+  CameraView view_;
+  std::unique_ptr<DeviceOrientation> orientation_;
+  std::unique_ptr<CameraPipeline> camera_;
+  std::unique_ptr<ClipRecorder> recorder_;
+  std::unique_ptr<Timer> recordingTicks_;
+  double recordingBegan_ = 0;
+  std::optional<Capture> capture_;
+  std::unique_ptr<ClipPlayer> player_;
+  SignalConnection parentDestroyed_;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,97 @@
+#include "CameraSource.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <sstream>
+#include <utility>
+
+#include "../glib/GMemory.h"
+#include "CaptureFormat.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Words by which drivers name a camera that looks away from the visitor.
+constexpr std::array backWords{"back", "rear", "world"};
+
+struct FreeObjectList {
+  void operator()(GList* list) const { g_list_free_full(list, gst_object_unref); }
+};
+
+std::vector<CameraSource> sourcesOf(const char* fragments) {
+  std::vector<CameraSource> sources;
+  std::istringstream lines(fragments);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find_first_not_of(" \t") == std::string::npos) continue;
+    sources.push_back({sources.empty() ? CameraFacing::back : CameraFacing::front, line});
+  }
+  return sources;
+}
+
+std::string propertyOf(GstDevice& device, const char* key) {
+  const std::unique_ptr<GstStructure, FreeWith<gst_structure_free>> properties(gst_device_get_properties(&device));
+  const char* const value = properties ? gst_structure_get_string(properties.get(), key) : nullptr;
+  return value ? value : "";
+}
+
+}  // namespace
+
+CameraFacing facingOf(std::string_view location, std::string_view name) {
+  if (location == "front") return CameraFacing::front;
+  if (location == "back") return CameraFacing::back;
+  const GCharPtr lower(g_ascii_strdown(name.data(), static_cast<gssize>(name.size())));
+  const std::string_view words(lower.get());
+  const bool back = std::any_of(backWords.begin(), backWords.end(),
+                                [&](const char* word) { return words.find(word) != std::string_view::npos; });
+  return back ? CameraFacing::back : CameraFacing::front;
+}
+
+std::vector<CameraSource> findCameras() {
+  if (const char* const fragments = std::getenv(cameraSourceVariable); fragments && *fragments) {
+    return sourcesOf(fragments);
+  }
+  const auto monitor = GRef<GstDeviceMonitor>::sink(gst_device_monitor_new());
+  gst_device_monitor_add_filter(monitor.get(), "Video/Source", nullptr);
+  gst_device_monitor_start(monitor.get());
+  const std::unique_ptr<GList, FreeObjectList> devices(gst_device_monitor_get_devices(monitor.get()));
+  gst_device_monitor_stop(monitor.get());
+
+  std::vector<CameraSource> cameras;
+  for (auto* entry = devices.get(); entry; entry = entry->next) {
+    auto* const device = GST_DEVICE(entry->data);
+    const GCharPtr name(gst_device_get_display_name(device));
+    const auto location = propertyOf(*device, "api.libcamera.location");
+    cameras.push_back({facingOf(location, name.get()), GRef<GstDevice>::share(device)});
+  }
+  std::stable_partition(cameras.begin(), cameras.end(),
+                        [](const CameraSource& camera) { return camera.facing == CameraFacing::back; });
+  return cameras;
+}
+
+ElementOrError makeSource(const CameraSource& source) {
+  if (const auto* const device = std::get_if<GRef<GstDevice>>(&source.origin)) {
+    auto element = GRef<GstElement>::sink(gst_device_create_element(device->get(), nullptr));
+    if (!element) return pipelineError("the device has no source");
+    return element;
+  }
+  GError* error = nullptr;
+  // A fragment may end with what the frames have to be, which is no element of its own.
+  const auto fragment = std::get<CameraSource::LaunchFragment>(source.origin) + " ! identity";
+  auto element = GRef<GstElement>::sink(gst_parse_bin_from_description_full(
+      fragment.c_str(), TRUE, nullptr,
+      static_cast<GstParseFlags>(GST_PARSE_FLAG_FATAL_ERRORS | GST_PARSE_FLAG_PLACE_IN_BIN), &error));
+  if (error || !element) return adoptError(error);
+  return element;
+}
+
+GstCapsPtr formatFor(const CameraSource& source, Size captureSize) {
+  if (const auto* const device = std::get_if<GRef<GstDevice>>(&source.origin)) {
+    const GstCapsPtr offered(gst_device_get_caps(device->get()));
+    if (auto best = offered ? bestFormat(*offered, captureSize) : nullptr) return best;
+  }
+  return preferredFormats(captureSize);
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,269 @@
+#include "CameraView.h"
+
+#include <cmath>
+#include <utility>
+
+#include "../ui/StyleSheet.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr double spinnerDelay = 0.4;  // seconds; a camera that opens at once needs no sign
+constexpr double noticeTime = 2;      // seconds
+
+constexpr int margin = 12;         // points between buttons and edges
+constexpr int sideWidth = 56;      // points for what stands beside the shutter
+constexpr int sideSpacing = 36;    // points between it and the shutter
+constexpr int roundIconSize = 22;  // points
+
+// White on black or on a veil that is dark enough to read on over any picture.
+constexpr const char* css = R"css(
+.orivex-camera { background-color: black; color: white; }
+.orivex-camera button { min-width: 48px; min-height: 48px; padding: 0; border: none; box-shadow: none;
+  background-image: none; background-color: rgba(0, 0, 0, 0.45); color: white; border-radius: 24px;
+  outline-color: white; }
+.orivex-camera button:hover { background-color: rgba(60, 60, 60, 0.6); }
+.orivex-camera button:active { background-color: rgba(110, 110, 110, 0.7); }
+.orivex-camera button.shutter { background-color: transparent; border-radius: 48px; }
+.orivex-camera button.text { padding: 0 28px; font-size: 17px; font-weight: 600; background-color: rgba(70, 70, 70, 0.7); }
+.orivex-camera button.use { background-color: white; color: black; }
+.orivex-camera button.use:hover { background-color: #e6e6e6; }
+.orivex-camera button.use:active { background-color: #c4c4c4; }
+.orivex-camera .bottom { padding-top: 48px;
+  background-image: linear-gradient(to bottom, rgba(0, 0, 0, 0), rgba(0, 0, 0, 0.6)); }
+.orivex-camera .hint { font-size: 14px; text-shadow: 0 1px 3px rgba(0, 0, 0, 0.8); }
+.orivex-camera .clock { font-size: 16px; font-weight: 600; font-feature-settings: "tnum"; padding: 6px 14px;
+  border-radius: 16px; background-color: rgba(215, 0, 21, 0.9); }
+.orivex-camera .notice { font-size: 16px; padding: 12px 20px; border-radius: 22px; background-color: rgba(0, 0, 0, 0.7); }
+)css";
+
+void name(GtkWidget* widget, const char* label) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, label, -1);
+}
+
+GtkWidget* roundButton(const char* icon, const char* label) {
+  GtkWidget* const button = gtk_button_new_from_icon_name(icon);
+  gtk_image_set_pixel_size(GTK_IMAGE(gtk_button_get_child(GTK_BUTTON(button))), roundIconSize);
+  gtk_widget_set_halign(button, GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(button, GTK_ALIGN_CENTER);
+  name(button, label);
+  return button;
+}
+
+GtkWidget* textButton(const char* label) {
+  GtkWidget* const button = gtk_button_new_with_label(label);
+  gtk_widget_add_css_class(button, "text");
+  return button;
+}
+
+GtkWidget* hiddenLabel(const char* styleClass) {
+  GtkWidget* const label = gtk_label_new(nullptr);
+  gtk_widget_add_css_class(label, styleClass);
+  gtk_widget_set_halign(label, GTK_ALIGN_CENTER);
+  gtk_widget_set_visible(label, FALSE);
+  return label;
+}
+
+void setMargins(GtkWidget* widget, int top, int bottom, int sides) {
+  gtk_widget_set_margin_top(widget, top);
+  gtk_widget_set_margin_bottom(widget, bottom);
+  gtk_widget_set_margin_start(widget, sides);
+  gtk_widget_set_margin_end(widget, sides);
+}
+
+}  // namespace
+
+CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const std::string& hint, Handlers handlers)
+    : main_(main),
+      handlers_(std::move(handlers)),
+      shutter_(main, {handlers_.tapped, handlers_.held, handlers_.released}),
+      root_(GRef<GtkWidget>::sink(
+          GTK_WIDGET(g_object_new(GTK_TYPE_OVERLAY, "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr)))) {
+  static const bool styled = (installStyle(css), true);
+  static_cast<void>(styled);
+  gtk_widget_add_css_class(root_.get(), "orivex-camera");
+  gtk_accessible_update_property(GTK_ACCESSIBLE(root_.get()), GTK_ACCESSIBLE_PROPERTY_LABEL, "相机",
+                                 GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE, -1);
+
+  GtkWidget* const picture = gtk_picture_new_for_paintable(picture_.paintable());
+  gtk_picture_set_content_fit(GTK_PICTURE(picture), GTK_CONTENT_FIT_FILL);
+  gtk_widget_set_hexpand(picture, TRUE);
+  gtk_widget_set_vexpand(picture, TRUE);
+  gtk_overlay_set_child(GTK_OVERLAY(root_.get()), picture);
+
+  spinner_ = gtk_spinner_new();
+  gtk_widget_set_size_request(spinner_, 40, 40);
+  gtk_widget_set_halign(spinner_, GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(spinner_, GTK_ALIGN_CENTER);
+  gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), spinner_);
+  buildBottom(insets, hint);
+  buildTop(insets);
+
+  auto* const keys = gtk_event_controller_key_new();
+  gtk_widget_add_controller(root_.get(), keys);
+  keyPressed_ = SignalConnection::connect<&CameraView::keyPressed>(keys, "key-pressed", this);
+}
+
+CameraView::~CameraView() = default;
+
+void CameraView::buildTop(const EdgeInsets& insets) {
+  const int top = static_cast<int>(std::ceil(insets.top)) + margin;
+  close_ = roundButton("window-close-symbolic", "关闭");
+  gtk_widget_set_halign(close_, GTK_ALIGN_START);
+  gtk_widget_set_valign(close_, GTK_ALIGN_START);
+  setMargins(close_, top, 0, margin);
+  closeClicked_ = SignalConnection::connect<&CameraView::closeClicked>(close_, "clicked", this);
+  gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), close_);
+
+  clock_ = hiddenLabel("clock");
+  gtk_widget_set_valign(clock_, GTK_ALIGN_START);
+  setMargins(clock_, top + margin / 2, 0, 0);
+  gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), clock_);
+}
+
+void CameraView::buildBottom(const EdgeInsets& insets, const std::string& hint) {
+  controls_ = gtk_stack_new();
+  gtk_stack_add_named(GTK_STACK(controls_), liveControls(hint), "live");
+  gtk_stack_add_named(GTK_STACK(controls_), reviewControls(), "review");
+  setMargins(controls_, 0, static_cast<int>(std::ceil(insets.bottom)) + 2 * margin, 0);
+
+  notice_ = hiddenLabel("notice");
+  GtkWidget* const bottom = gtk_box_new(GTK_ORIENTATION_VERTICAL, margin);
+  gtk_widget_add_css_class(bottom, "bottom");
+  gtk_widget_set_valign(bottom, GTK_ALIGN_END);
+  gtk_box_append(GTK_BOX(bottom), notice_);
+  gtk_box_append(GTK_BOX(bottom), controls_);
+  gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), bottom);
+}
+
+GtkWidget* CameraView::liveControls(const std::string& hint) {
+  switch_ = roundButton("camera-switch-symbolic", "切换摄像头");
+  switchClicked_ = SignalConnection::connect<&CameraView::switchClicked>(switch_, "clicked", this);
+  GtkWidget* const beside = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
+  gtk_widget_set_size_request(beside, sideWidth, -1);
+  gtk_box_append(GTK_BOX(beside), switch_);
+  gtk_widget_set_hexpand(switch_, TRUE);
+  GtkWidget* const balance = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
+  gtk_widget_set_size_request(balance, sideWidth, -1);
+
+  name(shutter_.widget(), hint.c_str());
+  GtkWidget* const row = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, sideSpacing);
+  gtk_widget_set_halign(row, GTK_ALIGN_CENTER);
+  gtk_box_append(GTK_BOX(row), balance);
+  gtk_box_append(GTK_BOX(row), shutter_.widget());
+  gtk_box_append(GTK_BOX(row), beside);
+
+  hint_ = gtk_label_new(hint.c_str());
+  gtk_widget_add_css_class(hint_, "hint");
+  GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, margin);
+  gtk_box_append(GTK_BOX(column), hint_);
+  gtk_box_append(GTK_BOX(column), row);
+  return column;
+}
+
+GtkWidget* CameraView::reviewControls() {
+  retake_ = textButton("重拍");
+  use_ = textButton("使用");
+  gtk_widget_add_css_class(use_, "use");
+  retakeClicked_ = SignalConnection::connect<&CameraView::retakeClicked>(retake_, "clicked", this);
+  useClicked_ = SignalConnection::connect<&CameraView::useClicked>(use_, "clicked", this);
+  GtkWidget* const row = gtk_center_box_new();
+  gtk_widget_set_valign(row, GTK_ALIGN_END);
+  setMargins(row, 0, margin, 2 * margin);
+  gtk_center_box_set_start_widget(GTK_CENTER_BOX(row), retake_);
+  gtk_center_box_set_end_widget(GTK_CENTER_BOX(row), use_);
+  return row;
+}
+
+void CameraView::showControls(const char* page, bool enabled) {
+  gtk_stack_set_visible_child_name(GTK_STACK(controls_), page);
+  gtk_widget_set_sensitive(switch_, enabled);
+  gtk_widget_set_opacity(shutter_.widget(), enabled ? 1 : 0.4);
+  gtk_widget_set_visible(clock_, FALSE);
+  gtk_widget_set_opacity(hint_, enabled ? 1 : 0);
+}
+
+void CameraView::showSpinner(bool spins) {
+  opening_ = spins;
+  if (!spins) {
+    gtk_spinner_stop(GTK_SPINNER(spinner_));
+    return;
+  }
+  main_.asyncAfter(spinnerDelay, alive_.guard([this] {
+    if (opening_) gtk_spinner_start(GTK_SPINNER(spinner_));
+  }));
+}
+
+void CameraView::showOpening(bool canSwitch) {
+  picture_.show(nullptr);
+  shutter_.showIdle();
+  showControls("live", false);
+  gtk_widget_set_visible(switch_, canSwitch);
+  gtk_widget_grab_focus(shutter_.widget());
+  showSpinner(true);
+}
+
+void CameraView::showLive() {
+  showSpinner(false);
+  shutter_.showIdle();
+  showControls("live", true);
+}
+
+void CameraView::showRecording(double seconds, double longest) {
+  gtk_widget_set_visible(notice_, FALSE);
+  gtk_widget_set_sensitive(switch_, FALSE);
+  gtk_widget_set_opacity(hint_, 0);
+  shutter_.showRecording(seconds / longest);
+  const auto whole = static_cast<int>(seconds);
+  const auto text = std::to_string(whole / 60) + (whole % 60 < 10 ? ":0" : ":") + std::to_string(whole % 60);
+  gtk_label_set_text(GTK_LABEL(clock_), text.c_str());
+  gtk_widget_set_visible(clock_, TRUE);
+}
+
+void CameraView::showWorking() {
+  shutter_.showIdle();
+  showControls("live", false);
+  showSpinner(true);
+}
+
+void CameraView::showReview() {
+  showSpinner(false);
+  gtk_widget_set_visible(notice_, FALSE);
+  showControls("review", false);
+  gtk_widget_grab_focus(use_);
+}
+
+void CameraView::showNotice(const std::string& text) {
+  gtk_label_set_text(GTK_LABEL(notice_), text.c_str());
+  gtk_widget_set_visible(notice_, TRUE);
+  main_.asyncAfter(noticeTime, alive_.guard([this, number = ++notices_] {
+    if (number == notices_) gtk_widget_set_visible(notice_, FALSE);
+  }));
+}
+
+void CameraView::closeClicked(GtkButton* /*button*/) {
+  handlers_.close();
+}
+
+void CameraView::switchClicked(GtkButton* /*button*/) {
+  handlers_.switchCamera();
+}
+
+void CameraView::retakeClicked(GtkButton* /*button*/) {
+  handlers_.retake();
+}
+
+void CameraView::useClicked(GtkButton* /*button*/) {
+  handlers_.use();
+}
+
+// What the focused button does not take: it takes Space and Enter itself.
+gboolean CameraView::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
+                                GdkModifierType /*modifiers*/) {
+  if (key == GDK_KEY_Escape) handlers_.close();
+  if (key == GDK_KEY_space || key == GDK_KEY_Return || key == GDK_KEY_KP_Enter) handlers_.tapped();
+  // Nothing goes on to the screen below.
+  return key != GDK_KEY_Tab && key != GDK_KEY_ISO_Left_Tab;
+}
+
+}  // namespace orivex::gtk

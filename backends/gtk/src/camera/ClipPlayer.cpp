@@ -1,0 +1,56 @@
+#include "ClipPlayer.h"
+
+#include <utility>
+
+#include <gst/gst.h>
+
+#include "../glib/GMemory.h"
+#include "SampleHandler.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr int pictureAndSound = 3;  // of playbin's flags
+
+ElementOrError build(const std::string& path, int extent, const std::shared_ptr<FrameFeed>& feed) {
+  auto player = GRef<GstElement>::sink(gst_element_factory_make("playbin", nullptr));
+  if (!player) return pipelineError("no player is installed");
+  const auto limits = std::string("video/x-raw,format=") + FrameFeed::format + ",width=[1," + std::to_string(extent) +
+                      "],height=[1," + std::to_string(extent) + "],pixel-aspect-ratio=1/1";
+  GError* error = nullptr;
+  const auto sink = GRef<GstElement>::sink(gst_parse_bin_from_description_full(
+      ("videoscale ! videoconvert ! " + limits + " ! appsink name=preview max-buffers=1 drop=true").c_str(), TRUE,
+      nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
+  if (error || !sink) return adoptError(error);
+  handleSamples(*sink.get(), "preview", [feed](SharedSample sample) { feed->push(std::move(sample)); });
+  const GCharPtr address(g_filename_to_uri(path.c_str(), nullptr, nullptr));
+  g_object_set(player.get(), "uri", address.get(), "video-sink", sink.get(), "flags", pictureAndSound, nullptr);
+  return player;
+}
+
+}  // namespace
+
+ClipPlayer::ClipPlayer(CameraThreads threads, const std::string& path, int extent, FrameFeed::Show show)
+    : feed_(std::make_shared<FrameFeed>(threads.main, std::move(show))) {
+  pipeline_ = std::make_unique<Pipeline>(
+      threads, [path, extent, feed = feed_] { return build(path, extent, feed); },
+      Pipeline::Handlers{
+          .ended = [this] { again(); },
+          .failed =
+              [](const PipelineError& error) { log::print("camera: the video cannot be shown: " + error.text); }});
+}
+
+ClipPlayer::~ClipPlayer() {
+  feed_->close();
+}
+
+void ClipPlayer::again() {
+  pipeline_->run([](GstElement& player) {
+    gst_element_seek_simple(&player, GST_FORMAT_TIME,
+                            static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_KEY_UNIT), 0);
+  });
+}
+
+}  // namespace orivex::gtk

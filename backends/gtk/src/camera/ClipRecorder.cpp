@@ -1,0 +1,143 @@
+#include "ClipRecorder.h"
+
+#include <utility>
+
+#include <gst/app/gstappsrc.h>
+#include <gst/gst.h>
+
+#include "ClipFormat.h"
+#include "ClipInput.h"
+
+#include "orivex/platform/base/Log.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Every element between the microphone and the muxer has a name that begins so, which tells its errors from others.
+constexpr std::string_view soundPrefix = "sound";
+constexpr const char* microphoneName = "sound-source";
+
+// Seconds within which an encoder has to complete a file: it has to write what it holds, a few megabytes at most.
+constexpr double longestFinish = 8;
+
+GRef<GstElement> elementOf(GstElement& bin, const char* name) {
+  return GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(&bin), name));
+}
+
+// Pictures that the encoder has no time for are dropped before they fill the memory.
+std::string describe(const ClipFormat& format, const std::string& microphone) {
+  auto text = "appsrc name=pictures is-live=true format=time max-buffers=12 max-bytes=0 leaky-type=upstream ! " +
+              format.video + " ! h264parse ! queue ! " + format.muxer +
+              " name=mux faststart=true ! filesink name=file ";
+  if (!microphone.empty()) {
+    text += microphone +
+            " ! queue name=sound-queue max-size-time=3000000000 ! audioconvert name=sound-convert ! audioresample "
+            "name=sound-resample ! audio/x-raw,rate=48000,channels=1 ! " +
+            format.sound + " name=sound-encode ! queue ! mux.";
+  }
+  return text;
+}
+
+ElementOrError build(VideoExportType type, bool withSound, const CaptureFile& file) {
+  const auto format = chooseClipFormat(type);
+  if (!format) return pipelineError("no H.264 encoder is installed");
+  const auto microphone = withSound && !format->sound.empty() ? findMicrophone(microphoneName) : "";
+  log::print("camera: records " + format->video + (microphone.empty() ? ", silent" : ", " + format->sound));
+
+  GError* error = nullptr;
+  auto pipeline = GRef<GstElement>::sink(
+      gst_parse_launch_full(describe(*format, microphone).c_str(), nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
+  if (error || !pipeline) return adoptError(error);
+  g_object_set(elementOf(*pipeline.get(), "file").get(), "location", file.path().c_str(), nullptr);
+  g_object_set(elementOf(*pipeline.get(), "mux").get(), "faststart-file", file.draftPath().c_str(), nullptr);
+  const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
+  gst_pipeline_use_clock(GST_PIPELINE(pipeline.get()), clock.get());
+  return pipeline;
+}
+
+void endStreams(GstElement& pipeline) {
+  gst_app_src_end_of_stream(GST_APP_SRC(elementOf(pipeline, "pictures").get()));
+  if (const auto microphone = elementOf(pipeline, microphoneName)) {
+    gst_element_send_event(microphone.get(), gst_event_new_eos());
+  }
+}
+
+}  // namespace
+
+ClipRecorder::ClipRecorder(CameraThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
+                           Handlers handlers)
+    : threads_(threads),
+      frames_(std::move(frames)),
+      type_(options.videoExportType),
+      longest_(options.maxRecordDuration),
+      handlers_(std::move(handlers)) {
+  start(true);
+}
+
+ClipRecorder::~ClipRecorder() {
+  pipeline_.reset();
+  // On the worker, which may be connecting the frames at this moment.
+  threads_.worker.run([frames = frames_] { frames->setReceiver(nullptr); });
+}
+
+void ClipRecorder::start(bool withSound) {
+  withSound_ = withSound;
+  pipeline_.reset();
+  auto made = CaptureFile::make("video", type_ == VideoExportType::mp4 ? ".mp4" : ".mov");
+  if (const auto* const failure = std::get_if<Failure>(&made)) {
+    threads_.main.async(alive_.guard([this, reason = failure->description] { fail(reason); }));
+    return;
+  }
+  file_ = std::get<std::shared_ptr<CaptureFile>>(made);
+  pipeline_ = std::make_unique<Pipeline>(
+      threads_, [type = type_, withSound, file = file_] { return build(type, withSound, *file); },
+      Pipeline::Handlers{.ended =
+                             [this] {
+                               const auto finished = handlers_.finished;
+                               finished(std::move(file_));
+                             },
+                         .failed = [this](const PipelineError& error) { pipelineFailed(error); }},
+      file_);
+  connectFrames();
+}
+
+void ClipRecorder::connectFrames() {
+  const auto longest = static_cast<GstClockTime>(longest_ * static_cast<double>(GST_SECOND));
+  const std::function<void()> began = alive_.guard([this] {
+    if (!finishing_) handlers_.began();
+  });
+  pipeline_->run([frames = frames_, longest, began, &main = threads_.main](GstElement& pipeline) {
+    const auto input =
+        std::make_shared<ClipInput>(elementOf(pipeline, "pictures"), gst_element_get_base_time(&pipeline), longest,
+                                    [began, &main] { main.async([began] { began(); }); });
+    frames->setReceiver([input](GstSample& frame, GstClockTime time) { input->push(frame, time); });
+  });
+}
+
+void ClipRecorder::finish() {
+  if (std::exchange(finishing_, true) || !pipeline_) return;
+  // After the frames were connected, should that still be to come.
+  pipeline_->run([frames = frames_](GstElement& pipeline) {
+    frames->setReceiver(nullptr);
+    endStreams(pipeline);
+  });
+  threads_.main.asyncAfter(longestFinish, alive_.guard([this] { fail("the video cannot be completed"); }));
+}
+
+// A microphone that is there and gives no sound, as when all are muted by a switch, must not cost the video.
+void ClipRecorder::pipelineFailed(const PipelineError& error) {
+  if (withSound_ && !finishing_ && std::string_view(error.origin).starts_with(soundPrefix)) {
+    log::print("camera: the microphone does not work: " + error.text);
+    start(false);
+  } else {
+    fail(error.text);
+  }
+}
+
+void ClipRecorder::fail(const std::string& reason) {
+  log::print("camera: no video: " + reason);
+  const auto failed = handlers_.failed;
+  failed();
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "CameraThreads.h"
+#include "CaptureFile.h"
+#include "FrameTap.h"
+#include "Pipeline.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/Camera.h"
+
+namespace orivex::gtk {
+
+/// Writes a video, with the microphone's sound if there is one, from its making to `finish`. Destroyed earlier it
+/// leaves no file. Main thread.
+class ClipRecorder {
+ public:
+  /// One call of `finished` or `failed` is the last; either may destroy this object.
+  struct Handlers {
+    std::function<void()> began;                                 ///< the first frame is in
+    std::function<void(std::shared_ptr<CaptureFile>)> finished;  ///< the file is complete
+    std::function<void()> failed;                                ///< why is in the log
+  };
+
+  ClipRecorder(CameraThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
+               Handlers handlers);
+  ClipRecorder(const ClipRecorder&) = delete;
+  ClipRecorder& operator=(const ClipRecorder&) = delete;
+  ~ClipRecorder();
+
+  /// Takes no further frame and completes the file.
+  void finish();
+
+ private:
+  void start(bool withSound);
+  void connectFrames();
+  void pipelineFailed(const PipelineError& error);
+  void fail(const std::string& reason);
+
+  const CameraThreads threads_;
+  const std::shared_ptr<FrameTap> frames_;
+  const VideoExportType type_;
+  const double longest_;  // seconds
+  Handlers handlers_;
+  std::shared_ptr<CaptureFile> file_;
+  std::unique_ptr<Pipeline> pipeline_;
+  bool withSound_ = true;
+  bool finishing_ = false;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

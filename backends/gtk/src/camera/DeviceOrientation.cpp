@@ -1,0 +1,75 @@
+#include "DeviceOrientation.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "../glib/GMemory.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr const char* service = "net.hadess.SensorProxy";
+constexpr const char* objectPath = "/net/hadess/SensorProxy";
+constexpr const char* orientationProperty = "AccelerometerOrientation";
+
+using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
+
+}  // namespace
+
+int degreesFor(std::string_view orientation) {
+  if (orientation == "right-up") return 90;
+  if (orientation == "bottom-up") return 180;
+  if (orientation == "left-up") return 270;
+  return 0;
+}
+
+DeviceOrientation::DeviceOrientation(std::function<void(int)> changed) : changed_(std::move(changed)) {
+  g_dbus_proxy_new_for_bus(
+      G_BUS_TYPE_SYSTEM, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START_AT_CONSTRUCTION, nullptr, service, objectPath, service,
+      cancellable_.get(),
+      [](GObject*, GAsyncResult* result, gpointer self) {
+        GError* error = nullptr;
+        auto sensor = GRef<GDBusProxy>::adopt(g_dbus_proxy_new_for_bus_finish(result, &error));
+        // A cancelled call's owner is gone. Any other failure is a device without the service.
+        if (const GErrorPtr failure(error); !failure)
+          static_cast<DeviceOrientation*>(self)->connected(std::move(sensor));
+      },
+      this);
+}
+
+DeviceOrientation::~DeviceOrientation() {
+  g_cancellable_cancel(cancellable_.get());
+  if (!sensor_) return;
+  propertiesChanged_.disconnect();
+  g_dbus_proxy_call(sensor_.get(), "ReleaseAccelerometer", nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr,
+                    nullptr);
+}
+
+void DeviceOrientation::connected(GRef<GDBusProxy> sensor) {
+  const GCharPtr owner(g_dbus_proxy_get_name_owner(sensor.get()));
+  if (!owner) return;
+  sensor_ = std::move(sensor);
+  propertiesChanged_ =
+      SignalConnection::connect<&DeviceOrientation::propertiesChanged>(sensor_.get(), "g-properties-changed", this);
+  // The service watches its sensor only for those who ask for it.
+  g_dbus_proxy_call(sensor_.get(), "ClaimAccelerometer", nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr,
+                    nullptr);
+  read();
+}
+
+void DeviceOrientation::propertiesChanged(GDBusProxy* /*sensor*/, GVariant* /*changed*/, char** /*invalidated*/) {
+  read();
+}
+
+void DeviceOrientation::read() {
+  const GVariantPtr value(g_dbus_proxy_get_cached_property(sensor_.get(), orientationProperty));
+  if (!value || !g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING)) return;
+  const std::string orientation(g_variant_get_string(value.get(), nullptr));
+  // Lying flat on a table it is neither: the way it was held before counts.
+  if (orientation == "undefined") return;
+  degrees_ = degreesFor(orientation);
+  changed_(degrees_);
+}
+
+}  // namespace orivex::gtk

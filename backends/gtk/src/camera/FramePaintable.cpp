@@ -1,0 +1,102 @@
+#include "FramePaintable.h"
+
+#include <algorithm>
+
+namespace orivex::gtk {
+namespace {
+
+// How much longer than the area a frame that fills it may be: a third. More would show too little of what is taken.
+constexpr double mostCrop = 4.0 / 3;
+
+// The GObject behind the class: what GTK draws.
+struct FrameObject {
+  GObject parent;
+  GdkTexture* texture;
+  bool mirrored;
+};
+
+struct FrameObjectClass {
+  GObjectClass parent;
+};
+
+GObjectClass* parentClass = nullptr;
+
+FrameObject* frameOf(gpointer object) {
+  return static_cast<FrameObject*>(object);
+}
+
+// Where a frame is drawn in an area of this size, in the area's points.
+graphene_rect_t placed(GdkTexture* texture, double width, double height) {
+  const double frameWidth = gdk_texture_get_width(texture);
+  const double frameHeight = gdk_texture_get_height(texture);
+  const auto [less, more] = std::minmax(width / frameWidth, height / frameHeight);
+  const double scale = more <= less * mostCrop ? more : less;
+  const double shownWidth = frameWidth * scale;
+  const double shownHeight = frameHeight * scale;
+  return GRAPHENE_RECT_INIT(static_cast<float>((width - shownWidth) / 2),
+                            static_cast<float>((height - shownHeight) / 2), static_cast<float>(shownWidth),
+                            static_cast<float>(shownHeight));
+}
+
+void snapshot(GdkPaintable* paintable, GdkSnapshot* target, double width, double height) {
+  const auto* const frame = frameOf(paintable);
+  if (!frame->texture) return;
+  auto* const gtkSnapshot = GTK_SNAPSHOT(target);
+  const graphene_rect_t area = GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width), static_cast<float>(height));
+  gtk_snapshot_push_clip(gtkSnapshot, &area);
+  gtk_snapshot_save(gtkSnapshot);
+  if (frame->mirrored) {
+    const graphene_point_t corner = GRAPHENE_POINT_INIT(static_cast<float>(width), 0);
+    gtk_snapshot_translate(gtkSnapshot, &corner);
+    gtk_snapshot_scale(gtkSnapshot, -1, 1);
+  }
+  const auto bounds = placed(frame->texture, width, height);
+  gtk_snapshot_append_texture(gtkSnapshot, frame->texture, &bounds);
+  gtk_snapshot_restore(gtkSnapshot);
+  gtk_snapshot_pop(gtkSnapshot);
+}
+
+GType frameType() {
+  static const GType type = [] {
+    const GTypeInfo info{sizeof(FrameObjectClass),
+                         nullptr,
+                         nullptr,
+                         [](gpointer objectClass, gpointer) {
+                           parentClass = static_cast<GObjectClass*>(g_type_class_peek_parent(objectClass));
+                           G_OBJECT_CLASS(objectClass)->finalize = [](GObject* object) {
+                             g_clear_object(&frameOf(object)->texture);
+                             parentClass->finalize(object);
+                           };
+                         },
+                         nullptr,
+                         nullptr,
+                         sizeof(FrameObject),
+                         0,
+                         nullptr,
+                         nullptr};
+    const GInterfaceInfo paintable{
+        [](gpointer interface, gpointer) { static_cast<GdkPaintableInterface*>(interface)->snapshot = snapshot; },
+        nullptr, nullptr};
+    const GType made = g_type_register_static(G_TYPE_OBJECT, "OrivexFramePaintable", &info, G_TYPE_FLAG_FINAL);
+    g_type_add_interface_static(made, GDK_TYPE_PAINTABLE, &paintable);
+    return made;
+  }();
+  return type;
+}
+
+}  // namespace
+
+FramePaintable::FramePaintable()
+    : paintable_(GRef<GdkPaintable>::adopt(GDK_PAINTABLE(g_object_new(frameType(), nullptr)))) {}
+
+void FramePaintable::show(GdkTexture* frame) {
+  g_set_object(&frameOf(paintable_.get())->texture, frame);
+  gdk_paintable_invalidate_contents(paintable_.get());
+}
+
+void FramePaintable::setMirrored(bool mirrored) {
+  frameOf(paintable_.get())->mirrored = mirrored;
+  gdk_paintable_invalidate_contents(paintable_.get());
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+
+#include "../WorkerPool.h"
+#include "CameraScreen.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/ports/Camera.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+class GtkApplicationPort;
+
+/// The camera as GStreamer reaches it, on a screen over the whole front window. The camera is open only while its
+/// live picture shows and the application is active.
+class GtkCamera final : public Camera {
+ public:
+  GtkCamera(MainQueue& mainQueue, GtkApplicationPort& application);
+  ~GtkCamera() override;
+
+  /// Captured files lie in a folder of the user's runtime folder, readable for this user only. Without a window
+  /// nothing happens.
+  void present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) override;
+
+ private:
+  void done(CameraScreen::Result result);
+
+  MainQueue& mainQueue_;
+  GtkApplicationPort& application_;
+  WorkerPool worker_;
+  Once<void(CameraOutcome)> completion_;
+  std::unique_ptr<CameraScreen> screen_;
+  Subscription resigns_;
+  Subscription becomesActive_;
+};
+
+}  // namespace orivex::gtk

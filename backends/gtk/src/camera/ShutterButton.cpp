@@ -1,0 +1,148 @@
+#include "ShutterButton.h"
+
+#include <algorithm>
+#include <numbers>
+#include <utility>
+
+namespace orivex::gtk {
+namespace {
+
+constexpr double holdDelay = 0.35;  // seconds of a press after which it is no tap any more
+
+// Points.
+constexpr int size = 96;
+constexpr double idleRing = 36;
+constexpr double recordingRing = 44;
+constexpr double ringWidth = 5;
+constexpr double disc = 29;
+constexpr double pressedDisc = 25;
+constexpr double stopSide = 30;
+constexpr double stopCorner = 7;
+
+constexpr double fullTurn = 2 * std::numbers::pi;
+constexpr double top = -std::numbers::pi / 2;
+
+void useWhite(cairo_t* context, double alpha = 1) {
+  cairo_set_source_rgba(context, 1, 1, 1, alpha);
+}
+
+void useRed(cairo_t* context) {
+  cairo_set_source_rgb(context, 1, 0.23, 0.19);
+}
+
+// Around the origin.
+void roundedSquare(cairo_t* context, double side, double corner) {
+  const double middle = side / 2 - corner;
+  cairo_new_path(context);
+  cairo_arc(context, middle, -middle, corner, top, 0);
+  cairo_arc(context, middle, middle, corner, 0, -top);
+  cairo_arc(context, -middle, middle, corner, -top, 2 * -top);
+  cairo_arc(context, -middle, -middle, corner, 2 * -top, 3 * -top);
+  cairo_close_path(context);
+}
+
+}  // namespace
+
+ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
+    : main_(main), handlers_(std::move(handlers)), button_(GRef<GtkWidget>::sink(gtk_button_new())) {
+  gtk_widget_add_css_class(button_.get(), "shutter");
+  gtk_widget_set_halign(button_.get(), GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(button_.get(), GTK_ALIGN_CENTER);
+  drawing_ = gtk_drawing_area_new();
+  gtk_widget_set_size_request(drawing_, size, size);
+  gtk_drawing_area_set_draw_func(
+      GTK_DRAWING_AREA(drawing_),
+      [](GtkDrawingArea*, cairo_t* context, int width, int height, gpointer self) {
+        cairo_translate(context, width / 2.0, height / 2.0);
+        static_cast<const ShutterButton*>(self)->draw(context);
+      },
+      this, nullptr);
+  gtk_button_set_child(GTK_BUTTON(button_.get()), drawing_);
+
+  // Of the pointer's gestures the one that follows it until it lets go, wherever that is: a finger that holds trembles.
+  auto* const drag = gtk_gesture_drag_new();
+  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(drag), GTK_PHASE_CAPTURE);
+  gtk_widget_add_controller(button_.get(), GTK_EVENT_CONTROLLER(drag));
+  pressed_ = SignalConnection::connect<&ShutterButton::pressed>(drag, "drag-begin", this);
+  released_ = SignalConnection::connect<&ShutterButton::released>(drag, "drag-end", this);
+  cancelled_ = SignalConnection::connect<&ShutterButton::cancelled>(drag, "cancel", this);
+  clicked_ = SignalConnection::connect<&ShutterButton::clicked>(button_.get(), "clicked", this);
+}
+
+ShutterButton::~ShutterButton() {
+  gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(drawing_), nullptr, nullptr, nullptr);
+}
+
+void ShutterButton::pressed(GtkGestureDrag* gesture, double /*x*/, double /*y*/) {
+  gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
+  press_ = Press::down;
+  gtk_widget_queue_draw(drawing_);
+  main_.asyncAfter(holdDelay, alive_.guard([this, number = ++presses_] {
+    if (press_ != Press::down || number != presses_) return;
+    press_ = Press::held;
+    handlers_.held();
+  }));
+}
+
+void ShutterButton::released(GtkGestureDrag* /*gesture*/, double /*x*/, double /*y*/) {
+  if (press_ == Press::down) {
+    press_ = Press::none;
+    gtk_widget_queue_draw(drawing_);
+    handlers_.tapped();
+  } else {
+    endHold();
+  }
+}
+
+// The system took the pointer away: no tap, but a hold ends.
+void ShutterButton::cancelled(GtkGesture* /*gesture*/, GdkEventSequence* /*sequence*/) {
+  endHold();
+}
+
+void ShutterButton::clicked(GtkButton* /*button*/) {
+  handlers_.tapped();
+}
+
+void ShutterButton::endHold() {
+  const auto before = std::exchange(press_, Press::none);
+  gtk_widget_queue_draw(drawing_);
+  if (before == Press::held) handlers_.released();
+}
+
+void ShutterButton::showRecording(double fraction) {
+  recording_ = true;
+  fraction_ = std::clamp(fraction, 0.0, 1.0);
+  gtk_widget_queue_draw(drawing_);
+}
+
+void ShutterButton::showIdle() {
+  recording_ = false;
+  gtk_widget_queue_draw(drawing_);
+}
+
+// Around the origin.
+void ShutterButton::draw(cairo_t* context) const {
+  cairo_set_line_width(context, ringWidth);
+  if (!recording_) {
+    useWhite(context);
+    cairo_arc(context, 0, 0, idleRing, 0, fullTurn);
+    cairo_stroke(context);
+    cairo_arc(context, 0, 0, press_ == Press::none ? disc : pressedDisc, 0, fullTurn);
+    cairo_fill(context);
+    return;
+  }
+  useWhite(context, 0.2);
+  cairo_arc(context, 0, 0, recordingRing, 0, fullTurn);
+  cairo_fill(context);
+  useWhite(context, 0.6);
+  cairo_arc(context, 0, 0, recordingRing, 0, fullTurn);
+  cairo_stroke(context);
+  useRed(context);
+  cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
+  cairo_arc(context, 0, 0, recordingRing, top, top + fullTurn * fraction_);
+  cairo_stroke(context);
+  roundedSquare(context, stopSide, stopCorner);
+  cairo_fill(context);
+}
+
+}  // namespace orivex::gtk

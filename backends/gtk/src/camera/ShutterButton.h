@@ -1,0 +1,61 @@
+#pragma once
+
+#include <functional>
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+/// The round button of a camera: a tap, or the keyboard's activation, and a hold from its beginning to its end. A ring
+/// around it fills while a video is recorded. Main thread.
+class ShutterButton {
+ public:
+  struct Handlers {
+    std::function<void()> tapped;
+    std::function<void()> held;
+    std::function<void()> released;  ///< after each `held`
+  };
+
+  ShutterButton(MainQueue& main, Handlers handlers);
+  ShutterButton(const ShutterButton&) = delete;
+  ShutterButton& operator=(const ShutterButton&) = delete;
+  ~ShutterButton();
+
+  GtkWidget* widget() const { return button_.get(); }
+
+  /// `fraction` of the longest recording, from 0 to 1.
+  void showRecording(double fraction);
+  void showIdle();
+
+ private:
+  enum class Press { none, down, held };
+
+  void pressed(GtkGestureDrag* gesture, double x, double y);
+  void released(GtkGestureDrag* gesture, double x, double y);
+  void cancelled(GtkGesture* gesture, GdkEventSequence* sequence);
+  void clicked(GtkButton* button);
+  void endHold();
+  void draw(cairo_t* context) const;
+
+  MainQueue& main_;
+  const Handlers handlers_;
+  GRef<GtkWidget> button_;
+  GtkWidget* drawing_ = nullptr;
+  Press press_ = Press::none;
+  unsigned presses_ = 0;
+  bool recording_ = false;
+  double fraction_ = 0;
+  SignalConnection pressed_;
+  SignalConnection released_;
+  SignalConnection cancelled_;
+  SignalConnection clicked_;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

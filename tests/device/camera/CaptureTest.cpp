@@ -1,0 +1,187 @@
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include <gst/pbutils/pbutils.h>
+
+#include "CameraFixture.h"
+
+namespace orivex::gtk {
+namespace {
+
+/// What a player finds in a file.
+struct Facts {
+  double seconds = 0;
+  unsigned width = 0;
+  unsigned height = 0;
+  std::string video;
+  std::string sound;
+};
+
+std::string nameOf(GstDiscovererStreamInfo* stream) {
+  const GstCapsPtr caps(gst_discoverer_stream_info_get_caps(stream));
+  const std::string name(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)));
+  gst_discoverer_stream_info_unref(stream);
+  return name;
+}
+
+std::optional<Facts> discover(const Url& file) {
+  const auto discoverer = GRef<GstDiscoverer>::adopt(gst_discoverer_new(10 * GST_SECOND, nullptr));
+  const auto info = GRef<GstDiscovererInfo>::adopt(
+      gst_discoverer_discover_uri(discoverer.get(), file.absoluteString().c_str(), nullptr));
+  if (!info || gst_discoverer_info_get_result(info.get()) != GST_DISCOVERER_OK) return std::nullopt;
+  Facts facts;
+  facts.seconds = static_cast<double>(gst_discoverer_info_get_duration(info.get())) / GST_SECOND;
+  auto* const videos = gst_discoverer_info_get_video_streams(info.get());
+  if (videos) {
+    auto* const video = static_cast<GstDiscovererVideoInfo*>(videos->data);
+    facts.width = gst_discoverer_video_info_get_width(video);
+    facts.height = gst_discoverer_video_info_get_height(video);
+    facts.video = nameOf(static_cast<GstDiscovererStreamInfo*>(g_object_ref(videos->data)));
+  }
+  auto* const sounds = gst_discoverer_info_get_audio_streams(info.get());
+  if (sounds) facts.sound = nameOf(static_cast<GstDiscovererStreamInfo*>(g_object_ref(sounds->data)));
+  gst_discoverer_stream_info_list_free(videos);
+  gst_discoverer_stream_info_list_free(sounds);
+  return facts;
+}
+
+bool isPrivate(const std::filesystem::path& path) {
+  using std::filesystem::perms;
+  const auto others = perms::group_all | perms::others_all;
+  return (std::filesystem::status(path).permissions() & others) == perms::none &&
+         (std::filesystem::status(path.parent_path()).permissions() & others) == perms::none;
+}
+
+/// Whether the index stands before the pictures, so that a player can begin before it has the whole file.
+bool playsProgressively(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  return bytes.find("moov") < bytes.find("mdat");
+}
+
+class CaptureTest : public CameraFixture {
+ protected:
+  /// The capture that the visitor uses.
+  std::optional<PickedMedia> used() {
+    click("使用");
+    if (!waitForOutcome() || outcomes.size() != 1 || !std::holds_alternative<PickedMedia>(outcomes[0])) {
+      return std::nullopt;
+    }
+    return std::get<PickedMedia>(outcomes[0]);
+  }
+};
+
+TEST_F(CaptureTest, APhotoIsAJpegOfTheCamerasSize) {
+  openLive();
+  tapShutter();
+  ASSERT_TRUE(waitForReview());
+  const auto photo = used();
+  ASSERT_TRUE(photo);
+  EXPECT_EQ(photo->mediaType, MediaType::image);
+  const auto facts = discover(photo->file);
+  ASSERT_TRUE(facts);
+  EXPECT_EQ(facts->video, "image/jpeg");
+  EXPECT_EQ(facts->width, 1280U);
+  EXPECT_EQ(facts->height, 720U);
+  EXPECT_TRUE(isPrivate(*photo->file.filePath()));
+  EXPECT_EQ(files().size(), 1U);
+}
+
+TEST_F(CaptureTest, AHoldRecordsAVideoWithSoundForAsLong) {
+  openLive();
+  hold(1);
+  ASSERT_TRUE(waitForReview());
+  const auto video = used();
+  ASSERT_TRUE(video);
+  EXPECT_EQ(video->mediaType, MediaType::video);
+  const auto facts = discover(video->file);
+  ASSERT_TRUE(facts);
+  EXPECT_EQ(facts->video, "video/x-h264");
+  EXPECT_EQ(facts->sound, "audio/mpeg");
+  EXPECT_EQ(facts->width, 1280U);
+  EXPECT_EQ(facts->height, 720U);
+  EXPECT_GE(facts->seconds, 1);
+  EXPECT_LE(facts->seconds, 4);
+  EXPECT_TRUE(playsProgressively(*video->file.filePath()));
+  EXPECT_TRUE(isPrivate(*video->file.filePath()));
+  EXPECT_EQ(files().size(), 1U);
+}
+
+TEST_F(CaptureTest, ARecordingEndsByItselfAtItsGreatestLength) {
+  openLive(testCamera, {.maxRecordDuration = 1.5});
+  beginHold();
+  ASSERT_TRUE(waitForReview());
+  const auto video = used();
+  ASSERT_TRUE(video);
+  const auto facts = discover(video->file);
+  ASSERT_TRUE(facts);
+  EXPECT_GE(facts->seconds, 1);
+  EXPECT_LE(facts->seconds, 1.9);
+}
+
+TEST_F(CaptureTest, WithoutAMicrophoneAVideoIsSilent) {
+  const std::string server = g_getenv("PULSE_SERVER") ? g_getenv("PULSE_SERVER") : "";
+  g_setenv("PULSE_SERVER", "unix:/nonexistent", TRUE);
+  openLive();
+  hold(1);
+  ASSERT_TRUE(waitForReview());
+  server.empty() ? g_unsetenv("PULSE_SERVER") : static_cast<void>(g_setenv("PULSE_SERVER", server.c_str(), TRUE));
+  const auto video = used();
+  ASSERT_TRUE(video);
+  const auto facts = discover(video->file);
+  ASSERT_TRUE(facts);
+  EXPECT_EQ(facts->video, "video/x-h264");
+  EXPECT_EQ(facts->sound, "");
+}
+
+TEST_F(CaptureTest, WhatIsTooShortOrNotUsedLeavesNoFile) {
+  openLive();
+  beginHold();
+  pass(0.6);
+  endHold();
+  ASSERT_TRUE(waitForLive());
+  EXPECT_TRUE(wait([] { return files().empty(); }, hangs)) << "a recording that was too short was kept";
+  tapShutter();
+  ASSERT_TRUE(waitForReview());
+  EXPECT_EQ(files().size(), 2U);
+  click("重拍");
+  ASSERT_TRUE(waitForLive());
+  EXPECT_TRUE(wait([] { return files().empty(); }, hangs)) << "a photo that was taken again was kept";
+  hold(1);
+  ASSERT_TRUE(waitForReview());
+  click("window-close-symbolic");
+  ASSERT_TRUE(waitForOutcome());
+  EXPECT_TRUE(std::holds_alternative<CaptureCancelled>(outcomes[0]));
+  EXPECT_TRUE(wait([] { return files().empty(); }, hangs)) << "a video that was not used was kept";
+}
+
+TEST_F(CaptureTest, OptionsForbidPhotosOrVideos) {
+  openLive(testCamera, {.allowTakePhoto = false});
+  tapShutter();
+  pass(0.3);
+  EXPECT_FALSE(button("使用"));
+  click("window-close-symbolic");
+  ASSERT_TRUE(waitForOutcome());
+  openLive(testCamera, {.allowRecordVideo = false});
+  beginHold();
+  pass(0.6);
+  endHold();
+  EXPECT_TRUE(files().empty());
+}
+
+TEST_F(CaptureTest, TheOtherCameraTakesThePictureAfterASwitch) {
+  const std::string small = "videotestsrc is-live=true ! video/x-raw,width=640,height=480,framerate=30/1";
+  openLive(testCamera + "\n" + small);
+  click("camera-switch-symbolic");
+  ASSERT_TRUE(waitForLive());
+  tapShutter();
+  ASSERT_TRUE(waitForReview());
+  const auto photo = used();
+  ASSERT_TRUE(photo);
+  EXPECT_EQ(discover(photo->file).value_or(Facts{}).width, 640U);
+}
+
+}  // namespace
+}  // namespace orivex::gtk

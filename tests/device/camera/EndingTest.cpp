@@ -1,0 +1,105 @@
+#include <filesystem>
+#include <string>
+
+#include "CameraFixture.h"
+
+namespace orivex::gtk {
+namespace {
+
+using EndingTest = CameraFixture;
+
+std::size_t openDescriptors() {
+  const std::filesystem::directory_iterator entries("/proc/self/fd");
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+std::size_t threads() {
+  g_thread_pool_stop_unused_threads();
+  const std::filesystem::directory_iterator entries("/proc/self/task");
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+TEST_F(EndingTest, FailuresAreToldOnceAndNothingHangs) {
+  const struct {
+    const char* sources;
+    CameraFailure failure;
+  } cases[] = {
+      {"", CameraFailure::noCamera},
+      {"no-such-element", CameraFailure::failed},
+      {"videotestsrc ! fakesink", CameraFailure::failed},
+      {"videotestsrc is-live=true pattern=no-such-pattern", CameraFailure::failed},
+      {"audiotestsrc is-live=true", CameraFailure::failed},
+      {"v4l2src device=/dev/no-such-camera", CameraFailure::noCamera},
+      {"videotestsrc num-buffers=30", CameraFailure::failed},
+      {"videotestsrc is-live=true ! identity error-after=30", CameraFailure::failed},
+  };
+  for (const auto& [sources, failure] : cases) {
+    outcomes.clear();
+    setSources(sources);
+    present();
+    EXPECT_TRUE(outcomes.empty()) << "called back inside the call";
+    ASSERT_TRUE(waitForOutcome()) << sources;
+    ASSERT_TRUE(std::holds_alternative<CameraFailure>(outcomes[0])) << sources;
+    EXPECT_EQ(std::get<CameraFailure>(outcomes[0]), failure) << sources;
+    EXPECT_FALSE(button("shutter")) << sources;
+    pass(0.1);
+    EXPECT_EQ(outcomes.size(), 1U) << sources;
+  }
+}
+
+TEST_F(EndingTest, ACameraThatBreaksWhileItRecordsLeavesNoFile) {
+  openLive("videotestsrc is-live=true ! video/x-raw,framerate=30/1 ! identity error-after=60");
+  beginHold();
+  ASSERT_TRUE(waitForOutcome());
+  EXPECT_EQ(std::get<CameraFailure>(outcomes[0]), CameraFailure::failed);
+  EXPECT_TRUE(wait([] { return files().empty(); }, hangs));
+}
+
+TEST_F(EndingTest, ASecondScreenIsIgnoredUntilTheFirstIsClosed) {
+  openLive();
+  present();
+  click("window-close-symbolic");
+  ASSERT_TRUE(waitForOutcome());
+  pass(0.2);
+  EXPECT_EQ(outcomes.size(), 1U);
+  EXPECT_TRUE(std::holds_alternative<CaptureCancelled>(outcomes[0]));
+  openLive();
+}
+
+TEST_F(EndingTest, AWindowThatGoesWhileItRecordsTakesEverythingWithIt) {
+  openLive();
+  beginHold();
+  ASSERT_TRUE(wait([] { return !files().empty(); }, hangs));
+  pass(0.5);
+  EXPECT_GT(streamingThreads(), 0);
+  closeWindow();
+  EXPECT_TRUE(wait([] { return files().empty() && streamingThreads() == 0; }, hangs));
+  EXPECT_TRUE(outcomes.empty());
+}
+
+TEST_F(EndingTest, TheCameraIsClosedDuringTheReview) {
+  openLive();
+  tapShutter();
+  ASSERT_TRUE(waitForReview());
+  EXPECT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));
+  click("重拍");
+  EXPECT_TRUE(waitForLive());
+}
+
+TEST_F(EndingTest, ManyOpeningsLeaveNoThreadAndNoDescriptorBehind) {
+  const auto openAndClose = [this] {
+    openLive();
+    click("window-close-symbolic");
+    ASSERT_TRUE(waitForOutcome());
+    ASSERT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));
+  };
+  openAndClose();  // what is loaded once
+  const auto descriptorsBefore = openDescriptors();
+  const auto threadsBefore = threads();
+  for (int i = 0; i < 20; ++i) openAndClose();
+  EXPECT_TRUE(wait([&] { return openDescriptors() <= descriptorsBefore; }, hangs));
+  EXPECT_TRUE(wait([&] { return threads() <= threadsBefore; }, hangs));
+}
+
+}  // namespace
+}  // namespace orivex::gtk
