@@ -10,6 +10,13 @@ HostWindow* GtkApplicationPort::find(GtkWindow* window) const {
   return found == windows_.end() ? nullptr : found->get();
 }
 
+HostWindow* GtkApplicationPort::find(const View& view) const {
+  const auto found = std::find_if(windows_.begin(), windows_.end(), [shown = view.window()](const auto& candidate) {
+    return shown && candidate->window().get() == shown;
+  });
+  return found == windows_.end() ? nullptr : found->get();
+}
+
 HostWindow& GtkApplicationPort::attach(GtkWindow* window, const Surroundings& surroundings) {
   if (auto* const known = find(window)) return *known;
   windows_.push_back(std::make_unique<HostWindow>(

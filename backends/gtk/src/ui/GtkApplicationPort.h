@@ -26,6 +26,9 @@ class GtkApplicationPort final : public Application {
   /// Null for a window that was not attached.
   HostWindow* find(GtkWindow* window) const;
 
+  /// The window that shows `view`; null for a view on no screen.
+  HostWindow* find(const View& view) const;
+
   /// The one that the visitor sees first; null without any.
   HostWindow* frontWindow() const;
 

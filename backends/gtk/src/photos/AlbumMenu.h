@@ -1,0 +1,70 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+#include "MediaCatalog.h"
+#include "ThumbnailLoader.h"
+
+#include "orivex/platform/base/Subscription.h"
+
+namespace orivex::gtk {
+
+/// The list of albums that drops down over the grid, and the mask under it. Main thread.
+class AlbumMenu {
+ public:
+  /// `chosen` gets the folder of the album, empty for the album of everything. `closed` is called when the menu goes,
+  /// chosen from or not.
+  AlbumMenu(ThumbnailLoader& thumbnails, std::function<void(const std::string& folder)> chosen,
+            std::function<void()> closed);
+  AlbumMenu(const AlbumMenu&) = delete;
+  AlbumMenu& operator=(const AlbumMenu&) = delete;
+  ~AlbumMenu();
+
+  GtkWidget* widget() const { return mask_.get(); }
+  bool isOpen() const;
+
+  /// Drops down with the albums of `catalog`; the one of `folder` has the check mark.
+  void open(const MediaCatalog& catalog, const std::string& folder);
+  void close();
+
+ private:
+  struct Row {
+    GtkWidget* cover;
+    GtkWidget* name;
+    GtkWidget* count;
+    GtkWidget* check;
+    Subscription request;
+  };
+
+  void build();
+  void setUp(GtkSignalListItemFactory* factory, GtkListItem* item);
+  void bind(GtkSignalListItemFactory* factory, GtkListItem* item);
+  void unbind(GtkSignalListItemFactory* factory, GtkListItem* item);
+  void tearDown(GtkSignalListItemFactory* factory, GtkListItem* item);
+  void activated(GtkListView* view, guint position);
+  void maskPressed(GtkGestureClick* click, int count, double x, double y);
+  gboolean addSome();
+
+  ThumbnailLoader& thumbnails_;
+  const std::function<void(const std::string& folder)> chosen_;
+  const std::function<void()> closed_;
+  std::vector<Album> albums_;
+  std::string folder_;
+  GRef<GtkStringList> names_;
+  GRef<GtkWidget> mask_;
+  GtkWidget* revealer_ = nullptr;
+  GtkWidget* view_ = nullptr;
+  guint adding_ = 0;  // tick callback
+  std::map<GtkListItem*, Row> rows_;
+  std::vector<SignalConnection> connections_;
+};
+
+}  // namespace orivex::gtk

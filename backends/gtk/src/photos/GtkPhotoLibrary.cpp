@@ -1,0 +1,50 @@
+#include "GtkPhotoLibrary.h"
+
+#include <utility>
+
+#include "orivex/platform/base/Log.h"
+#include "orivex/platform/ui/View.h"
+
+namespace orivex::gtk {
+
+GtkPhotoLibrary::GtkPhotoLibrary(MainQueue& queue, const GtkApplicationPort& application, const MediaProbe& probe,
+                                 std::function<PhotoSources()> sources)
+    : queue_(queue), application_(application), probe_(probe), sources_(std::move(sources)) {}
+
+PhotoSources GtkPhotoLibrary::desktopSources() {
+  return {MediaLibrary::desktopRoots(), ThumbnailCache::ofDesktop()};
+}
+
+void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<void(PhotoSelection)> selected) {
+  if (sheet_ && !isClosing_) return;
+  auto* const host = application_.find(view);
+  if (!host) return log::print("The photo library needs a screen in a window to open over.");
+  forget();
+  selected_ = std::move(selected);
+  content_ = std::make_unique<PhotoSheet>(
+      queue_, probe_, sources_(), options,
+      PhotoSheet::Handlers{[this](PhotoSelection selection) { confirmed(std::move(selection)); }, [this] { close(); }});
+  sheet_ = std::make_unique<Sheet>(host->overlay(), queue_, content_->widget(), "照片", [this] { forget(); });
+}
+
+void GtkPhotoLibrary::confirmed(PhotoSelection selection) {
+  queue_.async([selected = std::move(selected_), selection = std::move(selection)]() mutable {
+    std::move(selected)(std::move(selection));
+  });
+  close();
+}
+
+void GtkPhotoLibrary::close() {
+  isClosing_ = true;
+  selected_ = nullptr;
+  sheet_->close();
+}
+
+void GtkPhotoLibrary::forget() {
+  sheet_.reset();
+  content_.reset();
+  selected_ = nullptr;
+  isClosing_ = false;
+}
+
+}  // namespace orivex::gtk

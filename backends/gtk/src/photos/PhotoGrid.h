@@ -1,0 +1,85 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+#include "MediaCatalog.h"
+#include "MediaList.h"
+#include "MediaSelection.h"
+#include "PhotoCell.h"
+#include "ThumbnailLoader.h"
+
+namespace orivex::gtk {
+
+/// What the visitor does in the grid.
+struct PhotoGridHandlers {
+  std::function<void(const MediaItemPtr&)> toggle;        ///< select, or take back
+  std::function<void(std::size_t position)> open;         ///< see it large
+  std::function<void(GtkDirectionType direction)> leave;  ///< to the next or the previous stop of the Tab key
+};
+
+/// The scrolling grid of an album. Only what can be seen asks for its thumbnail. Main thread.
+class PhotoGrid {
+ public:
+  PhotoGrid(ThumbnailLoader& thumbnails, const MediaSelection& selection, PhotoGridHandlers handlers);
+  PhotoGrid(const PhotoGrid&) = delete;
+  PhotoGrid& operator=(const PhotoGrid&) = delete;
+  ~PhotoGrid();
+
+  GtkWidget* widget() const { return scrolled_.get(); }
+
+  /// Shows an album, from its beginning when `fromTop`; otherwise what was in view stays there.
+  void show(std::shared_ptr<const MediaItems> items, bool fromTop);
+  const std::shared_ptr<const MediaItems>& items() const { return list_.items(); }
+
+  /// Draws the marks anew.
+  void selectionChanged();
+
+  /// Brings an item into view and gives it the keyboard.
+  void focus(std::size_t position);
+
+  /// Cells that can be seen and have their thumbnails, or are known to have none.
+  std::size_t shownThumbnails() const;
+
+ private:
+  void setUp(GtkSignalListItemFactory* factory, GtkListItem* row);
+  void bind(GtkSignalListItemFactory* factory, GtkListItem* row);
+  void unbind(GtkSignalListItemFactory* factory, GtkListItem* row);
+  void tearDown(GtkSignalListItemFactory* factory, GtkListItem* row);
+  void listenToInput();
+  void released(GtkGestureClick* click, int count, double x, double y);
+  void longPressed(GtkGestureLongPress* press, double x, double y);
+  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  void activated(GtkGridView* view, guint position);
+  void scrolled(GtkAdjustment* adjustment);
+
+  PhotoCell* cellAt(double x, double y, graphene_point_t& inside) const;
+  PhotoCell* focusedCell() const;
+  std::optional<std::size_t> positionOf(const PhotoCell& cell) const;
+  bool isInView(const PhotoCell& cell) const;
+  void lookLater();
+  void look();
+  void fitColumns();
+  void reveal();
+  gboolean frame(GdkFrameClock* clock);
+
+  ThumbnailLoader& thumbnails_;
+  const MediaSelection& selection_;
+  const PhotoGridHandlers handlers_;
+  MediaList list_;
+  GRef<GtkWidget> scrolled_;
+  GtkGridView* view_ = nullptr;
+  std::set<PhotoCell*> cells_;
+  guint looking_ = 0;    // GLib source
+  guint revealing_ = 0;  // tick callback
+  std::vector<SignalConnection> connections_;
+};
+
+}  // namespace orivex::gtk

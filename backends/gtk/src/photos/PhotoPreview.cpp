@@ -1,0 +1,159 @@
+#include "PhotoPreview.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "MediaTexts.h"
+
+namespace orivex::gtk {
+namespace {
+
+void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
+}
+
+}  // namespace
+
+PhotoPreview::PhotoPreview(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails,
+                           const MediaSelection& selection, Handlers handlers)
+    : selection_(selection),
+      handlers_(std::move(handlers)),
+      strip_(queue, probe, thumbnails, [this](std::size_t position) { moveTo(position); }),
+      thumbnails_(thumbnails) {
+  build();
+}
+
+void PhotoPreview::build() {
+  GtkWidget* const over = gtk_overlay_new();
+  gtk_overlay_set_child(GTK_OVERLAY(over), strip_.widget());
+  length_ = gtk_label_new(nullptr);
+  gtk_widget_add_css_class(length_, "length");
+  gtk_widget_set_halign(length_, GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(length_, GTK_ALIGN_END);
+  gtk_widget_set_can_target(length_, FALSE);
+  gtk_overlay_add_overlay(GTK_OVERLAY(over), length_);
+  gtk_widget_set_focusable(strip_.widget(), TRUE);
+
+  GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_widget_add_css_class(box, "orivex-preview");
+  gtk_box_append(GTK_BOX(box), bar());
+  gtk_box_append(GTK_BOX(box), over);
+  auto* const keys = gtk_event_controller_key_new();
+  gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
+  connections_.push_back(SignalConnection::connect<&PhotoPreview::keyPressed>(keys, "key-pressed", this));
+  gtk_widget_add_controller(box, keys);
+
+  revealer_ = GRef<GtkWidget>::sink(gtk_revealer_new());
+  gtk_revealer_set_transition_type(GTK_REVEALER(revealer_.get()), GTK_REVEALER_TRANSITION_TYPE_CROSSFADE);
+  gtk_revealer_set_transition_duration(GTK_REVEALER(revealer_.get()), 180);
+  gtk_revealer_set_child(GTK_REVEALER(revealer_.get()), box);
+  gtk_widget_set_can_target(revealer_.get(), FALSE);
+  gtk_widget_set_can_focus(revealer_.get(), FALSE);
+}
+
+GtkWidget* PhotoPreview::bar() {
+  GtkWidget* const back = gtk_button_new_from_icon_name("go-previous-symbolic");
+  gtk_widget_add_css_class(back, "plain");
+  setAccessibleLabel(back, "返回");
+  connections_.push_back(SignalConnection::connect<&PhotoPreview::backClicked>(back, "clicked", this));
+  title_ = gtk_label_new(nullptr);
+  gtk_widget_add_css_class(title_, "title");
+  disc_ = gtk_label_new(nullptr);
+  gtk_widget_add_css_class(disc_, "disc");
+  gtk_widget_set_valign(disc_, GTK_ALIGN_CENTER);
+  mark_ = gtk_button_new();
+  gtk_button_set_child(GTK_BUTTON(mark_), disc_);
+  gtk_widget_add_css_class(mark_, "mark");
+  connections_.push_back(SignalConnection::connect<&PhotoPreview::markClicked>(mark_, "clicked", this));
+  GtkWidget* const fresh = gtk_center_box_new();
+  gtk_widget_add_css_class(fresh, "bar");
+  gtk_center_box_set_start_widget(GTK_CENTER_BOX(fresh), back);
+  gtk_center_box_set_center_widget(GTK_CENTER_BOX(fresh), title_);
+  gtk_center_box_set_end_widget(GTK_CENTER_BOX(fresh), mark_);
+  return fresh;
+}
+
+void PhotoPreview::open(std::shared_ptr<const MediaItems> items, std::size_t position) {
+  items_ = std::move(items);
+  strip_.show(items_, position);
+  gtk_widget_set_can_target(revealer_.get(), TRUE);
+  gtk_widget_set_can_focus(revealer_.get(), TRUE);
+  gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_.get()), TRUE);
+  moveTo(position);
+  gtk_widget_grab_focus(strip_.widget());
+}
+
+void PhotoPreview::close() {
+  if (!isOpen()) return;
+  gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_.get()), FALSE);
+  gtk_widget_set_can_target(revealer_.get(), FALSE);
+  gtk_widget_set_can_focus(revealer_.get(), FALSE);
+  strip_.clear();
+  items_ = nullptr;
+  handlers_.closed(std::exchange(shown_, nullptr));
+}
+
+void PhotoPreview::refresh(const std::shared_ptr<const MediaItems>& items) {
+  if (!isOpen()) return;
+  const auto same =
+      std::find_if(items->begin(), items->end(), [&](const auto& now) { return now->path == shown_->path; });
+  if (items->empty()) return close();
+  items_ = items;
+  const auto position =
+      same != items->end() ? static_cast<std::size_t>(same - items->begin()) : std::min(position_, items->size() - 1);
+  strip_.show(items_, position);
+  moveTo(position);
+}
+
+void PhotoPreview::moveTo(std::size_t position) {
+  position_ = position;
+  shown_ = items_->at(position);
+  const auto title = std::to_string(position + 1) + " / " + std::to_string(items_->size());
+  gtk_label_set_text(GTK_LABEL(title_), title.c_str());
+  selectionChanged();
+}
+
+void PhotoPreview::selectionChanged() {
+  if (!isOpen()) return;
+  const auto number = selection_.numberOf(*shown_);
+  gtk_label_set_text(GTK_LABEL(disc_), number == 0 ? "" : std::to_string(number).c_str());
+  (number == 0 ? gtk_widget_remove_css_class : gtk_widget_add_css_class)(disc_, "chosen");
+  const auto* const known = thumbnails_.find(shown_);
+  const auto duration = known ? known->duration : std::nullopt;
+  setAccessibleLabel(strip_.widget(), accessibleText(*shown_, duration, number));
+  setAccessibleLabel(mark_, number == 0 ? "选择" : "取消选择");
+  const bool isVideo = shown_->type == MediaType::video;
+  gtk_widget_set_visible(length_, isVideo);
+  if (isVideo) gtk_label_set_text(GTK_LABEL(length_), duration ? ("视频 " + durationText(*duration)).c_str() : "视频");
+}
+
+void PhotoPreview::backClicked(GtkButton* /*button*/) {
+  close();
+}
+
+void PhotoPreview::markClicked(GtkButton* /*button*/) {
+  if (isOpen()) handlers_.toggle(MediaItemPtr(shown_));
+}
+
+gboolean PhotoPreview::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
+                                  GdkModifierType modifiers) {
+  if (!isOpen() || (modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK))) return FALSE;
+  switch (key) {
+    case GDK_KEY_Left:
+      strip_.step(-1);
+      return TRUE;
+    case GDK_KEY_Right:
+      strip_.step(1);
+      return TRUE;
+    case GDK_KEY_space:
+      handlers_.toggle(MediaItemPtr(shown_));
+      return TRUE;
+    case GDK_KEY_BackSpace:
+      close();
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+#include "MediaSelection.h"
+#include "PreviewStrip.h"
+
+namespace orivex::gtk {
+
+/// One item large, over the grid: to look at, to swipe on, and to select. Main thread.
+class PhotoPreview {
+ public:
+  struct Handlers {
+    std::function<void(const MediaItemPtr&)> toggle;
+    std::function<void(const MediaItemPtr& last)> closed;  ///< with what was looked at last
+  };
+
+  PhotoPreview(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, const MediaSelection& selection,
+               Handlers handlers);
+  PhotoPreview(const PhotoPreview&) = delete;
+  PhotoPreview& operator=(const PhotoPreview&) = delete;
+  ~PhotoPreview() = default;
+
+  GtkWidget* widget() const { return revealer_.get(); }
+  bool isOpen() const { return static_cast<bool>(shown_); }
+  /// What is looked at; null while closed.
+  const MediaItemPtr& shown() const { return shown_; }
+
+  void open(std::shared_ptr<const MediaItems> items, std::size_t position);
+  void close();
+
+  /// The album has changed: stays with the item when it is still there, and else goes on to the one that has taken its
+  /// place, or closes.
+  void refresh(const std::shared_ptr<const MediaItems>& items);
+
+  /// Shows the mark of what is looked at anew.
+  void selectionChanged();
+
+ private:
+  void build();
+  GtkWidget* bar();
+  void moveTo(std::size_t position);
+  void backClicked(GtkButton* button);
+  void markClicked(GtkButton* button);
+  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+
+  const MediaSelection& selection_;
+  const Handlers handlers_;
+  PreviewStrip strip_;
+  std::shared_ptr<const MediaItems> items_;
+  std::size_t position_ = 0;
+  MediaItemPtr shown_;
+  GRef<GtkWidget> revealer_;
+  GtkWidget* title_ = nullptr;
+  GtkWidget* mark_ = nullptr;  // the button, with a disc that holds the number
+  GtkWidget* disc_ = nullptr;
+  GtkWidget* length_ = nullptr;
+  ThumbnailLoader& thumbnails_;
+  std::vector<SignalConnection> connections_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,257 @@
+#include "PhotoSheet.h"
+
+#include <algorithm>
+
+#include "MediaTexts.h"
+#include "PhotoStyle.h"
+
+namespace orivex::gtk {
+namespace {
+
+ThumbnailSize thumbnailSize() {
+  // A cell is some 130 points wide.
+  GdkMonitor* const monitor =
+      GDK_MONITOR(g_list_model_get_item(gdk_display_get_monitors(gdk_display_get_default()), 0));
+  const auto owned = GRef<GdkMonitor>::adopt(monitor);
+  return monitor && gdk_monitor_get_scale_factor(monitor) > 1 ? ThumbnailSize::xLarge : ThumbnailSize::large;
+}
+
+GtkWidget* button(const char* text, const char* style) {
+  GtkWidget* const fresh = gtk_button_new_with_label(text);
+  gtk_widget_add_css_class(fresh, style);
+  return fresh;
+}
+
+// Asks for more height than any screen has and gets by with little: the parent decides.
+void measureTall(GtkWidget* widget, GtkOrientation orientation, int forSize, int* minimum, int* natural,
+                 int* minimumBaseline, int* naturalBaseline) {
+  constexpr int tallest = 10000;
+  gtk_widget_measure(gtk_widget_get_first_child(widget), orientation, forSize, minimum, natural, nullptr, nullptr);
+  if (orientation == GTK_ORIENTATION_VERTICAL) *natural = std::max(*minimum, tallest);
+  *minimumBaseline = *naturalBaseline = -1;
+}
+
+void allocateWhole(GtkWidget* widget, int width, int height, int baseline) {
+  gtk_widget_allocate(gtk_widget_get_first_child(widget), width, height, baseline, nullptr);
+}
+
+GtkWidget* tall(GtkWidget* child) {
+  GtkWidget* const fresh = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_box_append(GTK_BOX(fresh), child);
+  gtk_widget_set_layout_manager(fresh, gtk_custom_layout_new(nullptr, measureTall, allocateWhole));
+  return fresh;
+}
+
+}  // namespace
+
+PhotoSheet::PhotoSheet(MainQueue& queue, const MediaProbe& probe, PhotoSources sources,
+                       const PhotoLibraryOptions& options, Handlers handlers)
+    : roots_(sources.roots),
+      options_(options),
+      handlers_(std::move(handlers)),
+      selection_(options),
+      thumbnails_(queue, probe, std::move(sources.thumbnails), thumbnailSize()),
+      toast_(queue),
+      grid_(thumbnails_, selection_,
+            {[this](const MediaItemPtr& item) { toggle(item); }, [this](std::size_t position) { open(position); },
+             [this](GtkDirectionType direction) { leaveGrid(direction); }}),
+      menu_(
+          thumbnails_,
+          [this](const std::string& folder) {
+            folder_ = folder;
+            showAlbum(true);
+          },
+          [this] { gtk_widget_remove_css_class(albumButton_, "open"); }),
+      preview_(queue, probe, thumbnails_, selection_,
+               {[this](const MediaItemPtr& item) { toggle(item); },
+                [this](const MediaItemPtr& last) { previewClosed(last); }}),
+      catalog_(std::make_shared<MediaCatalog>(MediaItems{}, roots_, false)),
+      library_(queue, sources.roots, {options.allowSelectImage, options.allowSelectVideo},
+               [this](std::shared_ptr<const MediaCatalog> catalog) { learn(std::move(catalog)); }) {
+  build();
+}
+
+void PhotoSheet::build() {
+  installPhotoStyle();
+  pages_ = gtk_stack_new();
+  gtk_stack_add_named(GTK_STACK(pages_), gtk_box_new(GTK_ORIENTATION_VERTICAL, 0), "waiting");
+  gtk_stack_add_named(GTK_STACK(pages_), grid_.widget(), "grid");
+  gtk_stack_add_named(GTK_STACK(pages_), emptyPage(), "empty");
+  GtkWidget* const below = gtk_overlay_new();
+  gtk_overlay_set_child(GTK_OVERLAY(below), pages_);
+  gtk_overlay_add_overlay(GTK_OVERLAY(below), menu_.widget());
+  gtk_widget_set_vexpand(below, TRUE);
+
+  GtkWidget* const browser = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_box_append(GTK_BOX(browser), header());
+  gtk_box_append(GTK_BOX(browser), below);
+  GtkWidget* const layers = gtk_overlay_new();
+  gtk_overlay_set_child(GTK_OVERLAY(layers), browser);
+  gtk_overlay_add_overlay(GTK_OVERLAY(layers), preview_.widget());
+  gtk_overlay_add_overlay(GTK_OVERLAY(layers), toast_.widget());
+
+  GtkWidget* const all = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_widget_add_css_class(all, "orivex-photo-sheet");
+  gtk_box_append(GTK_BOX(all), layers);
+  gtk_box_append(GTK_BOX(all), footer());
+  auto* const keys = gtk_event_controller_key_new();
+  connections_.push_back(SignalConnection::connect<&PhotoSheet::keyPressed>(keys, "key-pressed", this));
+  gtk_widget_add_controller(all, keys);
+  content_ = GRef<GtkWidget>::sink(tall(all));
+  selectionChanged();
+}
+
+GtkWidget* PhotoSheet::header() {
+  GtkWidget* const cancel = button("取消", "plain");
+  connections_.push_back(SignalConnection::connect<&PhotoSheet::cancelClicked>(cancel, "clicked", this));
+  albumName_ = gtk_label_new(catalog_->albums().front().name.c_str());
+  gtk_label_set_ellipsize(GTK_LABEL(albumName_), PANGO_ELLIPSIZE_MIDDLE);
+  GtkWidget* const arrow = gtk_image_new_from_icon_name("pan-down-symbolic");
+  gtk_widget_add_css_class(arrow, "arrow");
+  gtk_widget_set_valign(arrow, GTK_ALIGN_CENTER);
+  GtkWidget* const inside = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 6);
+  gtk_box_append(GTK_BOX(inside), albumName_);
+  gtk_box_append(GTK_BOX(inside), arrow);
+  albumButton_ = gtk_button_new();
+  gtk_button_set_child(GTK_BUTTON(albumButton_), inside);
+  gtk_widget_add_css_class(albumButton_, "album");
+  gtk_widget_set_valign(albumButton_, GTK_ALIGN_CENTER);
+  connections_.push_back(SignalConnection::connect<&PhotoSheet::albumsClicked>(albumButton_, "clicked", this));
+  GtkWidget* const bar = gtk_center_box_new();
+  gtk_widget_add_css_class(bar, "bar");
+  gtk_center_box_set_start_widget(GTK_CENTER_BOX(bar), cancel);
+  gtk_center_box_set_center_widget(GTK_CENTER_BOX(bar), albumButton_);
+  return bar;
+}
+
+GtkWidget* PhotoSheet::footer() {
+  original_ = gtk_check_button_new_with_label("");
+  gtk_widget_add_css_class(original_, "original");
+  confirm_ = button("", "confirm");
+  gtk_widget_set_hexpand(confirm_, TRUE);
+  gtk_widget_set_halign(confirm_, GTK_ALIGN_END);
+  gtk_widget_set_valign(confirm_, GTK_ALIGN_CENTER);
+  connections_.push_back(SignalConnection::connect<&PhotoSheet::confirmClicked>(confirm_, "clicked", this));
+  GtkWidget* const bar = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 12);
+  gtk_widget_add_css_class(bar, "foot");
+  gtk_box_append(GTK_BOX(bar), original_);
+  gtk_box_append(GTK_BOX(bar), confirm_);
+  return bar;
+}
+
+GtkWidget* PhotoSheet::emptyPage() {
+  std::string places;
+  for (const auto& root : roots_) places += "\n" + root.path;
+  const char* const what = options_.allowSelectImage && options_.allowSelectVideo ? "没有照片或视频"
+                           : options_.allowSelectImage                            ? "没有照片"
+                                                                                  : "没有视频";
+  GtkWidget* const icon = gtk_image_new_from_icon_name("image-x-generic-symbolic");
+  gtk_image_set_pixel_size(GTK_IMAGE(icon), 72);
+  GtkWidget* const title = gtk_label_new(what);
+  gtk_widget_add_css_class(title, "title");
+  GtkWidget* const hint = gtk_label_new(("在这些文件夹里没有找到:" + places).c_str());
+  gtk_label_set_justify(GTK_LABEL(hint), GTK_JUSTIFY_CENTER);
+  gtk_label_set_wrap(GTK_LABEL(hint), TRUE);
+  gtk_label_set_wrap_mode(GTK_LABEL(hint), PANGO_WRAP_WORD_CHAR);
+  gtk_widget_add_css_class(hint, "hint");
+  GtkWidget* const page = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
+  gtk_widget_add_css_class(page, "orivex-photos-empty");
+  gtk_widget_set_valign(page, GTK_ALIGN_CENTER);
+  for (GtkWidget* const part : {icon, title, hint}) gtk_box_append(GTK_BOX(page), part);
+  return page;
+}
+
+void PhotoSheet::learn(std::shared_ptr<const MediaCatalog> catalog) {
+  const bool isFirst = catalog_->albums().front().items->empty();
+  catalog_ = std::move(catalog);
+  if (selection_.refresh([this](const std::string& path) { return catalog_->find(path); })) selectionChanged();
+  showAlbum(false);
+  if (menu_.isOpen()) menu_.open(*catalog_, folder_);
+  preview_.refresh(grid_.items());
+  if (isFirst && !grid_.items()->empty() && !preview_.isOpen() && !menu_.isOpen()) {
+    gtk_widget_child_focus(grid_.widget(), GTK_DIR_TAB_FORWARD);
+  }
+}
+
+// An album that has gone gives way to that of everything.
+const Album& PhotoSheet::album() {
+  const auto& albums = catalog_->albums();
+  const auto found =
+      std::find_if(albums.begin(), albums.end(), [&](const auto& album) { return album.folder == folder_; });
+  if (found != albums.end()) return *found;
+  folder_.clear();
+  return albums.front();
+}
+
+void PhotoSheet::showAlbum(bool fromTop) {
+  const auto& shown = album();
+  gtk_label_set_text(GTK_LABEL(albumName_), shown.name.c_str());
+  grid_.show(shown.items, fromTop);
+  const char* const page = !shown.items->empty() ? "grid" : catalog_->isComplete() ? "empty" : "waiting";
+  gtk_stack_set_visible_child_name(GTK_STACK(pages_), page);
+}
+
+void PhotoSheet::toggle(const MediaItemPtr& item) {
+  const auto* const known = thumbnails_.find(item);
+  if (const auto refusal = selection_.refusal(*item)) return toast_.show(*refusal);
+  // Of a video without a picture the sound or a later frame may still be good.
+  const bool isUnreadable = known && known->isBroken() && item->type == MediaType::image;
+  if (isUnreadable && selection_.numberOf(*item) == 0) return toast_.show("这张照片无法打开");
+  selection_.toggle(item);
+  selectionChanged();
+}
+
+void PhotoSheet::open(std::size_t position) {
+  const auto& item = grid_.items()->at(position);
+  if (selection_.isKindExcluded(*item)) return toast_.show(selection_.refusal(*item).value_or(""));
+  preview_.open(grid_.items(), position);
+}
+
+void PhotoSheet::previewClosed(const MediaItemPtr& last) {
+  const auto& items = *grid_.items();
+  const auto place = std::find(items.begin(), items.end(), last);
+  if (place != items.end()) grid_.focus(static_cast<std::size_t>(place - items.begin()));
+}
+
+void PhotoSheet::selectionChanged() {
+  const auto count = selection_.items().size();
+  gtk_check_button_set_label(GTK_CHECK_BUTTON(original_), originalText(count, selection_.bytes()).c_str());
+  gtk_button_set_label(GTK_BUTTON(confirm_), confirmText(count).c_str());
+  gtk_widget_set_sensitive(confirm_, count > 0);
+  grid_.selectionChanged();
+  preview_.selectionChanged();
+}
+
+void PhotoSheet::leaveGrid(GtkDirectionType direction) {
+  gtk_widget_grab_focus(direction == GTK_DIR_TAB_BACKWARD ? albumButton_ : original_);
+}
+
+void PhotoSheet::cancelClicked(GtkButton* /*button*/) {
+  handlers_.cancelled();
+}
+
+void PhotoSheet::albumsClicked(GtkButton* /*button*/) {
+  if (menu_.isOpen()) return menu_.close();
+  gtk_widget_add_css_class(albumButton_, "open");
+  menu_.open(*catalog_, folder_);
+}
+
+void PhotoSheet::confirmClicked(GtkButton* /*button*/) {
+  const bool isOriginal = gtk_check_button_get_active(GTK_CHECK_BUTTON(original_)) != FALSE;
+  if (!selection_.items().empty()) handlers_.confirmed(selection_.result(isOriginal));
+}
+
+// Escape leaves the innermost place first; the sheet around takes it when nothing is open in here.
+gboolean PhotoSheet::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
+                                GdkModifierType /*modifiers*/) {
+  if (key != GDK_KEY_Escape || (!preview_.isOpen() && !menu_.isOpen())) return FALSE;
+  if (preview_.isOpen()) {
+    preview_.close();
+  } else {
+    menu_.close();
+    gtk_widget_grab_focus(albumButton_);
+  }
+  return TRUE;
+}
+
+}  // namespace orivex::gtk

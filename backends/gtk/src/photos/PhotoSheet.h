@@ -1,0 +1,91 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+#include "AlbumMenu.h"
+#include "MediaLibrary.h"
+#include "MediaSelection.h"
+#include "PhotoGrid.h"
+#include "PhotoPreview.h"
+#include "ThumbnailLoader.h"
+#include "Toast.h"
+
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/MediaProbe.h"
+#include "orivex/platform/ports/PhotoLibrary.h"
+
+namespace orivex::gtk {
+
+/// Where the sheet's photos come from.
+struct PhotoSources {
+  std::vector<MediaRoot> roots;
+  ThumbnailCache thumbnails;
+};
+
+/// What the photo library's sheet holds: albums, grid, preview, and the buttons around them. Main thread.
+class PhotoSheet {
+ public:
+  struct Handlers {
+    std::function<void(PhotoSelection)> confirmed;
+    std::function<void()> cancelled;
+  };
+
+  PhotoSheet(MainQueue& queue, const MediaProbe& probe, PhotoSources sources, const PhotoLibraryOptions& options,
+             Handlers handlers);
+  PhotoSheet(const PhotoSheet&) = delete;
+  PhotoSheet& operator=(const PhotoSheet&) = delete;
+  ~PhotoSheet() = default;
+
+  /// As high as its parent lets it be.
+  GtkWidget* widget() const { return content_.get(); }
+
+  const PhotoGrid& grid() const { return grid_; }
+
+ private:
+  void build();
+  GtkWidget* header();
+  GtkWidget* footer();
+  GtkWidget* emptyPage();
+  void learn(std::shared_ptr<const MediaCatalog> catalog);
+  void showAlbum(bool fromTop);
+  const Album& album();
+  void toggle(const MediaItemPtr& item);
+  void open(std::size_t position);
+  void previewClosed(const MediaItemPtr& last);
+  void selectionChanged();
+  void leaveGrid(GtkDirectionType direction);
+
+  void cancelClicked(GtkButton* button);
+  void albumsClicked(GtkButton* button);
+  void confirmClicked(GtkButton* button);
+  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+
+  const std::vector<MediaRoot> roots_;
+  const PhotoLibraryOptions options_;
+  const Handlers handlers_;
+  MediaSelection selection_;
+  ThumbnailLoader thumbnails_;
+  Toast toast_;
+  PhotoGrid grid_;
+  AlbumMenu menu_;
+  PhotoPreview preview_;
+  std::shared_ptr<const MediaCatalog> catalog_;
+  std::string folder_;  // of the album that is shown; empty for that of everything
+  GRef<GtkWidget> content_;
+  GtkWidget* pages_ = nullptr;
+  GtkWidget* albumName_ = nullptr;
+  GtkWidget* albumButton_ = nullptr;
+  GtkWidget* original_ = nullptr;
+  GtkWidget* confirm_ = nullptr;
+  std::vector<SignalConnection> connections_;
+  MediaLibrary library_;  // last: it tells the others
+};
+
+}  // namespace orivex::gtk

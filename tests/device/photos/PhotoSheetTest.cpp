@@ -1,0 +1,265 @@
+#include <gtest/gtest.h>
+#include <utime.h>
+
+#include "FakeProbe.h"
+#include "GtkFixture.h"
+#include "TemporaryFolder.h"
+#include "Visitor.h"
+#include "photos/GtkPhotoLibrary.h"
+#include "photos/PhotoCell.h"
+
+#include "orivex/platform/Platform.h"
+
+namespace orivex::gtk {
+namespace {
+
+/// A window with the library of `photos` pictures "p01.jpg", "p02.jpg"... and a video, the video newest, then the
+/// pictures in order.
+class PhotoSheetTest : public ::testing::Test {
+ protected:
+  void fill(int photos) {
+    constexpr std::time_t newest = 1'700'000'000;
+    const auto data = pictureData(64, 48, 0x4080c0ff, "jpeg");
+    const auto add = [&](const std::string& name, std::time_t modified) {
+      const auto path = folder_.write("root/" + name, data);
+      const utimbuf times{modified, modified};
+      utime(path.c_str(), &times);
+    };
+    add("clip.mp4", newest + 1);
+    for (int index = 1; index <= photos; ++index) {
+      add("p" + std::string(index < 10 ? "0" : "") + std::to_string(index) + ".jpg", newest - index);
+    }
+  }
+
+  void open(const PhotoLibraryOptions& options = {}) {
+    library_.show(options, *view(), [this](PhotoSelection selection) { results_.push_back(std::move(selection)); });
+  }
+
+  View* view() const { return application().find(visitor_.window())->window()->contentView().get(); }
+  static const GtkApplicationPort& application() {
+    return dynamic_cast<const GtkApplicationPort&>(Platform::current().application);
+  }
+
+  // The cell of a file, once it shows how the file looks; null when that does not happen.
+  PhotoCell* cell(const std::string& name) {
+    PhotoCell* found = nullptr;
+    wait([&] { return (found = findCell(GTK_WIDGET(visitor_.overlay()), name)) && found->hasThumbnail(); }, 10);
+    pass(0.05);
+    return found;
+  }
+  static PhotoCell* findCell(GtkWidget* parent, const std::string& name) {
+    for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
+      auto* const cell = PhotoCell::of(child);
+      if (cell && cell->item() && nameOf(*cell->item()) == name && gtk_widget_get_mapped(child)) return cell;
+      if (auto* const found = findCell(child, name)) return found;
+    }
+    return nullptr;
+  }
+
+  // Waits until the panel has come to rest.
+  void settle() { pass(0.6); }
+
+  void clickCircle(const std::string& name) {
+    auto* const target = cell(name);
+    ASSERT_TRUE(target) << name;
+    double x = 0;
+    double y = 0;
+    gtk_widget_translate_coordinates(target->widget(), GTK_WIDGET(visitor_.window()),
+                                     gtk_widget_get_width(target->widget()) - 18.0, 18, &x, &y);
+    VisitorWindow::click(x, y);
+  }
+  bool reads(const std::string& text) {
+    return wait([&] { return findByText(GTK_WIDGET(visitor_.overlay()), text) != nullptr; }, 5);
+  }
+  void clickText(const std::string& text) {
+    ASSERT_TRUE(reads(text)) << text;
+    visitor_.click(findByText(GTK_WIDGET(visitor_.overlay()), text));
+  }
+  bool isGone() {
+    return wait([&] { return library_.content() == nullptr; }, 5);
+  }
+  std::string names(const PhotoSelection& selection) {
+    std::string all;
+    for (const auto& item : selection.items) {
+      const auto path = item.file.filePath().value_or("");
+      EXPECT_TRUE(std::filesystem::exists(path)) << path;
+      all += std::filesystem::path(path).filename().string() + " ";
+    }
+    return all;
+  }
+
+  VisitorWindow visitor_;
+  TemporaryFolder folder_;
+  const FakeProbe probe_;
+  GtkPhotoLibrary library_{
+      Platform::current().mainQueue, application(), probe_, [this] {
+        return PhotoSources{{{folder_.path() / "root", "图片"}}, ThumbnailCache(folder_.path() / "cache")};
+      }};
+  std::vector<PhotoSelection> results_;
+};
+
+TEST_F(PhotoSheetTest, ClicksOnCirclesSelectInOrderAndConfirm) {
+  fill(12);
+  open();
+  settle();
+  for (const auto* name : {"p05.jpg", "p01.jpg", "p08.jpg", "p01.jpg", "p02.jpg"}) clickCircle(name);
+  clickText("完成(3)");
+  EXPECT_TRUE(isGone());
+  ASSERT_EQ(results_.size(), 1U);
+  EXPECT_EQ(names(results_[0]), "p05.jpg p08.jpg p02.jpg ");
+  EXPECT_FALSE(results_[0].isOriginal);
+  EXPECT_EQ(results_[0].items[0].mediaType, MediaType::image);
+}
+
+TEST_F(PhotoSheetTest, TheKeyboardAloneIsEnough) {
+  fill(12);
+  open();
+  settle();
+  ASSERT_TRUE(cell("p01.jpg"));
+  // Past the video: p02 by Space in the grid, p03 in the preview. Then on to the full-quality switch and the button.
+  VisitorWindow::press({"Right", "Right", "space", "Return"});
+  EXPECT_TRUE(reads("3 / 13"));
+  VisitorWindow::press({"Right"});
+  EXPECT_TRUE(reads("4 / 13"));
+  VisitorWindow::press({"space", "Escape"});
+  EXPECT_TRUE(reads("完成(2)"));
+  settle();
+  VisitorWindow::press({"Right", "space", "Tab", "space", "Tab", "Return"});
+  EXPECT_TRUE(isGone());
+  ASSERT_EQ(results_.size(), 1U);
+  EXPECT_EQ(names(results_[0]), "p02.jpg p03.jpg p04.jpg ");
+  EXPECT_TRUE(results_[0].isOriginal);
+}
+
+TEST_F(PhotoSheetTest, RefusalsAreToldAndChangeNothing) {
+  fill(11);
+  folder_.write("root/p99.jpg", "no picture");
+  open();
+  settle();
+  clickCircle("p99.jpg");
+  EXPECT_TRUE(reads("这张照片无法打开"));
+  for (int index = 1; index <= 9; ++index) clickCircle("p0" + std::to_string(index) + ".jpg");
+  EXPECT_TRUE(reads("完成(9)"));
+  clickCircle("p10.jpg");
+  EXPECT_TRUE(reads("最多只能选择9项"));
+  clickCircle("clip.mp4");
+  EXPECT_TRUE(reads("照片和视频不能同时选择"));
+  visitor_.click(cell("clip.mp4")->widget());
+  EXPECT_FALSE(reads("1 / 13")) << "a dimmed video opened";
+  clickText("完成(9)");
+  EXPECT_TRUE(isGone());
+  EXPECT_EQ(names(results_.at(0)), "p01.jpg p02.jpg p03.jpg p04.jpg p05.jpg p06.jpg p07.jpg p08.jpg p09.jpg ");
+}
+
+TEST_F(PhotoSheetTest, WhateverClosesItWithoutASelectionCallsNobody) {
+  fill(3);
+  struct Case {
+    const char* name;
+    std::function<void()> close;
+  };
+  for (const auto& [name, close] :
+       {Case{"the button", [this] { clickText("取消"); }}, Case{"Escape", [] { VisitorWindow::press({"Escape"}); }},
+        Case{"a tap beside it", [] { VisitorWindow::click(180, 10); }},
+        Case{"the end of the window", [this] { visitor_.destroy(); }}}) {
+    SCOPED_TRACE(name);
+    open();
+    settle();
+    clickCircle("p01.jpg");
+    EXPECT_TRUE(reads("完成(1)"));
+    close();
+    EXPECT_TRUE(isGone());
+  }
+  pass(0.3);
+  EXPECT_TRUE(results_.empty());
+}
+
+TEST_F(PhotoSheetTest, ASecondCallChangesNothingAndALaterOneStartsAfresh) {
+  fill(3);
+  open();
+  library_.show({}, *view(), [](PhotoSelection) { FAIL() << "the second caller got an answer"; });
+  settle();
+  clickCircle("p02.jpg");
+  clickText("完成(1)");
+  EXPECT_TRUE(wait([&] { return results_.size() == 1; }, 5));
+  open();  // while the first one still slides away
+  settle();
+  EXPECT_FALSE(findByText(GTK_WIDGET(visitor_.overlay()), "完成(1)"));
+  clickCircle("p03.jpg");
+  clickText("完成(1)");
+  EXPECT_TRUE(isGone());
+  ASSERT_EQ(results_.size(), 2U);
+  EXPECT_EQ(names(results_[1]), "p03.jpg ");
+}
+
+TEST_F(PhotoSheetTest, FilesThatComeAndGoShowAndLeaveTheSelection) {
+  fill(3);
+  open();
+  settle();
+  clickCircle("p01.jpg");
+  clickCircle("p02.jpg");
+  EXPECT_TRUE(reads("完成(2)"));
+  pass(0.5);  // until the folder is watched
+  std::filesystem::remove(folder_.path() / "root/p01.jpg");
+  folder_.write("root/screenshot.png", pictureData(8, 8, 0xffffffff, "png"));
+  EXPECT_TRUE(reads("完成(1)"));
+  EXPECT_TRUE(cell("screenshot.png"));
+  clickText("完成(1)");
+  EXPECT_TRUE(isGone());
+  EXPECT_EQ(names(results_.at(0)), "p02.jpg ");
+}
+
+TEST_F(PhotoSheetTest, AlbumsNarrowTheGridAndKeepTheSelection) {
+  fill(3);
+  folder_.write("root/Camera/c1.jpg", pictureData(8, 8, 0xffffffff, "jpeg"));
+  open();
+  settle();
+  clickCircle("p01.jpg");
+  clickText("最近项目");
+  settle();
+  EXPECT_TRUE(reads("图片"));
+  clickText("Camera");
+  settle();
+  EXPECT_TRUE(cell("c1.jpg"));
+  EXPECT_FALSE(findCell(GTK_WIDGET(visitor_.overlay()), "p01.jpg"));
+  clickCircle("c1.jpg");
+  clickText("完成(2)");
+  EXPECT_TRUE(isGone());
+  EXPECT_EQ(names(results_.at(0)), "p01.jpg c1.jpg ");
+}
+
+TEST_F(PhotoSheetTest, AnEmptyLibraryTellsWhereItLooked) {
+  open({.allowSelectVideo = false});
+  EXPECT_TRUE(reads("没有照片"));
+  EXPECT_TRUE(reads("在这些文件夹里没有找到:\n" + (folder_.path() / "root").string()));
+  folder_.write("root/first.jpg", pictureData(8, 8, 0xffffffff, "jpeg"));
+  EXPECT_TRUE(cell("first.jpg")) << "the folder that was not there is watched too";
+}
+
+TEST_F(PhotoSheetTest, VideosTellTheirLengthOnceItIsKnown) {
+  fill(1);
+  open();
+  settle();
+  ASSERT_TRUE(cell("clip.mp4"));
+  visitor_.click(cell("clip.mp4")->widget());
+  EXPECT_TRUE(reads("视频 0:07"));
+}
+
+TEST_F(PhotoSheetTest, OfThousandsOnlyWhatIsSeenIsLoaded) {
+  const auto data = pictureData(8, 8, 0x4080c0ff, "jpeg");
+  for (int index = 0; index < 2000; ++index) folder_.write("root/" + std::to_string(index) + ".jpg", data);
+  open();
+  EXPECT_TRUE(wait([&] { return library_.content() && library_.content()->grid().shownThumbnails() >= 15; }, 20));
+  pass(1);
+  EXPECT_EQ(library_.content()->grid().items()->size(), 2000U);
+  int loaded = 0;
+  for (const auto& item : *library_.content()->grid().items()) {
+    auto* const found = findCell(GTK_WIDGET(visitor_.overlay()), std::string(nameOf(*item)));
+    if (found && found->hasThumbnail()) ++loaded;
+    if (!found && loaded > 0) break;
+  }
+  EXPECT_GE(loaded, 15);
+  EXPECT_LE(loaded, 36) << "cells out of sight have asked for thumbnails";
+}
+
+}  // namespace
+}  // namespace orivex::gtk
