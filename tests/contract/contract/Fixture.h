@@ -83,13 +83,21 @@ concept SettingsFixture = DeviceFixture<Fixture> && requires(Fixture fixture, co
   { fixture.userDefaultsWith(settings) } -> std::convertible_to<const UserDefaults&>;
 };
 
-/// Files whose types the device is asked for.
+/// Files that the device is asked about.
 template <class Fixture>
 concept FileFixture = DeviceFixture<Fixture> && requires(Fixture fixture, const std::string& name) {
   /// Path of a readable file of this name, such as "photo.png".
   { fixture.file(name) } -> std::same_as<std::string>;
   /// Path of a file that cannot be read.
   { fixture.lostFile(name) } -> std::same_as<std::string>;
+};
+
+/// A document picker that the test answers as a visitor would.
+template <class Fixture>
+concept PickerFixture = FileFixture<Fixture> && requires(Fixture fixture, const std::string& path) {
+  /// Picks a file in the open chooser.
+  fixture.pick(path);
+  fixture.cancelPicking();
 };
 
 /// A window over which the overlay's panel shows.

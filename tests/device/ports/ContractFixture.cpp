@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include "FileChooser.h"
 #include "glib/GMemory.h"
 #include "ui/GtkApplicationPort.h"
 
@@ -87,6 +88,14 @@ WindowFixture::WindowFixture() : window_(GTK_WINDOW(gtk_window_new())) {
 
 WindowFixture::~WindowFixture() {
   if (window_) removeWindow();
+}
+
+void WindowFixture::pick(const std::string& path) {
+  chooseFile(path);
+}
+
+void WindowFixture::cancelPicking() {
+  cancelFileChooser();
 }
 
 std::optional<std::string> WindowFixture::overlayStatus() {

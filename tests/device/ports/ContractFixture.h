@@ -54,6 +54,8 @@ class WindowFixture : public ContractFixture {
   WindowFixture& operator=(const WindowFixture&) = delete;
   ~WindowFixture();
 
+  void pick(const std::string& path);
+  void cancelPicking();
   std::optional<std::string> overlayStatus();
   void removeWindow();
 

@@ -2,6 +2,7 @@
 
 #include "ContractFixture.h"
 #include "contract/AnimatorContract.h"
+#include "contract/DocumentPickerContract.h"
 #include "contract/HttpClientContract.h"
 #include "contract/MainQueueContract.h"
 #include "contract/ProgressOverlayContract.h"
@@ -23,6 +24,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, BundleContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, UserDefaultsContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, DeviceContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, TypeRegistryContract, ContractFixture);
+INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, DocumentPickerContract, WindowFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, ProgressOverlayContract, WindowFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, WebEngineContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, UserScriptContract, ContractFixture);

@@ -2,6 +2,7 @@
 
 #include "VirtualFixture.h"
 #include "contract/AnimatorContract.h"
+#include "contract/DocumentPickerContract.h"
 #include "contract/HttpClientContract.h"
 #include "contract/MainQueueContract.h"
 #include "contract/ProgressOverlayContract.h"
@@ -21,6 +22,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, BundleContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, UserDefaultsContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, DeviceContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, TypeRegistryContract, Virtual);
+INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, DocumentPickerContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, ProgressOverlayContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, WebEngineContract, Virtual);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, WebsiteDataContract, Virtual);

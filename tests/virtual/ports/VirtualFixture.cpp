@@ -107,6 +107,7 @@ const UserDefaults& VirtualFixture::userDefaultsWith(const contract::Settings& s
 std::string VirtualFixture::lostFile(const std::string& name) {
   const auto path = "/lost/" + name;
   device_.typeRegistry().fail(path, "No such file or directory");
+  device_.documentPicker().refuse(path);
   return path;
 }
 

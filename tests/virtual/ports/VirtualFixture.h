@@ -33,6 +33,8 @@ class VirtualFixture {
   const UserDefaults& userDefaultsWith(const contract::Settings& settings);
   std::string file(const std::string& name) { return "/files/" + name; }
   std::string lostFile(const std::string& name);
+  void pick(const std::string& path) { device_.documentPicker().pick({path}); }
+  void cancelPicking() { device_.documentPicker().cancel(); }
   std::optional<std::string> overlayStatus();
   void removeWindow() { device_.application().setSceneConnected(false); }
 

@@ -50,7 +50,8 @@ void GtkDocumentPicker::open(const DocumentPickerOptions& options, GtkWindow* wi
       gtk_file_chooser_native_new("选择文件", window, GTK_FILE_CHOOSER_ACTION_OPEN, "打开", "取消"));
   auto* const chooser = GTK_FILE_CHOOSER(chooser_.get());
   if (const auto filter = documentFilter(options.mimeTypes)) gtk_file_chooser_add_filter(chooser, filter.get());
-  if (!folder_) folder_ = documentsFolder();
+  // The chooser would greet the visitor with an error about a folder that has gone.
+  if (!folder_ || !g_file_query_exists(folder_.get(), nullptr)) folder_ = documentsFolder();
   if (folder_) gtk_file_chooser_set_current_folder(chooser, folder_.get(), nullptr);
   auto* const dialog = GTK_NATIVE_DIALOG(chooser_.get());
   gtk_native_dialog_set_modal(dialog, TRUE);

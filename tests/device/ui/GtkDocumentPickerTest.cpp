@@ -1,0 +1,140 @@
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <sys/stat.h>
+
+#include "../GtkFixture.h"
+#include "FileChooser.h"
+#include "TemporaryFolder.h"
+#include "Visitor.h"
+#include "files/DocumentFilter.h"
+#include "glib/GRef.h"
+
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ui/View.h"
+
+namespace orivex::gtk {
+namespace {
+
+class GtkDocumentPickerTest : public ::testing::Test {
+ protected:
+  DocumentPicker& picker() { return Platform::current().documentPicker; }
+
+  void present(const DocumentPickerOptions& options = {}) {
+    picker().present(options, view_, [answers = answers_](const DocumentPickerOutcome&) { ++*answers; });
+  }
+  std::string failureOf(const Url& file) {
+    const auto outcome = picker().startAccess(file);
+    const auto* failure = std::get_if<Failure>(&outcome);
+    return failure ? failure->description : "";
+  }
+  static std::string chooserFolder() {
+    GRef<GFile> folder;
+    wait(
+        [&] {
+          folder = GRef<GFile>::adopt(gtk_file_chooser_get_current_folder(GTK_FILE_CHOOSER(openFileChooser())));
+          return static_cast<bool>(folder);
+        },
+        5);
+    return folder ? g_file_peek_path(folder.get()) : "";
+  }
+
+  View view_;
+  const TemporaryFolder folder_;
+  VisitorWindow visitor_;
+  const std::shared_ptr<int> answers_ = std::make_shared<int>(0);  // an answer may come after the test
+};
+
+TEST_F(GtkDocumentPickerTest, TheWindowsEndClosesTheChooserWithoutAnAnswer) {
+  present();
+  ASSERT_TRUE(openFileChooser());
+  visitor_.destroy();
+  EXPECT_TRUE(wait([] { return !openFileChooser(); }, 5));
+  present();
+  EXPECT_FALSE(openFileChooser()) << "without a window";
+  pass(0.2);
+  EXPECT_EQ(*answers_, 0);
+}
+
+TEST_F(GtkDocumentPickerTest, ItOpensInTheFolderOfTheLastChoice) {
+  const auto file = folder_.write("chosen/a.txt", "x");
+  present();
+  ASSERT_TRUE(chooseFile(file));
+  EXPECT_TRUE(wait([&] { return *answers_ == 1; }, 5));
+  present();
+  EXPECT_EQ(chooserFolder(), (folder_.path() / "chosen").string());
+  cancelFileChooser();
+  EXPECT_TRUE(wait([&] { return *answers_ == 2; }, 5));
+  std::filesystem::remove_all(folder_.path() / "chosen");
+  present();
+  EXPECT_NE(chooserFolder(), (folder_.path() / "chosen").string()) << "the folder has gone";
+  cancelFileChooser();
+}
+
+TEST_F(GtkDocumentPickerTest, OnlyTheRequestedTypesAreOffered) {
+  present({{"application/pdf", "image/*"}});
+  ASSERT_TRUE(openFileChooser());
+  const auto filters = GRef<GListModel>::adopt(gtk_file_chooser_get_filters(GTK_FILE_CHOOSER(openFileChooser())));
+  ASSERT_EQ(g_list_model_get_n_items(filters.get()), 1U);
+  const auto filter = GRef<GtkFileFilter>::adopt(GTK_FILE_FILTER(g_list_model_get_item(filters.get(), 0)));
+  const auto offers = [&](const char* type) {
+    const auto info = GRef<GFileInfo>::adopt(g_file_info_new());
+    g_file_info_set_content_type(info.get(), type);
+    return gtk_filter_match(GTK_FILTER(filter.get()), info.get()) != FALSE;
+  };
+  EXPECT_TRUE(offers("application/pdf"));
+  EXPECT_TRUE(offers("image/webp"));
+  EXPECT_FALSE(offers("text/plain"));
+  cancelFileChooser();
+}
+
+TEST_F(GtkDocumentPickerTest, FiltersAreNamedByWhatVisitorsCallTheFiles) {
+  struct Row {
+    std::vector<std::string> types;
+    std::string name;  // empty: every file is offered
+  };
+  const std::string word = "application/vnd.openxmlformats-officedocument.wordprocessingml.document";
+  for (const auto& [types, name] :
+       {Row{{}, ""}, Row{{"application/pdf", "*/*"}, ""}, Row{{"pdf", "/", "image/", "*/png"}, ""},
+        Row{{"application/PDF", "image/png", "IMAGE/*"}, "PDF、图片"},
+        Row{{"application/msword", word, ".docx"}, "Word 文档"},
+        Row{{"video/mp4", "image/*", "audio/*", "text/plain"}, "视频、图片、音频等"},
+        Row{{"application/x-unheard"}, "application/x-unheard type"}}) {
+    const auto filter = documentFilter(types);
+    EXPECT_EQ(filter ? gtk_file_filter_get_name(filter.get()) : "", name);
+  }
+}
+
+TEST_F(GtkDocumentPickerTest, AccessHoldsTheFileOpenForAsLongAsItLives) {
+  const auto file = folder_.write("a.txt", "x");
+  const auto isHeld = [&] {
+    std::error_code none;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", none)) {
+      if (std::filesystem::read_symlink(entry, none) == file) return true;
+    }
+    return false;
+  };
+  {
+    const auto access = picker().startAccess(Url::fromFilePath(file.string()));
+    EXPECT_TRUE(isHeld());
+  }
+  EXPECT_FALSE(isHeld());
+}
+
+TEST_F(GtkDocumentPickerTest, WhatCannotBeReadIsRefusedInTheSystemsWords) {
+  const auto pipe = folder_.path() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(failureOf(Url::fromFilePath(pipe.string())), "Invalid argument");
+  EXPECT_EQ(failureOf(Url::fromFilePath(folder_.path().string())), "Is a directory");
+  EXPECT_EQ(failureOf(Url::fromFilePath((folder_.path() / "gone").string())), "No such file or directory");
+  EXPECT_EQ(failureOf(*Url::parse("https://example.org/a.pdf")), "Invalid argument");
+}
+
+}  // namespace
+}  // namespace orivex::gtk
