@@ -12,6 +12,7 @@
 #include "camera/GtkCamera.h"
 #include "files/GioTypeRegistry.h"
 #include "files/GtkDocumentPicker.h"
+#include "files/OpenWithMenu.h"
 #include "files/XdgFileManager.h"
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
@@ -53,7 +54,7 @@ class GtkDevice {
   PictureCodec imageCodec_;
   GstMediaProbe mediaProbe_;
   GtkDocumentPicker documentPicker_{mainQueue_, application_};
-  AbsentDocumentInteraction documentInteraction_;
+  OpenWithMenu documentInteraction_{mainQueue_, application_, typeRegistry_};
   GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaProbe_};
   GtkCamera camera_{mainQueue_, application_};
   GstAudioSession audioSession_;
