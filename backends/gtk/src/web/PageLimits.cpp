@@ -67,6 +67,14 @@ void removeZoomGestures(GtkWidget* view) {
   }
 }
 
+// Sees the keys before WebKit does; the view owns it.
+GtkEventController* addKeyFilter(GtkWidget* view) {
+  GtkEventController* const keys = gtk_event_controller_key_new();
+  gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
+  gtk_widget_add_controller(view, keys);
+  return keys;
+}
+
 struct FreeUserScript {
   void operator()(WebKitUserScript* script) const { webkit_user_script_unref(script); }
 };
@@ -84,12 +92,21 @@ PageLimits::PageLimits(WebKitWebView* view) {
   limitSettings(webkit_web_view_get_settings(view));
   removeZoomGestures(GTK_WIDGET(view));
   addDragGuard(webkit_web_view_get_user_content_manager(view));
+  signals_.push_back(
+      SignalConnection::connect<&PageLimits::keyPressed>(addKeyFilter(GTK_WIDGET(view)), "key-pressed", this));
   signals_.push_back(SignalConnection::connect<&PageLimits::permissionRequested>(view, "permission-request", this));
   signals_.push_back(
       SignalConnection::connect<&PageLimits::permissionStateQueried>(view, "query-permission-state", this));
   signals_.push_back(SignalConnection::connect<&PageLimits::contextMenu>(view, "context-menu", this));
   signals_.push_back(SignalConnection::connect<&PageLimits::print>(view, "print", this));
   signals_.push_back(SignalConnection::connect<&PageLimits::closeRequested>(view, "close", this));
+}
+
+// WebKit looks keys up in a text view that is never shown; this one starts that view's blinking caret, which GTK ends
+// the process for.
+gboolean PageLimits::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
+                                GdkModifierType /*modifiers*/) {
+  return key == GDK_KEY_F7;
 }
 
 gboolean PageLimits::permissionRequested(WebKitWebView* /*view*/, WebKitPermissionRequest* request) {

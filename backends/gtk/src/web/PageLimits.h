@@ -20,6 +20,7 @@ class PageLimits {
   ~PageLimits() = default;
 
  private:
+  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
   gboolean permissionRequested(WebKitWebView* view, WebKitPermissionRequest* request);
   gboolean permissionStateQueried(WebKitWebView* view, WebKitPermissionStateQuery* query);
   gboolean contextMenu(WebKitWebView* view, WebKitContextMenu* menu, WebKitHitTestResult* hit);

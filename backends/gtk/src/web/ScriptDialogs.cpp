@@ -1,5 +1,6 @@
 #include "ScriptDialogs.h"
 
+#include <string_view>
 #include <utility>
 
 #include "../glib/GMemory.h"
@@ -14,8 +15,10 @@ namespace {
 constexpr double rowSeconds = 5;
 constexpr int silenceOfferedAt = 3;
 
-// Characters of a page's text that are shown: more than a notice needs, less than a screen holds.
-constexpr glong shownCharacters = 1000;
+// Characters of a page's text that are shown, and the height in points up to which they are shown without scrolling.
+constexpr glong shownCharacters = 2000;
+constexpr int messageHeight = 280;
+constexpr int messageColumns = 34;
 
 constexpr const char* accept = "accept";
 constexpr const char* decline = "decline";
@@ -31,12 +34,29 @@ std::string shortened(const char* text) {
   return std::string(start.get()) + "…";
 }
 
+// The page is named by its origin, without the scheme.
 std::string headingFor(WebKitWebView* view) {
   const char* const address = webkit_web_view_get_uri(view);
   const auto url = Url::parse(address ? address : "");
   const auto origin = url ? url->origin() : "";
-  // A local page has an origin without a host.
-  return origin.empty() || origin.ends_with("//") ? "此页面的消息" : "来自 " + origin + " 的消息";
+  const auto host = origin.find("://") == std::string::npos ? "" : origin.substr(origin.find("://") + 3);
+  return host.empty() ? "此页面的消息" : host + " 的消息";  // a local page has no host
+}
+
+GtkWidget* messageNew(const std::string& text) {
+  GtkWidget* const label = gtk_label_new(text.c_str());
+  gtk_label_set_wrap(GTK_LABEL(label), TRUE);
+  gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
+  // The width to which the dialog fits its height.
+  gtk_label_set_width_chars(GTK_LABEL(label), messageColumns);
+  gtk_label_set_max_width_chars(GTK_LABEL(label), messageColumns);
+  GtkWidget* const scroller = gtk_scrolled_window_new();
+  gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
+  gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(scroller), TRUE);
+  gtk_scrolled_window_set_max_content_height(GTK_SCROLLED_WINDOW(scroller), messageHeight);
+  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), label);
+  return scroller;
 }
 
 }  // namespace
@@ -45,8 +65,6 @@ std::string headingFor(WebKitWebView* view) {
 class ScriptDialogs::Question {
  public:
   explicit Question(WebKitScriptDialog* dialog) : dialog_(webkit_script_dialog_ref(dialog)) {}
-  Question(Question&&) noexcept = default;
-  Question& operator=(Question&&) = delete;
   Question(const Question&) = delete;
   Question& operator=(const Question&) = delete;
   ~Question() {
@@ -102,30 +120,38 @@ bool ScriptDialogs::isInARow() const {
 }
 
 gboolean ScriptDialogs::asked(WebKitWebView* view, WebKitScriptDialog* dialog) {
-  dismiss();  // of a page that this one has replaced
-  Question question(dialog);
+  if (question_) answerLater(std::move(question_), false);  // of a page that this one has replaced
+  dismiss();
+  auto question = std::make_unique<Question>(dialog);
   auto* const root = gtk_widget_get_root(GTK_WIDGET(view));
   if (silenced_) {
-    question.answer(question.type() == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM);
+    const bool leaving = question->type() == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
+    answerLater(std::move(question), leaving);
   } else if (GTK_IS_WINDOW(root)) {
     show(std::move(question), GTK_WINDOW(root));
   } else {
     log::print("A page that no window shows has asked something; it is declined");
+    answerLater(std::move(question), false);
   }
   return TRUE;
 }
 
-void ScriptDialogs::show(Question question, GtkWindow* window) {
+// WebKit does not survive an answer inside its own signal.
+void ScriptDialogs::answerLater(std::unique_ptr<Question> question, bool accepted) {
+  mainQueue_.async([question = std::move(question), accepted] { question->answer(accepted); });
+}
+
+void ScriptDialogs::show(std::unique_ptr<Question> question, GtkWindow* window) {
   countInARow_ = isInARow() ? countInARow_ + 1 : 1;
-  question_ = std::make_unique<Question>(std::move(question));
+  question_ = std::move(question);
   const auto type = question_->type();
   const bool leaving = type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
   // The page's words for leaving are not shown anywhere else either: they are a way to frighten.
   const auto heading = leaving ? "要离开此页面吗？" : headingFor(view_);
   const auto body = leaving ? "尚未保存的内容可能会丢失。" : question_->message();
-  window_ =
-      GRef<AdwMessageDialog>::sink(ADW_MESSAGE_DIALOG(adw_message_dialog_new(window, heading.c_str(), body.c_str())));
+  window_ = GRef<AdwMessageDialog>::sink(ADW_MESSAGE_DIALOG(adw_message_dialog_new(window, heading.c_str(), nullptr)));
   auto* const dialog = window_.get();
+  adw_message_dialog_set_extra_child(dialog, makeContent(body));
   if (type != WEBKIT_SCRIPT_DIALOG_ALERT) {
     adw_message_dialog_add_response(dialog, decline, leaving ? "留下" : "取消");
   }
@@ -134,16 +160,20 @@ void ScriptDialogs::show(Question question, GtkWindow* window) {
                                              leaving ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);
   adw_message_dialog_set_default_response(dialog, leaving ? decline : accept);
   adw_message_dialog_set_close_response(dialog, type == WEBKIT_SCRIPT_DIALOG_ALERT ? accept : decline);
-
-  GtkWidget* const extra = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
-  if (GtkWidget* const entry = question_->makeEntry()) gtk_box_append(GTK_BOX(extra), entry);
-  if (countInARow_ >= silenceOfferedAt) {
-    silence_ = GRef<GtkCheckButton>::sink(GTK_CHECK_BUTTON(gtk_check_button_new_with_label("不再显示此页面的对话框")));
-    gtk_box_append(GTK_BOX(extra), GTK_WIDGET(silence_.get()));
-  }
-  adw_message_dialog_set_extra_child(dialog, extra);
   response_ = SignalConnection::connect<&ScriptDialogs::responded>(dialog, "response", this);
   gtk_window_present(GTK_WINDOW(dialog));
+  if (GtkEditable* const entry = question_->entry()) gtk_widget_grab_focus(GTK_WIDGET(entry));
+}
+
+GtkWidget* ScriptDialogs::makeContent(const std::string& body) {
+  GtkWidget* const content = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
+  gtk_box_append(GTK_BOX(content), messageNew(body));
+  if (GtkWidget* const entry = question_->makeEntry()) gtk_box_append(GTK_BOX(content), entry);
+  if (countInARow_ >= silenceOfferedAt) {
+    silence_ = GRef<GtkCheckButton>::sink(GTK_CHECK_BUTTON(gtk_check_button_new_with_label("不再显示此页面的对话框")));
+    gtk_box_append(GTK_BOX(content), GTK_WIDGET(silence_.get()));
+  }
+  return content;
 }
 
 void ScriptDialogs::responded(AdwMessageDialog* /*window*/, const char* response) {

@@ -33,7 +33,9 @@ class ScriptDialogs {
   class Question;
 
   gboolean asked(WebKitWebView* view, WebKitScriptDialog* dialog);
-  void show(Question question, GtkWindow* window);
+  void answerLater(std::unique_ptr<Question> question, bool accepted);
+  void show(std::unique_ptr<Question> question, GtkWindow* window);
+  GtkWidget* makeContent(const std::string& body);
   void responded(AdwMessageDialog* window, const char* response);
   bool isInARow() const;
 

@@ -1,0 +1,147 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "PageFixture.h"
+#include "TemporaryFolder.h"
+#include "web/DownloadFile.h"
+
+namespace orivex::gtk {
+namespace {
+
+const std::string pdf = "%PDF-1.4 not really";
+
+SocketServer::Answer file(const std::string& contents, const std::string& headers) {
+  return {reply(200, contents, headers)};
+}
+
+class Download : public PageFixture {
+ protected:
+  Download() { useFolder(folder_.path() / "Downloads"); }
+
+  /// Makes `folder` the visitor's own for downloads.
+  static void useFolder(const std::filesystem::path& folder) {
+    const auto settings = std::filesystem::path(g_get_user_config_dir());
+    std::filesystem::create_directories(settings);
+    std::ofstream(settings / "user-dirs.dirs") << "XDG_DOWNLOAD_DIR=\"" << folder.string() << "\"\n";
+    g_reload_user_special_dirs_cache();
+  }
+
+  EndedDownload follow(const std::string& link, const std::string& attributes = "download") {
+    downloads.clear();
+    evaluate("document.body.innerHTML = `<a id=link href='" + link + "' " + attributes + ">x</a>`; link.click(); 0");
+    EXPECT_TRUE(wait([&] { return !downloads.empty(); }, 10)) << link;
+    return downloads.empty() ? EndedDownload{} : downloads.front();
+  }
+
+  std::filesystem::path downloadsFolder() const { return folder_.path() / "Downloads"; }
+
+  std::vector<std::string> saved() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(downloadsFolder())) {
+      names.push_back(entry.path().filename());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  static std::string contentsOf(const std::filesystem::path& path) {
+    std::stringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(Download, SavesWhatIsNoPageUnderASafeNameOfItsOwn) {
+  open("page", {{"/bill", file(pdf,
+                               "Content-Type: text/html\r\nContent-Disposition: attachment; "
+                               "filename*=UTF-8''%E8%B4%A6%E5%8D%95.html\r\n")},
+                {"/photo.png", file("png", "Content-Type: image/png\r\n")},
+                {"/data.bin", file("bin", "Content-Type: application/x-unheard\r\n")},
+                {"/evil", file("x", "Content-Disposition: attachment; filename=\"../../.bashrc\"\r\n")}});
+  const struct {
+    const char* what;
+    std::string link;
+    const char* attributes;
+    const char* name;
+    std::string contents;
+  } cases[] = {
+      {"an attachment", "/bill", "", "账单.html", pdf},
+      {"a link that asks for it", "/photo.png", "download", "photo.png", "png"},
+      {"the same once more", "/photo.png", "download", "photo (2).png", "png"},
+      {"a type that cannot be shown", "/data.bin", "", "data.bin", "bin"},
+      {"a name that leads elsewhere", "/evil", "", "bashrc", "x"},
+      {"a data address", "data:text/plain,hello", "download=note.txt", "note.txt", "hello"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    const auto ended = follow(row.link, row.attributes);
+    EXPECT_TRUE(ended.saved);
+    EXPECT_EQ(ended.fileName.find('/'), std::string::npos);
+    EXPECT_EQ(ended.fileName, row.name);
+    EXPECT_EQ(contentsOf(downloadsFolder() / ended.fileName), row.contents);
+    EXPECT_EQ(evaluate("location.pathname"), "/") << "the chat must stay";
+  }
+  evaluate("window.blob = URL.createObjectURL(new Blob(['from the page'])); 0");
+  const auto blob = follow("${blob}", "download=blob.txt");
+  EXPECT_EQ(contentsOf(downloadsFolder() / blob.fileName), "from the page");
+  EXPECT_EQ(saved().size(), std::size(cases) + 1) << "nothing half-done lies about";
+}
+
+TEST_F(Download, WhatFailsLeavesNothing) {
+  const auto cut = reply(200, std::string(100000, 'x'), "Content-Disposition: attachment; filename=big.zip\r\n");
+  open("page", {{"/cut", {cut.substr(0, cut.size() - 50000), SocketServer::Then::reset}}});
+  EXPECT_EQ(follow("/cut", ""), (EndedDownload{"big.zip", false}));
+  EXPECT_EQ(saved(), std::vector<std::string>());
+  EXPECT_TRUE(logHas("A download failed"));
+}
+
+TEST_F(Download, ALostFolderIsReplacedByOurOwn) {
+  useFolder("/proc/no-such-folder");
+  open("page");
+  const auto ended = follow("data:text/plain,hello", "download=note.txt");
+  EXPECT_TRUE(ended.saved);
+  const auto own = std::filesystem::path(g_get_user_data_dir()) / "orivex-sdk/downloads" / ended.fileName;
+  EXPECT_EQ(contentsOf(own), "hello");
+  std::filesystem::remove(own);
+}
+
+TEST_F(Download, GoesOnWithoutItsPage) {
+  const auto whole = reply(200, std::string(200000, 'x'), "Content-Disposition: attachment; filename=slow.bin\r\n");
+  open("page", {{"/slow", {whole}}});
+  run("location.href = '/slow'");
+  ASSERT_TRUE(wait([&] { return std::filesystem::exists(downloadsFolder() / "slow.bin"); }, 10));
+  closePage();
+  EXPECT_TRUE(wait([&] { return std::filesystem::file_size(downloadsFolder() / "slow.bin") == 200000; }, 10));
+  EXPECT_EQ(saved(), std::vector<std::string>{"slow.bin"});
+}
+
+TEST(DownloadName, IsSafeOnAnyDisk) {
+  const std::string han = "字";
+  std::string manyHan;
+  for (int i = 0; i < 100; ++i) manyHan += han;
+  const struct {
+    std::string suggested;
+    std::string safe;
+  } cases[] = {
+      {"账单 2024.pdf", "账单 2024.pdf"},
+      {"", "download"},
+      {"...", "download"},
+      {".hidden", "hidden"},
+      {"../../etc/passwd", "_.._etc_passwd"},
+      {R"(C:\temp\a.txt)", "C:_temp_a.txt"},
+      {"a\nb\x7f.txt", "a_b_.txt"},
+      {"cod\u202Efdp.exe", "cod_fdp.exe"},
+      {"trailing. . ", "trailing"},
+      {"\xFFx", "\uFFFDx"},
+      {manyHan + ".pdf", manyHan.substr(0, 195) + ".pdf"},
+      {std::string(300, 'a'), std::string(200, 'a')},
+  };
+  for (const auto& row : cases) EXPECT_EQ(safeFileName(row.suggested), row.safe) << row.suggested;
+}
+
+}  // namespace
+}  // namespace orivex::gtk

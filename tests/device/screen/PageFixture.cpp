@@ -1,0 +1,154 @@
+#include "PageFixture.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "glib/GMemory.h"
+#include "glib/GRef.h"
+#include "web/WebKitEngine.h"
+
+#include "orivex/gtk/Gtk.h"
+#include "orivex/platform/Platform.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr const char* windowTitle = "orivex-page";
+
+}  // namespace
+
+PageFixture::PageFixture() {
+  // Without a graphics card the other way of painting loses the visitor's first input.
+  g_setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", FALSE);
+  adw_init();
+  install();
+  window_ = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_title(window_, windowTitle);
+  gtk_window_set_decorated(window_, FALSE);
+  gtk_window_set_default_size(window_, 360, 720);
+  engine_ = Platform::current().webEngines.make({}, handlers());
+  gtk_window_set_child(window_, GTK_WIDGET(view()));
+  gtk_window_present(window_);
+  wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(view())) != FALSE; }, 10);
+  // No window manager does it.
+  visitor({"search", "--sync", "--onlyvisible", "--name", windowTitle, "windowfocus", "--sync"});
+}
+
+PageFixture::~PageFixture() {
+  closePage();
+  gtk_window_destroy(window_);
+}
+
+WebEngineHandlers PageFixture::handlers() {
+  WebEngineHandlers handlers;
+  handlers.didStartProvisionalNavigation = [] {};
+  handlers.didReceiveServerRedirect = [] {};
+  handlers.didCommitNavigation = [] {};
+  handlers.didFinishNavigation = [this] { ++finished; };
+  handlers.didFailProvisionalNavigation = [this](const std::string& error) { failures.push_back(error); };
+  handlers.didFailNavigation = [](const std::string&) {};
+  handlers.decideNavigationAction = [](const std::optional<std::string>&) { return NavigationPolicy::allow; };
+  handlers.decideNavigationResponse = [] { return NavigationPolicy::allow; };
+  handlers.urlChanged = [](const std::optional<std::string>&) {};
+  handlers.pageRequests = {.openWindow = [this](const std::string& address) { windows.push_back(address); },
+                           .chooseFiles =
+                               [this](const FileChooserRequest& request, Once<void(std::vector<std::string>)> answer) {
+                                 fileRequests.push_back({request, std::move(answer)});
+                               },
+                           .downloadEnded = [this](const EndedDownload& download) { downloads.push_back(download); }};
+  return handlers;
+}
+
+void PageFixture::open(const std::string& body, std::map<std::string, SocketServer::Answer> site) {
+  site.emplace("/", SocketServer::Answer{reply(200, "<!doctype html><meta charset=utf-8><body>" + body, htmlHeader)});
+  server_ = std::make_unique<SocketServer>([site = std::move(site)](const std::string& target) {
+    const auto found = site.find(target);
+    return found == site.end() ? SocketServer::Answer{reply(404, "")} : found->second;
+  });
+  const int before = finished;
+  engine_->load({*Url::parse(url("/")), 60, {}});
+  ASSERT_TRUE(wait([&] { return finished > before; }, 20));
+}
+
+void PageFixture::closePage() {
+  if (!engine_) return;
+  gtk_window_set_child(window_, nullptr);
+  engine_.reset();
+}
+
+WebKitWebView* PageFixture::view() const {
+  return WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(*engine_).widget());
+}
+
+std::string PageFixture::evaluate(const std::string& script) {
+  return evaluateIn(view(), script);
+}
+
+void PageFixture::run(const std::string& script) {
+  engine_->evaluate(script, nullptr);
+}
+
+bool PageFixture::becomes(const std::string& script, const std::string& value) {
+  const bool became = wait([&] { return evaluate(script) == value; }, 10);
+  EXPECT_TRUE(became) << script << " is " << evaluate(script);
+  return became;
+}
+
+// The main loop runs meanwhile: the input goes to this very process.
+void PageFixture::visitor(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "xdotool");
+  std::vector<const char*> words;
+  for (const auto& argument : arguments) words.push_back(argument.c_str());
+  words.push_back(nullptr);
+  const auto tool =
+      GRef<GSubprocess>::adopt(g_subprocess_newv(words.data(), G_SUBPROCESS_FLAGS_STDOUT_SILENCE, nullptr));
+  ASSERT_TRUE(tool);
+  EXPECT_TRUE(wait([&] { return g_subprocess_get_identifier(tool.get()) == nullptr; }, 10));
+  pass(0.05);
+}
+
+int PageFixture::logCount(const std::string& part) const {
+  return static_cast<int>(std::count_if(log.get().begin(), log.get().end(),
+                                        [&](const auto& line) { return line.find(part) != std::string::npos; }));
+}
+
+AdwMessageDialog* PageFixture::dialog() {
+  const GListPtr windows(gtk_window_list_toplevels());
+  for (const GList* window = windows.get(); window; window = window->next) {
+    if (ADW_IS_MESSAGE_DIALOG(window->data) && gtk_widget_get_mapped(GTK_WIDGET(window->data))) {
+      return ADW_MESSAGE_DIALOG(window->data);
+    }
+  }
+  return nullptr;
+}
+
+GtkWidget* descendant(GtkWidget* parent, GType type) {
+  for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
+    if (G_TYPE_CHECK_INSTANCE_TYPE(child, type)) return child;
+    if (GtkWidget* const found = descendant(child, type)) return found;
+  }
+  return nullptr;
+}
+
+std::string evaluateIn(WebKitWebView* view, const std::string& script) {
+  struct Answer {
+    bool done = false;
+    std::string text;
+  } answer;
+  webkit_web_view_evaluate_javascript(
+      view, script.c_str(), -1, nullptr, nullptr, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        auto& into = *static_cast<Answer*>(data);
+        GError* raised = nullptr;
+        const auto value =
+            GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &raised));
+        const GErrorPtr error(raised);
+        into.text = value ? GCharPtr(jsc_value_to_string(value.get())).get() : error->message;
+        into.done = true;
+      },
+      &answer);
+  EXPECT_TRUE(wait([&] { return answer.done; }, 10)) << script;
+  return answer.text;
+}
+
+}  // namespace orivex::gtk

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <adwaita.h>
+#include <gtest/gtest.h>
+#include <webkit/webkit.h>
+
+#include "GtkFixture.h"
+#include "LogLines.h"
+#include "SocketServer.h"
+
+#include "orivex/platform/ports/WebEngine.h"
+
+namespace orivex::gtk {
+
+/// One web engine that fills a focused window of 360 by 720 points at the display's corner, with a record of what its
+/// page asks for and the visitor's hands.
+class PageFixture : public ::testing::Test {
+ protected:
+  PageFixture();
+  ~PageFixture() override;
+
+  /// Serves `site` by target, whole replies, with `body` as the page at "/", and loads that.
+  void open(const std::string& body, std::map<std::string, SocketServer::Answer> site = {});
+
+  /// Ends the engine.
+  void closePage();
+
+  WebKitWebView* view() const;
+  std::string url(const std::string& target) const { return server_->url(target); }
+
+  /// Result of a script as text. Scripts from here count as a gesture of the visitor.
+  std::string evaluate(const std::string& script);
+
+  /// Runs a script that may stand still for a dialog.
+  void run(const std::string& script);
+
+  /// Waits until `script` gives `value`.
+  bool becomes(const std::string& script, const std::string& value);
+
+  /// Real input through the display server, as xdotool takes it.
+  static void visitor(std::vector<std::string> arguments);
+
+  bool logHas(const std::string& part) const { return logCount(part) > 0; }
+  int logCount(const std::string& part) const;
+
+  /// The dialog on the screen; null without one.
+  static AdwMessageDialog* dialog();
+  static bool waitForDialog() {
+    return wait([] { return dialog() != nullptr; }, 10);
+  }
+
+  struct FileRequest {
+    FileChooserRequest request;
+    Once<void(std::vector<std::string>)> answer;
+  };
+
+  LogLines log;
+  std::vector<std::string> windows;
+  std::vector<FileRequest> fileRequests;
+  std::vector<EndedDownload> downloads;
+  int finished = 0;
+  std::vector<std::string> failures;
+
+ private:
+  WebEngineHandlers handlers();
+
+  GtkWindow* window_;
+  std::unique_ptr<SocketServer> server_;
+  std::unique_ptr<WebEngine> engine_;
+};
+
+/// The first widget below `parent` of a type, depth first; null without one.
+GtkWidget* descendant(GtkWidget* parent, GType type);
+
+/// Result of a script in `view` as text.
+std::string evaluateIn(WebKitWebView* view, const std::string& script);
+
+/// The headers of a page.
+inline const std::string htmlHeader = "Content-Type: text/html; charset=utf-8\r\n";
+
+}  // namespace orivex::gtk

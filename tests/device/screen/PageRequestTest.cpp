@@ -1,0 +1,88 @@
+#include "PageFixture.h"
+#include "TemporaryFolder.h"
+#include "TlsServer.h"
+
+namespace orivex::gtk {
+namespace {
+
+class PageRequest : public PageFixture {
+ protected:
+  bool waitForRequest() {
+    return wait([&] { return !fileRequests.empty(); }, 10);
+  }
+};
+
+TEST_F(PageRequest, WindowsGoElsewhereAndOnlyOnAGesture) {
+  open(
+      "<script>onload = () => { window.early = window.open('https://pop.example/'); }</script>"
+      "<a id=blank target=_blank href='https://a.example/b?c=%E4%BD%A0#d'>a</a>"
+      "<a id=named target=other href=/relative>b</a>");
+  EXPECT_TRUE(wait([&] { return logHas("A window that nobody asked for was refused: https://pop.example/"); }, 10));
+  EXPECT_EQ(evaluate("String(window.early)"), "null");
+  EXPECT_EQ(windows, std::vector<std::string>());
+
+  evaluate("blank.click(); 0");
+  evaluate("named.click(); 0");
+  EXPECT_EQ(evaluate("String(window.open('https://c.example/'))"), "null") << "the page has no hold on what it opened";
+  evaluate("window.open(''); 0");
+  EXPECT_TRUE(wait([&] { return windows.size() >= 3; }, 10));
+  EXPECT_EQ(windows,
+            (std::vector<std::string>{"https://a.example/b?c=%E4%BD%A0#d", url("/relative"), "https://c.example/"}));
+  EXPECT_TRUE(wait([&] { return logHas("without an address"); }, 10));
+  EXPECT_EQ(evaluate("location.pathname"), "/");
+}
+
+TEST_F(PageRequest, AFileInputGetsWhatTheVisitorChose) {
+  const TemporaryFolder folder;
+  const std::string first = folder.write("发票 1.pdf", "one");
+  const std::string second = folder.write("2.txt", "second");
+  open(
+      "<input id=one type=file accept='application/pdf,image/*'><input id=many type=file multiple>"
+      "<script>one.oncancel = () => { window.cancelled = 1; };"
+      "many.onchange = async () => { let all = ''; for (const file of many.files) "
+      "all += file.name + '=' + await file.text() + ';'; window.all = all; };</script>");
+  evaluate("one.click(); 0");
+  ASSERT_TRUE(waitForRequest());
+  EXPECT_EQ(fileRequests.back().request, (FileChooserRequest{{"application/pdf", "image/*"}, false}));
+  std::move(fileRequests.back().answer)({first});
+  EXPECT_TRUE(becomes("one.files.length && one.files[0].name", "发票 1.pdf"));
+
+  evaluate("many.click(); 0");
+  ASSERT_TRUE(wait([&] { return fileRequests.size() == 2; }, 10));
+  EXPECT_EQ(fileRequests.back().request, (FileChooserRequest{{}, true}));
+  std::move(fileRequests.back().answer)({first, second});
+  EXPECT_TRUE(becomes("window.all", "发票 1.pdf=one;2.txt=second;"));
+}
+
+TEST_F(PageRequest, AFileInputIsAnsweredHoweverItsRequestEnds) {
+  open("<input id=one type=file><script>window.cancelled = 0; one.oncancel = () => ++window.cancelled;</script>");
+  evaluate("one.click(); 0");
+  ASSERT_TRUE(waitForRequest());
+  std::move(fileRequests.back().answer)({});
+  EXPECT_TRUE(becomes("window.cancelled", "1"));
+
+  fileRequests.clear();
+  evaluate("one.click(); 0");
+  ASSERT_TRUE(waitForRequest());
+  fileRequests.clear();  // dropped
+  EXPECT_TRUE(becomes("window.cancelled", "2"));
+
+  evaluate("one.click(); 0");
+  ASSERT_TRUE(waitForRequest());
+  closePage();
+  std::move(fileRequests.back().answer)({"/etc/hostname"});
+  pass(0.2);
+}
+
+TEST_F(PageRequest, AnUnknownCertificateFailsLikeAnyOtherLoad) {
+  const TlsServer server;
+  open("page");
+  run("location.href = '" + server.url() + "'");
+  ASSERT_TRUE(wait([&] { return !failures.empty(); }, 10));
+  EXPECT_NE(failures.front().find("certificate"), std::string::npos) << failures.front();
+  pass(0.5);
+  EXPECT_EQ(evaluate("document.body.textContent"), "page") << "nothing of that server is shown, and no way round it";
+}
+
+}  // namespace
+}  // namespace orivex::gtk

@@ -1,0 +1,115 @@
+#include "PageFixture.h"
+
+namespace orivex::gtk {
+namespace {
+
+class ScriptDialog : public PageFixture {
+ protected:
+  static void answer(const char* response) {
+    adw_message_dialog_response(dialog(), response);
+    EXPECT_TRUE(wait([] { return !dialog(); }, 5));
+  }
+
+  static std::string message() {
+    return gtk_label_get_text(GTK_LABEL(descendant(adw_message_dialog_get_extra_child(dialog()), GTK_TYPE_LABEL)));
+  }
+
+  static GtkWidget* inDialog(GType type) { return descendant(GTK_WIDGET(dialog()), type); }
+};
+
+TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
+  open("page");
+  const struct {
+    const char* what;
+    const char* script;
+    const char* message;
+    const char* typed;
+    const char* response;
+    const char* result;
+  } cases[] = {
+      {"alert", "alert('<b>1 & 2</b>')", "<b>1 & 2</b>", nullptr, "accept", "undefined"},
+      {"confirmed", "confirm('好吗？')", "好吗？", nullptr, "accept", "true"},
+      {"not confirmed", "confirm('好吗？')", "好吗？", nullptr, "decline", "false"},
+      {"prompt taken as it is", "prompt('名字', '李')", "名字", nullptr, "accept", "李"},
+      {"prompt answered", "prompt('名字', '李')", "名字", "林\"\\", "accept", "林\"\\"},
+      {"prompt emptied", "prompt('名字', '李')", "名字", "", "accept", ""},
+      {"prompt declined", "prompt('名字', '李')", "名字", "林", "decline", "null"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    run(std::string("window.result = 'none'; window.result = String(") + row.script + ")");
+    ASSERT_TRUE(waitForDialog());
+    EXPECT_EQ(adw_message_dialog_get_heading(dialog()), url("").substr(std::string("http://").size()) + " 的消息");
+    EXPECT_EQ(message(), row.message);
+    EXPECT_TRUE(gtk_window_get_modal(GTK_WINDOW(dialog())));
+    if (row.typed) gtk_editable_set_text(GTK_EDITABLE(inDialog(GTK_TYPE_ENTRY)), row.typed);
+    answer(row.response);
+    EXPECT_TRUE(becomes("window.result", row.result));
+  }
+}
+
+TEST_F(ScriptDialog, LeavingAPageWithUnsavedTextIsAskedInOurWords) {
+  open("<input autofocus><script>addEventListener('beforeunload', (event) => event.preventDefault())</script>",
+       {{"/next", {reply(200, "next", htmlHeader)}}});
+  visitor({"mousemove", "40", "20", "click", "1", "type", "x"});
+  run("location.href = '/next'");
+  ASSERT_TRUE(waitForDialog());
+  EXPECT_STREQ(adw_message_dialog_get_heading(dialog()), "要离开此页面吗？");
+  answer("decline");
+  EXPECT_EQ(evaluate("location.pathname"), "/");
+  run("location.href = '/next'");
+  ASSERT_TRUE(waitForDialog());
+  answer("accept");
+  EXPECT_TRUE(becomes("location.pathname", "/next"));
+}
+
+TEST_F(ScriptDialog, ALongTextIsCutBetweenCharacters) {
+  open("page");
+  run("alert('字'.repeat(100000))");
+  ASSERT_TRUE(waitForDialog());
+  EXPECT_EQ(g_utf8_strlen(message().c_str(), -1), 2001);
+  EXPECT_TRUE(message().ends_with("字…"));
+  EXPECT_LE(gtk_widget_get_height(GTK_WIDGET(dialog())), 600) << "its buttons must be on the screen";
+  answer("accept");
+}
+
+TEST_F(ScriptDialog, EndsWithItsPageAndWithItsProcess) {
+  open("page");
+  run("confirm('still there?')");
+  ASSERT_TRUE(waitForDialog());
+  webkit_web_view_terminate_web_process(view());
+  EXPECT_TRUE(wait([] { return !dialog(); }, 5)) << "nobody waits for this answer";
+
+  open("again");
+  run("prompt('and now?')");
+  ASSERT_TRUE(waitForDialog());
+  closePage();
+  EXPECT_FALSE(dialog());
+  pass(0.2);
+}
+
+TEST_F(ScriptDialog, APageThatFloodsTheVisitorCanBeSilenced) {
+  open("page");
+  run("window.shown = 0; for (let i = 0; i < 40; ++i) { alert(i); ++window.shown; }"
+      "window.result = String([confirm('?'), prompt('?')]);");
+  for (int count = 1; count <= 2; ++count) {
+    ASSERT_TRUE(waitForDialog());
+    EXPECT_FALSE(inDialog(GTK_TYPE_CHECK_BUTTON)) << count;
+    adw_message_dialog_response(dialog(), "accept");
+    ASSERT_TRUE(wait([&] { return !dialog() || std::to_string(count) == message(); }, 5));
+  }
+  ASSERT_TRUE(waitForDialog());
+  ASSERT_TRUE(inDialog(GTK_TYPE_CHECK_BUTTON));
+  gtk_check_button_set_active(GTK_CHECK_BUTTON(inDialog(GTK_TYPE_CHECK_BUTTON)), TRUE);
+  answer("accept");
+  EXPECT_TRUE(becomes("window.shown", "40"));
+  EXPECT_EQ(evaluate("window.result"), "false,");
+  EXPECT_FALSE(dialog());
+
+  open("the next page of the same screen");
+  evaluate("alert('me again'); 0");
+  EXPECT_FALSE(dialog()) << "a page does not get its voice back by loading itself anew";
+}
+
+}  // namespace
+}  // namespace orivex::gtk
