@@ -135,7 +135,7 @@ void AlbumMenu::setUp(GtkSignalListItemFactory* /*factory*/, GtkListItem* item) 
   GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 14);
   for (GtkWidget* const part : {squareAround(cover), texts, row.check}) gtk_box_append(GTK_BOX(box), part);
   gtk_list_item_set_child(item, box);
-  rows_.emplace(item, std::move(row));
+  rows_.insert_or_assign(item, std::move(row));
 }
 
 void AlbumMenu::bind(GtkSignalListItemFactory* /*factory*/, GtkListItem* item) {
@@ -153,8 +153,8 @@ void AlbumMenu::bind(GtkSignalListItemFactory* /*factory*/, GtkListItem* item) {
     gtk_accessible_update_state(GTK_ACCESSIBLE(around), GTK_ACCESSIBLE_STATE_SELECTED, isChosen, -1);
   }
   if (album.items->empty()) return;
-  const auto show = [cover = row.cover](const LoadedThumbnail& thumbnail) {
-    gtk_picture_set_paintable(GTK_PICTURE(cover), GDK_PAINTABLE(thumbnail.texture.get()));
+  const auto show = [cover = GRef<GtkWidget>::share(row.cover)](const LoadedThumbnail& thumbnail) {
+    gtk_picture_set_paintable(GTK_PICTURE(cover.get()), GDK_PAINTABLE(thumbnail.texture.get()));
   };
   if (const auto* const known = thumbnails_.find(album.items->front())) return show(*known);
   row.request = thumbnails_.request(album.items->front(), show);

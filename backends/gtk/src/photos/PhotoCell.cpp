@@ -19,6 +19,10 @@ constexpr double hotSide = 46;
 
 }  // namespace
 
+PhotoCell::~PhotoCell() {
+  if (roster_) roster_->erase(this);
+}
+
 void PhotoCell::bind(MediaItemPtr item) {
   request_ = Subscription();
   item_ = std::move(item);

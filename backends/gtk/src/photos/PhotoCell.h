@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
+#include <set>
 
 #include <gtk/gtk.h>
 
@@ -18,15 +20,18 @@ namespace orivex::gtk {
 /// its widget.
 class PhotoCell {
  public:
-  /// A fresh floating widget with its cell.
-  static GtkWidget* make();
+  /// The cells of a grid that live. A grid widget does not always say when it lets go of one.
+  using Roster = std::set<PhotoCell*>;
+
+  /// A fresh floating widget with its cell, which is in `roster` while it lives.
+  static GtkWidget* make(std::shared_ptr<Roster> roster);
   /// The cell of `widget`; null when it is another kind of widget.
   static PhotoCell* of(GtkWidget* widget);
 
   explicit PhotoCell(GtkWidget* widget) : widget_(widget) {}
   PhotoCell(const PhotoCell&) = delete;
   PhotoCell& operator=(const PhotoCell&) = delete;
-  ~PhotoCell() = default;
+  ~PhotoCell();
 
   GtkWidget* widget() const { return widget_; }
   const MediaItemPtr& item() const { return item_; }
@@ -56,6 +61,7 @@ class PhotoCell {
   void tellAssistiveTechnology() const;
 
   GtkWidget* const widget_;
+  std::shared_ptr<Roster> roster_;
   MediaItemPtr item_;
   std::optional<LoadedThumbnail> thumbnail_;
   std::size_t number_ = 0;

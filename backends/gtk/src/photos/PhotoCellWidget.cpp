@@ -1,4 +1,5 @@
 #include <memory>
+#include <utility>
 
 #include "PhotoCell.h"
 
@@ -67,8 +68,12 @@ GType cellType() {
 
 namespace orivex::gtk {
 
-GtkWidget* PhotoCell::make() {
-  return static_cast<GtkWidget*>(g_object_new(cellType(), nullptr));
+GtkWidget* PhotoCell::make(std::shared_ptr<Roster> roster) {
+  auto* const widget = static_cast<GtkWidget*>(g_object_new(cellType(), nullptr));
+  auto* const cell = cellOf(widget);
+  roster->insert(cell);
+  cell->roster_ = std::move(roster);
+  return widget;
 }
 
 PhotoCell* PhotoCell::of(GtkWidget* widget) {

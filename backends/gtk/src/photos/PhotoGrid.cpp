@@ -27,7 +27,6 @@ PhotoGrid::PhotoGrid(ThumbnailLoader& thumbnails, const MediaSelection& selectio
   connections_.push_back(SignalConnection::connect<&PhotoGrid::setUp>(factory, "setup", this));
   connections_.push_back(SignalConnection::connect<&PhotoGrid::bind>(factory, "bind", this));
   connections_.push_back(SignalConnection::connect<&PhotoGrid::unbind>(factory, "unbind", this));
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::tearDown>(factory, "teardown", this));
   auto* const shown = gtk_no_selection_new(G_LIST_MODEL(g_object_ref(list_.model())));
   view_ = GTK_GRID_VIEW(gtk_grid_view_new(GTK_SELECTION_MODEL(shown), factory));
   gtk_widget_add_css_class(GTK_WIDGET(view_), "orivex-photos");
@@ -50,7 +49,7 @@ PhotoGrid::~PhotoGrid() {
   if (looking_ != 0) g_source_remove(looking_);
   if (revealing_ != 0) gtk_widget_remove_tick_callback(GTK_WIDGET(view_), revealing_);
   // The cells end with the widgets, which somebody may hold a moment longer than this.
-  for (auto* const cell : cells_) cell->setRequest(Subscription());
+  for (auto* const cell : *cells_) cell->setRequest(Subscription());
 }
 
 // Gestures on the grid as a whole: it has dozens of cells, and a finger is on one of them.
@@ -71,13 +70,7 @@ void PhotoGrid::listenToInput() {
 }
 
 void PhotoGrid::setUp(GtkSignalListItemFactory* /*factory*/, GtkListItem* row) {
-  GtkWidget* const widget = PhotoCell::make();
-  cells_.insert(PhotoCell::of(widget));
-  gtk_list_item_set_child(row, widget);
-}
-
-void PhotoGrid::tearDown(GtkSignalListItemFactory* /*factory*/, GtkListItem* row) {
-  cells_.erase(PhotoCell::of(gtk_list_item_get_child(row)));
+  gtk_list_item_set_child(row, PhotoCell::make(cells_));
 }
 
 void PhotoGrid::bind(GtkSignalListItemFactory* /*factory*/, GtkListItem* row) {
@@ -115,7 +108,7 @@ gboolean PhotoGrid::frame(GdkFrameClock* /*clock*/) {
 }
 
 void PhotoGrid::selectionChanged() {
-  for (auto* const cell : cells_) {
+  for (auto* const cell : *cells_) {
     if (cell->item()) cell->setMarks(selection_.numberOf(*cell->item()), selection_.isKindExcluded(*cell->item()));
   }
 }
@@ -123,15 +116,23 @@ void PhotoGrid::selectionChanged() {
 void PhotoGrid::focus(std::size_t position) {
   list_.setLimit(position + 1);
   gtk_widget_activate_action(GTK_WIDGET(view_), "list.scroll-to-item", "u", static_cast<guint>(position));
+  wantsFocus_ = position;
+  takeFocus();
+  lookLater();
+}
+
+void PhotoGrid::takeFocus() {
   const auto& items = *list_.items();
-  const auto found = std::find_if(cells_.begin(), cells_.end(), [&](const PhotoCell* cell) {
-    return position < items.size() && cell->item() == items[position];
+  const auto position = wantsFocus_.value_or(items.size());
+  const auto found = std::find_if(cells_->begin(), cells_->end(), [&](const PhotoCell* cell) {
+    return position < items.size() && cell->item() == items[position] && gtk_widget_get_mapped(cell->widget());
   });
-  gtk_widget_grab_focus(found == cells_.end() ? GTK_WIDGET(view_) : gtk_widget_get_parent((*found)->widget()));
+  if (found == cells_->end() || !gtk_widget_grab_focus(gtk_widget_get_parent((*found)->widget()))) return;
+  wantsFocus_.reset();
 }
 
 std::size_t PhotoGrid::shownThumbnails() const {
-  return static_cast<std::size_t>(std::count_if(cells_.begin(), cells_.end(), [&](const PhotoCell* cell) {
+  return static_cast<std::size_t>(std::count_if(cells_->begin(), cells_->end(), [&](const PhotoCell* cell) {
     return cell->item() && cell->hasThumbnail() && isInView(*cell);
   }));
 }
@@ -153,8 +154,9 @@ void PhotoGrid::lookLater() {
 
 void PhotoGrid::look() {
   fitColumns();
+  takeFocus();
   std::vector<std::pair<std::size_t, PhotoCell*>> asking;
-  for (auto* const cell : cells_) {
+  for (auto* const cell : *cells_) {
     if (!cell->item() || cell->hasThumbnail()) continue;
     if (!isInView(*cell)) {
       cell->setRequest(Subscription());

@@ -3,7 +3,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <vector>
 
 #include <gtk/gtk.h>
@@ -42,7 +41,7 @@ class PhotoGrid {
   /// Draws the marks anew.
   void selectionChanged();
 
-  /// Brings an item into view and gives it the keyboard.
+  /// Brings an item into view and gives it the keyboard, once it is there to take it.
   void focus(std::size_t position);
 
   /// Cells that can be seen and have their thumbnails, or are known to have none.
@@ -52,7 +51,6 @@ class PhotoGrid {
   void setUp(GtkSignalListItemFactory* factory, GtkListItem* row);
   void bind(GtkSignalListItemFactory* factory, GtkListItem* row);
   void unbind(GtkSignalListItemFactory* factory, GtkListItem* row);
-  void tearDown(GtkSignalListItemFactory* factory, GtkListItem* row);
   void listenToInput();
   void released(GtkGestureClick* click, int count, double x, double y);
   void longPressed(GtkGestureLongPress* press, double x, double y);
@@ -66,6 +64,7 @@ class PhotoGrid {
   bool isInView(const PhotoCell& cell) const;
   void lookLater();
   void look();
+  void takeFocus();
   void fitColumns();
   void reveal();
   gboolean frame(GdkFrameClock* clock);
@@ -76,7 +75,8 @@ class PhotoGrid {
   MediaList list_;
   GRef<GtkWidget> scrolled_;
   GtkGridView* view_ = nullptr;
-  std::set<PhotoCell*> cells_;
+  const std::shared_ptr<PhotoCell::Roster> cells_ = std::make_shared<PhotoCell::Roster>();
+  std::optional<std::size_t> wantsFocus_;
   guint looking_ = 0;    // GLib source
   guint revealing_ = 0;  // tick callback
   std::vector<SignalConnection> connections_;

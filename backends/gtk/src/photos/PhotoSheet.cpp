@@ -168,9 +168,7 @@ void PhotoSheet::learn(std::shared_ptr<const MediaCatalog> catalog) {
   showAlbum(false);
   if (menu_.isOpen()) menu_.open(*catalog_, folder_);
   preview_.refresh(grid_.items());
-  if (isFirst && !grid_.items()->empty() && !preview_.isOpen() && !menu_.isOpen()) {
-    gtk_widget_child_focus(grid_.widget(), GTK_DIR_TAB_FORWARD);
-  }
+  if (isFirst && !grid_.items()->empty() && !menu_.isOpen()) grid_.focus(0);
 }
 
 // An album that has gone gives way to that of everything.
