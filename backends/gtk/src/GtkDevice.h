@@ -1,6 +1,5 @@
 #pragma once
 
-#include "AbsentPorts.h"
 #include "DesktopEntryBundle.h"
 #include "FolderBundle.h"
 #include "GlibMainQueue.h"
