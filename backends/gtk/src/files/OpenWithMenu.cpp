@@ -20,8 +20,8 @@ constexpr int iconSize = 40;
 
 constexpr const char* css = R"css(
 .orivex-open-with .title { font-weight: bold; font-size: 115%; }
-.orivex-open-with list { background-color: transparent; }
-.orivex-open-with row { border-radius: 12px; padding: 8px 12px; }
+.orivex-applications { background-color: transparent; }
+.orivex-applications row { border-radius: 12px; padding: 8px 12px; }
 .orivex-open-with button { min-height: 44px; border-radius: 12px; }
 )css";
 
@@ -84,6 +84,7 @@ struct OpenWithMenu::Menu {
 
   GtkWidget* listNew() {
     GtkWidget* const list = gtk_list_box_new();
+    gtk_widget_add_css_class(list, "orivex-applications");
     gtk_list_box_set_selection_mode(GTK_LIST_BOX(list), GTK_SELECTION_NONE);
     for (const auto& application : applications) gtk_list_box_append(GTK_LIST_BOX(list), rowNew(application.get()));
     activated = SignalConnection::connect<&Menu::choose>(list, "row-activated", this);
