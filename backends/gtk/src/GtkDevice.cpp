@@ -1,5 +1,7 @@
 #include "GtkDevice.h"
 
+#include <cerrno>
+
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/sdk/Version.h"
@@ -18,8 +20,7 @@ std::string applicationId() {
 // What the visitor's data for this application are kept under.
 std::string storageName() {
   auto id = applicationId();
-  if (!id.empty()) return id;
-  return g_get_prgname() ? g_get_prgname() : "orivex-sdk";
+  return id.empty() ? program_invocation_short_name : id;
 }
 
 GtkDevice& device() {

@@ -1,5 +1,7 @@
 #include "orivex/testing/VirtualAudioSession.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "ThreadCheck.h"
@@ -10,8 +12,21 @@ namespace {
 // What a meter tells of silence.
 constexpr float silence = -160;
 
+constexpr const char* numbers[] = {"AVSampleRateKey", "AVLinearPCMBitDepthKey", "AVNumberOfChannelsKey"};
+
 std::optional<Failure> failureIf(const std::string& reason) {
   return reason.empty() ? std::nullopt : std::optional(Failure{reason});
+}
+
+// Uncompressed samples, described in full.
+bool isLinearPcm(const AudioSettings& settings) {
+  const auto format = settings.find("AVFormatIDKey");
+  if (format == settings.end() || format->second != AudioSettings::mapped_type(std::uint32_t{0x6C70636D})) return false;
+  return std::all_of(std::begin(numbers), std::end(numbers), [&](const char* key) {
+    const auto found = settings.find(key);
+    const auto* const number = found == settings.end() ? nullptr : std::get_if<std::int64_t>(&found->second);
+    return number && *number > 0;
+  });
 }
 
 class Recorder final : public AudioRecorder {
@@ -68,15 +83,17 @@ std::variant<std::unique_ptr<AudioRecorder>, Failure> VirtualAudioSession::makeR
                                                                                         const AudioSettings& settings) {
   requireMainThread(queue_, "AudioSession::makeRecorder");
   if (const auto failure = failureIf(recorderFailure_)) return *failure;
-  recordings_.push_back(
-      std::make_shared<Recording>(Recording{.path = file.filePath().value_or(""), .settings = settings}));
+  if (!file.filePath()) return Failure{"not a file"};
+  if (!isLinearPcm(settings)) return Failure{"unsupported settings"};
+  recordings_.push_back(std::make_shared<Recording>(Recording{.path = *file.filePath(), .settings = settings}));
   return std::make_unique<Recorder>(recordings_.back(), peakPower_);
 }
 
 std::variant<std::unique_ptr<AudioPlayer>, Failure> VirtualAudioSession::makePlayer(const Url& file) {
   requireMainThread(queue_, "AudioSession::makePlayer");
   if (const auto failure = failureIf(playerFailure_)) return *failure;
-  playings_.push_back(std::make_shared<Playing>(Playing{.path = file.filePath().value_or("")}));
+  if (!file.filePath()) return Failure{"not a file"};
+  playings_.push_back(std::make_shared<Playing>(Playing{.path = *file.filePath()}));
   return std::make_unique<Player>(playings_.back());
 }
 

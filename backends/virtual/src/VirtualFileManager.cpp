@@ -12,7 +12,9 @@ std::optional<Url> VirtualFileManager::documentDirectory() {
 std::optional<Failure> VirtualFileManager::removeItem(const Url& file) {
   requireMainThread(queue_, "FileManager::removeItem");
   if (!removalFailure_.empty()) return Failure{removalFailure_};
-  removed_.push_back(file.filePath().value_or(file.absoluteString()));
+  const auto path = file.filePath();
+  if (!path) return Failure{"not a file"};
+  removed_.push_back(*path);
   return std::nullopt;
 }
 

@@ -1,0 +1,125 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <variant>
+
+#include <gtest/gtest.h>
+
+#include "contract/Fixture.h"
+
+#include "orivex/platform/ports/Audio.h"
+
+namespace orivex::contract {
+
+/// A microphone that hears something.
+template <class Fixture>
+concept SoundFixture = DeviceFixture<Fixture> && requires(Fixture fixture, const std::string& name) {
+  /// Path of a file that does not exist yet, in a folder that does.
+  { fixture.soundPlace(name) } -> std::same_as<std::string>;
+  /// From now on somebody speaks.
+  fixture.speak();
+};
+
+template <SoundFixture Fixture>
+class AudioContract : public ::testing::Test {
+ protected:
+  AudioSession& session() { return fixture_.platform().audioSession; }
+  bool wait(const std::function<bool()>& condition) { return fixture_.wait(condition, patience); }
+
+  static AudioSettings speech() {
+    return {{"AVSampleRateKey", std::int64_t{16000}},
+            {"AVFormatIDKey", std::uint32_t{0x6C70636D}},
+            {"AVLinearPCMBitDepthKey", std::int64_t{16}},
+            {"AVNumberOfChannelsKey", std::int64_t{1}},
+            {"AVEncoderAudioQualityKey", std::int64_t{0}}};
+  }
+
+  std::unique_ptr<AudioRecorder> recorder(const std::string& name) {
+    auto made = session().makeRecorder(Url::fromFilePath(fixture_.soundPlace(name)), speech());
+    EXPECT_TRUE(std::holds_alternative<std::unique_ptr<AudioRecorder>>(made));
+    return std::get<std::unique_ptr<AudioRecorder>>(std::move(made));
+  }
+
+  Fixture fixture_;
+};
+TYPED_TEST_SUITE_P(AudioContract);
+
+TYPED_TEST_P(AudioContract, ARecorderRecordsBetweenRecordAndStop) {
+  EXPECT_EQ(this->session().setCategory(AudioSessionCategory::playAndRecord, AudioSessionMode::standard), std::nullopt);
+  EXPECT_EQ(this->session().setActive(true), std::nullopt);
+  const auto recorder = this->recorder("a.wav");
+  EXPECT_FALSE(recorder->isRecording());
+  EXPECT_TRUE(recorder->prepareToRecord());
+  EXPECT_FALSE(recorder->isRecording());
+  EXPECT_TRUE(recorder->record());
+  EXPECT_TRUE(recorder->isRecording());
+  recorder->stop();
+  EXPECT_FALSE(recorder->isRecording());
+  recorder->stop();
+}
+
+TYPED_TEST_P(AudioContract, AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise) {
+  this->fixture_.speak();
+  const auto recorder = this->recorder("a.wav");
+  const auto level = [&] {
+    recorder->updateMeters();
+    return recorder->peakPower(0);
+  };
+  EXPECT_EQ(level(), -160.0F) << "before the recording";
+  recorder->record();
+  EXPECT_FALSE(this->fixture_.wait([&] { return level() > -160.0F; }, moment)) << "without metering";
+  recorder->setMeteringEnabled(true);
+  EXPECT_TRUE(this->wait([&] { return level() > -40.0F; }));
+  EXPECT_LE(recorder->peakPower(0), 0.0F);
+  for (const int channel : {-1, 1, 7}) EXPECT_EQ(recorder->peakPower(channel), -160.0F) << channel;
+  recorder->stop();
+  EXPECT_EQ(level(), -160.0F) << "after the recording";
+}
+
+TYPED_TEST_P(AudioContract, WhatCannotBeRecordedIsAFailure) {
+  const auto fails = [&](const Url& place, const AudioSettings& settings) {
+    return std::holds_alternative<Failure>(this->session().makeRecorder(place, settings));
+  };
+  const auto place = Url::fromFilePath(this->fixture_.soundPlace("a.wav"));
+  const auto without = [&](const char* key) {
+    auto settings = this->speech();
+    settings.erase(key);
+    return settings;
+  };
+  const auto with = [&](const char* key, std::variant<std::int64_t, std::uint32_t> value) {
+    auto settings = this->speech();
+    settings[key] = value;
+    return settings;
+  };
+  EXPECT_FALSE(fails(place, this->speech()));
+  EXPECT_FALSE(fails(place, without("AVEncoderAudioQualityKey")));
+  EXPECT_TRUE(fails(*Url::parse("https://a.example/a.wav"), this->speech()));
+  for (const auto* key : {"AVSampleRateKey", "AVFormatIDKey", "AVLinearPCMBitDepthKey", "AVNumberOfChannelsKey"}) {
+    EXPECT_TRUE(fails(place, without(key))) << key;
+  }
+  EXPECT_TRUE(fails(place, with("AVFormatIDKey", std::uint32_t{0x61616320}))) << "a format that is no linear PCM";
+  EXPECT_TRUE(fails(place, with("AVFormatIDKey", std::int64_t{0x6C70636D}))) << "a number of another type";
+  EXPECT_TRUE(fails(place, with("AVNumberOfChannelsKey", std::int64_t{0})));
+  EXPECT_TRUE(fails(place, with("AVSampleRateKey", std::int64_t{0})));
+}
+
+TYPED_TEST_P(AudioContract, APlayerPlaysUntilItIsStopped) {
+  auto made = this->session().makePlayer(Url::fromFilePath(this->fixture_.soundPlace("missing.wav")));
+  ASSERT_TRUE(std::holds_alternative<std::unique_ptr<AudioPlayer>>(made));
+  const auto& player = std::get<std::unique_ptr<AudioPlayer>>(made);
+  EXPECT_FALSE(player->isPlaying());
+  EXPECT_TRUE(player->play());
+  player->stop();
+  EXPECT_FALSE(player->isPlaying());
+  player->stop();
+  EXPECT_TRUE(std::holds_alternative<Failure>(this->session().makePlayer(*Url::parse("https://a.example/a.wav"))));
+}
+
+REGISTER_TYPED_TEST_SUITE_P(AudioContract, ARecorderRecordsBetweenRecordAndStop,
+                            AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise, WhatCannotBeRecordedIsAFailure,
+                            APlayerPlaysUntilItIsStopped);
+
+}  // namespace orivex::contract
