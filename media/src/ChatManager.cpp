@@ -1,6 +1,8 @@
 #include "orivex/media/ChatManager.h"
 
+#include "CameraPicking.h"
 #include "DocumentPicking.h"
+#include "LibraryPicking.h"
 
 #include "orivex/platform/base/Log.h"
 #include "orivex/sdk/OVKFApiManager.h"
@@ -32,7 +34,7 @@ void serve(const Service& service, std::string_view name, Args&&... args) {
 
 }  // namespace
 
-ChatManager::ChatManager() : services{{}, {}, pickDocument, openFileElsewhere} {}
+ChatManager::ChatManager() : services{takeWithCamera, pickFromLibrary, pickDocument, openFileElsewhere} {}
 
 ChatManager& ChatManager::shared() {
   static auto* const instance = new ChatManager;  // lives as long as the process, like every late callback may need it

@@ -1,0 +1,245 @@
+#include <filesystem>
+#include <fstream>
+
+#include <unistd.h>
+
+#include "ChatScreenTest.h"
+
+#include "orivex/sdk/OVKFApiManager.h"
+
+namespace orivex::testing {
+namespace {
+
+/// A chat whose page asks for photos or for the camera, and files that the virtual codec and probe know.
+class LibraryPickingTest : public ChatScreenTest {
+ protected:
+  LibraryPickingTest() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "library-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+    device_.runUntilIdle();
+    log_.take();
+  }
+  ~LibraryPickingTest() override { std::filesystem::remove_all(folder_); }
+
+  PickedMedia photo(const std::string& name) {
+    const auto path = (folder_ / name).string();
+    device_.imageCodec().put(path, {name, {40, 30}});
+    return {MediaType::image, Url::fromFilePath(path)};
+  }
+
+  PickedMedia video(const std::string& name, std::size_t size = 3, const std::string& firstFrame = "abc") {
+    const auto path = (folder_ / name).string();
+    std::ofstream(path).put('x');
+    std::filesystem::resize_file(path, size);
+    device_.mediaProbe().put(path, {2.5, {320, 240}, firstFrame});
+    return {MediaType::video, Url::fromFilePath(path)};
+  }
+
+  void ask(const std::string& message, const std::string& body = R"({"deviceId":"visitor"})") {
+    pageOf(*screen_).post(message, body);
+    device_.runUntilIdle();
+  }
+
+  /// What the page was told while `act` and half a second passed.
+  template <class Act>
+  Lines answersTo(const Act& act) {
+    const auto before = pageOf(*screen_).scripts().size();
+    act();
+    device_.advance(0.5);
+    const auto& scripts = pageOf(*screen_).scripts();
+    return {scripts.begin() + static_cast<std::ptrdiff_t>(before), scripts.end()};
+  }
+
+  Lines select(const std::vector<PickedMedia>& items, bool isOriginal = false) {
+    ask("openPhotoLibraryPicker");
+    return answersTo([&] { device_.photoLibrary().select({items, isOriginal}); });
+  }
+
+  Lines capture(const CameraOutcome& outcome) {
+    ask("openCamera");
+    return answersTo([&] { device_.camera().finish(outcome); });
+  }
+
+  /// What the visitor read last, if it was there for three seconds.
+  std::string message() {
+    const auto shown = device_.progressOverlay().shown();
+    device_.advance(2.4);  // half a second has passed
+    const bool stays = device_.progressOverlay().shown() == shown;
+    device_.advance(0.2);
+    return shown && stays && !device_.progressOverlay().shown() ? shown->status : "";
+  }
+
+  std::shared_ptr<OVKFApi> screen_ = present();
+  std::filesystem::path folder_;
+};
+
+TEST_F(LibraryPickingTest, OpensThePickersUnderTheRequestedLimit) {
+  ask("openPhotoLibraryPicker", R"({"deviceId":"visitor","fileSize":7})");
+  const auto shown = device_.photoLibrary().shown();
+  ASSERT_TRUE(shown);
+  EXPECT_TRUE(shown->allowSelectImage && shown->allowSelectVideo);
+  EXPECT_FALSE(shown->allowMixSelect || shown->allowTakePhotoInLibrary);
+  EXPECT_EQ(shown->maxSelectCount, 9);
+  EXPECT_EQ(OVKFApiManager::shared().videoSize.get(), 7);
+  EXPECT_EQ(OVKFApiManager::shared().fileSize.get(), 31457280);
+  EXPECT_EQ(OVKFApiManager::shared().guestId.get(), "visitor");
+
+  ask("openCamera");
+  const auto presented = device_.camera().presented();
+  ASSERT_TRUE(presented);
+  EXPECT_TRUE(presented->allowTakePhoto && presented->allowRecordVideo);
+  EXPECT_EQ(presented->minRecordDuration, 1);
+  EXPECT_EQ(presented->maxRecordDuration, 10);
+  EXPECT_EQ(presented->captureSize, (Size{1280, 720}));
+  EXPECT_EQ(presented->videoExportType, VideoExportType::mp4);
+  EXPECT_EQ(OVKFApiManager::shared().videoSize.get(), 52428800);
+}
+
+TEST_F(LibraryPickingTest, DescribesPhotosInTheOrderOfSelection) {
+  const auto answers = select({photo("b.heic"), photo("a.png")});
+  EXPECT_EQ(
+      answers,
+      Lines{R"(handleSelectedFiles([{"name":"b.heic","type":"Image","base64Str":"data:image/jpeg;base64,Yi5oZWlj",)"
+            R"("height":30,"width":40,"suffix":"jpg","size":6,"mimeType":"image/jpeg"},)"
+            R"({"name":"a.png","type":"Image","base64Str":"data:image/jpeg;base64,YS5wbmc=",)"
+            R"("height":30,"width":40,"suffix":"jpg","size":5,"mimeType":"image/jpeg"}]);)"});
+  EXPECT_TRUE(device_.httpClient().uploads().empty());
+  EXPECT_EQ(device_.imageCodec().calls()[0].quality, 0.7);
+  select({photo("c.jpg")}, true);
+  EXPECT_EQ(device_.imageCodec().calls()[2].quality, 1.0);
+}
+
+TEST_F(LibraryPickingTest, UploadsAVideoAndDescribesItWithItsFirstFrame) {
+  const auto chosen = video("v.mp4", 5);
+  EXPECT_EQ(select({chosen}),
+            Lines{R"(handleSelectedFiles([{"name":"v.mp4","type":"Video","url":"https://files.test/1",)"
+                  R"("base64Str":"data:image/jpeg;base64,YWJj","height":240,"width":320,"duration":2.5,"suffix":"mp4",)"
+                  R"("size":5,"mimeType":"video/mp4"}]);)"});
+  ASSERT_EQ(device_.httpClient().uploads().size(), 1U);
+  EXPECT_EQ(device_.httpClient().uploads()[0].file,
+            (FilePart{"file", FilePart::Path{*chosen.file.filePath()}, "v.mp4", "video/mp4"}));
+  EXPECT_EQ(log_.take("\"Video "), (Lines{"\"Video duration: 2.5 seconds\"", "\"Video width: 320.0 pixels\"",
+                                          "\"Video height: 240.0 pixels\""}));
+  const auto answers = select({video("plain.mp4", 3, "")});
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_EQ(answers[0].find("base64Str"), std::string::npos);
+}
+
+TEST_F(LibraryPickingTest, ComparesWithTheLimitOfVideosAndQuotesThatOfDocuments) {
+  const struct {
+    std::size_t size;
+    std::int64_t documentLimit;
+    const char* expected;
+  } rows[] = {
+      {40 << 20, 31457280, ""},
+      {50 << 20, 31457280, ""},
+      {(50 << 20) + 1, 31457280, "选择的视频文件大小不能超过 30 MB"},
+      {60 << 20, 10000000, "选择的视频文件大小不能超过 9 MB"},
+  };
+  for (const auto& row : rows) {
+    OVKFApiManager::shared().fileSize.set(row.documentLimit);
+    const auto answers = select({video("v.mp4", row.size)});
+    EXPECT_EQ(answers.size(), *row.expected == '\0' ? 1U : 0U) << row.size;
+    EXPECT_EQ(message(), row.expected) << row.size;
+  }
+}
+
+TEST_F(LibraryPickingTest, WhatFailsIsToldAndTheOthersStillArrive) {
+  const PickedMedia broken{MediaType::image, Url::fromFilePath("/files/broken.jpg")};
+  const auto answers = select({photo("a.jpg"), broken, photo("b.jpg")});
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_NE(answers[0].find(R"("name":"a.jpg")"), std::string::npos);
+  EXPECT_NE(answers[0].find(R"("name":"b.jpg")"), std::string::npos);
+  EXPECT_EQ(answers[0].find("broken"), std::string::npos);
+  EXPECT_EQ(message(), "无法读取照片:broken.jpg");
+
+  const PickedMedia text{MediaType::video, Url::fromFilePath("/files/text.mp4")};
+  EXPECT_EQ(select({text}), Lines{});
+  EXPECT_EQ(message(), "无法读取视频:text.mp4");
+  const PickedMedia elsewhere{MediaType::image, *Url::parse("https://files.test/a.jpg")};
+  EXPECT_EQ(select({elsewhere}), Lines{});
+  EXPECT_EQ(message(), "无效的路径:https://files.test/a.jpg");
+
+  device_.httpClient().setUploadServer([](const UploadRequest& request) {
+    if (request.file->fileName == "bad.mp4") return VirtualUploadReply::respond(400, R"({"msg":"不支持的文件"})");
+    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 0.1);
+  });
+  const auto uploaded = select({video("bad.mp4"), video("good.mp4")});
+  ASSERT_EQ(uploaded.size(), 1U);
+  EXPECT_EQ(uploaded[0].find("bad.mp4"), std::string::npos);
+  EXPECT_NE(uploaded[0].find("good.mp4"), std::string::npos);
+  EXPECT_EQ(log_.take("\"Upload "), (Lines{"\"Upload Failed: 不支持的文件\"", "\"Upload Success \""}));
+}
+
+TEST_F(LibraryPickingTest, UploadsAtMostTwoVideosAtOnce) {
+  int running = 0;
+  int most = 0;
+  device_.httpClient().setUploadServer([&](const UploadRequest&) {
+    most = std::max(most, ++running);
+    device_.mainQueue().asyncAfter(1, [&] { --running; });
+    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 1);
+  });
+  std::vector<PickedMedia> items;
+  for (const auto* const name : {"1.mp4", "2.mp4", "3.mp4", "4.mp4", "5.mp4"}) items.push_back(video(name));
+  EXPECT_EQ(select(items), Lines{});
+  const auto answers = answersTo([&] { device_.advance(10); });
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_EQ(most, 2);
+}
+
+TEST_F(LibraryPickingTest, BeginsNothingMoreOnceTheChatIsClosed) {
+  ask("openPhotoLibraryPicker");
+  device_.photoLibrary().select({{video("1.mp4"), video("2.mp4"), video("3.mp4")}, false});
+  device_.httpClient().setUploadServer([](const UploadRequest&) {
+    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 5);
+  });
+  device_.advance(1);
+  screen_->close();
+  device_.advance(3);
+  const std::weak_ptr<OVKFApi> gone = screen_;
+  screen_.reset();
+  device_.advance(20);
+  EXPECT_TRUE(gone.expired());
+  EXPECT_EQ(device_.httpClient().uploads().size(), 2U);
+}
+
+TEST_F(LibraryPickingTest, DescribesWhatTheCameraTookAndDeletesIt) {
+  const auto taken = photo("IMG.jpg");
+  const auto answers = capture(taken);
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_NE(answers[0].find(R"("type":"Image")"), std::string::npos);
+  EXPECT_EQ(device_.imageCodec().calls(), (std::vector<VirtualImageCodec::Call>{{*taken.file.filePath(), 0.7}}));
+
+  const auto recorded = video("MOV.mp4");
+  device_.httpClient().setUploadServer([&](const UploadRequest&) {
+    EXPECT_EQ(device_.fileManager().removed().size(), 1U);
+    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 0.1);
+  });
+  EXPECT_EQ(capture(recorded).size(), 1U);
+
+  const PickedMedia broken{MediaType::video, Url::fromFilePath("/files/broken.mp4")};
+  EXPECT_EQ(capture(broken), Lines{});
+  EXPECT_EQ(device_.fileManager().removed(),
+            (Lines{*taken.file.filePath(), *recorded.file.filePath(), *broken.file.filePath()}));
+}
+
+TEST_F(LibraryPickingTest, TellsWhyTheCameraCannotBeUsed) {
+  const struct {
+    CameraFailure failure;
+    const char* text;
+  } rows[] = {{CameraFailure::noCamera, "没有找到摄像头"},
+              {CameraFailure::busy, "摄像头正被其他应用使用"},
+              {CameraFailure::accessDenied, "没有使用摄像头的权限"},
+              {CameraFailure::failed, "摄像头无法使用,请稍后重试"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(capture(row.failure), Lines{});
+    EXPECT_EQ(message(), row.text);
+  }
+  log_.take();
+  EXPECT_EQ(capture(CaptureCancelled{}), Lines{});
+  EXPECT_EQ(log_.take("\"Camera"), Lines{"\"Camera was cancelled\""});
+  EXPECT_EQ(message(), "");
+}
+
+}  // namespace
+}  // namespace orivex::testing
