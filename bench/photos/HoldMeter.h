@@ -1,0 +1,42 @@
+#pragma once
+
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "glib/SignalConnection.h"
+
+namespace orivex::bench {
+
+/// How long the main loop stays away from its events, one turn at a time. Of a turn that draws a frame, what GTK needs
+/// to lay out and paint is told apart from what comes before it. One at a time.
+class HoldMeter {
+ public:
+  explicit HoldMeter(GtkWidget* widget);
+  HoldMeter(const HoldMeter&) = delete;
+  HoldMeter& operator=(const HoldMeter&) = delete;
+  ~HoldMeter();
+
+  /// Milliseconds since the last call: the longest turn without layout and painting, and the longest layout and
+  /// painting of one turn.
+  struct Holds {
+    double outside = 0;
+    double frame = 0;
+  };
+  Holds take();
+
+ private:
+  static gint poll(GPollFD* descriptors, guint count, gint timeout);
+  void layout(GdkFrameClock* clock);
+  void afterPaint(GdkFrameClock* clock);
+
+  static HoldMeter* current;
+  gtk::SignalConnection layout_;
+  gtk::SignalConnection afterPaint_;
+  Holds longest_;
+  double turnStart_ = 0;
+  double frameStart_ = 0;
+  double frame_ = 0;
+};
+
+}  // namespace orivex::bench

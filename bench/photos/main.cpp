@@ -1,0 +1,137 @@
+#include <vector>
+
+#include <adwaita.h>
+
+#include "Bench.h"
+#include "FakeProbe.h"
+#include "GtkFixture.h"
+#include "HoldMeter.h"
+#include "Library.h"
+#include "photos/GtkPhotoLibrary.h"
+
+#include "orivex/gtk/Gtk.h"
+#include "orivex/platform/Platform.h"
+
+namespace orivex::bench {
+namespace {
+
+constexpr int rounds = 15;
+constexpr std::size_t firstThumbnails = 10;
+
+/// A phone's window, and the library that opens over it.
+class Stage {
+ public:
+  Stage(GtkWindow* window, const std::shared_ptr<Window>& screens)
+      : window_(window), screens_(screens), meter_(GTK_WIDGET(window)) {}
+
+  struct Opening {
+    double firstThumbnails = 0;  // milliseconds until they are on the screen
+    double show = 0;             // milliseconds of the call
+    HoldMeter::Holds holds;
+  };
+
+  Opening open(const Library& library) {
+    current_ = std::make_unique<gtk::GtkPhotoLibrary>(
+        Platform::current().mainQueue, dynamic_cast<const gtk::GtkApplicationPort&>(Platform::current().application),
+        probe_, [&library] { return library.sources(); });
+    meter_.take();
+    Opening opening;
+    const double start = milliseconds();
+    current_->show({}, *screens_->contentView(), nullptr);
+    opening.show = milliseconds() - start;
+    gtk::wait([&] { return current_->content()->grid().shownThumbnails() >= firstThumbnails; }, 30);
+    waitForFrame();
+    opening.firstThumbnails = milliseconds() - start;
+    gtk::pass(1);
+    opening.holds = meter_.take();
+    return opening;
+  }
+
+  HoldMeter::Holds scroll() {
+    auto* const scrolled = GTK_SCROLLED_WINDOW(current_->content()->grid().widget());
+    auto* const adjustment = gtk_scrolled_window_get_vadjustment(scrolled);
+    const double end = gtk_adjustment_get_upper(adjustment) - gtk_adjustment_get_page_size(adjustment);
+    meter_.take();
+    // A flick, then leaps of a dragged scroll bar.
+    for (int step = 1; step <= 120; ++step) scrollTo(adjustment, step * 60.0);
+    for (int step = 1; step <= 60; ++step) scrollTo(adjustment, end * ((step * 37) % 61) / 61);
+    return meter_.take();
+  }
+
+  void close() {
+    current_.reset();
+    gtk::pass(0.3);
+    meter_.take();
+  }
+
+ private:
+  void scrollTo(GtkAdjustment* adjustment, double value) {
+    gtk_adjustment_set_value(adjustment, value);
+    waitForFrame();
+  }
+
+  void waitForFrame() {
+    auto* const clock = gtk_widget_get_frame_clock(GTK_WIDGET(window_));
+    gtk_widget_queue_draw(GTK_WIDGET(window_));
+    const auto counted = gdk_frame_clock_get_frame_counter(clock);
+    while (gdk_frame_clock_get_frame_counter(clock) <= counted) g_main_context_iteration(nullptr, TRUE);
+  }
+
+  const gtk::FakeProbe probe_;
+  GtkWindow* const window_;
+  const std::shared_ptr<Window> screens_;
+  HoldMeter meter_;
+  std::unique_ptr<gtk::GtkPhotoLibrary> current_;
+};
+
+void measure(Stage& stage, const Library& few, const Library& many) {
+  std::vector<double> ofFew, ofMany, shows, outside, frames, fewOutside, scrollOutside, scrollFrames;
+  for (int round = 0; round <= rounds; ++round) {
+    const auto one = stage.open(few);
+    stage.close();
+    const auto other = stage.open(many);
+    const auto scrolling = stage.scroll();
+    stage.close();
+    if (round == 0) continue;  // the first brings styles, fonts and icons into memory
+    ofFew.push_back(one.firstThumbnails);
+    ofMany.push_back(other.firstThumbnails);
+    shows.push_back(other.show);
+    fewOutside.push_back(one.holds.outside);
+    outside.push_back(other.holds.outside);
+    frames.push_back(other.holds.frame);
+    scrollOutside.push_back(scrolling.outside);
+    scrollFrames.push_back(scrolling.frame);
+  }
+  print("first ten thumbnails on the screen, 10 files (median)", median(ofFew), "ms");
+  print("first ten thumbnails on the screen, 10,000 files (median)", median(ofMany), "ms");
+  print("ratio", median(ofMany) / median(ofFew), "");
+  print("the call that opens the sheet (median)", median(shows), "ms");
+  print("longest hold while opening, 10 files (median)", median(fewOutside), "ms");
+  print("longest hold while opening, 10,000 files (median)", median(outside), "ms");
+  print("longest hold while opening, 10,000 files (largest)", largest(outside), "ms");
+  print("longest layout and software painting while opening (median)", median(frames), "ms");
+  print("longest hold while scrolling over 10,000 files (median)", median(scrollOutside), "ms");
+  print("longest hold while scrolling over 10,000 files (largest)", largest(scrollOutside), "ms");
+  print("longest layout and software painting while scrolling (median)", median(scrollFrames), "ms");
+}
+
+}  // namespace
+}  // namespace orivex::bench
+
+// photos-bench: needs a display.
+int main() {
+  using namespace orivex;
+  adw_init();
+  gtk::install();
+  auto* const window = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_default_size(window, 390, 844);
+  gtk_window_set_child(window, gtk_label_new("Shop"));
+  const auto screens = gtk::attach(window);
+  gtk_window_present(window);
+  gtk::pass(0.5);
+  const bench::Library few(10);
+  const bench::Library many(10'000);
+  bench::Stage stage(window, screens);
+  bench::measure(stage, few, many);
+  return 0;
+}
