@@ -67,6 +67,7 @@ void VirtualApplication::setStatusBarHeight(std::optional<double> height) {
   } else {
     scene_->setStatusBarManager(std::nullopt);
   }
+  window_->contentView()->layOut();
 }
 
 void VirtualApplication::setDrawn(bool drawn) {

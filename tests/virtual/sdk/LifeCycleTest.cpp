@@ -57,6 +57,101 @@ TEST_F(LifeCycleTest, OwnsTheHostsChromeWhilePushed) {
   }
 }
 
+TEST_F(LifeCycleTest, GivesTheChromeBackOnceHoweverItLeaves) {
+  const auto cover = [](NavigationController& stack) { stack.present(std::make_shared<ViewController>(), true); };
+  const struct {
+    const char* what;
+    std::function<void(VirtualDevice&, NavigationController&, OVKFApi&)> leave;
+  } cases[] = {
+      {"half-way in",
+       [](auto& device, auto& stack, auto&) {
+         device.advance(0.1);
+         stack.popViewController(true);
+       }},
+      {"closed twice",
+       [](auto& device, auto&, auto& chat) {
+         device.advance(1);
+         chat.close();
+         device.advance(0.1);
+         chat.close();
+       }},
+      {"closed while it slides away",
+       [](auto& device, auto& stack, auto& chat) {
+         device.advance(1);
+         stack.popViewController(true);
+         device.advance(0.1);
+         chat.close();
+       }},
+      {"covered, then popped underneath",
+       [&](auto& device, auto& stack, auto&) {
+         device.advance(1);
+         cover(stack);
+         device.advance(0.1);  // on its way up
+         stack.popViewController(true);
+         device.advance(1);
+         stack.dismiss(true);
+       }},
+      {"covered and uncovered half-way",
+       [&](auto& device, auto& stack, auto& chat) {
+         device.advance(1);
+         cover(stack);
+         device.advance(0.1);
+         stack.dismiss(true);
+         device.advance(1);
+         EXPECT_TRUE(stack.isNavigationBarHidden()) << "it is back";
+         EXPECT_TRUE(stack.toolbar()->isHidden());
+         chat.close();
+       }},
+      {"the host shows something else",
+       [](auto& device, auto& stack, auto&) {
+         device.application().window()->setRootViewController(std::make_shared<ViewController>());
+         EXPECT_FALSE(stack.isNavigationBarHidden());
+         stack.popViewController(true);
+       }},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    VirtualDevice device;
+    const auto first = std::make_shared<ViewController>();
+    const auto stack = std::make_shared<NavigationController>(first);
+    device.application().window()->setRootViewController(stack);
+    stack->toolbar()->setHidden(false);
+    const auto second = std::make_shared<ViewController>();
+    stack->pushViewController(second, false);
+    std::weak_ptr<OVKFApi> left;
+    {
+      const auto chat = started();
+      left = chat;
+      stack->pushViewController(chat, true);
+      row.leave(device, *stack, *chat);
+    }
+    device.advance(20);
+    EXPECT_EQ(stack->viewControllers(), (std::vector<std::shared_ptr<ViewController>>{first, second}));
+    EXPECT_FALSE(stack->isNavigationBarHidden());
+    EXPECT_FALSE(stack->toolbar()->isHidden());
+    EXPECT_GE(device.application().endEditingCount(), 1) << "the keyboard must go with the chat";
+    EXPECT_TRUE(left.expired());
+  }
+}
+
+TEST_F(LifeCycleTest, FollowsWhatSurroundsTheWindowWhileItShows) {
+  auto& application = device_.application();
+  const auto pushed = push();
+  const auto covering = present();
+  device_.advance(1);
+  application.window()->setSafeAreaInsets({.top = 20, .left = 0, .bottom = 10, .right = 0});
+  application.setStatusBarHeight(20);
+  for (const auto& screen : {pushed, covering}) {
+    EXPECT_EQ(screen->webView()->frame().height, screen->view()->frame().height + 20 + 10);
+    EXPECT_EQ(screen->loadView()->frame().y, 20);
+  }
+  hostStack_->dismiss(false);
+  hostStack_->popViewController(false);
+  EXPECT_EQ(hostStack_->navigationBar()->frame().height, 20 + NavigationController::barHeight);
+  application.setStatusBarHeight(30);
+  EXPECT_EQ(hostStack_->navigationBar()->frame().height, 30 + NavigationController::barHeight);
+}
+
 TEST_F(LifeCycleTest, LeavesTheChromeAloneWhenPresented) {
   hostStack_->toolbar()->setHidden(false);
   present();

@@ -1,0 +1,125 @@
+#include "ChatScreenTest.h"
+
+namespace orivex::testing {
+namespace {
+
+class PageRequestTest : public ChatScreenTest {
+ protected:
+  PageRequestTest() : screen_(present()) { device_.runUntilIdle(); }
+
+  VirtualWebEngine& page() { return pageOf(*screen_); }
+  VirtualDocumentPicker& picker() { return device_.documentPicker(); }
+
+  void request(const FileChooserRequest& request) {
+    page().requestFiles(request);
+    device_.runUntilIdle();
+  }
+
+  std::shared_ptr<OVKFApi> screen_;
+};
+
+using Paths = std::vector<std::string>;
+
+TEST_F(PageRequestTest, WindowsOpenWhereTheMessageOpenUrlOpensThem) {
+  for (const char* address : {"https://shop.example/a?b=1", "https://shop.example/商品", "unheard:1", ""}) {
+    SCOPED_TRACE(address);
+    const auto before = device_.application().openedUrls().size();
+    page().openWindow(address);
+    device_.runUntilIdle();
+    const auto byWindow = device_.application().openedUrls();
+    page().post("openUrl", '"' + std::string(address) + '"');
+    device_.runUntilIdle();
+    const auto& byMessage = device_.application().openedUrls();
+    ASSERT_EQ(byMessage.size() - byWindow.size(), byWindow.size() - before);
+    const bool opened = byWindow.size() > before;
+    EXPECT_TRUE(!opened || byMessage.back() == byWindow.back());
+  }
+  EXPECT_EQ(device_.application().openedUrls().size(), 4U);
+  EXPECT_EQ(device_.webEngines().engines().size(), 2U) << "the page and its placeholder, no other window";
+}
+
+TEST_F(PageRequestTest, AFileInputGetsWhatThePickerGives) {
+  const struct {
+    const char* what;
+    FileChooserRequest request;
+    Paths picked;
+    Paths given;
+  } cases[] = {
+      {"one of one", {{"application/pdf", "image/*"}, false}, {"/a b.pdf"}, {"/a b.pdf"}},
+      {"one of several", {{}, false}, {"/1", "/2"}, {"/1"}},
+      {"several", {{}, true}, {"/1", "/发票"}, {"/1", "/发票"}},
+      {"one that is refused among several", {{}, true}, {"/secret", "/2"}, {"/2"}},
+      {"the first that is not refused", {{}, false}, {"/secret", "/2", "/3"}, {"/2"}},
+      {"nothing but a refused one", {{}, false}, {"/secret"}, {}},
+      {"nothing", {{}, true}, {}, {}},
+  };
+  picker().refuse("/secret");
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
+    request(row.request);
+    ASSERT_TRUE(picker().presented());
+    EXPECT_EQ(picker().presented()->mimeTypes, row.request.mimeTypes);
+    EXPECT_FALSE(page().chosenFiles());
+    picker().pick(row.picked);
+    device_.runUntilIdle();
+    EXPECT_EQ(page().chosenFiles(), row.given);
+  }
+}
+
+TEST_F(PageRequestTest, AFileInputIsCancelledByTheVisitorAndWhileAnotherPickerIsOpen) {
+  request({{}, false});
+  picker().cancel();
+  device_.runUntilIdle();
+  EXPECT_EQ(page().chosenFiles(), Paths());
+
+  page().post("openDocumentPicker", R"({"deviceId":"d"})");
+  device_.runUntilIdle();
+  ASSERT_TRUE(picker().presented());
+  request({{}, false});
+  EXPECT_EQ(page().chosenFiles(), Paths());
+  EXPECT_TRUE(picker().presented()) << "the one that was open stays";
+}
+
+TEST_F(PageRequestTest, ThePageMayReadItsFilesUntilTheScreenGoes) {
+  for (int i = 0; i < 2; ++i) {
+    request({{}, true});
+    picker().pick({"/1", "/2"});
+    device_.runUntilIdle();
+  }
+  EXPECT_EQ(picker().openAccesses(), 4);
+
+  request({{}, false});  // still open when the screen goes
+  const std::weak_ptr<OVKFApi> gone = screen_;
+  hostStack_->dismiss(false);
+  screen_.reset();
+  device_.advance(20);
+  EXPECT_TRUE(gone.expired());
+  EXPECT_EQ(picker().openAccesses(), 0);
+  picker().pick({"/3"});
+  device_.runUntilIdle();
+  EXPECT_EQ(picker().openAccesses(), 0);
+}
+
+TEST_F(PageRequestTest, TheVisitorIsToldOfEachDownload) {
+  page().endDownload({"账单 (2).pdf", true});
+  device_.advance(10);
+  page().endDownload({"big.zip", false});
+  device_.advance(10);
+  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 已保存到下载：账单 (2).pdf", "3.0 hides 已保存到下载：账单 (2).pdf",
+                                   "10.0 shows 下载失败", "13.0 hides 下载失败"}));
+}
+
+TEST_F(PageRequestTest, ThePlaceholderIsGivenNothing) {
+  auto& placeholder = engineOf(screen_->loadView());
+  placeholder.openWindow("https://shop.example/");
+  placeholder.requestFiles({{}, false});
+  placeholder.endDownload({"a", true});
+  device_.advance(5);
+  EXPECT_TRUE(device_.application().openedUrls().empty());
+  EXPECT_FALSE(picker().presented());
+  EXPECT_EQ(placeholder.chosenFiles(), Paths()) << "declined, not left hanging";
+  EXPECT_EQ(overlayStory(), Lines{});
+}
+
+}  // namespace
+}  // namespace orivex::testing
