@@ -7,6 +7,7 @@
 #include <gst/video/video.h>
 
 #include "../glib/GMemory.h"
+#include "PreviewBranch.h"
 #include "SampleHandler.h"
 
 #include "orivex/platform/base/Log.h"
@@ -17,23 +18,13 @@ namespace {
 // Seconds after which a camera that has sent nothing is given up; slow ones need two or three.
 constexpr double longestStart = 10;
 
-// Queues that hold one frame: what comes too late is dropped rather than shown or recorded late.
-constexpr const char* description =
-    "capsfilter name=offer ! decodebin ! videoconvert ! video/x-raw,format=I420 ! videoflip name=turn ! tee name=split "
-    "split. ! queue max-size-buffers=1 max-size-bytes=0 max-size-time=0 leaky=downstream ! videoscale ! videoconvert "
-    "! capsfilter name=screen ! appsink name=preview max-buffers=1 drop=true sync=false "
-    "split. ! queue max-size-buffers=2 max-size-bytes=0 max-size-time=0 leaky=downstream "
-    "! appsink name=frames max-buffers=2 drop=true sync=false";
-
-void setCaps(GstElement& bin, const char* name, const GstCaps* caps) {
-  const auto filter = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(&bin), name));
-  g_object_set(filter.get(), "caps", caps, nullptr);
-}
-
-GstCapsPtr screenFormat(int extent) {
-  return GstCapsPtr(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, FrameFeed::format, "width",
-                                        GST_TYPE_INT_RANGE, 1, extent, "height", GST_TYPE_INT_RANGE, 1, extent,
-                                        "pixel-aspect-ratio", GST_TYPE_FRACTION, 1, 1, nullptr));
+// The queues hold next to nothing: what comes too late is dropped rather than shown or recorded late.
+std::string description() {
+  return "capsfilter name=offer ! decodebin ! videoconvert ! video/x-raw,format=I420 ! videoflip name=turn ! tee "
+         "name=split split. ! queue max-size-buffers=1 max-size-bytes=0 max-size-time=0 leaky=downstream ! " +
+         previewBranch(false) +
+         " split. ! queue max-size-buffers=2 max-size-bytes=0 max-size-time=0 leaky=downstream ! appsink name=frames "
+         "max-buffers=2 drop=true sync=false";
 }
 
 GstVideoOrientationMethod turnMethod(int degrees) {
@@ -57,25 +48,24 @@ GstClockTime timeOf(GstElement& pipeline, GstSample& sample) {
   return GST_CLOCK_TIME_IS_VALID(position) ? base + position : GST_CLOCK_TIME_NONE;
 }
 
-ElementOrError build(const CameraSource& source, Size captureSize, int screenExtent,
+ElementOrError build(const CameraSource& source, Size captureSize, Size screenArea,
                      const std::shared_ptr<FrameFeed>& feed, const std::shared_ptr<FrameTap>& frames) {
   const auto made = makeSource(source);
   if (std::holds_alternative<PipelineError>(made)) return made;
   GError* error = nullptr;
-  auto pipeline =
-      GRef<GstElement>::sink(gst_parse_launch_full(description, nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
+  auto pipeline = GRef<GstElement>::sink(
+      gst_parse_launch_full(description().c_str(), nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
   if (error || !pipeline) return adoptError(error);
 
   auto* const element = std::get<GRef<GstElement>>(made).get();
   gst_bin_add(GST_BIN(pipeline.get()), element);
   const auto offer = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(pipeline.get()), "offer"));
   if (!gst_element_link(element, offer.get())) return pipelineError("the source gives no pictures");
-  setCaps(*pipeline.get(), "offer", formatFor(source, captureSize).get());
-  setCaps(*pipeline.get(), "screen", screenFormat(screenExtent).get());
+  g_object_set(offer.get(), "caps", formatFor(source, captureSize).get(), nullptr);
 
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
   gst_pipeline_use_clock(GST_PIPELINE(pipeline.get()), clock.get());
-  handleSamples(*pipeline.get(), "preview", [feed](SharedSample sample) { feed->push(std::move(sample)); });
+  connectPreview(*pipeline.get(), screenArea, source.facing == CameraFacing::front, feed);
   // The pipeline owns the handler and outlives it.
   handleSamples(*pipeline.get(), "frames", [frames, &owner = *pipeline.get()](SharedSample sample) {
     const auto time = timeOf(owner, *sample);
@@ -86,7 +76,7 @@ ElementOrError build(const CameraSource& source, Size captureSize, int screenExt
 
 }  // namespace
 
-CameraPipeline::CameraPipeline(CameraThreads threads, const CameraSource& source, Size captureSize, int screenExtent,
+CameraPipeline::CameraPipeline(CameraThreads threads, const CameraSource& source, Size captureSize, Size screenArea,
                                Handlers handlers)
     : failed_(std::move(handlers.failed)) {
   feed_ = std::make_shared<FrameFeed>(threads.main, [this, show = std::move(handlers.show)](GRef<GdkTexture> frame) {
@@ -95,8 +85,8 @@ CameraPipeline::CameraPipeline(CameraThreads threads, const CameraSource& source
   });
   pipeline_ = std::make_unique<Pipeline>(
       threads,
-      [source, captureSize, screenExtent, feed = feed_, frames = frames_] {
-        return build(source, captureSize, screenExtent, feed, frames);
+      [source, captureSize, screenArea, feed = feed_, frames = frames_] {
+        return build(source, captureSize, screenArea, feed, frames);
       },
       Pipeline::Handlers{
           .ended = [this] { fail(CameraFailure::failed, "it has sent its last picture"); },

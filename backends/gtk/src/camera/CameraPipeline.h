@@ -20,13 +20,12 @@ namespace orivex::gtk {
 class CameraPipeline {
  public:
   struct Handlers {
-    FrameFeed::Show show;                       ///< the live picture's next frame, upright
+    FrameFeed::Show show;  ///< the live picture's next frame, upright, and mirrored when the visitor sees himself
     std::function<void(CameraFailure)> failed;  ///< once; it may destroy this object
   };
 
-  /// `captureSize` is what to ask of the camera, in pixels; `screenExtent` the most pixels, either way, that the live
-  /// picture needs.
-  CameraPipeline(CameraThreads threads, const CameraSource& source, Size captureSize, int screenExtent,
+  /// `captureSize` is what to ask of the camera, and `screenArea` where its live picture is shown, both in pixels.
+  CameraPipeline(CameraThreads threads, const CameraSource& source, Size captureSize, Size screenArea,
                  Handlers handlers);
   CameraPipeline(const CameraPipeline&) = delete;
   CameraPipeline& operator=(const CameraPipeline&) = delete;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "PhotoWriter.h"
+#include "PreviewBranch.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -13,7 +14,18 @@ namespace {
 
 constexpr double ringInterval = 1.0 / 30;  // seconds between two steps of the ring
 
-constexpr int leastExtent = 480;  // points of a live picture, for a window that has no size yet
+constexpr int leastSide = 240;  // points of a picture, for a window that has no size yet
+
+// The photo as large as it is shown; null when it cannot be read. Blocks.
+GRef<GdkTexture> photoTexture(const std::string& path, Size area) {
+  int width = 0;
+  int height = 0;
+  if (!gdk_pixbuf_get_file_info(path.c_str(), &width, &height)) return nullptr;
+  const auto size = placedSize({static_cast<double>(width), static_cast<double>(height)}, area);
+  const auto pixels = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file_at_scale(
+      path.c_str(), static_cast<int>(size.width), static_cast<int>(size.height), FALSE, nullptr));
+  return pixels ? GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(pixels.get())) : nullptr;
+}
 
 std::string hintFor(const CameraOptions& options) {
   if (!options.allowRecordVideo) return "轻触拍照";
@@ -105,9 +117,8 @@ void CameraScreen::openCamera() {
   if (paused_ || sources_.empty()) return;
   camera_.reset();  // the device may allow only one at a time
   const auto& source = sources_[current_];
-  view_.picture().setMirrored(source.facing == CameraFacing::front);
   camera_ = std::make_unique<CameraPipeline>(
-      threads_, source, options_.captureSize, screenExtent(),
+      threads_, source, options_.captureSize, screenArea(),
       CameraPipeline::Handlers{.show = [this](GRef<GdkTexture> frame) { frameShown(std::move(frame)); },
                                .failed = [this](CameraFailure failure) { cameraFailed(failure); }});
   turn();
@@ -115,9 +126,11 @@ void CameraScreen::openCamera() {
 
 void CameraScreen::frameShown(GRef<GdkTexture> frame) {
   view_.picture().show(frame.get());
-  if (phase_ != Phase::opening) return;
+  // The full frames come another way, and a photo needs one.
+  if (phase_ != Phase::opening || !camera_->frames()->newest()) return;
   phase_ = Phase::live;
   view_.showLive();
+  if (options_.allowRecordVideo) ClipRecorder::warmUp(threads_, options_.videoExportType);
 }
 
 // What was recorded up to here cannot be trusted to be whole.
@@ -136,10 +149,11 @@ void CameraScreen::turn() {
   if (camera_ && phase_ != Phase::preparing && phase_ != Phase::recording) camera_->turn(orientation_->degrees());
 }
 
-int CameraScreen::screenExtent() const {
+Size CameraScreen::screenArea() const {
   auto* const window = GTK_WIDGET(parent_);
-  const int longer = std::max({gtk_widget_get_width(window), gtk_widget_get_height(window), leastExtent});
-  return longer * gtk_widget_get_scale_factor(window);
+  const int scale = gtk_widget_get_scale_factor(window);
+  return {static_cast<double>(std::max(gtk_widget_get_width(window), leastSide) * scale),
+          static_cast<double>(std::max(gtk_widget_get_height(window), leastSide) * scale)};
 }
 
 void CameraScreen::pause() {
@@ -247,7 +261,6 @@ void CameraScreen::dropVideo(const std::string& notice) {
 void CameraScreen::captured(MediaType type, std::shared_ptr<CaptureFile> file) {
   capture_ = Capture{type, std::move(file)};
   phase_ = Phase::reviewing;
-  view_.picture().setMirrored(false);
   view_.showReview();
   threads_.main.async([recorder = std::shared_ptr<ClipRecorder>(std::move(recorder_))] {});
   review();
@@ -259,11 +272,11 @@ void CameraScreen::review() {
   const std::function<void(GRef<GdkTexture>)> show =
       alive_.guard([this](const GRef<GdkTexture>& picture) { view_.picture().show(picture.get()); });
   if (capture_->type == MediaType::video) {
-    player_ = std::make_unique<ClipPlayer>(threads_, capture_->file->path(), screenExtent(), show);
+    player_ = std::make_unique<ClipPlayer>(threads_, capture_->file->path(), screenArea(), show);
     return;
   }
-  threads_.worker.run([&main = threads_.main, file = capture_->file, show] {
-    auto picture = GRef<GdkTexture>::adopt(gdk_texture_new_from_filename(file->path().c_str(), nullptr));
+  threads_.worker.run([&main = threads_.main, file = capture_->file, area = screenArea(), show] {
+    auto picture = photoTexture(file->path(), area);
     main.async([show, picture = std::move(picture)] { show(picture); });
   });
 }

@@ -68,7 +68,7 @@ class CameraScreen {
   void cameraFailed(CameraFailure failure);
   void switchCamera();
   void turn();
-  int screenExtent() const;
+  Size screenArea() const;
 
   void takePhoto();
   void beginVideo();

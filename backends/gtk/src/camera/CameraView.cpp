@@ -25,13 +25,13 @@ constexpr const char* css = R"css(
 .orivex-camera button:hover { background-color: rgba(60, 60, 60, 0.6); }
 .orivex-camera button:active { background-color: rgba(110, 110, 110, 0.7); }
 .orivex-camera button.shutter { background-color: transparent; border-radius: 48px; }
-.orivex-camera button.text { padding: 0 28px; font-size: 17px; font-weight: 600; background-color: rgba(70, 70, 70, 0.7); }
+.orivex-camera button.text { padding: 0 28px; font-size: 17px; font-weight: 600; background-color: rgba(60, 60, 60, 0.85); }
 .orivex-camera button.use { background-color: white; color: black; }
 .orivex-camera button.use:hover { background-color: #e6e6e6; }
 .orivex-camera button.use:active { background-color: #c4c4c4; }
 .orivex-camera .bottom { padding-top: 48px;
-  background-image: linear-gradient(to bottom, rgba(0, 0, 0, 0), rgba(0, 0, 0, 0.6)); }
-.orivex-camera .hint { font-size: 14px; text-shadow: 0 1px 3px rgba(0, 0, 0, 0.8); }
+  background-image: linear-gradient(to bottom, rgba(0, 0, 0, 0), rgba(0, 0, 0, 0.5) 35%, rgba(0, 0, 0, 0.7)); }
+.orivex-camera .hint { font-size: 14px; text-shadow: 0 1px rgba(0, 0, 0, 0.8); }
 .orivex-camera .clock { font-size: 16px; font-weight: 600; font-feature-settings: "tnum"; padding: 6px 14px;
   border-radius: 16px; background-color: rgba(215, 0, 21, 0.9); }
 .orivex-camera .notice { font-size: 16px; padding: 12px 20px; border-radius: 22px; background-color: rgba(0, 0, 0, 0.7); }
@@ -137,7 +137,7 @@ void CameraView::buildBottom(const EdgeInsets& insets, const std::string& hint) 
 }
 
 GtkWidget* CameraView::liveControls(const std::string& hint) {
-  switch_ = roundButton("camera-switch-symbolic", "切换摄像头");
+  switch_ = roundButton("emblem-synchronizing-symbolic", "切换摄像头");
   switchClicked_ = SignalConnection::connect<&CameraView::switchClicked>(switch_, "clicked", this);
   GtkWidget* const beside = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
   gtk_widget_set_size_request(beside, sideWidth, -1);

@@ -5,7 +5,7 @@
 #include <gst/gst.h>
 
 #include "../glib/GMemory.h"
-#include "SampleHandler.h"
+#include "PreviewBranch.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -14,17 +14,14 @@ namespace {
 
 constexpr int pictureAndSound = 3;  // of playbin's flags
 
-ElementOrError build(const std::string& path, int extent, const std::shared_ptr<FrameFeed>& feed) {
+ElementOrError build(const std::string& path, Size area, const std::shared_ptr<FrameFeed>& feed) {
   auto player = GRef<GstElement>::sink(gst_element_factory_make("playbin", nullptr));
   if (!player) return pipelineError("no player is installed");
-  const auto limits = std::string("video/x-raw,format=") + FrameFeed::format + ",width=[1," + std::to_string(extent) +
-                      "],height=[1," + std::to_string(extent) + "],pixel-aspect-ratio=1/1";
   GError* error = nullptr;
   const auto sink = GRef<GstElement>::sink(gst_parse_bin_from_description_full(
-      ("videoscale ! videoconvert ! " + limits + " ! appsink name=preview max-buffers=1 drop=true").c_str(), TRUE,
-      nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
+      previewBranch(true).c_str(), TRUE, nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
   if (error || !sink) return adoptError(error);
-  handleSamples(*sink.get(), "preview", [feed](SharedSample sample) { feed->push(std::move(sample)); });
+  connectPreview(*sink.get(), area, false, feed);
   const GCharPtr address(g_filename_to_uri(path.c_str(), nullptr, nullptr));
   g_object_set(player.get(), "uri", address.get(), "video-sink", sink.get(), "flags", pictureAndSound, nullptr);
   return player;
@@ -32,10 +29,10 @@ ElementOrError build(const std::string& path, int extent, const std::shared_ptr<
 
 }  // namespace
 
-ClipPlayer::ClipPlayer(CameraThreads threads, const std::string& path, int extent, FrameFeed::Show show)
+ClipPlayer::ClipPlayer(CameraThreads threads, const std::string& path, Size area, FrameFeed::Show show)
     : feed_(std::make_shared<FrameFeed>(threads.main, std::move(show))) {
   pipeline_ = std::make_unique<Pipeline>(
-      threads, [path, extent, feed = feed_] { return build(path, extent, feed); },
+      threads, [path, area, feed = feed_] { return build(path, area, feed); },
       Pipeline::Handlers{
           .ended = [this] { again(); },
           .failed =

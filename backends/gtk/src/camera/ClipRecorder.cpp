@@ -80,6 +80,17 @@ ClipRecorder::~ClipRecorder() {
   threads_.worker.run([frames = frames_] { frames->setReceiver(nullptr); });
 }
 
+void ClipRecorder::warmUp(CameraThreads threads, VideoExportType type) {
+  threads.worker.run([type] {
+    const auto format = chooseClipFormat(type);
+    if (!format) return;
+    // Plug-ins stay loaded once an element of theirs was made.
+    const auto video = GRef<GstElement>::sink(gst_parse_launch(describe(*format, "").c_str(), nullptr));
+    if (format->sound.empty()) return;
+    const auto sound = GRef<GstElement>::sink(gst_parse_launch(format->sound.c_str(), nullptr));
+  });
+}
+
 void ClipRecorder::start(bool withSound) {
   withSound_ = withSound;
   pipeline_.reset();

@@ -30,6 +30,9 @@ class ClipRecorder {
   ClipRecorder& operator=(const ClipRecorder&) = delete;
   ~ClipRecorder();
 
+  /// Loads what a recording will need, so that the first one begins at once.
+  static void warmUp(CameraThreads threads, VideoExportType type);
+
   /// Takes no further frame and completes the file.
   void finish();
 

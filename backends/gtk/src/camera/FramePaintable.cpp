@@ -1,18 +1,16 @@
 #include "FramePaintable.h"
 
-#include <algorithm>
+#include <cmath>
+
+#include "PreviewBranch.h"
 
 namespace orivex::gtk {
 namespace {
-
-// How much longer than the area a frame that fills it may be: a third. More would show too little of what is taken.
-constexpr double mostCrop = 4.0 / 3;
 
 // The GObject behind the class: what GTK draws.
 struct FrameObject {
   GObject parent;
   GdkTexture* texture;
-  bool mirrored;
 };
 
 struct FrameObjectClass {
@@ -27,14 +25,12 @@ FrameObject* frameOf(gpointer object) {
 
 // Where a frame is drawn in an area of this size, in the area's points.
 graphene_rect_t placed(GdkTexture* texture, double width, double height) {
-  const double frameWidth = gdk_texture_get_width(texture);
-  const double frameHeight = gdk_texture_get_height(texture);
-  const auto [less, more] = std::minmax(width / frameWidth, height / frameHeight);
-  const double scale = more <= less * mostCrop ? more : less;
-  const double shownWidth = frameWidth * scale;
-  const double shownHeight = frameHeight * scale;
-  return GRAPHENE_RECT_INIT(static_cast<float>((width - shownWidth) / 2),
-                            static_cast<float>((height - shownHeight) / 2), static_cast<float>(shownWidth),
+  const auto [shownWidth, shownHeight] = placedSize(
+      {static_cast<double>(gdk_texture_get_width(texture)), static_cast<double>(gdk_texture_get_height(texture))},
+      {width, height});
+  // On whole pixels, where a frame that has the right size already need not be computed anew.
+  return GRAPHENE_RECT_INIT(static_cast<float>(std::floor((width - shownWidth) / 2)),
+                            static_cast<float>(std::floor((height - shownHeight) / 2)), static_cast<float>(shownWidth),
                             static_cast<float>(shownHeight));
 }
 
@@ -44,15 +40,8 @@ void snapshot(GdkPaintable* paintable, GdkSnapshot* target, double width, double
   auto* const gtkSnapshot = GTK_SNAPSHOT(target);
   const graphene_rect_t area = GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width), static_cast<float>(height));
   gtk_snapshot_push_clip(gtkSnapshot, &area);
-  gtk_snapshot_save(gtkSnapshot);
-  if (frame->mirrored) {
-    const graphene_point_t corner = GRAPHENE_POINT_INIT(static_cast<float>(width), 0);
-    gtk_snapshot_translate(gtkSnapshot, &corner);
-    gtk_snapshot_scale(gtkSnapshot, -1, 1);
-  }
   const auto bounds = placed(frame->texture, width, height);
   gtk_snapshot_append_texture(gtkSnapshot, frame->texture, &bounds);
-  gtk_snapshot_restore(gtkSnapshot);
   gtk_snapshot_pop(gtkSnapshot);
 }
 
@@ -91,11 +80,6 @@ FramePaintable::FramePaintable()
 
 void FramePaintable::show(GdkTexture* frame) {
   g_set_object(&frameOf(paintable_.get())->texture, frame);
-  gdk_paintable_invalidate_contents(paintable_.get());
-}
-
-void FramePaintable::setMirrored(bool mirrored) {
-  frameOf(paintable_.get())->mirrored = mirrored;
   gdk_paintable_invalidate_contents(paintable_.get());
 }
 

@@ -7,8 +7,7 @@
 namespace orivex::gtk {
 
 /// A picture whose content changes from frame to frame without a new layout of the widget that shows it. It has no size
-/// of its own: a frame fills the area it is given when that costs little of its edges, and else shows as a whole in the
-/// middle. Main thread.
+/// of its own: a frame lies in the middle of the area it is given, as large as `placedSize` says. Main thread.
 class FramePaintable {
  public:
   FramePaintable();
@@ -17,9 +16,6 @@ class FramePaintable {
 
   /// Null leaves nothing to see.
   void show(GdkTexture* frame);
-
-  /// Whether the frames are shown as in a mirror.
-  void setMirrored(bool mirrored);
 
  private:
   GRef<GdkPaintable> paintable_;

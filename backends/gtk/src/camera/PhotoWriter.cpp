@@ -8,8 +8,11 @@
 namespace orivex::gtk {
 namespace {
 
-// High enough that the picture can be compressed once more before it is sent.
-constexpr const char* description = "appsrc name=in format=time ! jpegenc quality=92 ! filesink name=out";
+// The quality is high enough that the picture can be compressed once more before it is sent. A JPEG's colours use the
+// full range of their bytes, a video's do not.
+constexpr const char* description =
+    "appsrc name=in format=time ! videoconvert ! video/x-raw,format=I420,colorimetry=1:4:7:1 ! jpegenc quality=92 "
+    "! filesink name=out";
 
 // One picture takes a hundredth of this, on a slow disk too.
 constexpr GstClockTime longestWrite = 10 * GST_SECOND;

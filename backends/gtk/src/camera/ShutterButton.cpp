@@ -41,6 +41,16 @@ void roundedSquare(cairo_t* context, double side, double corner) {
   cairo_close_path(context);
 }
 
+// Takes the pointer away from a button, whose keyboard and whose place in assistive technology stay.
+void ignoreClicks(GtkWidget* button) {
+  const auto controllers = GRef<GListModel>::adopt(gtk_widget_observe_controllers(button));
+  for (guint i = 0; i < g_list_model_get_n_items(controllers.get()); ++i) {
+    const auto controller = GRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(controllers.get(), i)));
+    if (!GTK_IS_GESTURE_CLICK(controller.get())) continue;
+    gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(controller.get()), GTK_PHASE_NONE);
+  }
+}
+
 }  // namespace
 
 ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
@@ -59,6 +69,7 @@ ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
       this, nullptr);
   gtk_button_set_child(GTK_BUTTON(button_.get()), drawing_);
 
+  ignoreClicks(button_.get());
   // Of the pointer's gestures the one that follows it until it lets go, wherever that is: a finger that holds trembles.
   auto* const drag = gtk_gesture_drag_new();
   gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(drag), GTK_PHASE_CAPTURE);
