@@ -25,7 +25,8 @@ constexpr const char* css = R"css(
 .orivex-panel label { font-weight: 500; }
 )css";
 
-constexpr const char* spokenSpinner = "\xE8\xAF\xB7\xE7\xA8\x8D\xE5\x80\x99";  // please wait
+constexpr const char* tallestLine = "国g😀";  // as tall as a line gets: each script has a font of its own
+constexpr const char* spokenSpinner = "请稍候";
 
 void setClass(GtkWidget* widget, const char* name, bool present) {
   (present ? gtk_widget_add_css_class : gtk_widget_remove_css_class)(widget, name);
@@ -142,12 +143,12 @@ gboolean OverlayPanel::keyPressed(GtkEventControllerKey* /*keys*/, guint /*key*/
 
 // A text too long for the window ends in an ellipsis instead of leaving it.
 int OverlayPanel::linesThatFit() const {
-  auto* const metrics = pango_context_get_metrics(gtk_widget_get_pango_context(label_), nullptr, nullptr);
-  const double lineHeight = static_cast<double>(pango_font_metrics_get_height(metrics)) / PANGO_SCALE;
-  pango_font_metrics_unref(metrics);
+  const auto line = GRef<PangoLayout>::adopt(gtk_widget_create_pango_layout(label_, tallestLine));
+  int lineHeight = 0;
+  pango_layout_get_pixel_size(line.get(), nullptr, &lineHeight);
   const int room =
       gtk_widget_get_height(GTK_WIDGET(parent_)) - 2 * (gapToWindow + padding) - spacing - OverlayIndicator::size;
-  return std::max(1, static_cast<int>(room / std::max(lineHeight, 1.0)));
+  return std::max(1, room / std::max(lineHeight, 1));
 }
 
 // From wherever an earlier fade has come to; a visitor who asked for reduced motion gets the end at once.

@@ -1,0 +1,141 @@
+#include <string>
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include "../GtkFixture.h"
+#include "Visitor.h"
+
+#include "orivex/platform/Platform.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Longer than a fade.
+constexpr double settling = 0.3;
+
+class GtkProgressOverlayTest : public ::testing::Test {
+ protected:
+  GtkProgressOverlayTest() {
+    overlay_.setStyle(OverlayStyle::dark);
+    overlay_.setMask(OverlayMask::black);
+    overlay_.setMinimumSize({120, 120});
+    overlay_.setMaximumDismissTime(60);
+    gtk_widget_grab_focus(visitor_.entry());
+  }
+  ~GtkProgressOverlayTest() override {
+    overlay_.dismiss();
+    g_object_set(settings(), "gtk-enable-animations", TRUE, nullptr);
+    gtk_settings_reset_property(settings(), "gtk-xft-dpi");
+  }
+
+  static GtkSettings* settings() { return gtk_settings_get_default(); }
+  GtkWidget* mask() const { return findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-mask"); }
+  double opacity() const { return mask() ? gtk_widget_get_opacity(mask()) : 0; }
+  std::string entered() const { return gtk_editable_get_text(GTK_EDITABLE(visitor_.entry())); }
+
+  VisitorWindow visitor_;
+  ProgressOverlay& overlay_ = Platform::current().progressOverlay;
+};
+
+TEST_F(GtkProgressOverlayTest, TheMaskTakesKeysAndClicksUntilThePanelStartsToLeave) {
+  overlay_.show();
+  VisitorWindow::press({"a", "Tab"});
+  EXPECT_NE(gtk_widget_pick(GTK_WIDGET(visitor_.window()), 20, 20, GTK_PICK_DEFAULT), nullptr);
+  EXPECT_EQ(gtk_widget_pick(GTK_WIDGET(visitor_.window()), 20, 20, GTK_PICK_DEFAULT), mask());
+  overlay_.dismiss();
+  ASSERT_TRUE(mask()) << "it went without fading";
+  EXPECT_NE(gtk_widget_pick(GTK_WIDGET(visitor_.window()), 20, 20, GTK_PICK_DEFAULT), mask());
+  VisitorWindow::press({"b"});
+  EXPECT_EQ(entered(), "b") << "the focus is where it was, and only later keys arrive";
+  EXPECT_TRUE(wait([&] { return !mask(); }, 5));
+  overlay_.setMask(OverlayMask::none);
+  overlay_.show();
+  VisitorWindow::press({"c"});
+  EXPECT_EQ(entered(), "bc") << "without a mask nothing is taken";
+}
+
+TEST_F(GtkProgressOverlayTest, OnePanelChangesWhatItShowsAndComesBackWhileItLeaves) {
+  overlay_.show();
+  GtkWidget* const first = mask();
+  EXPECT_LT(opacity(), 1) << "it came without fading";
+  pass(settling);
+  const auto stands = [&] { return mask() == first && opacity() == 1; };
+  EXPECT_TRUE(stands());
+  overlay_.showProgress(0.5F, "50%");
+  EXPECT_TRUE(stands());
+  overlay_.show();
+  EXPECT_TRUE(stands());
+  overlay_.showInfo("文件过大");
+  EXPECT_TRUE(stands());
+  overlay_.dismiss();
+  EXPECT_TRUE(wait([&] { return opacity() < 0.9; }, 5));
+  overlay_.show();
+  EXPECT_EQ(mask(), first);
+  EXPECT_GT(opacity(), 0) << "it began again from nothing";
+  pass(settling);
+  EXPECT_TRUE(stands());
+  VisitorWindow::press({"a"});
+  EXPECT_EQ(entered(), "");
+}
+
+TEST_F(GtkProgressOverlayTest, ReducedMotionMakesItComeAndGoAtOnce) {
+  g_object_set(settings(), "gtk-enable-animations", FALSE, nullptr);
+  overlay_.showInfo("文件过大");
+  EXPECT_EQ(opacity(), 1);
+  overlay_.dismiss();
+  EXPECT_EQ(mask(), nullptr);
+}
+
+TEST_F(GtkProgressOverlayTest, ThePanelStaysInsideItsWindowWhateverTheTextAndItsSize) {
+  std::string endless;
+  for (int i = 0; i < 200; ++i) endless += "选择的视频文件大小不能超过 30 MB ";
+  for (const auto& text :
+       {std::string("短"), std::string("选择的视频文件大小不能超过 30 MB"), endless, std::string(400, 'x')}) {
+    for (const int dpi : {96, 192}) {
+      g_object_set(settings(), "gtk-xft-dpi", dpi * 1024, nullptr);
+      overlay_.showInfo(text);
+      pass(0.1);
+      GtkWidget* const panel = findByClass(mask(), "orivex-panel");
+      graphene_rect_t bounds;
+      ASSERT_TRUE(gtk_widget_compute_bounds(panel, GTK_WIDGET(visitor_.overlay()), &bounds));
+      EXPECT_GE(bounds.size.width, 120) << text.substr(0, 40) << dpi;
+      EXPECT_GE(bounds.size.height, 120) << text.substr(0, 40) << dpi;
+      EXPECT_GE(bounds.origin.x, 16) << text.substr(0, 40) << dpi;
+      EXPECT_LE(bounds.origin.x + bounds.size.width, 360 - 16) << text.substr(0, 40) << dpi;
+      EXPECT_GE(bounds.origin.y, 16) << text.substr(0, 40) << dpi;
+      EXPECT_LE(bounds.origin.y + bounds.size.height, 720 - 16) << text.substr(0, 40) << dpi;
+    }
+  }
+  EXPECT_EQ(gtk_widget_get_width(GTK_WIDGET(visitor_.window())), 360) << "the panel widened the window";
+}
+
+TEST_F(GtkProgressOverlayTest, OnlyAChangedFractionIsDrawn) {
+  overlay_.showProgress(0.25F, "25%");
+  pass(1);  // the entry's cursor blinks on, but the panel has come to rest
+  gtk_widget_set_visible(visitor_.entry(), FALSE);
+  pass(settling);
+  int frames = 0;
+  auto* const clock = gtk_widget_get_frame_clock(GTK_WIDGET(visitor_.window()));
+  const auto id = g_signal_connect(
+      clock, "paint", G_CALLBACK(+[](GdkFrameClock*, gpointer count) { ++*static_cast<int*>(count); }), &frames);
+  overlay_.showProgress(0.25F, "25%");
+  pass(0.2);
+  EXPECT_EQ(frames, 0);
+  overlay_.showProgress(0.5F, "25%");
+  pass(0.2);
+  EXPECT_EQ(frames, 1);
+  g_signal_handler_disconnect(clock, id);
+}
+
+TEST_F(GtkProgressOverlayTest, TheWindowMayGoWhileAPanelIsUpOrLeaving) {
+  overlay_.show();
+  visitor_.destroy();
+  overlay_.showInfo("unseen");
+  overlay_.dismiss();
+  pass(settling);
+}
+
+}  // namespace
+}  // namespace orivex::gtk
