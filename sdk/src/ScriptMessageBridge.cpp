@@ -25,12 +25,18 @@ bool isDictionary(std::string_view json) {
   return json.starts_with('{');
 }
 
-// The call of a global function of the page with one argument, which is JSON and therefore a script expression.
+// The call of a global function of the page with one argument, which is JSON and therefore a script expression. The
+// JSON goes to the log first when `logged`; a value that JSON cannot hold is a log line and no script.
 template <class Value>
-std::string scriptCall(std::string_view function, const Value& argument, bool logged = false) {
-  const auto json = encode(argument);
-  if (logged) log::debugPrint(json);
-  return std::string(function) + "(" + json + ");";
+std::optional<std::string> scriptCall(std::string_view function, const Value& argument, bool logged = false) {
+  try {
+    const auto json = encode(argument);
+    if (logged) log::debugPrint(json);
+    return std::string(function) + "(" + json + ");";
+  } catch (const EncodingError& error) {
+    log::debugPrint(std::string("Error serializing JSON: ") + error.what());
+    return std::nullopt;
+  }
 }
 
 }  // namespace
@@ -120,25 +126,16 @@ std::optional<PostMessageModel> ScriptMessageBridge::request(std::string_view bo
   }
 }
 
-template <class Value>
-std::function<void(const Value&)> ScriptMessageBridge::answer(std::string_view function, bool logged) const {
-  return [screen = std::weak_ptr(screen_.hold()), evaluate = screen_.evaluate, function, logged](const Value& value) {
-    const auto kept = screen.lock();
-    if (!kept) return;
-    try {
-      evaluate(scriptCall(function, value, logged));
-    } catch (const EncodingError& error) {
-      log::debugPrint(std::string("Error serializing JSON: ") + error.what());
-    }
-  };
+ScriptMessageBridge::FilesAnswer ScriptMessageBridge::filesAnswer() {
+  return alive_.guard([this](std::vector<UploadFileInfoModel> files) {
+    answers_.add([files = std::move(files)] { return scriptCall("handleSelectedFiles", files); });
+  });
 }
 
-ScriptMessageBridge::FilesAnswer ScriptMessageBridge::filesAnswer() const {
-  return answer<std::vector<UploadFileInfoModel>>("handleSelectedFiles", false);
-}
-
-ScriptMessageBridge::RecordAnswer ScriptMessageBridge::recordAnswer() const {
-  return answer<UploadFileInfoModel>("handleSelectedRecord", true);
+ScriptMessageBridge::RecordAnswer ScriptMessageBridge::recordAnswer() {
+  return alive_.guard([this](UploadFileInfoModel record) {
+    answers_.add([record = std::move(record)] { return scriptCall("handleSelectedRecord", record, true); });
+  });
 }
 
 }  // namespace orivex

@@ -6,8 +6,12 @@
 #include <string_view>
 #include <vector>
 
+#include "AnswerQueue.h"
+
 #include "orivex/models/PostMessageModel.h"
 #include "orivex/models/UploadFileInfoModel.h"
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Once.h"
 #include "orivex/platform/ports/WebEngine.h"
 #include "orivex/sdk/Conversation.h"
 
@@ -26,7 +30,7 @@ class ScriptMessageBridge {
     std::function<void()> reveal;
   };
 
-  explicit ScriptMessageBridge(Screen screen) : screen_(std::move(screen)) {}
+  explicit ScriptMessageBridge(Screen screen) : screen_(std::move(screen)), answers_(screen_.evaluate) {}
 
   void dispatch(const ScriptMessage& message);
 
@@ -41,19 +45,15 @@ class ScriptMessageBridge {
   void recording(std::string_view body);
   void initLoaded(std::string_view body);
 
-  using FilesAnswer = std::function<void(const std::vector<UploadFileInfoModel>&)>;
-  using RecordAnswer = std::function<void(const UploadFileInfoModel&)>;
+  using FilesAnswer = Once<void(std::vector<UploadFileInfoModel>)>;
+  using RecordAnswer = Once<void(UploadFileInfoModel)>;
 
   /// The request of a picker or recording message; nothing, with a log line, when it is no such request.
   static std::optional<PostMessageModel> request(std::string_view body);
 
   /// Answers the page with what was picked or recorded, if the screen is still there.
-  FilesAnswer filesAnswer() const;
-  RecordAnswer recordAnswer() const;
-
-  /// Calls the page's global `function` with a value as JSON, which goes to the log first when `logged`.
-  template <class Value>
-  std::function<void(const Value&)> answer(std::string_view function, bool logged) const;
+  FilesAnswer filesAnswer();
+  RecordAnswer recordAnswer();
 
   struct Service {
     std::string_view name;
@@ -62,6 +62,8 @@ class ScriptMessageBridge {
   static const Service services[9];
 
   Screen screen_;
+  AnswerQueue answers_;
+  Alive alive_;
 };
 
 }  // namespace orivex
