@@ -46,6 +46,8 @@ MicrophoneDialog::MicrophoneDialog(GtkWindow* parent, const std::string& applica
   addResponses(dialog, isRefused);
   response_ = SignalConnection::connect<&MicrophoneDialog::responded>(dialog_, "response", this);
   destroy_ = SignalConnection::connect<&MicrophoneDialog::destroyed>(dialog_, "destroy", this);
+  // Not modal: the visitor still holds the button down, and the page must see it released.
+  gtk_window_set_modal(dialog_, FALSE);
   gtk_window_present(dialog_);
 }
 
