@@ -57,7 +57,15 @@ concept ServerFixture = DeviceFixture<Fixture> && requires(Fixture fixture, cons
   { fixture.refusingOrigin() } -> std::same_as<std::string>;
 };
 
-/// A web server that also web engines reach. Scripts that begin with "throw" fail in their pages, others run.
+/// A page that can ask its surroundings for something, and the scripts by which it does, as on a visitor's gesture.
+constexpr const char* askingPage =
+    "<input id=choose type=file multiple accept='image/*'><a id=save download=note.txt href='data:text/plain,x'>x</a>";
+constexpr const char* askForWindow = "open('https://elsewhere.example/a?b#c'); 0";
+constexpr const char* askForFiles = "document.getElementById('choose').click(); 0";
+constexpr const char* askForDownload = "document.getElementById('save').click(); 0";
+
+/// A web server that also web engines reach. Scripts that begin with "throw" fail in their pages, others run; those
+/// that ask for something ask.
 template <class Fixture>
 concept WebFixture = ServerFixture<Fixture> && requires(Fixture fixture, const std::string& target) {
   /// The user agent of each request for `target`, in order.

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -149,6 +150,40 @@ TYPED_TEST_P(WebEngineContract, ScriptsAnswerInOrderAndTheirErrorsAreTold) {
   EXPECT_EQ(this->web_->events, (std::vector<std::string>{"ran", "failed", "ran"}));
 }
 
+TYPED_TEST_P(WebEngineContract, WhatAPageAsksForReachesItsHandlersAndThePageStays) {
+  const auto origin = this->fixture_.serve({{"/", {.body = askingPage}}});
+  EXPECT_EQ(this->courseOf(origin + "/"), "start commit finish");
+  this->web_->events.clear();
+  auto& web = *this->web_;
+  for (const auto* script : {askForWindow, askForFiles, askForDownload}) {
+    this->web_->inside([&] { web.engine->evaluate(script, nullptr); });
+  }
+  EXPECT_TRUE(this->wait([&] { return web.windows.size() + web.fileRequests.size() + web.downloads.size() >= 3; }));
+  EXPECT_EQ(web.windows, std::vector<std::string>{"https://elsewhere.example/a?b#c"});
+  EXPECT_EQ(web.fileRequests, (std::vector<FileChooserRequest>{{{"image/*"}, true}}));
+  ASSERT_EQ(web.downloads.size(), 1U);
+  EXPECT_TRUE(web.downloads.front().saved);
+  EXPECT_TRUE(web.downloads.front().fileName.starts_with("note"));
+  this->pass(moment);
+  for (const auto* event : {"commit", "finish", "failProvisional"}) EXPECT_FALSE(web.has(event)) << event;
+  web.inside([&] { std::move(web.fileAnswer)({}); });
+}
+
+TYPED_TEST_P(WebEngineContract, AnEngineMayBeDestroyedWhileItsPageWaits) {
+  const auto origin = this->fixture_.serve({{"/", {.body = askingPage}}});
+  for (const auto& [script, event] :
+       {std::pair{askForWindow, "window"}, std::pair{askForFiles, "files"}, std::pair{askForDownload, "download"}}) {
+    this->open({});
+    this->courseOf(origin + "/");
+    this->web_->endAt = event;
+    this->web_->inside([&, text = script] { this->web_->engine->evaluate(text, nullptr); });
+    EXPECT_TRUE(this->wait([&] { return !this->web_->engine; })) << event;
+    std::move(this->web_->fileAnswer)({"/late.txt"});
+    this->pass(moment);
+    EXPECT_EQ(this->web_->events.back(), event) << "told something after its end";
+  }
+}
+
 TYPED_TEST_P(WebEngineContract, ADestroyedEngineTellsNothing) {
   const auto origin = this->fixture_.serve({{"/", {.body = "<p>page"}}});
   this->web_->load(origin + "/");
@@ -180,6 +215,7 @@ REGISTER_TYPED_TEST_SUITE_P(WebEngineContract, ALoadStartsCommitsAndFinishesAtIt
                             ARefusedConnectionFailsProvisionally, ANavigationThatIsNotAllowedShowsNothing,
                             ALocalPageLoads, ReloadLoadsTheSameAddressAgainAsTheSameAgent,
                             WhatAPagePostsArrivesAsJsonInOrder, ScriptsAnswerInOrderAndTheirErrorsAreTold,
+                            WhatAPageAsksForReachesItsHandlersAndThePageStays, AnEngineMayBeDestroyedWhileItsPageWaits,
                             ADestroyedEngineTellsNothing, AnEngineMayBeDestroyedInAnyOfItsHandlers);
 
 }  // namespace orivex::contract

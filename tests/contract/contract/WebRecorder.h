@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -63,6 +64,10 @@ class WebRecorder {
   std::vector<std::string> events;
   std::vector<ScriptMessage> messages;
   std::vector<std::optional<std::string>> addresses;
+  std::vector<std::string> windows;
+  std::vector<FileChooserRequest> fileRequests;
+  Once<void(std::vector<std::string>)> fileAnswer;  ///< Of the last request.
+  std::vector<EndedDownload> downloads;
   NavigationPolicy policy = NavigationPolicy::allow;
   std::string endAt;  ///< The engine is destroyed inside the handler of this event.
 
@@ -101,6 +106,22 @@ class WebRecorder {
       addresses.push_back(url);
       note("url " + url.value_or("nothing"));
     };
+    handlers.pageRequests = {.openWindow =
+                                 [this](const std::string& url) {
+                                   windows.push_back(url);
+                                   note("window");
+                                 },
+                             .chooseFiles =
+                                 [this](const FileChooserRequest& request, auto completion) {
+                                   fileRequests.push_back(request);
+                                   fileAnswer = std::move(completion);
+                                   note("files");
+                                 },
+                             .downloadEnded =
+                                 [this](const EndedDownload& download) {
+                                   downloads.push_back(download);
+                                   note("download");
+                                 }};
     return handlers;
   }
 

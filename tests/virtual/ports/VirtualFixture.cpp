@@ -9,16 +9,21 @@ contract::ServedReply notFound() {
   return {.status = 404, .body = "not found"};
 }
 
+std::optional<std::string> run(VirtualWebEngine& engine, const std::string& script) {
+  if (script.starts_with("throw")) return "Error: broken";
+  if (script == contract::askForWindow) engine.openWindow("https://elsewhere.example/a?b#c");
+  if (script == contract::askForFiles) engine.requestFiles({{"image/*"}, true});
+  if (script == contract::askForDownload) engine.endDownload({"note.txt", true});
+  return std::nullopt;
+}
+
 }  // namespace
 
 VirtualFixture::VirtualFixture() {
   device_.httpClient().setServer([this](const UrlRequest& request) { return reply(request); });
   device_.httpClient().setUploadServer([this](const UploadRequest& request) { return reply(request); });
   device_.webEngines().setLoader([this](VirtualWebEngine& engine) { play(engine); });
-  device_.webEngines().setScriptRunner([](VirtualWebEngine&, const std::string& script) -> std::optional<std::string> {
-    if (script.starts_with("throw")) return "Error: broken";
-    return std::nullopt;
-  });
+  device_.webEngines().setScriptRunner(run);
 }
 
 std::string VirtualFixture::serve(const contract::Site& site) {
