@@ -1,4 +1,6 @@
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <vector>
 
 #include "Bench.h"
@@ -40,19 +42,55 @@ std::shared_ptr<OVKFApi> open(testing::VirtualDevice& device, Holds& holds) {
   return chat;
 }
 
+// Every service of the page once, each to its end.
+void useEveryService(testing::VirtualDevice& device, OVKFApi& chat, const std::string& file, Holds& holds) {
+  auto& engine = dynamic_cast<testing::VirtualWebEngine&>(chat.webView()->engine());
+  const auto post = [&](const char* name, const std::string& body) {
+    holds.time([&] {
+      engine.post(name, body);
+      device.runUntilIdle();
+    });
+  };
+  const std::string request = R"({"deviceId":"visitor"})";
+  const PickedMedia picture{MediaType::image, Url::fromFilePath("/picture.png")};
+  post("trackEvent", R"({"name":"n","attributes":{"n":"1"}})");
+  post("openUrl", R"("https://chat.example/help")");
+  post("openFile", R"("https://chat.example/file.pdf")");
+  post("openDocumentPicker", request);
+  device.documentPicker().pick({file});
+  device.advance(0.5);
+  post("openPhotoLibraryPicker", request);
+  device.photoLibrary().select({{picture}, false});
+  device.advance(0.5);
+  post("openCamera", request);
+  device.camera().finish(picture);
+  device.advance(0.5);
+  post("recording", R"({"deviceId":"visitor","action":"start"})");
+  device.advance(2.5);
+  post("recording", R"({"deviceId":"visitor","action":"end"})");
+  device.advance(0.5);
+  post("initLoaded", "null");
+}
+
 void measureScreens(testing::VirtualDevice& device) {
   constexpr int count = 1000;
+  const std::string file = std::filesystem::temp_directory_path() / "virtual-screen-bench.txt";
+  std::ofstream(file) << "text";
+  device.imageCodec().put("/picture.png", {std::string(1000, 'j'), {40, 30}});
+  device.recordPermission().remember(true);
   Holds holds;
   double early = 0;
   for (int index = 0; index < count; ++index) {
     auto chat = open(device, holds);
+    useEveryService(device, *chat, file, holds);
     holds.time([&] { chat->close(); });
     chat.reset();
     device.advance(15);
-    device.httpClient().forgetRequests();
+    device.forgetHistory();
     if (index + 1 == count / 10) early = heapKiB();
   }
-  std::printf("%d screens on the virtual device\n", count);
+  std::filesystem::remove(file);
+  std::printf("%d screens on the virtual device, each with every service used once\n", count);
   print("  heap in use after the first tenth", early, "KiB");
   print("  heap in use at the end", heapKiB(), "KiB");
   print("  engines left alive", static_cast<double>(device.webEngines().engines().size()), "");

@@ -41,6 +41,18 @@ VirtualDevice::~VirtualDevice() {
   Platform::install(previous_);
 }
 
+void VirtualDevice::forgetHistory() {
+  application_.forgetOpenedUrls();
+  httpClient_.forgetRequests();
+  httpClient_.forgetUploads();
+  progressOverlay_.forgetHistory();
+  imageCodec_.forgetCalls();
+  fileManager_.forgetRemoved();
+  documentInteraction_.forgetMenus();
+  recordPermission_.forgetAsked();
+  audioSession_.forgetSounds();
+}
+
 VirtualDevice& install() {
   static VirtualDevice device;
   return device;

@@ -58,6 +58,7 @@ class VirtualApplication final : public Application {
 
   /// What was opened, in order.
   const std::vector<Url>& openedUrls() const { return opened_; }
+  void forgetOpenedUrls() { opened_.clear(); }
 
  private:
   const MainQueue& queue_;

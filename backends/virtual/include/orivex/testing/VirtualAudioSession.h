@@ -52,6 +52,11 @@ class VirtualAudioSession final : public AudioSession {
   /// Every recorder and player that was made, in order.
   const std::vector<std::shared_ptr<Recording>>& recordings() const { return recordings_; }
   const std::vector<std::shared_ptr<Playing>>& playings() const { return playings_; }
+  /// Drops the recorders that are gone and the players that are silent.
+  void forgetSounds() {
+    std::erase_if(recordings_, [](const auto& recording) { return recording->destroyed; });
+    std::erase_if(playings_, [](const auto& sound) { return !sound->playing; });
+  }
 
  private:
   const MainQueue& queue_;

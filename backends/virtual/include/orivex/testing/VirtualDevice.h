@@ -73,6 +73,9 @@ class VirtualDevice {
   VirtualAudioSession& audioSession() { return audioSession_; }
   VirtualRecordPermission& recordPermission() { return recordPermission_; }
 
+  /// Drops what the parts remember of the past, for tests that go on for long; what shows or runs now stays.
+  void forgetHistory();
+
   /// Lets `seconds` pass on the main queue.
   void advance(double seconds) { mainQueue_.advance(seconds); }
 

@@ -26,6 +26,7 @@ class VirtualDocumentInteraction final : public DocumentInteraction {
 
   /// The menus that were shown.
   const std::vector<Menu>& menus() const { return menus_; }
+  void forgetMenus() { menus_.clear(); }
 
  private:
   const MainQueue& queue_;

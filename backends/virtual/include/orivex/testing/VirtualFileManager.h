@@ -26,6 +26,7 @@ class VirtualFileManager final : public FileManager {
 
   /// Paths, in the order of removal.
   const std::vector<std::string>& removed() const { return removed_; }
+  void forgetRemoved() { removed_.clear(); }
 
  private:
   const MainQueue& queue_;

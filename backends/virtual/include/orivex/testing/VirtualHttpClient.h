@@ -81,6 +81,7 @@ class VirtualHttpClient final : public HttpClient {
   /// What was sent, in order, without the requests that follow a redirect.
   const std::vector<UrlRequest>& requests() const { return requests_; }
   void forgetRequests() { requests_.clear(); }
+  void forgetUploads() { uploads_.clear(); }
 
  private:
   struct Exchange {

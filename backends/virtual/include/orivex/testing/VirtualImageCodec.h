@@ -23,6 +23,7 @@ class VirtualImageCodec final : public ImageCodec {
   void put(const std::string& path, JpegImage image) { images_.insert_or_assign(path, std::move(image)); }
 
   const std::vector<Call>& calls() const { return calls_; }
+  void forgetCalls() { calls_.clear(); }
 
  private:
   std::map<std::string, JpegImage> images_;

@@ -50,6 +50,7 @@ class VirtualProgressOverlay final : public ProgressOverlay {
 
   /// Every change since the start, the oldest first. A dismissal with nothing shown changes nothing.
   const std::vector<Entry>& history() const { return history_; }
+  void forgetHistory() { history_.clear(); }
 
   /// Statuses of the information panels of the history, in order.
   std::vector<std::string> infoTexts() const;

@@ -24,6 +24,7 @@ class VirtualRecordPermission final : public RecordPermission {
 
   /// The names in which the visitor was asked.
   const std::vector<std::string>& asked() const { return asked_; }
+  void forgetAsked() { asked_.clear(); }
 
  private:
   void give(Once<void(bool)> answer, bool granted);
