@@ -56,6 +56,11 @@ GtkWidget* rowNew(GAppInfo* application) {
   gtk_image_set_pixel_size(GTK_IMAGE(image), iconSize);
   gtk_box_append(GTK_BOX(box), image);
   GtkWidget* const name = gtk_label_new(g_app_info_get_display_name(application));
+  gtk_widget_set_hexpand(name, TRUE);
+  gtk_label_set_xalign(GTK_LABEL(name), 0);
+  gtk_label_set_wrap(GTK_LABEL(name), TRUE);
+  gtk_label_set_wrap_mode(GTK_LABEL(name), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_lines(GTK_LABEL(name), 2);
   gtk_label_set_ellipsize(GTK_LABEL(name), PANGO_ELLIPSIZE_END);
   gtk_box_append(GTK_BOX(box), name);
   return box;
