@@ -45,7 +45,6 @@ void updateImage(GtkPicture* widget, const ImageView& image) {
   gtk_picture_set_filename(widget, path ? path->c_str() : nullptr);
   const bool fills = image.contentMode() == ContentMode::scaleToFill;
   gtk_picture_set_content_fit(widget, fills ? GTK_CONTENT_FIT_FILL : GTK_CONTENT_FIT_CONTAIN);
-  gtk_widget_set_valign(GTK_WIDGET(widget), fills ? GTK_ALIGN_FILL : GTK_ALIGN_END);
 }
 
 }  // namespace
@@ -73,6 +72,22 @@ GRef<GtkWidget> contentWidgetFor(const View& view) {
 void updateContentWidget(GtkWidget* widget, const View& view) {
   if (const auto* label = dynamic_cast<const Label*>(&view)) updateLabel(GTK_LABEL(widget), *label);
   if (const auto* image = dynamic_cast<const ImageView*>(&view)) updateImage(GTK_PICTURE(widget), *image);
+}
+
+void allocateContentWidget(GtkWidget* widget, const View& view, int width, int height) {
+  const auto* const image = dynamic_cast<const ImageView*>(&view);
+  if (!image || image->contentMode() == ContentMode::scaleToFill) {
+    return gtk_widget_allocate(widget, width, height, -1, nullptr);
+  }
+  int naturalWidth = 0;
+  int naturalHeight = 0;
+  gtk_widget_measure(widget, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &naturalWidth, nullptr, nullptr);
+  gtk_widget_measure(widget, GTK_ORIENTATION_VERTICAL, -1, nullptr, &naturalHeight, nullptr, nullptr);
+  // Of its own size, whatever the view's: where the view is smaller, its lower part shows. The frame, unlike the size
+  // that was given, is not rounded: a picture in a view that changes its height stands still.
+  const graphene_point_t origin{static_cast<float>((view.frame().width - naturalWidth) / 2),
+                                static_cast<float>(view.frame().height - naturalHeight)};
+  gtk_widget_allocate(widget, naturalWidth, naturalHeight, -1, gsk_transform_translate(nullptr, &origin));
 }
 
 }  // namespace orivex::gtk

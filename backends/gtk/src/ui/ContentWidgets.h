@@ -14,4 +14,7 @@ GRef<GtkWidget> contentWidgetFor(const View& view);
 /// Brings `widget`, made by `contentWidgetFor` of the same view, up to date.
 void updateContentWidget(GtkWidget* widget, const View& view);
 
+/// Gives `widget`, made by `contentWidgetFor` of the same view, its place in a view that has been given this size.
+void allocateContentWidget(GtkWidget* widget, const View& view, int width, int height);
+
 }  // namespace orivex::gtk

@@ -162,7 +162,7 @@ void ViewNode::allocate(int width, int height) {
   if (!view_) return;
   allocating_ = true;
   if (resized_) resized_(width, height);
-  if (content_) gtk_widget_allocate(content_.get(), width, height, -1, nullptr);
+  if (content_) allocateContentWidget(content_.get(), *view_, width, height);
   for (const auto& child : children_) child->place();
   allocating_ = false;
 }
