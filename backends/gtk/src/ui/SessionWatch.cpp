@@ -80,6 +80,8 @@ void SessionWatch::proxyMade(GObject* /*source*/, GAsyncResult* result, gpointer
 
 void SessionWatch::useManager(GRef<GDBusProxy> manager) {
   manager_ = std::move(manager);
+  // GLib would end the process with the system's bus.
+  g_dbus_connection_set_exit_on_close(g_dbus_proxy_get_connection(manager_.get()), FALSE);
   signals_.push_back(SignalConnection::connect<&SessionWatch::managerSignal>(manager_.get(), "g-signal", this));
   // "auto": the session of this process or, for one started by the user's service manager, the one on the display.
   g_dbus_proxy_call(manager_.get(), "GetSession", g_variant_new("(s)", "auto"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
