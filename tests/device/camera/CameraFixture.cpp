@@ -6,6 +6,7 @@
 
 #include <adwaita.h>
 
+#include "FakeSensor.h"
 #include "glib/GMemory.h"
 
 #include "orivex/gtk/Gtk.h"
@@ -41,6 +42,7 @@ GtkGesture* dragOf(GtkWidget* widget) {
 }  // namespace
 
 CameraFixture::CameraFixture() {
+  useFakeSystemBus();
   adw_init();
   install();
   std::filesystem::remove_all(captureFolder());

@@ -54,6 +54,8 @@ class CameraFixture : public ::testing::Test {
   void hold(int seconds);
 
   void closeWindow();
+  HostWindow& hostWindow() { return *application_.frontWindow(); }
+  MainQueue& mainQueue() { return mainQueue_; }
 
   /// Names of the files that captures have left.
   static std::vector<std::string> files();

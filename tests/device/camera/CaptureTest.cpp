@@ -6,6 +6,7 @@
 #include <gst/pbutils/pbutils.h>
 
 #include "CameraFixture.h"
+#include "FakeSensor.h"
 
 namespace orivex::gtk {
 namespace {
@@ -87,6 +88,47 @@ TEST_F(CaptureTest, APhotoIsAJpegOfTheCamerasSize) {
   EXPECT_EQ(facts->height, 720U);
   EXPECT_TRUE(isPrivate(*photo->file.filePath()));
   EXPECT_EQ(files().size(), 1U);
+}
+
+// A video's white is not a JPEG's white.
+TEST_F(CaptureTest, APhotoKeepsWhiteWhite) {
+  openLive("videotestsrc is-live=true pattern=white ! video/x-raw,format=I420,width=1280,height=720,framerate=30/1");
+  tapShutter();
+  ASSERT_TRUE(waitForReview());
+  const auto photo = used();
+  ASSERT_TRUE(photo);
+  const auto pixels = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file(photo->file.filePath()->c_str(), nullptr));
+  ASSERT_TRUE(pixels);
+  EXPECT_GT(*gdk_pixbuf_read_pixels(pixels.get()), 250);
+}
+
+TEST_F(CaptureTest, APhotoOfATurnedDeviceIsUpright) {
+  const FakeSensor sensor("right-up");
+  openLive();
+  pass(0.5);
+  tapShutter();
+  ASSERT_TRUE(waitForReview());
+  const auto photo = used();
+  ASSERT_TRUE(photo);
+  const auto facts = discover(photo->file).value_or(Facts{});
+  EXPECT_EQ(facts.width, 720U);
+  EXPECT_EQ(facts.height, 1280U);
+}
+
+// With a real pointer, which the button's own idea of a click would hear too.
+TEST_F(CaptureTest, APointersHoldTakesNoPhotoBesides) {
+  openLive();
+  graphene_rect_t bounds;
+  ASSERT_TRUE(gtk_widget_compute_bounds(button("shutter"), GTK_WIDGET(hostWindow().gtkWindow()), &bounds));
+  const auto x = std::to_string(static_cast<int>(bounds.origin.x + bounds.size.width / 2));
+  const auto y = std::to_string(static_cast<int>(bounds.origin.y + bounds.size.height / 2));
+  ASSERT_TRUE(g_spawn_command_line_sync(("xdotool mousemove " + x + " " + y + " mousedown 1").c_str(), nullptr, nullptr,
+                                        nullptr, nullptr));
+  ASSERT_TRUE(wait([&] { return !clock().empty(); }, hangs)) << "the press did not arrive";
+  ASSERT_TRUE(g_spawn_command_line_sync("xdotool mouseup 1", nullptr, nullptr, nullptr, nullptr));
+  ASSERT_TRUE(wait([&] { return clock().empty(); }, hangs)) << "the release did not arrive";
+  pass(0.5);
+  EXPECT_TRUE(button("shutter")) << "a photo was taken";
 }
 
 TEST_F(CaptureTest, AHoldRecordsAVideoWithSoundForAsLong) {
@@ -174,7 +216,7 @@ TEST_F(CaptureTest, OptionsForbidPhotosOrVideos) {
 TEST_F(CaptureTest, TheOtherCameraTakesThePictureAfterASwitch) {
   const std::string small = "videotestsrc is-live=true ! video/x-raw,width=640,height=480,framerate=30/1";
   openLive(testCamera + "\n" + small);
-  click("camera-switch-symbolic");
+  click("emblem-synchronizing-symbolic");
   ASSERT_TRUE(waitForLive());
   tapShutter();
   ASSERT_TRUE(waitForReview());

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <filesystem>
 #include <string>
 
@@ -84,6 +85,24 @@ TEST_F(EndingTest, TheCameraIsClosedDuringTheReview) {
   EXPECT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));
   click("重拍");
   EXPECT_TRUE(waitForLive());
+}
+
+TEST_F(EndingTest, AHiddenApplicationLetsGoOfTheCamera) {
+  setSources(testCamera);
+  WorkerPool worker(1, std::chrono::seconds(1));
+  CameraScreen screen({mainQueue(), worker}, hostWindow().overlay(), {}, {}, [](const auto&) {});
+  ASSERT_TRUE(waitForLive());
+  screen.pause();
+  EXPECT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));
+  screen.resume();
+  ASSERT_TRUE(waitForLive());
+  beginHold();
+  ASSERT_TRUE(wait([&] { return clock() == "0:01"; }, hangs));
+  screen.pause();
+  EXPECT_TRUE(waitForReview()) << "the recording was lost";
+  EXPECT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));
+  screen.resume();
+  EXPECT_TRUE(wait([] { return streamingThreads() > 0; }, hangs)) << "the video does not play";
 }
 
 TEST_F(EndingTest, ManyOpeningsLeaveNoThreadAndNoDescriptorBehind) {

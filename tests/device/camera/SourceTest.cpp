@@ -1,5 +1,4 @@
-#include <string>
-#include <vector>
+#include <utility>
 
 #include <gst/gst.h>
 #include <gtest/gtest.h>
@@ -8,6 +7,7 @@
 #include "camera/CaptureFormat.h"
 #include "camera/DeviceOrientation.h"
 #include "camera/Pipeline.h"
+#include "camera/PreviewBranch.h"
 
 namespace orivex::gtk {
 namespace {
@@ -80,9 +80,26 @@ TEST(CameraFacings, ComeFromTheDriverThenFromTheName) {
 }
 
 TEST(DeviceOrientations, TurnThePictureUpright) {
-  EXPECT_EQ(degreesFor("normal"), 0);
-  EXPECT_EQ(degreesFor("bottom-up"), 180);
-  EXPECT_EQ(degreesFor("left-up") + degreesFor("right-up"), 360);
+  const std::pair<const char*, int> cases[] = {
+      {"normal", 0}, {"left-up", 90}, {"bottom-up", 180}, {"right-up", 270}, {"undefined", 0}};
+  for (const auto& [orientation, degrees] : cases) EXPECT_EQ(degreesFor(orientation), degrees) << orientation;
+}
+
+TEST(PlacedSizes, FillTheAreaUnlessTooMuchWouldBeCutOff) {
+  const struct {
+    Size frame;
+    Size area;
+    Size placed;
+  } cases[] = {
+      {{1280, 720}, {1280, 720}, {1280, 720}}, {{1280, 720}, {640, 400}, {711, 400}},  // fills
+      {{720, 1280}, {360, 720}, {405, 720}},                                           // fills
+      {{1280, 720}, {360, 720}, {360, 203}},                                           // as a whole
+      {{640, 480}, {1280, 720}, {1280, 960}},                                          // a third more, just so
+      {{720, 1280}, {1280, 720}, {405, 720}},                                          // as a whole
+  };
+  for (const auto& [frame, area, placed] : cases) {
+    EXPECT_EQ(placedSize(frame, area), placed) << frame.width << "x" << frame.height << " in " << area.width;
+  }
 }
 
 }  // namespace

@@ -144,9 +144,11 @@ void CameraScreen::switchCamera() {
   openCamera();
 }
 
-// A video keeps the way up with which it began.
+// A video keeps the way up with which it began. Seen from the other side a turn goes the other way round.
 void CameraScreen::turn() {
-  if (camera_ && phase_ != Phase::preparing && phase_ != Phase::recording) camera_->turn(orientation_->degrees());
+  if (!camera_ || phase_ == Phase::preparing || phase_ == Phase::recording) return;
+  const int degrees = orientation_->degrees();
+  camera_->turn(sources_[current_].facing == CameraFacing::back ? degrees : (360 - degrees) % 360);
 }
 
 Size CameraScreen::screenArea() const {

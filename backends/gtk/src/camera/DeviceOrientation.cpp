@@ -18,9 +18,9 @@ using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
 }  // namespace
 
 int degreesFor(std::string_view orientation) {
-  if (orientation == "right-up") return 90;
+  if (orientation == "left-up") return 90;
   if (orientation == "bottom-up") return 180;
-  if (orientation == "left-up") return 270;
+  if (orientation == "right-up") return 270;
   return 0;
 }
 

@@ -14,8 +14,8 @@ namespace orivex::gtk {
 /// device lies or stands as it always does. Main thread.
 class DeviceOrientation {
  public:
-  /// `changed` is called with the degrees, clockwise, by which a picture of the camera has to be turned to be upright:
-  /// first when the service has answered, and never without one.
+  /// `changed` is called with the degrees, clockwise, by which a picture of a camera on the device's back has to be
+  /// turned to be upright: first when the service has answered, and never without one.
   explicit DeviceOrientation(std::function<void(int degrees)> changed);
   DeviceOrientation(const DeviceOrientation&) = delete;
   DeviceOrientation& operator=(const DeviceOrientation&) = delete;
@@ -36,7 +36,8 @@ class DeviceOrientation {
   SignalConnection propertiesChanged_;
 };
 
-/// Degrees for a name by which the service tells an orientation; 0 for "normal" and for names that it does not use.
+/// Degrees for a name by which the service tells which of the device's edges points up; 0 for "normal" and for names
+/// that it does not use.
 int degreesFor(std::string_view orientation);
 
 }  // namespace orivex::gtk
