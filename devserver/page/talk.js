@@ -60,5 +60,6 @@ export function prepareTalk(button) {
     if (event.key === " " || event.key === "Enter") finish("end");
   });
   button.addEventListener("blur", () => finish("cancel"));
+  window.addEventListener("pagehide", () => finish("cancel"));
   enter("idle");
 }

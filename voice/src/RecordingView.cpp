@@ -75,6 +75,7 @@ void RecordingView::addCaption(const char* text) {
   caption->setTextColor(Color::white());
   caption->setFontSize(12);
   caption->setAlignment(TextAlignment::center);
+  caption->setAnnounced(true);
   addSubview(caption);
 }
 

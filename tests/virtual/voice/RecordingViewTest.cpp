@@ -50,6 +50,7 @@ TEST(RecordingViewTest, ShowsOnePictureAndOneCaptionPerState) {
     EXPECT_EQ(caption->textColor(), Color::white());
     EXPECT_EQ(caption->fontSize(), 12);
     EXPECT_EQ(caption->alignment(), TextAlignment::center);
+    EXPECT_TRUE(caption->isAnnounced());
     EXPECT_EQ(view->subviews().size(), row.state == RecordingState::volumn ? 3U : 2U);
   }
 }

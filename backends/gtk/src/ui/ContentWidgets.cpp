@@ -61,8 +61,9 @@ GRef<GtkWidget> contentWidgetFor(const View& view) {
     gtk_picture_set_paintable(GTK_PICTURE(widget.get()), paintable->paintable());
   } else if (dynamic_cast<const ImageView*>(&view)) {
     widget = GRef<GtkWidget>::sink(pictureNew());
-  } else if (dynamic_cast<const Label*>(&view)) {
-    widget = GRef<GtkWidget>::sink(gtk_label_new(nullptr));
+  } else if (const auto* label = dynamic_cast<const Label*>(&view)) {
+    const auto role = label->isAnnounced() ? GTK_ACCESSIBLE_ROLE_ALERT : GTK_ACCESSIBLE_ROLE_LABEL;
+    widget = GRef<GtkWidget>::sink(GTK_WIDGET(g_object_new(GTK_TYPE_LABEL, "accessible-role", role, nullptr)));
     gtk_label_set_ellipsize(GTK_LABEL(widget.get()), PANGO_ELLIPSIZE_END);
   }
   if (widget) updateContentWidget(widget.get(), view);

@@ -26,6 +26,10 @@ class Label : public View {
   TextAlignment alignment() const { return alignment_; }
   void setAlignment(TextAlignment alignment) { assign(alignment_, alignment); }
 
+  /// Whether a screen reader says the text as soon as it appears. Set it before the label is shown.
+  bool isAnnounced() const { return announced_; }
+  void setAnnounced(bool announced) { announced_ = announced; }
+
  private:
   template <class Value>
   void assign(Value& field, Value value) {
@@ -37,6 +41,7 @@ class Label : public View {
   Color color_;
   double fontSize_ = 17;
   TextAlignment alignment_ = TextAlignment::left;
+  bool announced_ = false;
 };
 
 }  // namespace orivex
