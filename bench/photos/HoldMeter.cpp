@@ -1,11 +1,20 @@
 #include "HoldMeter.h"
 
 #include <algorithm>
+#include <ctime>
 #include <utility>
 
-#include "Bench.h"
-
 namespace orivex::bench {
+
+namespace {
+
+double processorMilliseconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+}  // namespace
 
 HoldMeter* HoldMeter::current = nullptr;
 
@@ -13,7 +22,7 @@ HoldMeter::HoldMeter(GtkWidget* widget) {
   auto* const clock = gtk_widget_get_frame_clock(widget);
   layout_ = gtk::SignalConnection::connect<&HoldMeter::layout>(clock, "layout", this);
   afterPaint_ = gtk::SignalConnection::connect<&HoldMeter::afterPaint>(clock, "after-paint", this);
-  turnStart_ = milliseconds();
+  turnStart_ = processorMilliseconds();
   current = this;
   g_main_context_set_poll_func(nullptr, poll);
 }
@@ -30,19 +39,19 @@ HoldMeter::Holds HoldMeter::take() {
 gint HoldMeter::poll(GPollFD* descriptors, guint count, gint timeout) {
   auto& meter = *current;
   const double frame = std::exchange(meter.frame_, 0);
-  meter.longest_.outside = std::max(meter.longest_.outside, milliseconds() - meter.turnStart_ - frame);
+  meter.longest_.outside = std::max(meter.longest_.outside, processorMilliseconds() - meter.turnStart_ - frame);
   meter.longest_.frame = std::max(meter.longest_.frame, frame);
   const gint ready = g_poll(descriptors, count, timeout);
-  meter.turnStart_ = milliseconds();
+  meter.turnStart_ = processorMilliseconds();
   return ready;
 }
 
 void HoldMeter::layout(GdkFrameClock* /*clock*/) {
-  frameStart_ = milliseconds();
+  frameStart_ = processorMilliseconds();
 }
 
 void HoldMeter::afterPaint(GdkFrameClock* /*clock*/) {
-  if (frameStart_ > 0) frame_ += milliseconds() - std::exchange(frameStart_, 0);
+  if (frameStart_ > 0) frame_ += processorMilliseconds() - std::exchange(frameStart_, 0);
 }
 
 }  // namespace orivex::bench

@@ -8,8 +8,9 @@
 
 namespace orivex::bench {
 
-/// How long the main loop stays away from its events, one turn at a time. Of a turn that draws a frame, what GTK needs
-/// to lay out and paint is told apart from what comes before it. One at a time.
+/// How long the main thread works before it looks at its events again, one turn at a time, in processor time: what
+/// other programs take of a busy machine does not count, and neither would a wait for the disk. Of a turn that draws a
+/// frame, what GTK needs to lay out and paint is told apart from what comes before it. One at a time.
 class HoldMeter {
  public:
   explicit HoldMeter(GtkWidget* widget);

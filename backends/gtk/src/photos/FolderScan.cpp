@@ -48,25 +48,27 @@ void FolderScan::visit(const std::string& folder) {
   if (!visitor_.foundFolder(folder, modified(facts))) return;
   while (const dirent* const next = readdir(open.get())) {
     if (visitor_.isStopped()) return;
-    entry(folder, next->d_name, next->d_type);
+    entry(dirfd(open.get()), folder, next->d_name, next->d_type);
   }
 }
 
-void FolderScan::entry(const std::string& folder, const char* name, unsigned char kind) {
+void FolderScan::entry(int folderDescriptor, const std::string& folder, const char* name, unsigned char kind) {
   if (name[0] == '.') return;
+  const auto type = mediaTypeOf(name, filter_);
+  const bool isFolder = kind == DT_DIR;
+  // Most of what lies around needs no look: names tell files apart, and most file systems name the folders.
+  if (!isFolder && !type && kind == DT_REG) return;
   std::string path = folder + "/" + name;
+  if (isFolder) return folders_.push_back(std::move(path));
   struct stat facts {};
-  if (kind == DT_DIR) {
-    folders_.push_back(std::move(path));
-  } else if (kind == DT_LNK || kind == DT_UNKNOWN) {
-    if (stat(path.c_str(), &facts) != 0) return;
+  if (fstatat(folderDescriptor, name, &facts, 0) != 0) return;
+  if (S_ISDIR(facts.st_mode)) {
     std::error_code failure;
     const bool isLink = kind == DT_LNK || std::filesystem::is_symlink(path, failure);
-    if (!S_ISDIR(facts.st_mode)) return entry(folder, name, DT_REG);
     if (!isLink) return folders_.push_back(std::move(path));
     if (!leadsAround(path)) links_.push_back(std::move(path));
-  } else if (kind == DT_REG) {
-    if (auto item = itemAt(path, filter_)) visitor_.foundItem(*std::move(item));
+  } else if (type && S_ISREG(facts.st_mode)) {
+    visitor_.foundItem({std::move(path), *type, modified(facts), facts.st_size});
   }
 }
 

@@ -43,7 +43,7 @@ class FolderScan {
 
  private:
   void visit(const std::string& folder);
-  void entry(const std::string& folder, const char* name, unsigned char kind);
+  void entry(int folderDescriptor, const std::string& folder, const char* name, unsigned char kind);
 
   const MediaFilter filter_;
   ScanVisitor& visitor_;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <string_view>
-#include <unordered_map>
 
 #include <glib.h>
 
@@ -37,8 +35,10 @@ void tellApart(std::vector<Album>& albums) {
 }  // namespace
 
 MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots, bool isComplete)
-    : byPath_(std::move(items)), isComplete_(isComplete) {
-  auto all = std::make_shared<MediaItems>(byPath_);
+    : isComplete_(isComplete) {
+  byPath_.reserve(items.size());
+  for (const auto& item : items) byPath_.emplace(item->path, item);
+  auto all = std::make_shared<MediaItems>(std::move(items));
   std::sort(all->begin(), all->end(), [](const auto& one, const auto& other) { return isShownBefore(*one, *other); });
 
   // In this order the first item of a folder that comes by is its newest, which puts the albums in order too.
@@ -59,9 +59,8 @@ MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots
 }
 
 MediaItemPtr MediaCatalog::find(const std::string& path) const {
-  const auto found = std::lower_bound(byPath_.begin(), byPath_.end(), path,
-                                      [](const auto& item, const std::string& wanted) { return item->path < wanted; });
-  return found != byPath_.end() && (*found)->path == path ? *found : nullptr;
+  const auto found = byPath_.find(path);
+  return found == byPath_.end() ? nullptr : found->second;
 }
 
 }  // namespace orivex::gtk

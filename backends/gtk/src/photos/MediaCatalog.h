@@ -2,6 +2,8 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "MediaItem.h"
@@ -27,7 +29,7 @@ struct Album {
 class MediaCatalog {
  public:
   MediaCatalog() = default;
-  /// `items` by path.
+  /// `items` in any order.
   MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots, bool isComplete);
 
   /// The first holds everything, newest first; then each folder that directly holds something, the one with the newest
@@ -41,7 +43,7 @@ class MediaCatalog {
   MediaItemPtr find(const std::string& path) const;
 
  private:
-  MediaItems byPath_;
+  std::unordered_map<std::string_view, MediaItemPtr> byPath_;
   std::vector<Album> albums_;
   bool isComplete_ = false;
 };

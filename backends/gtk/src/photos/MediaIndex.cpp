@@ -13,11 +13,7 @@ void MediaIndex::add(MediaItem item) {
 bool MediaIndex::remove(const std::string& path) {
   const auto before = items_.size();
   items_.erase(path);
-  const std::string below = path + "/";
-  const auto first = items_.lower_bound(below);
-  auto last = first;
-  while (last != items_.end() && last->first.starts_with(below)) ++last;
-  items_.erase(first, last);
+  std::erase_if(items_, [below = path + "/"](const auto& item) { return item.first.starts_with(below); });
   return items_.size() != before;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "MediaCatalog.h"
@@ -21,7 +21,7 @@ class MediaIndex {
   std::shared_ptr<const MediaCatalog> catalog(const std::vector<MediaRoot>& roots, bool isComplete) const;
 
  private:
-  std::map<std::string, MediaItemPtr> items_;  // by path
+  std::unordered_map<std::string, MediaItemPtr> items_;  // by path
 };
 
 }  // namespace orivex::gtk
