@@ -21,7 +21,7 @@ class GioTypeRegistryTest : public ::testing::Test {
     return failure ? "failure: " + failure->description : std::get<std::string>(outcome);
   }
 
-  const GioTypeRegistry registry_;
+  GioTypeRegistry registry_;
   const TemporaryFolder folder_;
 };
 

@@ -21,8 +21,11 @@ OverlayIndicator::OverlayIndicator()
       ring_(drawingNew<&OverlayIndicator::drawRing>(GTK_ACCESSIBLE_ROLE_PROGRESS_BAR)),
       mark_(drawingNew<&OverlayIndicator::drawInformationMark>(GTK_ACCESSIBLE_ROLE_PRESENTATION)) {
   gtk_widget_set_size_request(spinner_, size, size);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(ring_), GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, 0.0,
-                                 GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, 100.0, GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, 0.0, -1);
+  // Without a name they would be called by their class.
+  gtk_accessible_update_property(GTK_ACCESSIBLE(spinner_), GTK_ACCESSIBLE_PROPERTY_LABEL, "请稍候", -1);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(ring_), GTK_ACCESSIBLE_PROPERTY_LABEL, "进度",
+                                 GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, 0.0, GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, 100.0,
+                                 GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, 0.0, -1);
   gtk_widget_set_halign(stack_.get(), GTK_ALIGN_CENTER);
   gtk_widget_set_valign(stack_.get(), GTK_ALIGN_CENTER);
   for (GtkWidget* page : {spinner_, ring_, mark_}) gtk_stack_add_child(GTK_STACK(stack_.get()), page);
