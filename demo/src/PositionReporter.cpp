@@ -23,7 +23,7 @@ constexpr char question[] = R"((() => {
     const base = command ? `${testid}.${command}` : testid;
     let name = base;
     for (let count = 2; name in found; ++count) name = `${base}#${count}`;
-    const text = (element.value ?? element.innerText ?? "").replace(/\s+/g, " ").trim().slice(0, 160);
+    const text = (element.value || element.innerText || "").replace(/\s+/g, " ").trim().slice(0, 160);
     found[name] = [box.x, box.y, box.width, box.height].map(Math.round).join(" ") + " " + text;
   }
   const now = JSON.stringify(found);
