@@ -23,22 +23,28 @@ FrameObject* frameOf(gpointer object) {
   return static_cast<FrameObject*>(object);
 }
 
+graphene_rect_t rectangle(double x, double y, double width, double height) {
+  graphene_rect_t made;
+  graphene_rect_init(&made, static_cast<float>(x), static_cast<float>(y), static_cast<float>(width),
+                     static_cast<float>(height));
+  return made;
+}
+
 // Where a frame is drawn in an area of this size, in the area's points.
 graphene_rect_t placed(GdkTexture* texture, double width, double height) {
   const auto [shownWidth, shownHeight] = placedSize(
       {static_cast<double>(gdk_texture_get_width(texture)), static_cast<double>(gdk_texture_get_height(texture))},
       {width, height});
   // On whole pixels, where a frame that has the right size already need not be computed anew.
-  return GRAPHENE_RECT_INIT(static_cast<float>(std::floor((width - shownWidth) / 2)),
-                            static_cast<float>(std::floor((height - shownHeight) / 2)), static_cast<float>(shownWidth),
-                            static_cast<float>(shownHeight));
+  return rectangle(std::floor((width - shownWidth) / 2), std::floor((height - shownHeight) / 2), shownWidth,
+                   shownHeight);
 }
 
 void snapshot(GdkPaintable* paintable, GdkSnapshot* target, double width, double height) {
   const auto* const frame = frameOf(paintable);
   if (!frame->texture) return;
   auto* const gtkSnapshot = GTK_SNAPSHOT(target);
-  const graphene_rect_t area = GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width), static_cast<float>(height));
+  const auto area = rectangle(0, 0, width, height);
   gtk_snapshot_push_clip(gtkSnapshot, &area);
   const auto bounds = placed(frame->texture, width, height);
   gtk_snapshot_append_texture(gtkSnapshot, frame->texture, &bounds);

@@ -13,7 +13,9 @@ namespace {
 using Handler = std::function<void(SharedSample)>;
 
 GstFlowReturn received(GstAppSink* sink, gpointer handler) noexcept {
-  if (auto sample = adoptSample(gst_app_sink_pull_sample(sink))) (*static_cast<Handler*>(handler))(std::move(sample));
+  const auto pulled = adoptSample(gst_app_sink_pull_sample(sink));
+  // The element writes into its sample again after a jump; ours, which shares the pixels, may be kept.
+  if (pulled) (*static_cast<Handler*>(handler))(adoptSample(gst_sample_copy(pulled.get())));
   return GST_FLOW_OK;
 }
 
