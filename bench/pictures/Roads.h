@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orivex::bench {
+
+using Paths = std::vector<std::filesystem::path>;
+
+/// The yardstick: one thread takes one photo after the other through libjpeg's decoder to RGB, libjpeg's encoder and
+/// GLib's Base64. Returns its milliseconds of processor time.
+double plainRoad(const Paths& photos, int quality);
+
+/// The component's codec and Base64 on `workers` threads, which take the next photo when they are free. Returns the
+/// milliseconds of processor time of the busiest of them.
+double ownRoad(const Paths& photos, double quality, int workers);
+
+}  // namespace orivex::bench
