@@ -1,5 +1,6 @@
 #include "orivex/testing/VirtualCamera.h"
 
+#include <memory>
 #include <utility>
 
 #include "ThreadCheck.h"
@@ -15,8 +16,10 @@ void VirtualCamera::present(const CameraOptions& options, View& /*view*/, Once<v
 
 void VirtualCamera::finish(CameraOutcome outcome) {
   presented_.reset();
-  queue_.async([completion = std::move(completion_), outcome = std::move(outcome)]() mutable {
-    std::move(completion)(std::move(outcome));
+  // On the heap: GCC 12 loses track of the variant inside a moved closure and warns of it.
+  auto kept = std::make_unique<CameraOutcome>(std::move(outcome));
+  queue_.async([completion = std::move(completion_), kept = std::move(kept)]() mutable {
+    std::move(completion)(std::move(*kept));
   });
 }
 
