@@ -165,6 +165,8 @@ GtkWidget* CameraView::reviewControls() {
   retake_ = textButton("重拍");
   use_ = textButton("使用");
   gtk_widget_add_css_class(use_, "use");
+  gtk_widget_set_name(retake_, "camera-retake");
+  gtk_widget_set_name(use_, "camera-use");
   retakeClicked_ = SignalConnection::connect<&CameraView::retakeClicked>(retake_, "clicked", this);
   useClicked_ = SignalConnection::connect<&CameraView::useClicked>(use_, "clicked", this);
   GtkWidget* const row = gtk_center_box_new();

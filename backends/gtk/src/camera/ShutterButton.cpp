@@ -56,6 +56,7 @@ void ignoreClicks(GtkWidget* button) {
 ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
     : main_(main), handlers_(std::move(handlers)), button_(GRef<GtkWidget>::sink(gtk_button_new())) {
   gtk_widget_add_css_class(button_.get(), "shutter");
+  gtk_widget_set_name(button_.get(), "camera-shutter");
   gtk_widget_set_halign(button_.get(), GTK_ALIGN_CENTER);
   gtk_widget_set_valign(button_.get(), GTK_ALIGN_CENTER);
   drawing_ = gtk_drawing_area_new();

@@ -127,7 +127,9 @@ GtkWidget* PhotoSheet::header() {
 GtkWidget* PhotoSheet::footer() {
   original_ = gtk_check_button_new_with_label("");
   gtk_widget_add_css_class(original_, "original");
+  gtk_widget_set_name(original_, "photos-original");
   confirm_ = button("", "confirm");
+  gtk_widget_set_name(confirm_, "photos-confirm");
   gtk_widget_set_hexpand(confirm_, TRUE);
   gtk_widget_set_halign(confirm_, GTK_ALIGN_END);
   gtk_widget_set_valign(confirm_, GTK_ALIGN_CENTER);
