@@ -1,5 +1,7 @@
 #include "ScreenFixture.h"
+#include "WebTools.h"
 
+#include "orivex/platform/ui/WebView.h"
 #include "orivex/sdk/OVKFApiManager.h"
 
 namespace orivex::gtk {
@@ -81,6 +83,18 @@ TEST_F(BadPage, DeepBodiesAndCyclesDoNoHarm) {
   post(*chat,
        "let ring = {}; ring.ring = ring; try { webkit.messageHandlers.trackEvent.postMessage(ring) } catch (e) {}");
   EXPECT_EQ(evaluate(*chat, "1 + 1"), "2") << "the page lives on";
+}
+
+TEST_F(BadPage, AnOpenDialogKeepsNeitherTheScreenNorItsPage) {
+  const SocketServer server(servePage(readyPage));
+  auto chat = openChat(server.url(""));
+  chat->webView()->evaluate("confirm('Stay?')");
+  ASSERT_TRUE(wait([] { return openDialog() != nullptr; }, 10));
+  const std::weak_ptr<OVKFApi> gone = chat;
+  chat->close();
+  chat.reset();
+  EXPECT_TRUE(wait([&] { return gone.expired(); }, 15));
+  EXPECT_FALSE(openDialog()) << "it asks for a page that is gone";
 }
 
 }  // namespace

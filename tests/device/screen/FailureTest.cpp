@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "ScreenFixture.h"
+#include "TlsServer.h"
 
 #include "orivex/media/ChatManager.h"
 #include "orivex/platform/ui/WebView.h"
@@ -61,6 +62,16 @@ TEST_F(Failure, APageThatGoesAwayBetweenCheckAndLoadIsTold) {
   window()->rootViewController()->present(chat, false);
   EXPECT_TRUE(wait([&] { return logHas("Load failed"); }, 10));
   EXPECT_TRUE(chat->isViewInWindow()) << "a failed load is shown, the screen stays";
+}
+
+TEST_F(Failure, AnUnknownCertificateIsToldAndNeverShown) {
+  const TlsServer secure;
+  EXPECT_GE(secondsUntilClosed(secure.url(), 10), 2.0) << "as the chat's own server";
+  const SocketServer server(servePage("<script>" + raise("ready") + "</script>chat"));
+  const auto chat = openChat(server.url(""));
+  chat->webView()->evaluate("location.href = '" + secure.url() + "'");
+  EXPECT_TRUE(wait([&] { return panelText() == "请求失败,请稍后重试"; }, 10)) << "as where the page goes";
+  EXPECT_EQ(evaluate(*chat, "document.body.textContent"), "chat");
 }
 
 TEST_F(Failure, HostTextsThatMakeNoAddressLeaveTheEarlierOne) {

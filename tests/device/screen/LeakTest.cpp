@@ -59,7 +59,7 @@ TEST_F(Leak, NoPageProcessOutlivesItsScreen) {
   // A finished load holds its screen until the reveal, four seconds later.
   EXPECT_TRUE(
       wait([&] { return std::all_of(screens.begin(), screens.end(), [](auto& it) { return it.expired(); }); }, 15));
-  EXPECT_TRUE(wait([&] { return pageProcesses() == 0; }, 15)) << pageProcesses() << " left";
+  EXPECT_TRUE(wait([&] { return pageProcesses() == 0; }, 40)) << pageProcesses() << " left";
 }
 
 }  // namespace

@@ -70,6 +70,23 @@ TEST_F(Opening, TheQueuedMessageArrivesInThePageAsItWasSent) {
             *body->title);
 }
 
+TEST_F(Opening, ClearingTheCacheTakesCookiesAndStorage) {
+  const SocketServer server(servePage(readyPage));
+  constexpr const char* kept = "document.cookie + '|' + localStorage.getItem('visitor')";
+  auto chat = openChat(server.url(""));
+  evaluate(*chat, "document.cookie = 'visitor=1; max-age=3600'; localStorage.setItem('visitor', '1'); 0");
+  const auto reopened = [&] {
+    window()->rootViewController()->dismiss(false);
+    recorder->events.clear();
+    chat = openChat(server.url(""));
+    return evaluate(*chat, kept);
+  };
+  EXPECT_EQ(reopened(), "visitor=1|1") << "a visitor who comes back is known";
+  chat->clearWebViewCache();
+  EXPECT_TRUE(wait([&] { return panelText() == "缓存清理完成"; }, 10));
+  EXPECT_EQ(reopened(), "|null");
+}
+
 TEST_F(Opening, GoBackClosesTheScreenAndEndsIt) {
   const SocketServer server(servePage(readyPage));
   auto chat = openChat(server.url(""));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "glib/GMemory.h"
 #include "glib/GRef.h"
 #include "web/WebKitEngine.h"
 
@@ -110,45 +109,6 @@ void PageFixture::visitor(std::vector<std::string> arguments) {
 int PageFixture::logCount(const std::string& part) const {
   return static_cast<int>(std::count_if(log.get().begin(), log.get().end(),
                                         [&](const auto& line) { return line.find(part) != std::string::npos; }));
-}
-
-AdwMessageDialog* PageFixture::dialog() {
-  const GListPtr windows(gtk_window_list_toplevels());
-  for (const GList* window = windows.get(); window; window = window->next) {
-    if (ADW_IS_MESSAGE_DIALOG(window->data) && gtk_widget_get_mapped(GTK_WIDGET(window->data))) {
-      return ADW_MESSAGE_DIALOG(window->data);
-    }
-  }
-  return nullptr;
-}
-
-GtkWidget* descendant(GtkWidget* parent, GType type) {
-  for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
-    if (G_TYPE_CHECK_INSTANCE_TYPE(child, type)) return child;
-    if (GtkWidget* const found = descendant(child, type)) return found;
-  }
-  return nullptr;
-}
-
-std::string evaluateIn(WebKitWebView* view, const std::string& script) {
-  struct Answer {
-    bool done = false;
-    std::string text;
-  } answer;
-  webkit_web_view_evaluate_javascript(
-      view, script.c_str(), -1, nullptr, nullptr, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        auto& into = *static_cast<Answer*>(data);
-        GError* raised = nullptr;
-        const auto value =
-            GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &raised));
-        const GErrorPtr error(raised);
-        into.text = value ? GCharPtr(jsc_value_to_string(value.get())).get() : error->message;
-        into.done = true;
-      },
-      &answer);
-  EXPECT_TRUE(wait([&] { return answer.done; }, 10)) << script;
-  return answer.text;
 }
 
 }  // namespace orivex::gtk

@@ -12,6 +12,7 @@
 #include "GtkFixture.h"
 #include "LogLines.h"
 #include "SocketServer.h"
+#include "WebTools.h"
 
 #include "orivex/platform/ports/WebEngine.h"
 
@@ -48,10 +49,8 @@ class PageFixture : public ::testing::Test {
   bool logHas(const std::string& part) const { return logCount(part) > 0; }
   int logCount(const std::string& part) const;
 
-  /// The dialog on the screen; null without one.
-  static AdwMessageDialog* dialog();
   static bool waitForDialog() {
-    return wait([] { return dialog() != nullptr; }, 10);
+    return wait([] { return openDialog() != nullptr; }, 10);
   }
 
   struct FileRequest {
@@ -73,12 +72,6 @@ class PageFixture : public ::testing::Test {
   std::unique_ptr<SocketServer> server_;
   std::unique_ptr<WebEngine> engine_;
 };
-
-/// The first widget below `parent` of a type, depth first; null without one.
-GtkWidget* descendant(GtkWidget* parent, GType type);
-
-/// Result of a script in `view` as text.
-std::string evaluateIn(WebKitWebView* view, const std::string& script);
 
 /// The headers of a page.
 inline const std::string htmlHeader = "Content-Type: text/html; charset=utf-8\r\n";

@@ -5,9 +5,11 @@
 #include <adwaita.h>
 #include <webkit/webkit.h>
 
-#include "glib/GMemory.h"
+#include "WebTools.h"
+#include "ui/GtkApplicationPort.h"
 #include "web/WebKitEngine.h"
 
+#include "orivex/platform/Platform.h"
 #include "orivex/platform/ui/WebView.h"
 
 namespace orivex::gtk {
@@ -55,24 +57,18 @@ bool ScreenFixture::raised(const std::string& event) const {
 
 std::string ScreenFixture::evaluate(OVKFApi& chat, const std::string& script) {
   auto* const view = WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(chat.webView()->engine()).widget());
-  struct Answer {
-    bool done = false;
-    std::string text;
-  } answer;
-  webkit_web_view_evaluate_javascript(
-      view, script.c_str(), -1, nullptr, nullptr, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        auto& into = *static_cast<Answer*>(data);
-        GError* error = nullptr;
-        const auto value =
-            GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &error));
-        const GErrorPtr failure(error);
-        into.text = value ? GCharPtr(jsc_value_to_string(value.get())).get() : failure->message;
-        into.done = true;
-      },
-      &answer);
-  EXPECT_TRUE(wait([&] { return answer.done; }, 10));
-  return answer.text;
+  return evaluateIn(view, script);
+}
+
+std::string ScreenFixture::panelText() const {
+  const auto& host = *dynamic_cast<GtkApplicationPort&>(Platform::current().application).find(gtkWindow_);
+  for (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(host.overlay())); child;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (!gtk_widget_has_css_class(child, "orivex-mask") || !gtk_widget_get_mapped(child)) continue;
+    GtkWidget* const label = descendant(child, GTK_TYPE_LABEL);
+    if (label && gtk_widget_get_mapped(label)) return gtk_label_get_text(GTK_LABEL(label));
+  }
+  return "";
 }
 
 int ScreenFixture::logCount(const std::string& part) const {

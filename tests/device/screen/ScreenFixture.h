@@ -51,6 +51,10 @@ class ScreenFixture : public ::testing::Test {
   int logCount(const std::string& part) const;
 
   const std::shared_ptr<Window>& window() const { return window_; }
+  GtkWindow* gtkWindow() const { return gtkWindow_; }
+
+  /// What the visitor reads in the component's panel over the window; empty while none shows.
+  std::string panelText() const;
 
   LogLines log;
   const std::shared_ptr<EventRecorder> recorder = std::make_shared<EventRecorder>();

@@ -6,15 +6,15 @@ namespace {
 class ScriptDialog : public PageFixture {
  protected:
   static void answer(const char* response) {
-    adw_message_dialog_response(dialog(), response);
-    EXPECT_TRUE(wait([] { return !dialog(); }, 5));
+    adw_message_dialog_response(openDialog(), response);
+    EXPECT_TRUE(wait([] { return !openDialog(); }, 5));
   }
 
   static std::string message() {
-    return gtk_label_get_text(GTK_LABEL(descendant(adw_message_dialog_get_extra_child(dialog()), GTK_TYPE_LABEL)));
+    return gtk_label_get_text(GTK_LABEL(descendant(adw_message_dialog_get_extra_child(openDialog()), GTK_TYPE_LABEL)));
   }
 
-  static GtkWidget* inDialog(GType type) { return descendant(GTK_WIDGET(dialog()), type); }
+  static GtkWidget* inDialog(GType type) { return descendant(GTK_WIDGET(openDialog()), type); }
 };
 
 TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
@@ -39,9 +39,9 @@ TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
     SCOPED_TRACE(row.what);
     run(std::string("window.result = 'none'; window.result = String(") + row.script + ")");
     ASSERT_TRUE(waitForDialog());
-    EXPECT_EQ(adw_message_dialog_get_heading(dialog()), url("").substr(std::string("http://").size()) + " 的消息");
+    EXPECT_EQ(adw_message_dialog_get_heading(openDialog()), url("").substr(std::string("http://").size()) + " 的消息");
     EXPECT_EQ(message(), row.message);
-    EXPECT_TRUE(gtk_window_get_modal(GTK_WINDOW(dialog())));
+    EXPECT_TRUE(gtk_window_get_modal(GTK_WINDOW(openDialog())));
     if (row.typed) gtk_editable_set_text(GTK_EDITABLE(inDialog(GTK_TYPE_ENTRY)), row.typed);
     answer(row.response);
     EXPECT_TRUE(becomes("window.result", row.result));
@@ -54,7 +54,7 @@ TEST_F(ScriptDialog, LeavingAPageWithUnsavedTextIsAskedInOurWords) {
   visitor({"mousemove", "40", "20", "click", "1", "type", "x"});
   run("location.href = '/next'");
   ASSERT_TRUE(waitForDialog());
-  EXPECT_STREQ(adw_message_dialog_get_heading(dialog()), "要离开此页面吗？");
+  EXPECT_STREQ(adw_message_dialog_get_heading(openDialog()), "要离开此页面吗？");
   answer("decline");
   EXPECT_EQ(evaluate("location.pathname"), "/");
   run("location.href = '/next'");
@@ -69,7 +69,7 @@ TEST_F(ScriptDialog, ALongTextIsCutBetweenCharacters) {
   ASSERT_TRUE(waitForDialog());
   EXPECT_EQ(g_utf8_strlen(message().c_str(), -1), 2001);
   EXPECT_TRUE(message().ends_with("字…"));
-  EXPECT_LE(gtk_widget_get_height(GTK_WIDGET(dialog())), 600) << "its buttons must be on the screen";
+  EXPECT_LE(gtk_widget_get_height(GTK_WIDGET(openDialog())), 600) << "its buttons must be on the screen";
   answer("accept");
 }
 
@@ -78,13 +78,13 @@ TEST_F(ScriptDialog, EndsWithItsPageAndWithItsProcess) {
   run("confirm('still there?')");
   ASSERT_TRUE(waitForDialog());
   webkit_web_view_terminate_web_process(view());
-  EXPECT_TRUE(wait([] { return !dialog(); }, 5)) << "nobody waits for this answer";
+  EXPECT_TRUE(wait([] { return !openDialog(); }, 5)) << "nobody waits for this answer";
 
   open("again");
   run("prompt('and now?')");
   ASSERT_TRUE(waitForDialog());
   closePage();
-  EXPECT_FALSE(dialog());
+  EXPECT_FALSE(openDialog());
   pass(0.2);
 }
 
@@ -95,8 +95,8 @@ TEST_F(ScriptDialog, APageThatFloodsTheVisitorCanBeSilenced) {
   for (int count = 1; count <= 2; ++count) {
     ASSERT_TRUE(waitForDialog());
     EXPECT_FALSE(inDialog(GTK_TYPE_CHECK_BUTTON)) << count;
-    adw_message_dialog_response(dialog(), "accept");
-    ASSERT_TRUE(wait([&] { return !dialog() || std::to_string(count) == message(); }, 5));
+    adw_message_dialog_response(openDialog(), "accept");
+    ASSERT_TRUE(wait([&] { return !openDialog() || std::to_string(count) == message(); }, 5));
   }
   ASSERT_TRUE(waitForDialog());
   ASSERT_TRUE(inDialog(GTK_TYPE_CHECK_BUTTON));
@@ -104,11 +104,11 @@ TEST_F(ScriptDialog, APageThatFloodsTheVisitorCanBeSilenced) {
   answer("accept");
   EXPECT_TRUE(becomes("window.shown", "40"));
   EXPECT_EQ(evaluate("window.result"), "false,");
-  EXPECT_FALSE(dialog());
+  EXPECT_FALSE(openDialog());
 
   open("the next page of the same screen");
   evaluate("alert('me again'); 0");
-  EXPECT_FALSE(dialog()) << "a page does not get its voice back by loading itself anew";
+  EXPECT_FALSE(openDialog()) << "a page does not get its voice back by loading itself anew";
 }
 
 }  // namespace
