@@ -1,0 +1,195 @@
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+#include <adwaita.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include "AllocationCount.h"
+#include "Bench.h"
+#include "GtkFixture.h"
+#include "TemporaryFolder.h"
+#include "audio/PipelineRun.h"
+
+#include "orivex/gtk/Gtk.h"
+#include "orivex/platform/Platform.h"
+#include "orivex/sdk/OrivexSDK.h"
+#include "orivex/voice/RecordManager.h"
+#include "orivex/voice/VoiceManager.h"
+
+namespace orivex::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int clips = 15;
+constexpr double seconds = 10;
+constexpr std::uintmax_t headerSize = 44;
+
+// What the component records with, written by GStreamer alone.
+std::string barePipeline(const fs::path& file) {
+  return "pulsesrc latency-time=20000 buffer-time=2000000 ! audioconvert ! audioresample ! "
+         "audio/x-raw,format=S16LE,rate=16000,channels=1 ! level ! wavenc ! filesink buffer-mode=unbuffered location=" +
+         file.string();
+}
+
+bool hasSound(const fs::path& file) {
+  std::error_code error;
+  const auto size = fs::file_size(file, error);
+  return !error && size > headerSize;
+}
+
+double processorMilliseconds() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto of = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
+  };
+  return of(usage.ru_utime) + of(usage.ru_stime);
+}
+
+// How often the main thread has come out of its wait for something to do.
+int wakeUps = 0;
+gint countingPoll(GPollFD* descriptors, guint count, gint timeout) {
+  const gint ready = g_poll(descriptors, count, timeout);
+  ++wakeUps;
+  return ready;
+}
+
+// Runs the main loop without the ticks that a test's wait adds.
+void idle(double duration) {
+  bool over = false;
+  g_timeout_add(
+      static_cast<guint>(duration * 1000),
+      [](gpointer flag) -> gboolean {
+        *static_cast<bool*>(flag) = true;
+        return G_SOURCE_REMOVE;
+      },
+      &over);
+  while (!over) g_main_context_iteration(nullptr, TRUE);
+}
+
+VoiceManager& voice() {
+  return VoiceManager::shared();
+}
+
+double millisecondsToSound(double& hold) {
+  const double before = milliseconds();
+  voice().startRecording();
+  hold = std::max(hold, milliseconds() - before);
+  const fs::path file = voice().recorder_file_path->filePath().value();
+  while (!hasSound(file) && milliseconds() - before < 10000) g_usleep(200);
+  const double passed = milliseconds() - before;
+  const double stopping = milliseconds();
+  voice().stopRecording();
+  hold = std::max(hold, milliseconds() - stopping);
+  voice().deleteRecordingFile();
+  return passed;
+}
+
+double bareMillisecondsToSound(const fs::path& folder) {
+  const auto file = folder / "bare.wav";
+  fs::remove(file);
+  const auto command = "exec gst-launch-1.0 -q " + barePipeline(file);
+  const char* const arguments[] = {"sh", "-c", command.c_str(), nullptr};
+  GPid process = 0;
+  const double before = milliseconds();
+  const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD);
+  g_spawn_async(nullptr, const_cast<char**>(arguments), nullptr, flags, nullptr, nullptr, &process, nullptr);
+  while (!hasSound(file) && milliseconds() - before < 10000) g_usleep(200);
+  const double passed = milliseconds() - before;
+  ::kill(process, SIGKILL);
+  ::waitpid(process, nullptr, 0);
+  return passed;
+}
+
+void measureStart(const fs::path& folder) {
+  std::vector<double> ours;
+  std::vector<double> bare;
+  double hold = 0;
+  millisecondsToSound(hold);
+  hold = 0;
+  for (int clip = 0; clip < clips; ++clip) {
+    ours.push_back(millisecondsToSound(hold));
+    bare.push_back(bareMillisecondsToSound(folder));
+    gtk::pass(0.1);
+  }
+  print("from the request to sound on disk (median)", median(ours), "ms");
+  print("the same by gst-launch (median)", median(bare), "ms");
+  print("from the request to sound on disk, ratio", median(ours) / median(bare), "");
+  print("longest hold of the main thread by starting or stopping", hold, "ms");
+}
+
+void measureRecording(const fs::path& folder, const std::shared_ptr<Window>& window) {
+  gtk::WorkerPool workers(1, std::chrono::seconds(1));
+  const auto run = gtk::PipelineRun::start(
+      workers, [&] { return gtk::parsePipeline(barePipeline(folder / "yardstick.wav")); },
+      [](const std::optional<Failure>& failure) { std::fputs(failure ? "the yardstick failed\n" : "", stderr); });
+  gtk::pass(1);
+  double before = processorMilliseconds();
+  idle(seconds);
+  const double bare = processorMilliseconds() - before;
+  run->stop();
+
+  const auto& overlay = RecordManager::shared().recordingView();
+  overlay->setCenter(window->rootViewController()->view()->center());
+  window->rootViewController()->view()->addSubview(overlay);
+  voice().startRecording();
+  RecordManager::shared().beginOverlay();
+  gtk::pass(1);
+  g_main_context_set_poll_func(nullptr, countingPoll);
+  wakeUps = 0;
+  before = processorMilliseconds();
+  idle(seconds);
+  const double ours = processorMilliseconds() - before;
+  const int woken = wakeUps;
+  g_main_context_set_poll_func(nullptr, g_poll);
+  print("processor time of 10 s of recording with the overlay", ours, "ms");
+  print("the same of the bare pipeline", bare, "ms");
+  print("processor time, ratio", ours / bare, "");
+  print("wake-ups of the main thread in a second", woken / seconds, "");
+}
+
+void measureLevel() {
+  constexpr int batches = 10;
+  constexpr int calls = 100000;
+  std::vector<double> each;
+  std::vector<double> allocations;
+  float sum = 0;
+  for (int batch = 0; batch < batches; ++batch) {
+    const auto allocated = allocationCount();
+    const double before = milliseconds();
+    for (int call = 0; call < calls; ++call) sum += voice().currentVolumeLevel();
+    each.push_back((milliseconds() - before) * 1000 / calls);
+    allocations.push_back(static_cast<double>(allocationCount() - allocated));
+  }
+  print("currentVolumeLevel while recording (median of 10 batches)", median(each), "us");
+  // The least: other threads allocate now and then.
+  print("allocations of 100,000 calls", *std::min_element(allocations.begin(), allocations.end()), "");
+  if (!(sum > 0)) std::fputs("the microphone hears nothing\n", stderr);
+}
+
+}  // namespace
+}  // namespace orivex::bench
+
+// voice-bench: needs a display and a sound server that hears something.
+int main() {
+  using namespace orivex;
+  adw_init();
+  gtk::install();
+  auto* const window = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_default_size(window, 360, 720);
+  gtk_window_set_child(window, gtk_label_new("Shop"));
+  const auto screens = gtk::attach(window);
+  gtk_window_present(window);
+  gtk::pass(1);
+  const gtk::TemporaryFolder folder;
+  VoiceManager::shared().isRecordingAllowed = true;
+  bench::measureStart(folder.path());
+  bench::measureRecording(folder.path(), screens);
+  bench::measureLevel();
+  RecordManager::shared().closeMicrophone();
+  VoiceManager::shared().deleteRecordingFile();
+  return 0;
+}
