@@ -88,7 +88,8 @@ TEST_F(PageLimit, TheMenuHasTheClipboardsCommandsOnly) {
 
 TEST_F(PageLimit, DraggedFilesReplaceNothingButReachAPageThatTakesThem) {
   open(
-      "<div id=plain>plain</div><input id=input type=file><div id=zone>zone</div><a id=link href=/x>link</a>"
+      "<div id=plain>plain</div><input id=input type=file><input id=dead type=file disabled><input id=text><input "
+      "id=fixed readonly><div id=zone>zone</div><a id=link href=/x>link</a>"
       "<div id=card draggable=true>card</div>"
       "<script>zone.ondragover = (event) => event.preventDefault();</script>");
   // Whether the event's own action, which would be to open what was dropped, is prevented, and the effect that is left.
@@ -106,6 +107,9 @@ TEST_F(PageLimit, DraggedFilesReplaceNothingButReachAPageThatTakesThem) {
       {"a file over the page", "('dragover', 'plain', true)", "true"},
       {"a file dropped on the page", "('drop', 'plain', true)", "true"},
       {"a file dropped into a file input", "('drop', 'input', true)", "false"},
+      {"a file dropped into a disabled one", "('drop', 'dead', true)", "true"},
+      {"a file dropped into a text field", "('drop', 'text', true)", "false"},
+      {"a file dropped into one that is read only", "('drop', 'fixed', true)", "true"},
       {"words dropped on the page", "('drop', 'plain', false)", "false"},
       {"a file over a zone of the page's own", "('dragover', 'zone', true)", "true"},
       {"a link dragged out", "('dragstart', 'link', false)", "true"},

@@ -21,10 +21,11 @@ addEventListener('dragstart', (event) => {
 }, true);
 const judge = (event) => {
   const target = event.composedPath()[0];
-  const takesFiles = target instanceof HTMLInputElement && target.type === 'file';
+  const takesDrops = target instanceof Element &&
+      target.matches(':read-write, input[type=file]:not(:disabled)');
   const foreign = event.dataTransfer && [...event.dataTransfer.types].some(
       (type) => type === 'Files' || type === 'text/uri-list');
-  if (event.defaultPrevented || takesFiles || !foreign) return;
+  if (event.defaultPrevented || takesDrops || !foreign) return;
   event.preventDefault();
   event.dataTransfer.dropEffect = 'none';
 };
