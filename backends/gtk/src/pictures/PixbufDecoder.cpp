@@ -38,7 +38,7 @@ class Loading {
     if (tooLarge_) return Failure{"too large to be decoded"};
     if (!fits || !complete) return failureOf(error);
     auto pixbuf = GRef<GdkPixbuf>::share(gdk_pixbuf_loader_get_pixbuf(loader_.get()));
-    if (!pixbuf || !hasPixels_) return failureOf(error);
+    if (!pixbuf || !(hasPixels_ || isMoving())) return failureOf(error);
     return pixbuf;
   }
 
@@ -49,6 +49,12 @@ class Loading {
     const auto pixels = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
     tooLarge_ = isTooLarge(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height), pixels * pixelBytes);
     if (tooLarge_) gdk_pixbuf_loader_set_size(loader, 0, 0);
+  }
+
+  // Loaders of moving pictures do not tell when they have pixels.
+  bool isMoving() const {
+    auto* const animation = gdk_pixbuf_loader_get_animation(loader_.get());
+    return animation && !gdk_pixbuf_animation_is_static_image(animation);
   }
 
   // Of a file that was cut off before this, a loader gives a black picture.
