@@ -138,7 +138,7 @@ TEST_F(CurlUploadFaultTest, ARefusalBeforeTheEndOfTheBodyIsTold) {
   for (const bool closes : {false, true}) {
     for (int quarters = -1; quarters < 4; ++quarters) {
       SCOPED_TRACE(quarters);
-      SocketServer server(once([&](SocketConnection& connection, std::size_t length) {
+      auto server = std::make_unique<SocketServer>(once([&](SocketConnection& connection, std::size_t length) {
         if (quarters >= 0) {
           goAhead(connection);
           connection.skip(length * static_cast<std::size_t>(quarters) / 4);
@@ -147,7 +147,8 @@ TEST_F(CurlUploadFaultTest, ARefusalBeforeTheEndOfTheBodyIsTold) {
         if (closes) connection.endSending();
         sentAfterRefusal = connection.skip(length);
       }));
-      const auto upload = send(form(server.url("/"), path(large)));
+      const auto upload = send(form(server->url("/"), path(large)));
+      server.reset();
       EXPECT_EQ(upload.status(), 413) << upload.error();
       EXPECT_EQ(upload.body(), "too large");
       EXPECT_EQ(upload.error(), "");
@@ -175,7 +176,7 @@ TEST_F(CurlUploadFaultTest, OnlyStandingStillTimesOut) {
     bool timesOut;
   };
   const auto slowly = [](const std::function<bool()>& step) {
-    while (step()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    while (step()) std::this_thread::sleep_for(std::chrono::milliseconds(40));
   };
   const Case cases[] = {
       {"never answers", [](SocketConnection& connection, std::size_t) { staySilent(connection); }, std::nullopt, true},
@@ -216,7 +217,7 @@ TEST_F(CurlUploadFaultTest, OnlyStandingStillTimesOut) {
     SCOPED_TRACE(name);
     SocketServer server(once(behaviour));
     auto request = form(server.url("/"), path(file_));
-    request.idleTimeout = 0.5;
+    request.idleTimeout = 1;
     const auto upload = send(request);
     EXPECT_EQ(upload.status(), status);
     EXPECT_EQ(upload.reply->error.has_value(), timesOut) << upload.error();
