@@ -26,9 +26,9 @@ std::string lumaSteps(const std::string& jpeg) {
 
 TEST_F(PictureQualityTest, SamplesThatAreNotConvertedLookAsIfTheyWere) {
   const PlainJpegOptions kinds[] = {{}, {.lumaDown = 1}, {.lumaAcross = 1, .lumaDown = 1}};
-  for (unsigned seed = 1; seed <= 3; ++seed) {
+  for (unsigned seed = 1; seed <= 2; ++seed) {
     for (const auto& kind : kinds) {
-      const auto stored = encodePlainJpeg(naturalPhoto(1200, 900, seed), kind);
+      const auto stored = encodePlainJpeg(naturalPhoto(800, 600, seed), kind);
       const auto original = decodePlainJpeg(stored);
       auto usual = kind;
       usual.quality = 70;
@@ -50,7 +50,7 @@ TEST_F(PictureQualityTest, TheQualityIsThatOfLibjpegsScale) {
 }
 
 TEST_F(PictureQualityTest, AFileOfLesserQualityNeitherGrowsNorLoses) {
-  const auto stored = encodePlainJpeg(naturalPhoto(1200, 900, 4), {.quality = 55});
+  const auto stored = encodePlainJpeg(naturalPhoto(800, 600, 4), {.quality = 55});
   for (const double quality : {0.7, 1.0}) {
     const auto own = recode(stored, quality);
     EXPECT_LT(static_cast<double>(own.size()), 1.01 * static_cast<double>(stored.size())) << quality;
