@@ -42,7 +42,7 @@ GstPadProbeReturn formatComes(GstPad* /*pad*/, GstPadProbeInfo* info, gpointer d
 }  // namespace
 
 Size placedSize(Size frame, Size area) {
-  const auto [less, more] = std::minmax(area.width / frame.width, area.height / frame.height);
+  const auto [less, more] = std::minmax({area.width / frame.width, area.height / frame.height});
   const double scale = more <= less * mostCrop ? more : less;
   return {std::max(1.0, std::round(frame.width * scale)), std::max(1.0, std::round(frame.height * scale))};
 }
