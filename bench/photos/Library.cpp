@@ -33,19 +33,17 @@ gtk::Thumbnail thumbnail(int seed) {
 }  // namespace
 
 Library::Library(int photos) {
-  const auto original = folder_.write("original.jpg", gtk::pictureData(64, 48, 0x4080c0ff, "jpeg"));
-  const utimbuf times{1'700'000'000, 1'700'000'000};
-  utime(original.c_str(), &times);
+  const auto contents = gtk::pictureData(64, 48, 0x4080c0ff, "jpeg");
   const gtk::ThumbnailCache cache(folder_.path() / "cache");
   const auto add = [&](int first) {
     for (int index = first; index < photos; index += workers) {
-      const auto folder = folder_.path() / "photos" / std::to_string(index / filesPerFolder);
-      std::filesystem::create_directories(folder);
-      const auto path = folder / ("IMG_" + std::to_string(index) + ".jpg");
-      std::filesystem::create_hard_link(original, path);
-      cache.write(gtk::MediaItem{path, MediaType::image, std::int64_t{1'700'000'000} * 1'000'000'000,
-                                 static_cast<std::int64_t>(std::filesystem::file_size(path))},
-                  gtk::ThumbnailSize::large, thumbnail(index));
+      const auto folder = std::filesystem::path("photos") / std::to_string(index / filesPerFolder);
+      const auto path = folder_.write(folder / ("IMG_" + std::to_string(index) + ".jpg"), contents);
+      constexpr std::time_t oldest = 1'600'000'000;
+      constexpr int prime = 7919;  // neither folder by folder nor name by name
+      const utimbuf times{oldest + index * prime % 1'000'003, oldest + index * prime % 1'000'003};
+      utime(path.c_str(), &times);
+      cache.write(*gtk::FolderScan::itemAt(path, {}), gtk::ThumbnailSize::large, thumbnail(index));
     }
   };
   std::vector<std::thread> threads;

@@ -5,7 +5,7 @@
 
 namespace orivex::bench {
 
-/// A folder of small photos, links to a few files, with a fresh thumbnail of each in a cache of its own.
+/// Folders of small photos of different ages, with a fresh thumbnail of each in a cache of its own.
 class Library {
  public:
   explicit Library(int photos);

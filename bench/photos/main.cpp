@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <vector>
 
 #include <adwaita.h>
@@ -131,6 +132,8 @@ int main() {
   gtk::pass(0.5);
   const bench::Library few(10);
   const bench::Library many(10'000);
+  std::puts("Both libraries are ready.");
+  std::fflush(stdout);
   bench::Stage stage(window, screens);
   bench::measure(stage, few, many);
   return 0;

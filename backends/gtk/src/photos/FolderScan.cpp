@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include <dirent.h>
 
@@ -29,15 +30,21 @@ bool leadsAround(const std::string& link) {
 }  // namespace
 
 void FolderScan::run(const std::vector<std::string>& roots) {
-  // The last is visited first.
-  folders_.assign(roots.rbegin(), roots.rend());
+  for (const auto& root : roots) visitLater(root);
   while (!visitor_.isStopped()) {
-    if (folders_.empty() && !links_.empty()) folders_.swap(links_);
+    if (folders_.empty()) {
+      for (auto& link : std::exchange(links_, {})) visitLater(std::move(link));
+    }
     if (folders_.empty()) return;
-    const std::string folder = std::move(folders_.back());
-    folders_.pop_back();
+    const std::string folder = folders_.top().second;
+    folders_.pop();
     visit(folder);
   }
+}
+
+void FolderScan::visitLater(std::string folder) {
+  struct stat facts {};
+  if (stat(folder.c_str(), &facts) == 0) folders_.emplace(modified(facts), std::move(folder));
 }
 
 void FolderScan::visit(const std::string& folder) {
@@ -55,17 +62,16 @@ void FolderScan::visit(const std::string& folder) {
 void FolderScan::entry(int folderDescriptor, const std::string& folder, const char* name, unsigned char kind) {
   if (name[0] == '.') return;
   const auto type = mediaTypeOf(name, filter_);
-  const bool isFolder = kind == DT_DIR;
-  // Most of what lies around needs no look: names tell files apart, and most file systems name the folders.
-  if (!isFolder && !type && kind == DT_REG) return;
+  // Most of what lies around needs no look: names tell files apart, and most file systems tell which are folders.
+  if (!type && kind == DT_REG) return;
   std::string path = folder + "/" + name;
-  if (isFolder) return folders_.push_back(std::move(path));
+  if (kind == DT_DIR) return visitLater(std::move(path));
   struct stat facts {};
   if (fstatat(folderDescriptor, name, &facts, 0) != 0) return;
   if (S_ISDIR(facts.st_mode)) {
     std::error_code failure;
     const bool isLink = kind == DT_LNK || std::filesystem::is_symlink(path, failure);
-    if (!isLink) return folders_.push_back(std::move(path));
+    if (!isLink) return visitLater(std::move(path));
     if (!leadsAround(path)) links_.push_back(std::move(path));
   } else if (type && S_ISREG(facts.st_mode)) {
     visitor_.foundItem({std::move(path), *type, modified(facts), facts.st_size});

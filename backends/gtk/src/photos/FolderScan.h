@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <queue>
 #include <set>
 #include <string>
 #include <utility>
@@ -30,8 +31,8 @@ class ScanVisitor {
 };
 
 /// Looks through folders and those below them, on a thread that may block. Hidden folders are left out, and so is what
-/// cannot be read. Links to folders are followed, except to a folder around them; each folder is visited once, by its
-/// own path where it has one below a root.
+/// cannot be read. The folder in which something has come or gone last is visited first. Links to folders are followed,
+/// except to a folder around them; each folder is visited once, by its own path where it has one below a root.
 class FolderScan {
  public:
   FolderScan(const MediaFilter& filter, ScanVisitor& visitor) : filter_(filter), visitor_(visitor) {}
@@ -42,13 +43,14 @@ class FolderScan {
   static std::optional<MediaItem> itemAt(const std::string& path, const MediaFilter& filter);
 
  private:
+  void visitLater(std::string folder);
   void visit(const std::string& folder);
   void entry(int folderDescriptor, const std::string& folder, const char* name, unsigned char kind);
 
   const MediaFilter filter_;
   ScanVisitor& visitor_;
-  std::vector<std::string> folders_;  // still to visit
-  std::vector<std::string> links_;    // to folders, for when no folder is left
+  std::priority_queue<std::pair<std::int64_t, std::string>> folders_;  // still to visit, with when they were modified
+  std::vector<std::string> links_;                                     // to folders, for when no folder is left
   std::set<std::pair<dev_t, ino_t>> visited_;
 };
 

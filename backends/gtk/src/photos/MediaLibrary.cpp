@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 #include <glib.h>
@@ -15,9 +17,15 @@
 namespace orivex::gtk {
 namespace {
 
-// A library that is read within this time appears at once in its final order; a slow one appears bit by bit.
-constexpr double firstNewsSeconds = 0.12;
-constexpr double nextNewsSeconds = 0.4;
+// A small library is read before the sheet's first frame and appears at once. Of a larger one the folders with the
+// newest files, which are read first, fill the screen by then; the rest follows while the sheet slides in. In between
+// the scan rests, so that the first pictures have a small device's processors for themselves.
+constexpr double firstNewsSeconds = 0.003;
+constexpr int screenful = 24;
+constexpr std::chrono::milliseconds rest{60};
+
+// A folder that takes so long to read shows what it has so far, and so does a slow library from then on.
+constexpr double slowSeconds = 0.12;
 
 // The clock is asked once in so many files.
 constexpr int filesPerLook = 64;
@@ -40,7 +48,8 @@ class MediaLibrary::Worker final : public ScanVisitor {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> paths;
     for (const auto& root : roots_) paths.push_back(root.path);
-    nextNews_ = queue_.now() + firstNewsSeconds;
+    start_ = queue_.now();
+    nextNews_ = start_ + slowSeconds;
     FolderScan(filter_, *this).run(paths);
     isComplete_ = true;
     // Even a root that is not there is watched: it may come.
@@ -55,6 +64,10 @@ class MediaLibrary::Worker final : public ScanVisitor {
   }
 
   bool foundFolder(const std::string& path, std::int64_t modified) override {
+    if (!hasTold_ && found_ >= screenful && queue_.now() >= start_ + firstNewsSeconds) {
+      tell();
+      std::this_thread::sleep_for(rest);
+    }
     const auto [known, isNew] = folders_.try_emplace(path, modified);
     if (!isNew && known->second == modified) return false;
     known->second = modified;
@@ -68,7 +81,7 @@ class MediaLibrary::Worker final : public ScanVisitor {
     hasChanged_ = true;
     if (isComplete_ || ++found_ % filesPerLook != 0 || queue_.now() < nextNews_) return;
     tell();
-    nextNews_ = queue_.now() + nextNewsSeconds;
+    nextNews_ = queue_.now() + slowSeconds;
   }
 
   bool isStopped() const override { return stopped_; }
@@ -101,6 +114,7 @@ class MediaLibrary::Worker final : public ScanVisitor {
   }
 
   void tell() {
+    hasTold_ = true;
     hasChanged_ = false;
     if (!stopped_) news_(index_.catalog(roots_, isComplete_), std::exchange(newFolders_, {}), std::exchange(gone_, {}));
   }
@@ -115,10 +129,12 @@ class MediaLibrary::Worker final : public ScanVisitor {
   std::map<std::string, std::int64_t> folders_;  // when each was last modified
   std::vector<std::string> newFolders_;          // not told yet
   std::vector<std::string> gone_;                // not told yet
+  bool hasTold_ = false;
   bool hasChanged_ = false;
   bool isComplete_ = false;
   int found_ = 0;
-  double nextNews_ = 0;
+  double start_ = 0;     // seconds of the queue's clock, as the next
+  double nextNews_ = 0;  // not before then
 };
 
 MediaLibrary::MediaLibrary(MainQueue& queue, std::vector<MediaRoot> roots, const MediaFilter& filter, Changed changed)

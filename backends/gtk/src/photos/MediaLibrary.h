@@ -20,8 +20,8 @@ class MediaLibrary {
  public:
   using Changed = std::function<void(std::shared_ptr<const MediaCatalog>)>;
 
-  /// Begins to scan. `changed` gets the library as it is known so far, first when the scan has ended or has gone on for
-  /// a moment.
+  /// Begins to scan. `changed` gets the library as it is known so far: a small one at once, of a larger one first what
+  /// lies in the folders that were modified last.
   MediaLibrary(MainQueue& queue, std::vector<MediaRoot> roots, const MediaFilter& filter, Changed changed);
   MediaLibrary(const MediaLibrary&) = delete;
   MediaLibrary& operator=(const MediaLibrary&) = delete;

@@ -10,8 +10,9 @@ constexpr guint fewestColumns = 3;
 constexpr double columnWidth = 130;  // points, at least, where more than the fewest fit
 
 // A grid widget makes thirty rows of cells for a long model, however few can be seen. A screen's worth comes at once,
-// the others a few in each frame.
+// the others a few in each frame after the sheet has slid in, when nobody waits for the first pictures any more.
 constexpr std::size_t firstCells = 24;
+constexpr gint64 slideMicroseconds = 300'000;
 constexpr std::size_t cellsPerFrame = 9;
 constexpr std::size_t rowsMade = 30;
 
@@ -99,7 +100,10 @@ void PhotoGrid::reveal() {
   revealing_ = gtk_widget_add_tick_callback(GTK_WIDGET(view_), tick, this, nullptr);
 }
 
-gboolean PhotoGrid::frame(GdkFrameClock* /*clock*/) {
+gboolean PhotoGrid::frame(GdkFrameClock* clock) {
+  const auto now = gdk_frame_clock_get_frame_time(clock);
+  if (revealStart_ == 0) revealStart_ = now;
+  if (now - revealStart_ < slideMicroseconds) return G_SOURCE_CONTINUE;
   const std::size_t most = rowsMade * gtk_grid_view_get_max_columns(view_);
   list_.setLimit(list_.count() < most ? list_.count() + cellsPerFrame : SIZE_MAX);
   if (list_.count() < list_.items()->size()) return G_SOURCE_CONTINUE;

@@ -77,8 +77,9 @@ class PhotoGrid {
   GtkGridView* view_ = nullptr;
   const std::shared_ptr<PhotoCell::Roster> cells_ = std::make_shared<PhotoCell::Roster>();
   std::optional<std::size_t> wantsFocus_;
-  guint looking_ = 0;    // GLib source
-  guint revealing_ = 0;  // tick callback
+  guint looking_ = 0;       // GLib source
+  guint revealing_ = 0;     // tick callback
+  gint64 revealStart_ = 0;  // frame time in microseconds; 0 before the first frame with a long album
   std::vector<SignalConnection> connections_;
 };
 
