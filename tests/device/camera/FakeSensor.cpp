@@ -17,16 +17,18 @@ constexpr const char* interfaceText = R"xml(<node><interface name="net.hadess.Se
 
 using NodePtr = std::unique_ptr<GDBusNodeInfo, FreeWith<g_dbus_node_info_unref>>;
 
-void call(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
-          GDBusMethodInvocation* invocation, gpointer) {
+}  // namespace
+
+void FakeSensor::call(GDBusConnection*, const char*, const char*, const char*, const char* method, GVariant*,
+                      GDBusMethodInvocation* invocation, gpointer self) {
+  if (g_str_equal(method, "ClaimAccelerometer")) static_cast<FakeSensor*>(self)->claimed_ = true;
   g_dbus_method_invocation_return_value(invocation, nullptr);
 }
 
-GVariant* property(GDBusConnection*, const char*, const char*, const char*, const char*, GError**, gpointer data) {
-  return g_variant_new_string(static_cast<const std::string*>(data)->c_str());
+GVariant* FakeSensor::property(GDBusConnection*, const char*, const char*, const char*, const char*, GError**,
+                               gpointer self) {
+  return g_variant_new_string(static_cast<const FakeSensor*>(self)->orientation_.c_str());
 }
-
-}  // namespace
 
 void useFakeSystemBus() {
   g_setenv("DBUS_SYSTEM_BUS_ADDRESS", g_getenv("DBUS_SESSION_BUS_ADDRESS"), TRUE);
@@ -42,7 +44,7 @@ FakeSensor::FakeSensor(std::string orientation) : orientation_(std::move(orienta
   static const GDBusInterfaceVTable table{call, property, nullptr, {}};
   const NodePtr node(g_dbus_node_info_new_for_xml(interfaceText, nullptr));
   object_ = g_dbus_connection_register_object(connection_.get(), "/net/hadess/SensorProxy", node->interfaces[0], &table,
-                                              const_cast<std::string*>(&orientation_), nullptr, nullptr);
+                                              this, nullptr, nullptr);
   const std::unique_ptr<GVariant, FreeWith<g_variant_unref>> reply(g_dbus_connection_call_sync(
       connection_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
       g_variant_new("(su)", "net.hadess.SensorProxy", 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));

@@ -19,8 +19,17 @@ class FakeSensor {
   FakeSensor& operator=(const FakeSensor&) = delete;
   ~FakeSensor();
 
+  /// Whether somebody asked it to watch, and so knows the orientation.
+  bool isClaimed() const { return claimed_; }
+
  private:
+  static void call(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
+                   const char* method, GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self);
+  static GVariant* property(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
+                            const char* name, GError** error, gpointer self);
+
   const std::string orientation_;
+  bool claimed_ = false;
   GRef<GDBusConnection> connection_;
   guint object_ = 0;
 };
