@@ -168,7 +168,7 @@ TEST_F(CaptureTest, WithoutAMicrophoneAVideoIsSilent) {
   const std::string server = g_getenv("PULSE_SERVER") ? g_getenv("PULSE_SERVER") : "";
   g_setenv("PULSE_SERVER", "unix:/nonexistent", TRUE);
   openLive();
-  hold(2.5);
+  hold(3);
   ASSERT_TRUE(waitForReview());
   server.empty() ? g_unsetenv("PULSE_SERVER") : static_cast<void>(g_setenv("PULSE_SERVER", server.c_str(), TRUE));
   const auto video = used();
