@@ -49,6 +49,7 @@ inline gtk::SocketServer::Handler serve(const std::string& body) {
 void measureRoundTrip(const Host& host);
 void measureOpening(const Host& host);
 void measureBurst(const Host& host);
+void measurePhotos(const Host& host);
 void measurePanning(const Host& host);
 void measureIdleness(const Host& host);
 void measureManyScreens(const Host& host, int count);

@@ -16,7 +16,8 @@ GtkWindow* makeWindow() {
 
 }  // namespace
 
-// screen-bench [round-trip|opening|burst|panning|idle|screens]...: everything without arguments. Needs a display.
+// screen-bench [round-trip|opening|burst|photos|panning|idle|screens]...: everything without arguments. Needs a
+// display.
 int main(int argc, char** argv) {
   using namespace orivex;
   adw_init();
@@ -36,6 +37,7 @@ int main(int argc, char** argv) {
   if (asked("round-trip")) bench::measureRoundTrip(host);
   if (asked("opening")) bench::measureOpening(host);
   if (asked("burst")) bench::measureBurst(host);
+  if (asked("photos")) bench::measurePhotos(host);
   if (asked("panning")) bench::measurePanning(host);
   if (asked("idle")) bench::measureIdleness(host);
   if (asked("screens")) bench::measureManyScreens(host, 50);
