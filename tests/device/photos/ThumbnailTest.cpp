@@ -41,7 +41,7 @@ class ThumbnailTest : public ::testing::Test {
 
 TEST_F(ThumbnailTest, LieWhereEveryProgramLooksForThem) {
   const ThumbnailCache cache("/cache");
-  // The digest of "file:///home/jens/photos/me.png", the specification's own example.
+  // The digest of "file:///home/jens/photos/me.png", the freedesktop thumbnail standard's own example.
   const MediaItem item{"/home/jens/photos/me.png"};
   EXPECT_EQ(cache.pathOf(item, ThumbnailSize::normal), "/cache/normal/c6ee772d9e49320e97ec29a7eb5b1697.png");
   EXPECT_EQ(cache.pathOf(item, ThumbnailSize::xLarge).parent_path(), "/cache/x-large");

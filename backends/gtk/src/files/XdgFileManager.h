@@ -6,7 +6,7 @@
 
 namespace orivex::gtk {
 
-/// The folders of the XDG base directory specification and of xdg-user-dirs.
+/// The folders of the XDG base directory standard and of xdg-user-dirs.
 class XdgFileManager final : public FileManager {
  public:
   /// `applicationId` names the application's own folder in $XDG_DATA_HOME; must not be empty.

@@ -14,7 +14,7 @@
 namespace orivex::gtk {
 namespace {
 
-// Keys of the specification, as the pixbuf's PNG reader and writer name text chunks.
+// Keys of the freedesktop thumbnail standard, as the pixbuf's PNG reader and writer name text chunks.
 constexpr const char* uriKey = "tEXt::Thumb::URI";
 constexpr const char* modifiedKey = "tEXt::Thumb::MTime";
 constexpr const char* durationKey = "tEXt::Thumb::Movie::Length";  // seconds

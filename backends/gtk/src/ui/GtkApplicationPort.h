@@ -14,8 +14,8 @@
 
 namespace orivex::gtk {
 
-/// The windows that the host has attached, whether one of them is active in front of a visitor, and the desktop's way to
-/// open addresses.
+/// The windows that the host has attached, whether one of them is active in front of a visitor, and the desktop's way
+/// to open addresses.
 class GtkApplicationPort final : public Application {
  public:
   explicit GtkApplicationPort(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
