@@ -161,5 +161,6 @@ endDemo() {
   demoPid=""
   demoWindow=""
   [ "$status" -eq 0 ] || fail "the demo ended with code $status"
-  if grep -E 'WARNING|CRITICAL' "$demoErrors"; then fail "the demo complained, see ${demoErrors##*/}"; fi
+  # The web engine's own processes may miss a bus or a parent that ends before them.
+  if grep -E 'WARNING|CRITICAL' "$demoErrors" | grep -v '(WebKit'; then fail "the demo complained, see ${demoErrors##*/}"; fi
 }
