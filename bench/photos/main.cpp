@@ -78,7 +78,7 @@ class Stage {
     while (gdk_frame_clock_get_frame_counter(clock) <= counted) g_main_context_iteration(nullptr, TRUE);
   }
 
-  const gtk::FakeProbe probe_;
+  const gtk::FakeProbe probe_{};
   GtkWindow* const window_;
   const std::shared_ptr<Window> screens_;
   HoldMeter meter_;

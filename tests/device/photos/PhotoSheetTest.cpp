@@ -1,102 +1,11 @@
 #include <gtest/gtest.h>
-#include <utime.h>
 
-#include "FakeProbe.h"
-#include "GtkFixture.h"
-#include "TemporaryFolder.h"
-#include "Visitor.h"
-#include "photos/GtkPhotoLibrary.h"
-#include "photos/PhotoCell.h"
-
-#include "orivex/platform/Platform.h"
+#include "PhotoStage.h"
 
 namespace orivex::gtk {
 namespace {
 
-/// A window with the library of `photos` pictures "p01.jpg", "p02.jpg"... and a video, the video newest, then the
-/// pictures in order.
-class PhotoSheetTest : public ::testing::Test {
- protected:
-  void fill(int photos) {
-    constexpr std::time_t newest = 1'700'000'000;
-    const auto data = pictureData(64, 48, 0x4080c0ff, "jpeg");
-    const auto add = [&](const std::string& name, std::time_t modified) {
-      const auto path = folder_.write("root/" + name, data);
-      const utimbuf times{modified, modified};
-      utime(path.c_str(), &times);
-    };
-    add("clip.mp4", newest + 1);
-    for (int index = 1; index <= photos; ++index) {
-      add("p" + std::string(index < 10 ? "0" : "") + std::to_string(index) + ".jpg", newest - index);
-    }
-  }
-
-  void open(const PhotoLibraryOptions& options = {}) {
-    library_.show(options, *view(), [this](PhotoSelection selection) { results_.push_back(std::move(selection)); });
-  }
-
-  View* view() const { return application().find(visitor_.window())->window()->contentView().get(); }
-  static const GtkApplicationPort& application() {
-    return dynamic_cast<const GtkApplicationPort&>(Platform::current().application);
-  }
-
-  // The cell of a file, once it shows how the file looks; null when that does not happen.
-  PhotoCell* cell(const std::string& name) {
-    PhotoCell* found = nullptr;
-    wait([&] { return (found = findCell(GTK_WIDGET(visitor_.overlay()), name)) && found->hasThumbnail(); }, 10);
-    pass(0.05);
-    return found;
-  }
-  static PhotoCell* findCell(GtkWidget* parent, const std::string& name) {
-    for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
-      auto* const cell = PhotoCell::of(child);
-      if (cell && cell->item() && nameOf(*cell->item()) == name && gtk_widget_get_mapped(child)) return cell;
-      if (auto* const found = findCell(child, name)) return found;
-    }
-    return nullptr;
-  }
-
-  // Waits until the panel has come to rest.
-  void settle() { pass(0.6); }
-
-  void clickCircle(const std::string& name) {
-    auto* const target = cell(name);
-    ASSERT_TRUE(target) << name;
-    double x = 0;
-    double y = 0;
-    gtk_widget_translate_coordinates(target->widget(), GTK_WIDGET(visitor_.window()),
-                                     gtk_widget_get_width(target->widget()) - 18.0, 18, &x, &y);
-    VisitorWindow::click(x, y);
-  }
-  bool reads(const std::string& text) {
-    return wait([&] { return findByText(GTK_WIDGET(visitor_.overlay()), text) != nullptr; }, 5);
-  }
-  void clickText(const std::string& text) {
-    ASSERT_TRUE(reads(text)) << text;
-    visitor_.click(findByText(GTK_WIDGET(visitor_.overlay()), text));
-  }
-  bool isGone() {
-    return wait([&] { return library_.content() == nullptr; }, 5);
-  }
-  std::string names(const PhotoSelection& selection) {
-    std::string all;
-    for (const auto& item : selection.items) {
-      const auto path = item.file.filePath().value_or("");
-      EXPECT_TRUE(std::filesystem::exists(path)) << path;
-      all += std::filesystem::path(path).filename().string() + " ";
-    }
-    return all;
-  }
-
-  VisitorWindow visitor_;
-  TemporaryFolder folder_;
-  const FakeProbe probe_;
-  GtkPhotoLibrary library_{
-      Platform::current().mainQueue, application(), probe_, [this] {
-        return PhotoSources{{{folder_.path() / "root", "图片"}}, ThumbnailCache(folder_.path() / "cache")};
-      }};
-  std::vector<PhotoSelection> results_;
-};
+class PhotoSheetTest : public ::testing::Test, protected PhotoStage {};
 
 TEST_F(PhotoSheetTest, ClicksOnCirclesSelectInOrderAndConfirm) {
   fill(12);

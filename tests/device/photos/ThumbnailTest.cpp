@@ -36,7 +36,7 @@ class ThumbnailTest : public ::testing::Test {
 
   TemporaryFolder folder_;
   ThumbnailCache cache_{folder_.path() / "cache"};
-  const FakeProbe probe_;
+  const FakeProbe probe_{};
 };
 
 TEST_F(ThumbnailTest, LieWhereEveryProgramLooksForThem) {

@@ -3,18 +3,19 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <fstream>
 #include <string_view>
 #include <variant>
 
 #include "../glib/GMemory.h"
+#include "../pictures/PictureLimits.h"
 
 namespace orivex::gtk {
 namespace {
 
-// Only JPEG is scaled while it is decoded; of any other format the whole picture is held in memory for a moment.
-constexpr double mostPixelsUnscaled = 100e6;
-constexpr double mostPixelsOfJpeg = 1000e6;
+// JPEG alone is scaled while it is decoded; of any other format the whole picture is in memory for a moment.
+constexpr std::uint64_t bytesPerPixel = 4;
 
 // What the loader is told once it knows the picture's own size.
 struct Bounds {
@@ -26,8 +27,10 @@ struct Bounds {
 void fitInto(GdkPixbufLoader* loader, int width, int height, gpointer data) noexcept {
   auto& bounds = *static_cast<Bounds*>(data);
   const GCharPtr format(gdk_pixbuf_format_get_name(gdk_pixbuf_loader_get_format(loader)));
-  const double limit = std::string_view(format.get()) == "jpeg" ? mostPixelsOfJpeg : mostPixelsUnscaled;
-  bounds.isTooLarge = static_cast<double>(width) * height > limit;
+  const auto pixels = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
+  const bool isScaledEarly = std::string_view(format.get()) == "jpeg";
+  bounds.isTooLarge = isTooLarge(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height),
+                                 isScaledEarly ? 0 : pixels * bytesPerPixel);
   const double scale =
       std::min({1.0, bounds.width / static_cast<double>(width), bounds.height / static_cast<double>(height)});
   const auto scaled = [&](int side) { return std::max(1, static_cast<int>(std::lround(side * scale))); };
