@@ -32,7 +32,10 @@ std::optional<std::string> scriptCall(std::string_view function, const Value& ar
   try {
     const auto json = encode(argument);
     if (logged) log::debugPrint(json);
-    return std::string(function) + "(" + json + ");";
+    std::string script;
+    script.reserve(function.size() + json.size() + 3);  // nine photos are tens of megabytes: they are copied once
+    script.append(function).append("(").append(json).append(");");
+    return script;
   } catch (const EncodingError& error) {
     log::debugPrint(std::string("Error serializing JSON: ") + error.what());
     return std::nullopt;

@@ -4,16 +4,9 @@
 
 #include <gio/gio.h>
 
-namespace orivex::gtk {
+#include "../FreeWith.h"
 
-/// Deleter that calls the free function which GLib names for the type.
-template <auto free>
-struct FreeWith {
-  template <class Pointee>
-  void operator()(Pointee* pointer) const {
-    free(pointer);
-  }
-};
+namespace orivex::gtk {
 
 using GCharPtr = std::unique_ptr<char, FreeWith<g_free>>;
 using GErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
