@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,13 @@ class LogLines {
   }
 
   const std::vector<std::string>& get() const { return lines_; }
+
+  /// How many lines contain this.
+  int count(const std::string& part) const {
+    return static_cast<int>(std::count_if(
+        lines_.begin(), lines_.end(), [&](const std::string& line) { return line.find(part) != std::string::npos; }));
+  }
+  bool has(const std::string& part) const { return count(part) > 0; }
 
  private:
   bool wasEnabled_;

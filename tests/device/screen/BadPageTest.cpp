@@ -43,11 +43,11 @@ TEST_F(BadPage, WrongBodiesAreOneLogLineOrNothing) {
       {"recording.postMessage({deviceId: 'd', action: 'dance'})", nullptr},
   };
   for (const auto& [script, line] : cases) {
-    const int before = logCount("Error decoding");
+    const int before = log.count("Error decoding");
     post(*chat, "webkit.messageHandlers." + std::string(script));
     EXPECT_EQ(recorder->events.size(), 1U) << script;
-    EXPECT_EQ(logCount("Error decoding"), before + (line ? 1 : 0)) << script;
-    EXPECT_TRUE(!line || logHas(line)) << script;
+    EXPECT_EQ(log.count("Error decoding"), before + (line ? 1 : 0)) << script;
+    EXPECT_TRUE(!line || log.has(line)) << script;
   }
   EXPECT_EQ(evaluate(*chat, "typeof webkit.messageHandlers.unknown"), "undefined");
 }

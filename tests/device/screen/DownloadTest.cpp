@@ -96,7 +96,7 @@ TEST_F(Download, WhatFailsLeavesNothing) {
   open("page", {{"/cut", {cut.substr(0, cut.size() - 50000), SocketServer::Then::reset}}});
   EXPECT_EQ(follow("/cut", ""), (EndedDownload{"big.zip", false}));
   EXPECT_EQ(saved(), std::vector<std::string>());
-  EXPECT_TRUE(logHas("A download failed"));
+  EXPECT_TRUE(log.has("A download failed"));
 }
 
 TEST_F(Download, ALostFolderIsReplacedByOurOwn) {

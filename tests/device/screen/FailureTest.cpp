@@ -26,7 +26,7 @@ TEST_F(Failure, ARefusedTokenClosesTheScreenAfterItsMessage) {
   for (const int status : {401, 404, 503}) {
     const SocketServer server([status](const std::string&) { return SocketServer::Answer{reply(status, "{}")}; });
     EXPECT_GE(secondsUntilClosed(server.url(""), 10), 2.0) << status;
-    EXPECT_TRUE(logHas("Response Status Code: " + std::to_string(status)));
+    EXPECT_TRUE(log.has("Response Status Code: " + std::to_string(status)));
   }
 }
 
@@ -34,12 +34,12 @@ TEST_F(Failure, ASilentServerIsGivenFiveSeconds) {
   const SocketServer server([](const std::string&) { return SocketServer::Answer{"", SocketServer::Then::silence}; });
   const double seconds = secondsUntilClosed(server.url(""), 15);
   EXPECT_GE(seconds, 7.0);
-  EXPECT_TRUE(logHas("请求超时"));
+  EXPECT_TRUE(log.has("请求超时"));
 }
 
 TEST_F(Failure, NobodyListeningIsToldAndClosed) {
   EXPECT_GE(secondsUntilClosed("http://127.0.0.1:1", 10), 2.0);
-  EXPECT_TRUE(logHas("请求失败："));
+  EXPECT_TRUE(log.has("请求失败："));
 }
 
 TEST_F(Failure, ARedirectIsFollowedToThePageThatCounts) {
@@ -49,7 +49,7 @@ TEST_F(Failure, ARedirectIsFollowedToThePageThatCounts) {
   });
   const auto chat = openChat(server.url(""));
   EXPECT_EQ(evaluate(*chat, "location.pathname"), "/moved");
-  EXPECT_TRUE(logHas("Redirected"));
+  EXPECT_TRUE(log.has("Redirected"));
 }
 
 TEST_F(Failure, APageThatGoesAwayBetweenCheckAndLoadIsTold) {
@@ -60,7 +60,7 @@ TEST_F(Failure, APageThatGoesAwayBetweenCheckAndLoadIsTold) {
   });
   const auto chat = startChat(server.url(""));
   window()->rootViewController()->present(chat, false);
-  EXPECT_TRUE(wait([&] { return logHas("Load failed"); }, 10));
+  EXPECT_TRUE(wait([&] { return log.has("Load failed"); }, 10));
   EXPECT_TRUE(chat->isViewInWindow()) << "a failed load is shown, the screen stays";
 }
 

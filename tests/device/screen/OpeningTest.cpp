@@ -37,7 +37,7 @@ TEST_F(Opening, StaysHiddenUntilThePageSaysThatItIsReady) {
   EXPECT_TRUE(wait([&] { return chat->isLoaded(); }, 2));
   EXPECT_EQ(chat->webView()->alpha(), 1);
   EXPECT_TRUE(wait([&] { return chat->loadView()->superview() == nullptr; }, 2)) << "the placeholder fades and goes";
-  EXPECT_TRUE(logHas("InitLoad"));
+  EXPECT_TRUE(log.has("InitLoad"));
 }
 
 TEST_F(Opening, AFinishedLoadAloneRevealsThePage) {

@@ -106,9 +106,4 @@ void PageFixture::visitor(std::vector<std::string> arguments) {
   pass(0.05);
 }
 
-int PageFixture::logCount(const std::string& part) const {
-  return static_cast<int>(std::count_if(log.get().begin(), log.get().end(),
-                                        [&](const auto& line) { return line.find(part) != std::string::npos; }));
-}
-
 }  // namespace orivex::gtk

@@ -46,9 +46,6 @@ class PageFixture : public ::testing::Test {
   /// Real input through the display server, as xdotool takes it.
   static void visitor(std::vector<std::string> arguments);
 
-  bool logHas(const std::string& part) const { return logCount(part) > 0; }
-  int logCount(const std::string& part) const;
-
   static bool waitForDialog() {
     return wait([] { return openDialog() != nullptr; }, 10);
   }

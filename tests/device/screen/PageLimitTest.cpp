@@ -41,7 +41,7 @@ TEST_F(PageLimit, PermissionsAreRefusedWithALineEach) {
     run(std::string("window.answer = 'none'; (async () => ") + row.script +
         ")().then(() => { window.answer = 'granted'; }, () => { window.answer = 'refused'; }); 0");
     EXPECT_TRUE(becomes("window.answer", "refused"));
-    lines = logCount("refused a permission");
+    lines = log.count("refused a permission");
   }
   EXPECT_GE(lines, 1);
   EXPECT_LE(lines, static_cast<int>(std::size(cases)));
@@ -51,7 +51,7 @@ TEST_F(PageLimit, ThePageStaysWhatAndWhereItIs) {
   open("page", {{"/next", {reply(200, "next", htmlHeader)}}});
   EXPECT_EQ(evaluate("!document.fullscreenEnabled"), "true");
   evaluate("window.print(); 0");
-  EXPECT_TRUE(wait([&] { return logHas("wants to print"); }, 10));
+  EXPECT_TRUE(wait([&] { return log.has("wants to print"); }, 10));
   run("location.href = '/next'");
   ASSERT_TRUE(becomes("location.pathname", "/next"));
   const int loads = finished;

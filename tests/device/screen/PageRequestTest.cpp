@@ -17,7 +17,7 @@ TEST_F(PageRequest, WindowsGoElsewhereAndOnlyOnAGesture) {
       "<script>onload = () => { window.early = window.open('https://pop.example/'); }</script>"
       "<a id=blank target=_blank href='https://a.example/b?c=%E4%BD%A0#d'>a</a>"
       "<a id=named target=other href=/relative>b</a>");
-  EXPECT_TRUE(wait([&] { return logHas("A window that nobody asked for was refused: https://pop.example/"); }, 10));
+  EXPECT_TRUE(wait([&] { return log.has("A window that nobody asked for was refused: https://pop.example/"); }, 10));
   EXPECT_EQ(evaluate("String(window.early)"), "null");
   EXPECT_EQ(windows, std::vector<std::string>());
 
@@ -28,7 +28,7 @@ TEST_F(PageRequest, WindowsGoElsewhereAndOnlyOnAGesture) {
   EXPECT_TRUE(wait([&] { return windows.size() >= 3; }, 10));
   EXPECT_EQ(windows,
             (std::vector<std::string>{"https://a.example/b?c=%E4%BD%A0#d", url("/relative"), "https://c.example/"}));
-  EXPECT_TRUE(wait([&] { return logHas("without an address"); }, 10));
+  EXPECT_TRUE(wait([&] { return log.has("without an address"); }, 10));
   EXPECT_EQ(evaluate("location.pathname"), "/");
 }
 

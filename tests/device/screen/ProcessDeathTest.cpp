@@ -35,7 +35,7 @@ TEST_F(ProcessDeath, APageThatDiesAgainAndAgainEndsInAMessageAndTheHostIsFree) {
     ASSERT_TRUE(wait([&] { return readyCount() == death + 1; }, 10)) << death;
   }
   killPage(*chat);
-  EXPECT_TRUE(wait([&] { return logHas("lost its process too often"); }, 5));
+  EXPECT_TRUE(wait([&] { return log.has("lost its process too often"); }, 5));
   EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 10)) << "the visitor is not left with a white page";
   EXPECT_EQ(readyCount(), 4U);
 }

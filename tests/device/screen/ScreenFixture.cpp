@@ -71,15 +71,6 @@ std::string ScreenFixture::panelText() const {
   return "";
 }
 
-int ScreenFixture::logCount(const std::string& part) const {
-  return static_cast<int>(std::count_if(log.get().begin(), log.get().end(),
-                                        [&](const std::string& line) { return line.find(part) != std::string::npos; }));
-}
-
-bool ScreenFixture::logHas(const std::string& part) const {
-  return logCount(part) > 0;
-}
-
 SocketServer::Handler servePage(const std::string& body) {
   return [body](const std::string& target) {
     if (!target.starts_with(chatPath)) return SocketServer::Answer{reply(404, "")};

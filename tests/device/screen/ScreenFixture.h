@@ -47,9 +47,6 @@ class ScreenFixture : public ::testing::Test {
   /// Result of a script in the page, as text.
   static std::string evaluate(OVKFApi& chat, const std::string& script);
 
-  bool logHas(const std::string& part) const;
-  int logCount(const std::string& part) const;
-
   const std::shared_ptr<Window>& window() const { return window_; }
   GtkWindow* gtkWindow() const { return gtkWindow_; }
 
