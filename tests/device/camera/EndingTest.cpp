@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -12,6 +13,14 @@ using EndingTest = CameraFixture;
 std::size_t openDescriptors() {
   const std::filesystem::directory_iterator entries("/proc/self/fd");
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+bool holdsACapture() {
+  const std::filesystem::directory_iterator entries("/proc/self/fd");
+  return std::any_of(begin(entries), end(entries), [](const auto& entry) {
+    std::error_code closedMeanwhile;
+    return std::filesystem::read_symlink(entry, closedMeanwhile).string().starts_with(captureFolder());
+  });
 }
 
 std::size_t threads() {
@@ -54,6 +63,19 @@ TEST_F(EndingTest, ACameraThatBreaksWhileItRecordsLeavesNoFile) {
   ASSERT_TRUE(waitForOutcome());
   EXPECT_EQ(std::get<CameraFailure>(outcomes[0]), CameraFailure::failed);
   EXPECT_TRUE(wait([] { return files().empty(); }, hangs));
+}
+
+TEST_F(EndingTest, AFolderThatGoesAsARecordingBeginsCostsOnlyTheVideo) {
+  openLive();
+  beginHold();
+  ASSERT_TRUE(wait([] { return holdsACapture(); }, hangs));
+  std::filesystem::remove_all(captureFolder());
+  ASSERT_TRUE(wait([&] { return clock() == "0:01"; }, hangs));
+  endHold();
+  ASSERT_TRUE(wait([&] { return log.has("camera: no video"); }, hangs));
+  ASSERT_TRUE(waitForLive());
+  hold(1);
+  EXPECT_TRUE(waitForReview());
 }
 
 TEST_F(EndingTest, ASecondScreenIsIgnoredUntilTheFirstIsClosed) {

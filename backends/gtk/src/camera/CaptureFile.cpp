@@ -20,10 +20,6 @@ std::string timeOfDay() {
   return text.get();
 }
 
-int makeFile(const std::string& path) {
-  return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnlyFile);
-}
-
 }  // namespace
 
 // The user's runtime folder goes with the login, and with it whatever a crash has left there.
@@ -38,15 +34,10 @@ std::variant<std::shared_ptr<CaptureFile>, Failure> CaptureFile::make(std::strin
   const int descriptor = g_mkstemp_full(path.data(), O_RDWR | O_CLOEXEC, ownerOnlyFile);
   if (descriptor < 0) return Failure{g_strerror(errno)};
   close(descriptor);
-  auto file = std::make_shared<CaptureFile>(path);
-  const int draft = makeFile(file->draftPath());
-  if (draft < 0) return Failure{g_strerror(errno)};
-  close(draft);
-  return file;
+  return std::make_shared<CaptureFile>(path);
 }
 
 CaptureFile::~CaptureFile() {
-  g_unlink(draftPath().c_str());
   if (owned_) g_unlink(path_.c_str());
 }
 

@@ -24,9 +24,6 @@ class CaptureFile {
 
   const std::string& path() const { return path_; }
 
-  /// A second file beside it for whoever writes it; it is always deleted with this object.
-  std::string draftPath() const { return path_ + ".part"; }
-
   /// From here on the file belongs to the caller.
   Url giveAway();
 

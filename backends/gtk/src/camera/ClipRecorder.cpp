@@ -7,6 +7,7 @@
 
 #include "ClipFormat.h"
 #include "ClipInput.h"
+#include "ScratchFile.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -38,7 +39,23 @@ std::string describe(const ClipFormat& format, const std::string& microphone) {
   return text;
 }
 
-ElementOrError build(VideoExportType type, bool withSound, const CaptureFile& file) {
+// The muxer moves the index before the pictures and keeps them in a draft until then. GStreamer's waits for itself for
+// ever when it cannot open its draft, so that is one which always opens.
+struct ClipFiles {
+  std::shared_ptr<CaptureFile> clip;
+  std::shared_ptr<ScratchFile> draft;
+};
+
+std::variant<ClipFiles, Failure> makeFiles(VideoExportType type) {
+  auto clip = CaptureFile::make("video", type == VideoExportType::mp4 ? ".mp4" : ".mov");
+  if (const auto* const failure = std::get_if<Failure>(&clip)) return *failure;
+  auto draft = ScratchFile::make();
+  if (const auto* const failure = std::get_if<Failure>(&draft)) return *failure;
+  return ClipFiles{std::get<std::shared_ptr<CaptureFile>>(std::move(clip)),
+                   std::get<std::shared_ptr<ScratchFile>>(std::move(draft))};
+}
+
+ElementOrError build(VideoExportType type, bool withSound, const ClipFiles& files) {
   const auto format = chooseClipFormat(type);
   if (!format) return pipelineError("no H.264 encoder is installed");
   const auto microphone = withSound && !format->sound.empty() ? findMicrophone(microphoneName) : "";
@@ -48,8 +65,8 @@ ElementOrError build(VideoExportType type, bool withSound, const CaptureFile& fi
   auto pipeline = GRef<GstElement>::sink(
       gst_parse_launch_full(describe(*format, microphone).c_str(), nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
   if (error || !pipeline) return adoptError(error);
-  g_object_set(elementOf(*pipeline.get(), "file").get(), "location", file.path().c_str(), nullptr);
-  g_object_set(elementOf(*pipeline.get(), "mux").get(), "faststart-file", file.draftPath().c_str(), nullptr);
+  g_object_set(elementOf(*pipeline.get(), "file").get(), "location", files.clip->path().c_str(), nullptr);
+  g_object_set(elementOf(*pipeline.get(), "mux").get(), "faststart-file", files.draft->path().c_str(), nullptr);
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
   gst_pipeline_use_clock(GST_PIPELINE(pipeline.get()), clock.get());
   return pipeline;
@@ -94,21 +111,18 @@ void ClipRecorder::warmUp(CameraThreads threads, VideoExportType type) {
 void ClipRecorder::start(bool withSound) {
   withSound_ = withSound;
   pipeline_.reset();
-  auto made = CaptureFile::make("video", type_ == VideoExportType::mp4 ? ".mp4" : ".mov");
+  const auto made = makeFiles(type_);
   if (const auto* const failure = std::get_if<Failure>(&made)) {
     threads_.main.async(alive_.guard([this, reason = failure->description] { fail(reason); }));
     return;
   }
-  file_ = std::get<std::shared_ptr<CaptureFile>>(made);
+  auto files = std::make_shared<ClipFiles>(std::get<ClipFiles>(made));
+  file_ = files->clip;
   pipeline_ = std::make_unique<Pipeline>(
-      threads_, [type = type_, withSound, file = file_] { return build(type, withSound, *file); },
-      Pipeline::Handlers{.ended =
-                             [this] {
-                               const auto finished = handlers_.finished;
-                               finished(std::move(file_));
-                             },
+      threads_, [type = type_, withSound, files] { return build(type, withSound, *files); },
+      Pipeline::Handlers{.ended = [this] { ended(); },
                          .failed = [this](const PipelineError& error) { pipelineFailed(error); }},
-      file_);
+      files);
   connectFrames();
 }
 
@@ -133,6 +147,12 @@ void ClipRecorder::finish() {
     endStreams(pipeline);
   });
   threads_.main.asyncAfter(longestFinish, alive_.guard([this] { fail("the video cannot be completed"); }));
+}
+
+void ClipRecorder::ended() {
+  if (!g_file_test(file_->path().c_str(), G_FILE_TEST_EXISTS)) return fail("its file was deleted");
+  const auto finished = handlers_.finished;
+  finished(std::move(file_));
 }
 
 // A microphone that is there and gives no sound, as when all are muted by a switch, must not cost the video.

@@ -39,6 +39,7 @@ class ClipRecorder {
  private:
   void start(bool withSound);
   void connectFrames();
+  void ended();
   void pipelineFailed(const PipelineError& error);
   void fail(const std::string& reason);
 
