@@ -108,29 +108,31 @@ class RecordWriter {
 }  // namespace
 
 template <class Value>
-std::string encode(const Value& value) {
+std::string encode(const Value& value, std::string_view before, std::string_view after) {
   const JsonWriter::Lease writer;
+  if (!before.empty()) (*writer).literal(before);
   try {
     RecordWriter(*writer).write(value);
   } catch (const NotWritable& problem) {
     throw EncodingError(problem.path.with(problem.what()));
   }
+  if (!after.empty()) (*writer).literal(after);
   return std::string((*writer).text());
 }
 
-template std::string encode(const FailModel&);
-template std::string encode(const MessageBody&);
-template std::string encode(const MessageCustomFields&);
-template std::string encode(const MessageCustomItems&);
-template std::string encode(const MessageCustomMenus&);
-template std::string encode(const MessageModel&);
-template std::string encode(const PostMessageModel&);
-template std::string encode(const ShortcutsModel&);
-template std::string encode(const TrackModel&);
-template std::string encode(const UploadFileInfoModel&);
-template std::string encode(const UploadResposeModel&);
-template std::string encode(const UserMappingModel&);
-template std::string encode(const WebViewEnvModel&);
-template std::string encode(const std::vector<UploadFileInfoModel>&);
+template std::string encode(const FailModel&, std::string_view, std::string_view);
+template std::string encode(const MessageBody&, std::string_view, std::string_view);
+template std::string encode(const MessageCustomFields&, std::string_view, std::string_view);
+template std::string encode(const MessageCustomItems&, std::string_view, std::string_view);
+template std::string encode(const MessageCustomMenus&, std::string_view, std::string_view);
+template std::string encode(const MessageModel&, std::string_view, std::string_view);
+template std::string encode(const PostMessageModel&, std::string_view, std::string_view);
+template std::string encode(const ShortcutsModel&, std::string_view, std::string_view);
+template std::string encode(const TrackModel&, std::string_view, std::string_view);
+template std::string encode(const UploadFileInfoModel&, std::string_view, std::string_view);
+template std::string encode(const UploadResposeModel&, std::string_view, std::string_view);
+template std::string encode(const UserMappingModel&, std::string_view, std::string_view);
+template std::string encode(const WebViewEnvModel&, std::string_view, std::string_view);
+template std::string encode(const std::vector<UploadFileInfoModel>&, std::string_view, std::string_view);
 
 }  // namespace orivex

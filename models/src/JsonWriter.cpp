@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -40,6 +41,23 @@ constexpr bool needsEscape(unsigned char c) {
   return c < 0x20 || c == '"' || c == '\\';
 }
 
+/// As many bytes as a processor compares at once, a few times over: nine photos are twelve megabytes of plain text.
+constexpr std::size_t blockSize = 64;
+
+/// What stands in a block. Written so that compilers make vector instructions of it.
+struct Block {
+  explicit Block(const char* text) {
+    for (std::size_t i = 0; i < blockSize; ++i) {
+      const auto c = static_cast<unsigned char>(text[i]);
+      escapes |= static_cast<unsigned char>((c < 0x20) | (c == '"') | (c == '\\'));
+      bits |= c;
+    }
+  }
+
+  unsigned char escapes = 0;  ///< not zero: one of the bytes cannot stand in a JSON string as it is
+  unsigned char bits = 0;     ///< of all bytes together
+};
+
 JsonWriter& ofThisThread() {
   thread_local JsonWriter writer;
   return writer;
@@ -61,6 +79,14 @@ void JsonWriter::write(const std::string& text) {
   const char* at = text.data();
   const char* const stop = at + text.size();
   Word all = 0;
+  while (static_cast<std::size_t>(stop - at) >= blockSize) {
+    const Block block(at);
+    if (block.escapes != 0) break;
+    all |= block.bits;
+    std::memcpy(end, at, blockSize);
+    end += blockSize;
+    at += blockSize;
+  }
   while (at != stop) {
     Word word = 0;
     const auto left = static_cast<std::size_t>(stop - at);
@@ -150,19 +176,21 @@ void JsonWriter::enclose(std::size_t start, char open, char close) {
   const bool isEmpty = size() == start;
   reserve(2);
   if (isEmpty) ++end;
-  memory[start] = open;
+  memory.get()[start] = open;
   *end++ = close;
 }
 
+// Growing in place spares megabytes their copy: the system moves their pages.
 void JsonWriter::grow(std::size_t more) {
   const std::size_t used = size();
   const auto had = static_cast<std::size_t>(limit - memory.get());
   const std::size_t wanted = std::max({leastKept, used + more, had * 2});
-  std::unique_ptr<char[]> larger(new char[wanted]);
-  if (used > 0) std::memcpy(larger.get(), memory.get(), used);
-  memory = std::move(larger);
-  end = memory.get() + used;
-  limit = memory.get() + wanted;
+  auto* const larger = static_cast<char*>(std::realloc(memory.get(), wanted));
+  if (!larger) throw std::bad_alloc();
+  static_cast<void>(memory.release());
+  memory.reset(larger);
+  end = larger + used;
+  limit = larger + wanted;
 }
 
 }  // namespace orivex

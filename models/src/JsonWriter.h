@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
@@ -70,7 +71,11 @@ class JsonWriter {
   template <class Float>
   void writeFloating(Float number);
 
-  std::unique_ptr<char[]> memory;
+  struct Free {
+    void operator()(char* text) const { std::free(text); }
+  };
+
+  std::unique_ptr<char, Free> memory;
   char* end = nullptr;
   char* limit = nullptr;
 };

@@ -30,11 +30,13 @@ bool isDictionary(std::string_view json) {
 template <class Value>
 std::optional<std::string> scriptCall(std::string_view function, const Value& argument, bool logged = false) {
   try {
-    const auto json = encode(argument);
-    if (logged) log::debugPrint(json);
-    std::string script;
-    script.reserve(function.size() + json.size() + 3);  // nine photos are tens of megabytes: they are copied once
-    script.append(function).append("(").append(json).append(");");
+    const std::string opening = std::string(function) + "(";
+    constexpr std::string_view closing = ");";
+    auto script = encode(argument, opening, closing);
+    if (logged) {
+      const auto length = script.size() - opening.size() - closing.size();
+      log::debugPrint(std::string_view(script).substr(opening.size(), length));
+    }
     return script;
   } catch (const EncodingError& error) {
     log::debugPrint(std::string("Error serializing JSON: ") + error.what());

@@ -39,11 +39,11 @@ std::optional<std::string> decodeText(std::string_view json);
 
 /// Writes a record, or a vector of `UploadFileInfoModel`, as JSON in UTF-8: the keys in the record's order, absent
 /// fields left out, bytes as padded Base64, numbers in the fewest digits that read back the same, no blanks, `/` as it
-/// is.
+/// is. `before` and `after` stand around it as they are, so that a script made of megabytes is put together once.
 ///
 /// Defined for every record of this folder except those of `orivex::incoming`. May be called on any thread.
 /// @throws EncodingError for a number that is not finite and for text that is not UTF-8.
 template <class Value>
-std::string encode(const Value& value);
+std::string encode(const Value& value, std::string_view before = {}, std::string_view after = {});
 
 }  // namespace orivex
