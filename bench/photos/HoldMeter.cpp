@@ -20,7 +20,9 @@ HoldMeter* HoldMeter::current = nullptr;
 
 HoldMeter::HoldMeter(GtkWidget* widget) {
   auto* const clock = gtk_widget_get_frame_clock(widget);
-  layout_ = gtk::SignalConnection::connect<&HoldMeter::layout>(clock, "layout", this);
+  // Animations and tick callbacks run at "update"; what comes after it is layout and painting.
+  beforePaint_ = gtk::SignalConnection::connect<&HoldMeter::beginFrame>(clock, "before-paint", this);
+  updated_ = gtk::SignalConnection::connectAfter<&HoldMeter::beginFrame>(clock, "update", this);
   afterPaint_ = gtk::SignalConnection::connect<&HoldMeter::afterPaint>(clock, "after-paint", this);
   turnStart_ = processorMilliseconds();
   current = this;
@@ -46,7 +48,7 @@ gint HoldMeter::poll(GPollFD* descriptors, guint count, gint timeout) {
   return ready;
 }
 
-void HoldMeter::layout(GdkFrameClock* /*clock*/) {
+void HoldMeter::beginFrame(GdkFrameClock* /*clock*/) {
   frameStart_ = processorMilliseconds();
 }
 

@@ -28,11 +28,12 @@ class HoldMeter {
 
  private:
   static gint poll(GPollFD* descriptors, guint count, gint timeout);
-  void layout(GdkFrameClock* clock);
+  void beginFrame(GdkFrameClock* clock);
   void afterPaint(GdkFrameClock* clock);
 
   static HoldMeter* current;
-  gtk::SignalConnection layout_;
+  gtk::SignalConnection beforePaint_;
+  gtk::SignalConnection updated_;
   gtk::SignalConnection afterPaint_;
   Holds longest_;
   double turnStart_ = 0;

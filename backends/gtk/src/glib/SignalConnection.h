@@ -30,6 +30,13 @@ class SignalConnection {
     return {G_OBJECT(sender), g_signal_connect(sender, signal, callback, owner)};
   }
 
+  /// The same, after the sender's own handler and those that were connected in the usual way.
+  template <auto handler, class Owner>
+  [[nodiscard]] static SignalConnection connectAfter(gpointer sender, const char* signal, Owner* owner) {
+    const GCallback callback = trampoline<handler, Owner>(handler);
+    return {G_OBJECT(sender), g_signal_connect_after(sender, signal, callback, owner)};
+  }
+
   void disconnect() {
     if (!sender_) return;
     auto* const sender = forget();

@@ -27,6 +27,15 @@ void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<
   sheet_ = std::make_unique<Sheet>(host->overlay(), queue_, content_->widget(), "照片", [this] { forget(); });
 }
 
+// Two hundred thumbnails and a hundred cells are too much to free in one turn of the main thread.
+void GtkPhotoLibrary::freeLater() {
+  if (!leaving_) return;
+  queue_.async(alive_.guard([this] {
+    if (leaving_ && !leaving_->shrink()) leaving_.reset();
+    freeLater();
+  }));
+}
+
 void GtkPhotoLibrary::confirmed(PhotoSelection selection) {
   queue_.async([selected = std::move(selected_), selection = std::move(selection)]() mutable {
     std::move(selected)(std::move(selection));
@@ -42,7 +51,8 @@ void GtkPhotoLibrary::close() {
 
 void GtkPhotoLibrary::forget() {
   sheet_.reset();
-  content_.reset();
+  if (content_) leaving_ = std::move(content_);
+  freeLater();
   selected_ = nullptr;
   isClosing_ = false;
 }

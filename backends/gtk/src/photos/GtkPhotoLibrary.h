@@ -7,6 +7,7 @@
 #include "../ui/Sheet.h"
 #include "PhotoSheet.h"
 
+#include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/MediaProbe.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
@@ -33,6 +34,7 @@ class GtkPhotoLibrary final : public PhotoLibrary {
   void close();
   void confirmed(PhotoSelection selection);
   void forget();
+  void freeLater();
 
   MainQueue& queue_;
   const GtkApplicationPort& application_;
@@ -40,8 +42,10 @@ class GtkPhotoLibrary final : public PhotoLibrary {
   const std::function<PhotoSources()> sources_;
   Once<void(PhotoSelection)> selected_;
   std::unique_ptr<PhotoSheet> content_;
+  std::unique_ptr<PhotoSheet> leaving_;
   std::unique_ptr<Sheet> sheet_;
   bool isClosing_ = false;
+  Alive alive_;
 };
 
 }  // namespace orivex::gtk

@@ -46,6 +46,9 @@ class PhotoSheet {
   /// As high as its parent lets it be.
   GtkWidget* widget() const { return content_.get(); }
 
+  /// Frees a part of what a sheet that nobody sees any more holds; false when the rest is little.
+  bool shrink() { return thumbnails_.shrink(); }
+
   const PhotoGrid& grid() const { return grid_; }
 
  private:

@@ -26,6 +26,9 @@ class ThumbnailLoader {
   /// What is in memory; null when nothing is.
   const LoadedThumbnail* find(const MediaItemPtr& item) { return store_.find(item); }
 
+  /// Lets go of a part of what is in memory; false when there is nothing.
+  bool shrink() { return store_.shrink(); }
+
   /// Calls `ready` once the thumbnail is there, and again when more becomes known: a sharper picture, the length of a
   /// video. Whoever lets go of the subscription withdraws; what nobody waits for is not begun.
   [[nodiscard]] Subscription request(const MediaItemPtr& item, Ready ready);

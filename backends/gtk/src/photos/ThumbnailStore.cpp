@@ -27,6 +27,13 @@ void ThumbnailStore::put(const MediaItemPtr& item, LoadedThumbnail thumbnail) {
   while (bytes_ > mostBytes_ && entries_.size() > 1) erase(std::prev(entries_.end()));
 }
 
+bool ThumbnailStore::shrink() {
+  constexpr int atOnce = 32;
+  if (entries_.empty()) return false;
+  for (int i = 0; i < atOnce && !entries_.empty(); ++i) erase(std::prev(entries_.end()));
+  return true;
+}
+
 void ThumbnailStore::erase(std::list<Entry>::iterator entry) {
   bytes_ -= bytesOf(entry->second);
   places_.erase(entry->first);

@@ -30,6 +30,9 @@ class ThumbnailStore {
 
   void put(const MediaItemPtr& item, LoadedThumbnail thumbnail);
 
+  /// Lets go of some that were not used for longest; false when there are none.
+  bool shrink();
+
   /// Bytes of the pixels that are kept.
   std::size_t bytes() const { return bytes_; }
 
