@@ -4,20 +4,23 @@
 
 #include "Bench.h"
 #include "Host.h"
+#include "Services.h"
 
 namespace orivex::bench {
 
 void measureManyScreens(const Host& host, int count) {
-  const gtk::SocketServer server(serve("<script>" + post + "</script>"));
+  const gtk::SocketServer server(serveChat());
   std::vector<std::weak_ptr<OVKFApi>> screens;
   long early = 0;
   int earlyDescriptors = 0;
+  int served = 0;
   for (int index = 0; index < count; ++index) {
     bool ready = false;
     const auto chat = host.makeChat(server.url(""), [&] { ready = true; });
     screens.push_back(chat);
     host.screens->rootViewController()->present(chat, false);
     gtk::wait([&] { return ready; }, 20);
+    if (useEveryService(chat)) ++served;
     chat->close();
     gtk::wait([&] { return !chat->isViewInWindow(); }, 5);
     // Both counts are taken with all screens gone: the reveal holds each for four seconds.
@@ -31,7 +34,8 @@ void measureManyScreens(const Host& host, int count) {
   }
   int alive = 0;
   for (const auto& screen : screens) alive += screen.expired() ? 0 : 1;
-  std::printf("%d screens on the real device\n", count);
+  std::printf("%d screens on the real device, each with every service used once\n", count);
+  print("  screens in which every answer came", served, "");
   print("  resident memory after the first tenth", static_cast<double>(early), "KiB");
   print("  resident memory at the end", static_cast<double>(residentKiB()), "KiB");
   print("  open descriptors after the first tenth", earlyDescriptors, "");

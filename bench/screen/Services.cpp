@@ -1,0 +1,141 @@
+#include "Services.h"
+
+#include <cstdlib>
+#include <fstream>
+
+#include <adwaita.h>
+
+#include "glib/GMemory.h"
+#include "glib/GRef.h"
+
+#include "orivex/platform/ui/WebView.h"
+
+namespace orivex::bench {
+namespace {
+
+constexpr double patience = 20;  // seconds for a step
+
+void makeDevice() {
+  static const bool made = [] {
+    setenv("ORIVEX_CAMERA_SOURCE", "videotestsrc is-live=true ! video/x-raw,width=1280,height=720,framerate=30/1", 1);
+    return true;
+  }();
+  static_cast<void>(made);
+}
+
+GtkWidget* findBelow(GtkWidget* widget, const std::function<bool(GtkWidget*)>& matches) {
+  if (matches(widget)) return widget;
+  for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
+    if (auto* const found = findBelow(child, matches)) return found;
+  }
+  return nullptr;
+}
+
+/// In any window.
+GtkWidget* find(const std::function<bool(GtkWidget*)>& matches) {
+  const gtk::GListPtr windows(gtk_window_list_toplevels());
+  for (const GList* window = windows.get(); window; window = window->next) {
+    if (auto* const found = findBelow(GTK_WIDGET(window->data), matches)) return found;
+  }
+  return nullptr;
+}
+
+bool isButton(GtkWidget* widget, const std::string& mark) {
+  if (!GTK_IS_BUTTON(widget) || !gtk_widget_get_mapped(widget) || gtk_widget_get_opacity(widget) < 1) return false;
+  return mark == gtk_widget_get_name(widget) || g_strcmp0(gtk_button_get_label(GTK_BUTTON(widget)), mark.c_str()) == 0;
+}
+
+bool click(const std::string& mark) {
+  GtkWidget* button = nullptr;
+  const bool came = gtk::wait(
+      [&] {
+        button = find([&](GtkWidget* widget) { return isButton(widget, mark); });
+        return button != nullptr;
+      },
+      patience);
+  if (came) g_signal_emit_by_name(button, "clicked");
+  return came;
+}
+
+bool pickDocument() {
+  const std::string path = std::string(g_get_tmp_dir()) + "/screen-bench.txt";
+  std::ofstream(path) << "a document";
+  GtkWidget* dialog = nullptr;
+  const auto isOpen = [&] {
+    dialog = find([](GtkWidget* widget) { return GTK_IS_FILE_CHOOSER_DIALOG(widget) != FALSE; });
+    return dialog && gtk_widget_get_mapped(dialog);
+  };
+  if (!gtk::wait(isOpen, patience)) return false;
+  const auto file = gtk::GRef<GFile>::adopt(g_file_new_for_path(path.c_str()));
+  // A chooser that still reads its folder forgets what it was told.
+  for (int tries = 0; tries < 40; ++tries) {
+    gtk_file_chooser_set_file(GTK_FILE_CHOOSER(dialog), file.get(), nullptr);
+    gtk::pass(0.2);
+    const auto chosen = gtk::GRef<GFile>::adopt(gtk_file_chooser_get_file(GTK_FILE_CHOOSER(dialog)));
+    if (!chosen || g_file_equal(chosen.get(), file.get()) == FALSE) continue;
+    gtk_dialog_response(GTK_DIALOG(dialog), GTK_RESPONSE_ACCEPT);
+    return true;
+  }
+  return false;
+}
+
+// Asked once in the life of a process's home.
+void allowMicrophone() {
+  auto* const dialog = find([](GtkWidget* widget) { return ADW_IS_MESSAGE_DIALOG(widget) != FALSE; });
+  if (dialog) adw_message_dialog_response(ADW_MESSAGE_DIALOG(dialog), "allow");
+}
+
+}  // namespace
+
+gtk::SocketServer::Handler serveChat() {
+  return [page = serve("<script>window.answers = 0;"
+                       "handleSelectedFiles = files => { answers += files.length; };"
+                       "handleSelectedRecord = record => { answers += record.url || record.base64Str ? 1 : 0; };" +
+                       post + "</script>")](const std::string& target) {
+    if (target.find("upload") == std::string::npos) return page(target);
+    return gtk::SocketServer::Answer{
+        gtk::reply(200, R"({"url":"https://files.example/1","inputContentType":"a/b","actualContentType":"a/b"})",
+                   "Content-Type: application/json\r\n")};
+  };
+}
+
+bool useEveryService(const std::shared_ptr<OVKFApi>& chat) {
+  makeDevice();
+  const auto send = [&](const char* name, const std::string& body) {
+    chat->webView()->evaluate("window.webkit.messageHandlers." + std::string(name) + ".postMessage(" + body + ");");
+  };
+  const auto answers = [&](int count) {
+    bool came = false;
+    return gtk::wait(
+        [&] {
+          bool told = false;
+          chat->webView()->evaluate("if (answers < " + std::to_string(count) + ") throw 'wait';",
+                                    [&](const std::optional<std::string>& error) {
+                                      came = !error;
+                                      told = true;
+                                    });
+          gtk::wait([&] { return told; }, patience);
+          return came;
+        },
+        patience);
+  };
+  const std::string request = "{deviceId: 'visitor'}";
+  send("initLoaded", "null");
+  send("trackEvent", "{name: 'n', attributes: {n: '1'}}");
+  send("openUrl", "'not an address'");
+  send("openFile", "'not an address'");
+  send("openDocumentPicker", request);
+  if (!pickDocument() || !answers(1)) return false;
+  send("openPhotoLibraryPicker", request);
+  if (!click("取消")) return false;
+  send("openCamera", request);
+  if (!click("camera-shutter") || !click("camera-use") || !answers(2)) return false;
+  send("recording", "{deviceId: 'visitor', action: 'start'}");
+  gtk::pass(0.5);
+  allowMicrophone();
+  gtk::pass(2);
+  send("recording", "{deviceId: 'visitor', action: 'end'}");
+  return answers(3);
+}
+
+}  // namespace orivex::bench
