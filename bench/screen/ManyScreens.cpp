@@ -12,6 +12,7 @@ void measureManyScreens(const Host& host, int count) {
   const gtk::SocketServer server(serveChat());
   std::vector<std::weak_ptr<OVKFApi>> screens;
   long early = 0;
+  double earlyHeap = 0;
   int earlyDescriptors = 0;
   int served = 0;
   for (int index = 0; index < count; ++index) {
@@ -28,6 +29,7 @@ void measureManyScreens(const Host& host, int count) {
       gtk::pass(8);
       if (index + 1 < count) {
         early = residentKiB();
+        earlyHeap = heapKiB();
         earlyDescriptors = openDescriptors();
       }
     }
@@ -36,6 +38,8 @@ void measureManyScreens(const Host& host, int count) {
   for (const auto& screen : screens) alive += screen.expired() ? 0 : 1;
   std::printf("%d screens on the real device, each with every service used once\n", count);
   print("  screens in which every answer came", served, "");
+  print("  heap in use after the first tenth", earlyHeap, "KiB");
+  print("  heap in use at the end", heapKiB(), "KiB");
   print("  resident memory after the first tenth", static_cast<double>(early), "KiB");
   print("  resident memory at the end", static_cast<double>(residentKiB()), "KiB");
   print("  open descriptors after the first tenth", earlyDescriptors, "");
