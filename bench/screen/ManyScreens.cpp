@@ -2,8 +2,6 @@
 #include <memory>
 #include <vector>
 
-#include <malloc.h>
-
 #include "Bench.h"
 #include "Host.h"
 #include "Services.h"
@@ -29,7 +27,6 @@ void measureManyScreens(const Host& host, int count) {
     // Both counts are taken with all screens gone: the reveal holds each for four seconds.
     if (index + 1 == count / 10 || index + 1 == count) {
       gtk::pass(8);
-      malloc_trim(0);  // memory that is free in the regions of ended threads is not left behind by screens
       if (index + 1 < count) {
         early = residentKiB();
         earlyHeap = heapKiB();
