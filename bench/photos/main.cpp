@@ -1,16 +1,14 @@
 #include <cstdio>
 #include <vector>
 
-#include <adwaita.h>
-
 #include "Bench.h"
 #include "FakeProbe.h"
 #include "GtkFixture.h"
 #include "HoldMeter.h"
 #include "Library.h"
+#include "ShopWindow.h"
 #include "photos/GtkPhotoLibrary.h"
 
-#include "orivex/gtk/Gtk.h"
 #include "orivex/platform/Platform.h"
 
 namespace orivex::bench {
@@ -135,14 +133,7 @@ void measure(Stage& stage, const Library& few, const Library& many) {
 // photos-bench: needs a display.
 int main() {
   using namespace orivex;
-  adw_init();
-  gtk::install();
-  auto* const window = GTK_WINDOW(gtk_window_new());
-  gtk_window_set_default_size(window, 390, 844);
-  gtk_window_set_child(window, gtk_label_new("Shop"));
-  const auto screens = gtk::attach(window);
-  gtk_window_present(window);
-  gtk::pass(0.5);
+  const auto [window, screens] = bench::openShop(390, 844);
   const bench::Library few(10);
   const bench::Library many(10'000);
   std::puts("Both libraries are ready.");

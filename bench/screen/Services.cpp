@@ -15,14 +15,6 @@ namespace {
 
 constexpr double patience = 20;  // seconds for a step
 
-void makeDevice() {
-  static const bool made = [] {
-    setenv("ORIVEX_CAMERA_SOURCE", "videotestsrc is-live=true ! video/x-raw,width=1280,height=720,framerate=30/1", 1);
-    return true;
-  }();
-  static_cast<void>(made);
-}
-
 GtkWidget* findBelow(GtkWidget* widget, const std::function<bool(GtkWidget*)>& matches) {
   if (matches(widget)) return widget;
   for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
@@ -100,7 +92,7 @@ gtk::SocketServer::Handler serveChat() {
 }
 
 bool useEveryService(const std::shared_ptr<OVKFApi>& chat) {
-  makeDevice();
+  setenv("ORIVEX_CAMERA_SOURCE", "videotestsrc is-live=true ! video/x-raw,width=1280,height=720,framerate=30/1", 1);
   const auto send = [&](const char* name, const std::string& body) {
     chat->webView()->evaluate("window.webkit.messageHandlers." + std::string(name) + ".postMessage(" + body + ");");
   };

@@ -2,30 +2,17 @@
 #include <cstdlib>
 #include <string_view>
 
-#include <adwaita.h>
-
 #include "Host.h"
-
-namespace {
-
-GtkWindow* makeWindow() {
-  auto* const window = GTK_WINDOW(gtk_window_new());
-  gtk_window_set_default_size(window, 360, 720);
-  return window;
-}
-
-}  // namespace
+#include "ShopWindow.h"
 
 // screen-bench [round-trip|opening|burst|photos|panning|idle|screens]...: everything without arguments. Needs a
 // display.
 int main(int argc, char** argv) {
   using namespace orivex;
-  adw_init();
-  gtk::install();
-  auto* const window = makeWindow();
-  gtk_window_set_child(window, gtk_label_new("Shop"));
-  const bench::Host host{window, gtk::attach(window), makeWindow()};
-  gtk_window_present(window);
+  const auto [window, screens] = bench::openShop(360, 720);
+  auto* const yardstick = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_default_size(yardstick, 360, 720);
+  const bench::Host host{window, screens, yardstick};
   gtk_window_present(host.yardstick);
   gtk::pass(1);
   const auto asked = [&](std::string_view name) {

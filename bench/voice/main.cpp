@@ -2,17 +2,16 @@
 #include <filesystem>
 #include <vector>
 
-#include <adwaita.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 
 #include "AllocationCount.h"
 #include "Bench.h"
 #include "GtkFixture.h"
+#include "ShopWindow.h"
 #include "TemporaryFolder.h"
 #include "audio/PipelineRun.h"
 
-#include "orivex/gtk/Gtk.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/sdk/OrivexSDK.h"
 #include "orivex/voice/RecordManager.h"
@@ -176,14 +175,7 @@ void measureLevel() {
 // voice-bench: needs a display and a sound server that hears something.
 int main() {
   using namespace orivex;
-  adw_init();
-  gtk::install();
-  auto* const window = GTK_WINDOW(gtk_window_new());
-  gtk_window_set_default_size(window, 360, 720);
-  gtk_window_set_child(window, gtk_label_new("Shop"));
-  const auto screens = gtk::attach(window);
-  gtk_window_present(window);
-  gtk::pass(1);
+  const auto [window, screens] = bench::openShop(360, 720);
   const gtk::TemporaryFolder folder;
   VoiceManager::shared().isRecordingAllowed = true;
   bench::measureStart(folder.path());
