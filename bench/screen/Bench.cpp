@@ -37,7 +37,8 @@ long residentKiB() {
 }
 
 double heapKiB() {
-  return static_cast<double>(mallinfo2().uordblks) / 1024;
+  const auto used = mallinfo2();
+  return static_cast<double>(used.uordblks + used.hblkhd) / 1024;  // inside the allocator's regions, and beside them
 }
 
 int openDescriptors() {

@@ -21,9 +21,11 @@ constexpr double settleSeconds = 0.3;
 
 void EdgePanBack::handle(const ScreenEdgePanGesture& gesture) {
   using enum ScreenEdgePanGesture::State;
+  if (isLeaving_) return;
   switch (gesture.state()) {
     case changed:
-      follow(gesture.translation());
+      ++motion_;
+      move(gesture.translation());
       break;
     case ended:
     case cancelled:
@@ -35,25 +37,31 @@ void EdgePanBack::handle(const ScreenEdgePanGesture& gesture) {
   }
 }
 
-void EdgePanBack::follow(double translation) {
-  screen_.webView()->setTransform({translation, 0});
+void EdgePanBack::reset() {
+  ++motion_;
+  isLeaving_ = false;
+  move(0);
+}
+
+void EdgePanBack::move(double translation) {
+  for (const auto& page : {screen_.webView(), screen_.loadView()}) page->setTransform({translation, 0});
   if (const auto& snapshot = screen_.previousViewSnapshot()) snapshot->setTransform({});
 }
 
 void EdgePanBack::release(double translation) {
   const double width = screen_.view()->bounds().width;
   const double progress = width > 0 ? std::clamp(translation / width, 0.0, 1.0) : 0;
-  const bool back = progress > threshold;
+  isLeaving_ = progress > threshold;
   const double from = screen_.webView()->transform().x;
-  const double to = back ? width : 0;
-  const auto screen = screen_.shared_from_this();
+  const double to = isLeaving_ ? width : 0;
+  const auto isCurrent = [this, screen = screen_.shared_from_this(), motion = ++motion_] { return motion == motion_; };
   Platform::current().animator.animate(
       settleSeconds,
-      [page = screen_.webView(), from, to](double done) {
-        page->setTransform({from + (to - from) * done, 0});
+      [this, isCurrent, from, to](double done) {
+        if (isCurrent()) move(from + (to - from) * done);
       },
-      [screen, back] {
-        if (back) closeScreen(*screen, false);
+      [this, isCurrent] {
+        if (isCurrent() && isLeaving_) closeScreen(screen_, false);
       });
 }
 

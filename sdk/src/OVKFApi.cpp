@@ -193,7 +193,9 @@ void OVKFApi::loadPage() {
 
 void OVKFApi::viewWillAppear(bool animated) {
   ViewController::viewWillAppear(animated);
-  addRecordingView();  // a chat screen that lay over this one had it
+  // What an earlier time on the display may have taken: another chat screen the overlay, a swipe the page.
+  addRecordingView();
+  if (backGesture_) backGesture_->reset();
   hideHostChrome();
 }
 

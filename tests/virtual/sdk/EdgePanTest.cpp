@@ -45,6 +45,7 @@ TEST_F(EdgePanTest, MovesThePageAndGoesBackBeyondThreeTenths) {
       snapshot.setTransform({5, 0});
       pan.report(State::changed, row.dragged);
       EXPECT_EQ(page.transform(), (Translation{row.dragged, 0}));
+      EXPECT_EQ(screen->loadView()->transform(), page.transform()) << "what covers the page must not stay behind";
       EXPECT_EQ(snapshot.transform(), Translation{});
       pan.report(row.end, row.dragged);
 
@@ -63,6 +64,39 @@ TEST_F(EdgePanTest, MovesThePageAndGoesBackBeyondThreeTenths) {
       hostStack_->popViewController(false);
     }
   }
+}
+
+TEST_F(EdgePanTest, AFingerTakesOverAPageThatSettlesButNoneThatLeaves) {
+  const auto screen = push();
+  const auto& page = *screen->webView();
+  auto& pan = panOf(*screen);
+  pan.report(State::changed, 100);
+  pan.report(State::ended, 100);
+  device_.advance(0.1);
+  pan.report(State::changed, 40);
+  device_.advance(1);
+  EXPECT_EQ(page.transform(), (Translation{40, 0})) << "the slide goes on under the finger";
+  pan.report(State::changed, 300);
+  pan.report(State::ended, 300);
+  device_.advance(0.2);
+  pan.report(State::changed, 10);
+  pan.report(State::cancelled, 10);
+  device_.advance(0.1);
+  EXPECT_FALSE(screen->isViewInWindow());
+  EXPECT_EQ(hostStack_->viewControllers().size(), 1);
+}
+
+TEST_F(EdgePanTest, AScreenThatWasSwipedAwayComesBackWhole) {
+  const auto screen = present();
+  panOf(*screen).report(State::ended, 300);
+  device_.advance(1);
+  ASSERT_FALSE(screen->isViewInWindow());
+  hostStack_->present(screen, false);
+  EXPECT_EQ(screen->webView()->transform(), Translation{});
+  panOf(*screen).report(State::changed, 300);
+  panOf(*screen).report(State::ended, 300);
+  device_.advance(1);
+  EXPECT_FALSE(screen->isViewInWindow());
 }
 
 TEST_F(EdgePanTest, TakesTheWidthAtTheRelease) {

@@ -3,6 +3,7 @@
 #include <gst/app/gstappsrc.h>
 
 #include "../glib/GRef.h"
+#include "../video/FrameMemory.h"
 #include "PipelineError.h"
 
 namespace orivex::gtk {
@@ -39,6 +40,7 @@ std::optional<Failure> writePhoto(const SharedSample& frame, const std::string& 
   const auto pipeline =
       GRef<GstElement>::sink(gst_parse_launch_full(description, nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
   if (error || !pipeline) return Failure{adoptError(error).text};
+  keepFramesInPages(*pipeline.get());
   const auto out = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(pipeline.get()), "out"));
   g_object_set(out.get(), "location", path.c_str(), nullptr);
   auto failure = write(*pipeline.get(), *frame);

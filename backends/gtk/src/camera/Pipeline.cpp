@@ -6,6 +6,7 @@
 #include <gst/gst.h>
 
 #include "../glib/GMemory.h"
+#include "../video/FrameMemory.h"
 #include "GstPointers.h"
 
 namespace orivex::gtk {
@@ -82,6 +83,7 @@ Pipeline::Pipeline(CameraThreads threads, Build build, Handlers handlers, std::s
       main.async([report, told = *error] { report(told); });
       return;
     }
+    keepFramesInPages(*std::get<GRef<GstElement>>(made).get());
     core->element.reset(GST_ELEMENT(gst_object_ref(std::get<GRef<GstElement>>(made).get())));
     BusListener::listen(*core->element, main, report);
     // Elements tell on the bus why they refuse; the few that do not are spoken for here, later than those that do.

@@ -9,6 +9,7 @@
 #include "glib/GMemory.h"
 #include "glib/GRef.h"
 #include "pictures/RowEncoder.h"
+#include "video/FrameMemory.h"
 
 namespace orivex::gtk {
 namespace {
@@ -22,6 +23,7 @@ class Pipeline {
  public:
   explicit Pipeline(const char* uri) : pipeline_(GRef<GstElement>::sink(gst_parse_launch(description, nullptr))) {
     if (!pipeline_) return;
+    keepFramesInPages(*pipeline_.get());
     sink_ = find("frames");
     const auto source = find("source");
     const CapsPtr video(gst_caps_from_string("video/x-raw(ANY)"));
