@@ -6,8 +6,9 @@
 #include "camera/CameraSource.h"
 #include "camera/CaptureFormat.h"
 #include "camera/DeviceOrientation.h"
-#include "camera/Pipeline.h"
-#include "camera/PreviewBranch.h"
+#include "camera/SourceFailure.h"
+#include "video/Pipeline.h"
+#include "video/PreviewBranch.h"
 
 namespace orivex::gtk {
 namespace {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "PhotoStage.h"
+#include "VideoFiles.h"
 
 namespace orivex::gtk {
 namespace {
@@ -151,6 +152,38 @@ TEST_F(PhotoSheetTest, VideosTellTheirLengthOnceItIsKnown) {
   ASSERT_TRUE(cell("clip.mp4"));
   visitor_.click(cell("clip.mp4")->widget());
   EXPECT_TRUE(reads("视频 0:07"));
+}
+
+TEST_F(PhotoSheetTest, AVideoPlaysInThePreviewUntilItsEndOrTheVisitors) {
+  folder_.write("root/broken.mp4", "no video");
+  writeMedia(folder_.path() / "root/clip.mp4", testVideo());
+  open();
+  settle();
+  ASSERT_TRUE(cell("clip.mp4"));
+  visitor_.click(cell("clip.mp4")->widget());
+  settle();
+  auto* const button = findByClass(GTK_WIDGET(visitor_.overlay()), "play");
+  const auto plays = [&] { return gtk_widget_get_visible(button) == FALSE; };
+  const auto rests = [&] { return !plays(); };
+  ASSERT_TRUE(rests());
+  visitor_.click(button);
+  EXPECT_TRUE(plays());
+  pass(1);
+  EXPECT_TRUE(plays()) << "it has ended after half of its time";
+  EXPECT_TRUE(wait(rests, 10)) << "it has not ended";
+  VisitorWindow::press({"Return"});
+  EXPECT_TRUE(wait(plays, 5));
+  VisitorWindow::click(180, 400);
+  EXPECT_TRUE(wait(rests, 5)) << "a tap has not stopped it";
+  VisitorWindow::press({"Right"});
+  settle();
+  VisitorWindow::press({"Return"});
+  EXPECT_TRUE(reads("无法播放此视频"));
+  EXPECT_TRUE(wait(rests, 5));
+  VisitorWindow::press({"Left"});
+  settle();
+  VisitorWindow::press({"Return", "Escape", "Escape"});
+  EXPECT_TRUE(isGone()) << "while it plays";
 }
 
 TEST_F(PhotoSheetTest, OfThousandsOnlyWhatIsSeenIsLoaded) {

@@ -43,8 +43,8 @@ class PhotoStage {
   }
 
   View* view() const { return application().find(visitor_.window())->window()->contentView().get(); }
-  static const GtkApplicationPort& application() {
-    return dynamic_cast<const GtkApplicationPort&>(Platform::current().application);
+  static GtkApplicationPort& application() {
+    return dynamic_cast<GtkApplicationPort&>(Platform::current().application);
   }
 
   // The cell of a file, once it shows how the file looks; null when that does not happen.

@@ -7,8 +7,9 @@
 #include <gst/video/video.h>
 
 #include "../glib/GMemory.h"
-#include "PreviewBranch.h"
-#include "SampleHandler.h"
+#include "../video/PreviewBranch.h"
+#include "../video/SampleHandler.h"
+#include "SourceFailure.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -76,7 +77,7 @@ ElementOrError build(const CameraSource& source, Size captureSize, Size screenAr
 
 }  // namespace
 
-CameraPipeline::CameraPipeline(CameraThreads threads, const CameraSource& source, Size captureSize, Size screenArea,
+CameraPipeline::CameraPipeline(PipelineThreads threads, const CameraSource& source, Size captureSize, Size screenArea,
                                Handlers handlers)
     : failed_(std::move(handlers.failed)) {
   feed_ = std::make_shared<FrameFeed>(threads.main, [this, show = std::move(handlers.show)](GRef<GdkTexture> frame) {

@@ -3,11 +3,11 @@
 #include <functional>
 #include <memory>
 
+#include "../video/FrameFeed.h"
+#include "../video/Pipeline.h"
+#include "../video/PipelineThreads.h"
 #include "CameraSource.h"
-#include "CameraThreads.h"
-#include "FrameFeed.h"
 #include "FrameTap.h"
-#include "Pipeline.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Geometry.h"
@@ -25,7 +25,7 @@ class CameraPipeline {
   };
 
   /// `captureSize` is what to ask of the camera, and `screenArea` where its live picture is shown, both in pixels.
-  CameraPipeline(CameraThreads threads, const CameraSource& source, Size captureSize, Size screenArea,
+  CameraPipeline(PipelineThreads threads, const CameraSource& source, Size captureSize, Size screenArea,
                  Handlers handlers);
   CameraPipeline(const CameraPipeline&) = delete;
   CameraPipeline& operator=(const CameraPipeline&) = delete;

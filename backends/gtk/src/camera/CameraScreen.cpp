@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "../video/PreviewBranch.h"
 #include "PhotoWriter.h"
-#include "PreviewBranch.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -34,7 +34,7 @@ std::string hintFor(const CameraOptions& options) {
 
 }  // namespace
 
-CameraScreen::CameraScreen(CameraThreads threads, GtkOverlay* parent, const EdgeInsets& insets,
+CameraScreen::CameraScreen(PipelineThreads threads, GtkOverlay* parent, const EdgeInsets& insets,
                            const CameraOptions& options, std::function<void(Result)> done)
     : threads_(threads),
       options_(options),
@@ -274,7 +274,9 @@ void CameraScreen::review() {
   const std::function<void(GRef<GdkTexture>)> show =
       alive_.guard([this](const GRef<GdkTexture>& picture) { view_.picture().show(picture.get()); });
   if (capture_->type == MediaType::video) {
-    player_ = std::make_unique<ClipPlayer>(threads_, capture_->file->path(), screenArea(), show);
+    player_ = std::make_unique<ClipPlayer>(
+        threads_, capture_->file->path(), screenArea(),
+        ClipPlayer::Handlers{.show = show, .ended = [this] { player_->again(); }, .failed = [] {}});
     return;
   }
   threads_.worker.run([&main = threads_.main, file = capture_->file, area = screenArea(), show] {

@@ -9,11 +9,11 @@
 #include <gtk/gtk.h>
 
 #include "../glib/SignalConnection.h"
+#include "../video/ClipPlayer.h"
+#include "../video/PipelineThreads.h"
 #include "CameraPipeline.h"
-#include "CameraThreads.h"
 #include "CameraView.h"
 #include "CaptureFile.h"
-#include "ClipPlayer.h"
 #include "ClipRecorder.h"
 #include "DeviceOrientation.h"
 
@@ -31,7 +31,7 @@ class CameraScreen {
   using Result = std::optional<CameraOutcome>;
 
   /// Opens over `parent`, a host window's overlay. `done` is called once, from the queue, and may destroy the screen.
-  CameraScreen(CameraThreads threads, GtkOverlay* parent, const EdgeInsets& insets, const CameraOptions& options,
+  CameraScreen(PipelineThreads threads, GtkOverlay* parent, const EdgeInsets& insets, const CameraOptions& options,
                std::function<void(Result)> done);
   CameraScreen(const CameraScreen&) = delete;
   CameraScreen& operator=(const CameraScreen&) = delete;
@@ -83,7 +83,7 @@ class CameraScreen {
   void retake();
   void useCapture();
 
-  const CameraThreads threads_;
+  const PipelineThreads threads_;
   const CameraOptions options_;
   std::function<void(Result)> done_;
   GtkOverlay* parent_;

@@ -7,7 +7,7 @@
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
-#include "FramePaintable.h"
+#include "../video/FramePaintable.h"
 #include "ShutterButton.h"
 
 #include "orivex/platform/base/Alive.h"

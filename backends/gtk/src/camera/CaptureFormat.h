@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GstPointers.h"
+#include "../video/GstPointers.h"
 
 #include "orivex/platform/base/Geometry.h"
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "../glib/GRef.h"
-#include "GstPointers.h"
+#include "../video/GstPointers.h"
 
 namespace orivex::gtk {
 

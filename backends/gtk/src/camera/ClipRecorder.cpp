@@ -81,7 +81,7 @@ void endStreams(GstElement& pipeline) {
 
 }  // namespace
 
-ClipRecorder::ClipRecorder(CameraThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
+ClipRecorder::ClipRecorder(PipelineThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
                            Handlers handlers)
     : threads_(threads),
       frames_(std::move(frames)),
@@ -97,7 +97,7 @@ ClipRecorder::~ClipRecorder() {
   threads_.worker.run([frames = frames_] { frames->setReceiver(nullptr); });
 }
 
-void ClipRecorder::warmUp(CameraThreads threads, VideoExportType type) {
+void ClipRecorder::warmUp(PipelineThreads threads, VideoExportType type) {
   threads.worker.run([type] {
     const auto format = chooseClipFormat(type);
     if (!format) return;

@@ -3,10 +3,10 @@
 #include <functional>
 #include <memory>
 
-#include "CameraThreads.h"
+#include "../video/Pipeline.h"
+#include "../video/PipelineThreads.h"
 #include "CaptureFile.h"
 #include "FrameTap.h"
-#include "Pipeline.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/Camera.h"
@@ -24,14 +24,14 @@ class ClipRecorder {
     std::function<void()> failed;                                ///< why is in the log
   };
 
-  ClipRecorder(CameraThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
+  ClipRecorder(PipelineThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
                Handlers handlers);
   ClipRecorder(const ClipRecorder&) = delete;
   ClipRecorder& operator=(const ClipRecorder&) = delete;
   ~ClipRecorder();
 
   /// Loads what a recording will need, so that the first one begins at once.
-  static void warmUp(CameraThreads threads, VideoExportType type);
+  static void warmUp(PipelineThreads threads, VideoExportType type);
 
   /// Takes no further frame and completes the file.
   void finish();
@@ -43,7 +43,7 @@ class ClipRecorder {
   void pipelineFailed(const PipelineError& error);
   void fail(const std::string& reason);
 
-  const CameraThreads threads_;
+  const PipelineThreads threads_;
   const std::shared_ptr<FrameTap> frames_;
   const VideoExportType type_;
   const double longest_;  // seconds

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <utility>
 
-#include "GstPointers.h"
+#include "../video/GstPointers.h"
 
 namespace orivex::gtk {
 

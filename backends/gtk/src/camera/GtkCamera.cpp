@@ -22,7 +22,7 @@ void GtkCamera::present(const CameraOptions& options, View& /*view*/, Once<void(
   auto* const front = application_.frontWindow();
   if (screen_ || !front) return;
   completion_ = std::move(completion);
-  screen_ = std::make_unique<CameraScreen>(CameraThreads{mainQueue_, worker_}, front->overlay(),
+  screen_ = std::make_unique<CameraScreen>(PipelineThreads{mainQueue_, worker_}, front->overlay(),
                                            front->window()->safeAreaInsets(), options,
                                            [this](CameraScreen::Result result) { done(std::move(result)); });
   resigns_ = application_.observe(ApplicationEvent::willResignActive, [this] { screen_->pause(); });

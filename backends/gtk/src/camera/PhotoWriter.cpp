@@ -4,7 +4,7 @@
 
 #include "../glib/GRef.h"
 #include "../video/FrameMemory.h"
-#include "PipelineError.h"
+#include "../video/PipelineError.h"
 
 namespace orivex::gtk {
 namespace {

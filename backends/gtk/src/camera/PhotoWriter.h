@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "GstPointers.h"
+#include "../video/GstPointers.h"
 
 #include "orivex/platform/base/Failure.h"
 

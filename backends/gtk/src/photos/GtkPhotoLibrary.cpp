@@ -1,15 +1,26 @@
 #include "GtkPhotoLibrary.h"
 
+#include <chrono>
 #include <utility>
 
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
+namespace {
 
-GtkPhotoLibrary::GtkPhotoLibrary(MainQueue& queue, const GtkApplicationPort& application, const MediaProbe& probe,
+// Long enough to play one video and let go of the one before.
+constexpr std::chrono::seconds longestWorkerIdleness{2};
+
+}  // namespace
+
+GtkPhotoLibrary::GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaProbe& probe,
                                  std::function<PhotoSources()> sources)
-    : queue_(queue), application_(application), probe_(probe), sources_(std::move(sources)) {}
+    : queue_(queue),
+      application_(application),
+      probe_(probe),
+      sources_(std::move(sources)),
+      players_(1, longestWorkerIdleness) {}
 
 PhotoSources GtkPhotoLibrary::desktopSources() {
   return {MediaLibrary::desktopRoots(), ThumbnailCache::ofDesktop()};
@@ -22,9 +33,12 @@ void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<
   forget();
   selected_ = std::move(selected);
   content_ = std::make_unique<PhotoSheet>(
-      queue_, probe_, sources_(), options,
+      PipelineThreads{queue_, players_}, probe_, sources_(), options,
       PhotoSheet::Handlers{[this](PhotoSelection selection) { confirmed(std::move(selection)); }, [this] { close(); }});
   sheet_ = std::make_unique<Sheet>(host->overlay(), queue_, content_->widget(), "照片", [this] { forget(); });
+  resigns_ = application_.observe(ApplicationEvent::willResignActive, [this] {
+    if (content_) content_->pause();
+  });
 }
 
 // Two hundred thumbnails and a hundred cells are too much to free in one turn of the main thread.
@@ -50,6 +64,7 @@ void GtkPhotoLibrary::close() {
 }
 
 void GtkPhotoLibrary::forget() {
+  resigns_ = {};
   sheet_.reset();
   if (content_) leaving_ = std::move(content_);
   freeLater();

@@ -3,11 +3,13 @@
 #include <functional>
 #include <memory>
 
+#include "../WorkerPool.h"
 #include "../ui/GtkApplicationPort.h"
 #include "../ui/Sheet.h"
 #include "PhotoSheet.h"
 
 #include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/MediaProbe.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
@@ -19,7 +21,7 @@ namespace orivex::gtk {
 class GtkPhotoLibrary final : public PhotoLibrary {
  public:
   /// `sources` is asked at each opening.
-  GtkPhotoLibrary(MainQueue& queue, const GtkApplicationPort& application, const MediaProbe& probe,
+  GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaProbe& probe,
                   std::function<PhotoSources()> sources = desktopSources);
 
   /// The XDG folders and the desktop's thumbnails.
@@ -37,13 +39,15 @@ class GtkPhotoLibrary final : public PhotoLibrary {
   void freeLater();
 
   MainQueue& queue_;
-  const GtkApplicationPort& application_;
+  GtkApplicationPort& application_;
   const MediaProbe& probe_;
   const std::function<PhotoSources()> sources_;
   Once<void(PhotoSelection)> selected_;
+  WorkerPool players_;
   std::unique_ptr<PhotoSheet> content_;
   std::unique_ptr<PhotoSheet> leaving_;
   std::unique_ptr<Sheet> sheet_;
+  Subscription resigns_;
   bool isClosing_ = false;
   Alive alive_;
 };

@@ -8,17 +8,21 @@
 namespace orivex::gtk {
 namespace {
 
+constexpr int playIconSize = 32;  // points
+
 void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
   gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
 }
 
 }  // namespace
 
-PhotoPreview::PhotoPreview(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails,
+PhotoPreview::PhotoPreview(PipelineThreads threads, const MediaProbe& probe, ThumbnailLoader& thumbnails,
                            const MediaSelection& selection, Handlers handlers)
-    : selection_(selection),
+    : threads_(threads),
+      selection_(selection),
       handlers_(std::move(handlers)),
-      strip_(queue, probe, thumbnails, [this](std::size_t position) { moveTo(position); }),
+      strip_(threads.main, probe, thumbnails,
+             {[this](std::size_t position) { moveTo(position); }, [this] { playOrStop(); }}),
       thumbnails_(thumbnails) {
   build();
 }
@@ -32,6 +36,7 @@ void PhotoPreview::build() {
   gtk_widget_set_valign(length_, GTK_ALIGN_END);
   gtk_widget_set_can_target(length_, FALSE);
   gtk_overlay_add_overlay(GTK_OVERLAY(over), length_);
+  gtk_overlay_add_overlay(GTK_OVERLAY(over), playButton());
   gtk_widget_set_focusable(strip_.widget(), TRUE);
 
   GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
@@ -73,6 +78,18 @@ GtkWidget* PhotoPreview::bar() {
   return fresh;
 }
 
+GtkWidget* PhotoPreview::playButton() {
+  play_ = gtk_button_new_from_icon_name("media-playback-start-symbolic");
+  gtk_image_set_pixel_size(GTK_IMAGE(gtk_button_get_child(GTK_BUTTON(play_))), playIconSize);
+  gtk_widget_add_css_class(play_, "play");
+  gtk_widget_set_halign(play_, GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(play_, GTK_ALIGN_CENTER);
+  gtk_widget_set_visible(play_, FALSE);
+  setAccessibleLabel(play_, "播放");
+  connections_.push_back(SignalConnection::connect<&PhotoPreview::playClicked>(play_, "clicked", this));
+  return play_;
+}
+
 void PhotoPreview::open(std::shared_ptr<const MediaItems> items, std::size_t position) {
   items_ = std::move(items);
   strip_.show(items_, position);
@@ -88,6 +105,7 @@ void PhotoPreview::close() {
   gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_.get()), FALSE);
   gtk_widget_set_can_target(revealer_.get(), FALSE);
   gtk_widget_set_can_focus(revealer_.get(), FALSE);
+  stop();
   strip_.clear();
   items_ = nullptr;
   handlers_.closed(std::exchange(shown_, nullptr));
@@ -106,8 +124,9 @@ void PhotoPreview::refresh(const std::shared_ptr<const MediaItems>& items) {
 }
 
 void PhotoPreview::moveTo(std::size_t position) {
+  const auto before = std::exchange(shown_, items_->at(position));
+  if (!before || before->path != shown_->path) stop();
   position_ = position;
-  shown_ = items_->at(position);
   const auto title = std::to_string(position + 1) + " / " + std::to_string(items_->size());
   gtk_label_set_text(GTK_LABEL(title_), title.c_str());
   selectionChanged();
@@ -123,8 +142,34 @@ void PhotoPreview::selectionChanged() {
   setAccessibleLabel(strip_.widget(), accessibleText(*shown_, duration, number));
   setAccessibleLabel(mark_, number == 0 ? "选择" : "取消选择");
   const bool isVideo = shown_->type == MediaType::video;
+  gtk_widget_set_visible(play_, isVideo && !player_);
   gtk_widget_set_visible(length_, isVideo);
   if (isVideo) gtk_label_set_text(GTK_LABEL(length_), duration ? ("视频 " + durationText(*duration)).c_str() : "视频");
+}
+
+void PhotoPreview::playOrStop() {
+  if (!isOpen() || shown_->type != MediaType::video) return;
+  if (player_) return stop();
+  const int scale = gtk_widget_get_scale_factor(strip_.widget());
+  const Size area{static_cast<double>(gtk_widget_get_width(strip_.widget()) * scale),
+                  static_cast<double>(gtk_widget_get_height(strip_.widget()) * scale)};
+  player_ = std::make_unique<ClipPlayer>(
+      threads_, shown_->path, area,
+      ClipPlayer::Handlers{.show = [this](GRef<GdkTexture> frame) { strip_.showFrame(std::move(frame)); },
+                           .ended = [this] { stop(); },
+                           .failed =
+                               [this] {
+                                 stop();
+                                 handlers_.unplayable();
+                               }});
+  gtk_widget_set_visible(play_, FALSE);
+  gtk_widget_grab_focus(strip_.widget());
+}
+
+void PhotoPreview::stop() {
+  if (!std::exchange(player_, nullptr)) return;
+  strip_.showFrame(nullptr);
+  if (shown_) gtk_widget_set_visible(play_, shown_->type == MediaType::video);
 }
 
 void PhotoPreview::backClicked(GtkButton* /*button*/) {
@@ -133,6 +178,10 @@ void PhotoPreview::backClicked(GtkButton* /*button*/) {
 
 void PhotoPreview::markClicked(GtkButton* /*button*/) {
   if (isOpen()) handlers_.toggle(MediaItemPtr(shown_));
+}
+
+void PhotoPreview::playClicked(GtkButton* /*button*/) {
+  playOrStop();
 }
 
 gboolean PhotoPreview::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
@@ -147,6 +196,11 @@ gboolean PhotoPreview::keyPressed(GtkEventControllerKey* /*keys*/, guint key, gu
       return TRUE;
     case GDK_KEY_space:
       handlers_.toggle(MediaItemPtr(shown_));
+      return TRUE;
+    case GDK_KEY_Return:
+    case GDK_KEY_KP_Enter:
+      if (!gtk_widget_has_focus(strip_.widget())) return FALSE;
+      playOrStop();
       return TRUE;
     case GDK_KEY_BackSpace:
       close();

@@ -8,21 +8,23 @@
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "../video/ClipPlayer.h"
 #include "MediaSelection.h"
 #include "PreviewStrip.h"
 
 namespace orivex::gtk {
 
-/// One item large, over the grid: to look at, to swipe on, and to select. Main thread.
+/// One item large, over the grid: to look at, a video to play, to swipe on, and to select. Main thread.
 class PhotoPreview {
  public:
   struct Handlers {
     std::function<void(const MediaItemPtr&)> toggle;
     std::function<void(const MediaItemPtr& last)> closed;  ///< with what was looked at last
+    std::function<void()> unplayable;                      ///< the video cannot be played
   };
 
-  PhotoPreview(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, const MediaSelection& selection,
-               Handlers handlers);
+  PhotoPreview(PipelineThreads threads, const MediaProbe& probe, ThumbnailLoader& thumbnails,
+               const MediaSelection& selection, Handlers handlers);
   PhotoPreview(const PhotoPreview&) = delete;
   PhotoPreview& operator=(const PhotoPreview&) = delete;
   ~PhotoPreview() = default;
@@ -39,17 +41,24 @@ class PhotoPreview {
   /// place, or closes.
   void refresh(const std::shared_ptr<const MediaItems>& items);
 
+  /// Ends a video that plays.
+  void stop();
+
   /// Shows the mark of what is looked at anew.
   void selectionChanged();
 
  private:
   void build();
   GtkWidget* bar();
+  GtkWidget* playButton();
+  void playOrStop();
   void moveTo(std::size_t position);
   void backClicked(GtkButton* button);
   void markClicked(GtkButton* button);
+  void playClicked(GtkButton* button);
   gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
 
+  const PipelineThreads threads_;
   const MediaSelection& selection_;
   const Handlers handlers_;
   PreviewStrip strip_;
@@ -61,6 +70,8 @@ class PhotoPreview {
   GtkWidget* mark_ = nullptr;  // the button, with a disc that holds the number
   GtkWidget* disc_ = nullptr;
   GtkWidget* length_ = nullptr;
+  GtkWidget* play_ = nullptr;
+  std::unique_ptr<ClipPlayer> player_;
   ThumbnailLoader& thumbnails_;
   std::vector<SignalConnection> connections_;
 };

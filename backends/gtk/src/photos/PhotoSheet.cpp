@@ -44,14 +44,14 @@ GtkWidget* tall(GtkWidget* child) {
 
 }  // namespace
 
-PhotoSheet::PhotoSheet(MainQueue& queue, const MediaProbe& probe, PhotoSources sources,
+PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaProbe& probe, PhotoSources sources,
                        const PhotoLibraryOptions& options, Handlers handlers)
     : roots_(sources.roots),
       options_(options),
       handlers_(std::move(handlers)),
       selection_(options),
-      thumbnails_(queue, probe, std::move(sources.thumbnails), thumbnailSize()),
-      toast_(queue),
+      thumbnails_(threads.main, probe, std::move(sources.thumbnails), thumbnailSize()),
+      toast_(threads.main),
       grid_(thumbnails_, selection_,
             {[this](const MediaItemPtr& item) { toggle(item); }, [this](std::size_t position) { open(position); },
              [this](GtkDirectionType direction) { leaveGrid(direction); }}),
@@ -62,11 +62,11 @@ PhotoSheet::PhotoSheet(MainQueue& queue, const MediaProbe& probe, PhotoSources s
             showAlbum(true);
           },
           [this] { gtk_widget_remove_css_class(albumButton_, "open"); }),
-      preview_(queue, probe, thumbnails_, selection_,
+      preview_(threads, probe, thumbnails_, selection_,
                {[this](const MediaItemPtr& item) { toggle(item); },
-                [this](const MediaItemPtr& last) { previewClosed(last); }}),
+                [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { toast_.show("无法播放此视频"); }}),
       catalog_(std::make_shared<MediaCatalog>(MediaItems{}, roots_, false)),
-      library_(queue, sources.roots, {options.allowSelectImage, options.allowSelectVideo},
+      library_(threads.main, sources.roots, {options.allowSelectImage, options.allowSelectVideo},
                [this](std::shared_ptr<const MediaCatalog> catalog) { learn(std::move(catalog)); }) {
   build();
 }

@@ -17,7 +17,6 @@
 #include "ThumbnailLoader.h"
 #include "Toast.h"
 
-#include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/MediaProbe.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 
@@ -37,7 +36,7 @@ class PhotoSheet {
     std::function<void()> cancelled;
   };
 
-  PhotoSheet(MainQueue& queue, const MediaProbe& probe, PhotoSources sources, const PhotoLibraryOptions& options,
+  PhotoSheet(PipelineThreads threads, const MediaProbe& probe, PhotoSources sources, const PhotoLibraryOptions& options,
              Handlers handlers);
   PhotoSheet(const PhotoSheet&) = delete;
   PhotoSheet& operator=(const PhotoSheet&) = delete;
@@ -45,6 +44,9 @@ class PhotoSheet {
 
   /// As high as its parent lets it be.
   GtkWidget* widget() const { return content_.get(); }
+
+  /// The application is no longer in front: a video must not go on behind another one.
+  void pause() { preview_.stop(); }
 
   /// Frees a part of what a sheet that nobody sees any more holds; false when the rest is little.
   bool shrink() { return thumbnails_.shrink(); }

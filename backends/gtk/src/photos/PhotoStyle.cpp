@@ -55,6 +55,9 @@ constexpr const char* css = R"css(
 .orivex-preview .title { font-size: 16px; font-weight: 600; }
 .orivex-preview .length { background-color: rgba(0, 0, 0, 0.55); border-radius: 12px; padding: 3px 12px; margin: 16px;
   font-size: 14px; }
+.orivex-preview .play { min-width: 64px; min-height: 64px; padding: 0; border: none; border-radius: 32px; box-shadow: none;
+  background-image: none; background-color: rgba(0, 0, 0, 0.55); color: white; }
+.orivex-preview .play:active { background-color: rgba(80, 80, 80, 0.7); }
 .orivex-photo-sheet .mark { padding: 0 10px; min-height: 44px; border-radius: 10px; }
 .orivex-preview .disc { min-width: 26px; min-height: 26px; border-radius: 50%; border: 2px solid white; font-size: 14px;
   font-weight: 600; }

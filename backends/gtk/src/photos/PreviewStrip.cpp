@@ -20,6 +20,9 @@ constexpr double farPart = 0.3;  // of the width
 constexpr double shortDistance = 24;
 constexpr gint64 shortMicroseconds = 300'000;
 
+// Points that a finger may move while it taps.
+constexpr double tapSlack = 8;
+
 GRef<GdkTexture> largePicture(const MediaItem& item, int width, int height, const MediaProbe& probe) {
   GRef<GdkPixbuf> picture;
   if (item.type == MediaType::image) {
@@ -32,12 +35,11 @@ GRef<GdkTexture> largePicture(const MediaItem& item, int width, int height, cons
 
 }  // namespace
 
-PreviewStrip::PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails,
-                           std::function<void(std::size_t position)> moved)
+PreviewStrip::PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, Handlers handlers)
     : queue_(queue),
       probe_(probe),
       thumbnails_(thumbnails),
-      moved_(std::move(moved)),
+      handlers_(std::move(handlers)),
       canvas_(GRef<GtkWidget>::sink(canvasNew(*this))) {
   gtk_widget_set_overflow(canvas_.get(), GTK_OVERFLOW_HIDDEN);
   gtk_widget_set_vexpand(canvas_.get(), TRUE);
@@ -64,8 +66,14 @@ void PreviewStrip::show(std::shared_ptr<const MediaItems> items, std::size_t pos
   gtk_widget_queue_draw(canvas_.get());
 }
 
+void PreviewStrip::showFrame(GRef<GdkTexture> frame) {
+  frame_ = std::move(frame);
+  gtk_widget_queue_draw(canvas_.get());
+}
+
 void PreviewStrip::clear() {
   items_ = nullptr;
+  frame_ = nullptr;
   pictures_.clear();
 }
 
@@ -95,6 +103,7 @@ void PreviewStrip::drawItem(GtkSnapshot* snapshot, std::size_t position, double 
   const auto& item = (*items_)[position];
   const drawing::Area area{static_cast<float>(left), 0, static_cast<float>(gtk_widget_get_width(canvas_.get())),
                            static_cast<float>(gtk_widget_get_height(canvas_.get()))};
+  if (frame_ && position == position_) return drawing::contain(snapshot, frame_.get(), area);
   const auto large = pictures_.find(item);
   if (large != pictures_.end() && large->second.isBroken) {
     drawing::icon(snapshot, canvas_.get(), "image-missing-symbolic",
@@ -156,7 +165,8 @@ void PreviewStrip::dragged(GtkGestureDrag* /*drag*/, double x, double /*y*/) {
   gtk_widget_queue_draw(canvas_.get());
 }
 
-void PreviewStrip::dragEnded(GtkGestureDrag* /*drag*/, double x, double /*y*/) {
+void PreviewStrip::dragEnded(GtkGestureDrag* /*drag*/, double x, double y) {
+  if (std::hypot(x, y) < tapSlack) handlers_.tapped();
   const bool isQuick = g_get_monotonic_time() - dragStart_ < shortMicroseconds && std::abs(x) > shortDistance;
   const bool isFar = std::abs(x) > farPart * gtk_widget_get_width(canvas_.get());
   if (isQuick || isFar) return step(x < 0 ? 1 : -1);
@@ -191,7 +201,7 @@ void PreviewStrip::slideEnded(AdwAnimation* /*animation*/) {
   forgetFarPictures();
   loadNext();
   gtk_widget_queue_draw(canvas_.get());
-  moved_(position_);
+  handlers_.moved(position_);
 }
 
 }  // namespace orivex::gtk

@@ -22,9 +22,12 @@ namespace orivex::gtk {
 /// One large picture with its neighbours beside it, to swipe through. Main thread; decodes on worker threads.
 class PreviewStrip final : private CanvasDelegate {
  public:
-  /// `moved` is called with each new position that the visitor swipes to.
-  PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails,
-               std::function<void(std::size_t position)> moved);
+  struct Handlers {
+    std::function<void(std::size_t position)> moved;  ///< the visitor has swiped to another position
+    std::function<void()> tapped;
+  };
+
+  PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, Handlers handlers);
   ~PreviewStrip() override;
 
   GtkWidget* widget() const { return canvas_.get(); }
@@ -32,6 +35,9 @@ class PreviewStrip final : private CanvasDelegate {
   void show(std::shared_ptr<const MediaItems> items, std::size_t position);
   /// Lets go of all pictures.
   void clear();
+
+  /// Shows the frame of a playing video in place of the picture at the position; null brings the picture back.
+  void showFrame(GRef<GdkTexture> frame);
 
   /// Slides to the next item, or the previous one; past either end it springs back.
   void step(int direction);
@@ -60,13 +66,14 @@ class PreviewStrip final : private CanvasDelegate {
   MainQueue& queue_;
   const MediaProbe& probe_;
   ThumbnailLoader& thumbnails_;
-  const std::function<void(std::size_t position)> moved_;
+  const Handlers handlers_;
   GRef<GtkWidget> canvas_;
   std::shared_ptr<const MediaItems> items_;
   std::size_t position_ = 0;
   double offset_ = 0;  // points by which the strip is dragged; the next item comes in from the right at negative ones
   gint64 dragStart_ = 0;  // microseconds
   std::map<MediaItemPtr, Picture> pictures_;
+  GRef<GdkTexture> frame_;
   bool isLoading_ = false;
   GRef<AdwAnimation> slide_;
   std::vector<SignalConnection> connections_;

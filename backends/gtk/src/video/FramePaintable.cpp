@@ -1,8 +1,8 @@
-#include "FramePaintable.h"
+#include "video/FramePaintable.h"
 
 #include <cmath>
 
-#include "PreviewBranch.h"
+#include "video/PreviewBranch.h"
 
 namespace orivex::gtk {
 namespace {

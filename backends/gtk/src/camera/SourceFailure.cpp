@@ -1,12 +1,9 @@
-#include "PipelineError.h"
+#include "SourceFailure.h"
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include <gst/gst.h>
-
-#include "../glib/GMemory.h"
 
 namespace orivex::gtk {
 namespace {
@@ -28,16 +25,6 @@ constexpr std::array meanings{
 };
 
 }  // namespace
-
-PipelineError adoptError(GError* error, std::string origin) {
-  const GErrorPtr owned(error);
-  if (!owned) return pipelineError("unknown");
-  return {owned->domain, owned->code, owned->message, std::move(origin)};
-}
-
-PipelineError pipelineError(std::string text) {
-  return {GST_CORE_ERROR, GST_CORE_ERROR_FAILED, std::move(text), {}};
-}
 
 CameraFailure failureOf(const PipelineError& error) {
   if (error.domain != GST_RESOURCE_ERROR) return CameraFailure::failed;

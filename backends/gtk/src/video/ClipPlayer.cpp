@@ -1,11 +1,11 @@
-#include "ClipPlayer.h"
+#include "video/ClipPlayer.h"
 
 #include <utility>
 
 #include <gst/gst.h>
 
-#include "../glib/GMemory.h"
-#include "PreviewBranch.h"
+#include "glib/GMemory.h"
+#include "video/PreviewBranch.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -29,14 +29,15 @@ ElementOrError build(const std::string& path, Size area, const std::shared_ptr<F
 
 }  // namespace
 
-ClipPlayer::ClipPlayer(CameraThreads threads, const std::string& path, Size area, FrameFeed::Show show)
-    : feed_(std::make_shared<FrameFeed>(threads.main, std::move(show))) {
+ClipPlayer::ClipPlayer(PipelineThreads threads, const std::string& path, Size area, Handlers handlers)
+    : feed_(std::make_shared<FrameFeed>(threads.main, std::move(handlers.show))) {
   pipeline_ = std::make_unique<Pipeline>(
       threads, [path, area, feed = feed_] { return build(path, area, feed); },
-      Pipeline::Handlers{
-          .ended = [this] { again(); },
-          .failed =
-              [](const PipelineError& error) { log::print("camera: the video cannot be shown: " + error.text); }});
+      Pipeline::Handlers{.ended = std::move(handlers.ended),
+                         .failed = [failed = std::move(handlers.failed)](const PipelineError& error) {
+                           log::print("The video cannot be shown: " + error.text);
+                           failed();
+                         }});
 }
 
 ClipPlayer::~ClipPlayer() {

@@ -1,11 +1,11 @@
-#include "SampleHandler.h"
+#include "video/SampleHandler.h"
 
 #include <memory>
 #include <utility>
 
 #include <gst/app/gstappsink.h>
 
-#include "../glib/GRef.h"
+#include "glib/GRef.h"
 
 namespace orivex::gtk {
 namespace {

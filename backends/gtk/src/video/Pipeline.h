@@ -4,8 +4,8 @@
 #include <functional>
 #include <memory>
 
-#include "CameraThreads.h"
-#include "PipelineError.h"
+#include "video/PipelineError.h"
+#include "video/PipelineThreads.h"
 
 #include "orivex/platform/base/Alive.h"
 
@@ -25,7 +25,7 @@ class Pipeline {
 
   /// Plays what `build` makes. The handlers are called on the main thread, never inside a call and never after the
   /// destruction; `failed` may destroy this object. `belongings` are let go of after the pipeline has stopped.
-  Pipeline(CameraThreads threads, Build build, Handlers handlers, std::shared_ptr<void> belongings = nullptr);
+  Pipeline(PipelineThreads threads, Build build, Handlers handlers, std::shared_ptr<void> belongings = nullptr);
   Pipeline(const Pipeline&) = delete;
   Pipeline& operator=(const Pipeline&) = delete;
   ~Pipeline();
@@ -39,7 +39,7 @@ class Pipeline {
 
   void fail(const PipelineError& error);
 
-  CameraThreads threads_;
+  PipelineThreads threads_;
   Handlers handlers_;
   std::shared_ptr<Core> core_;
   bool failed_ = false;

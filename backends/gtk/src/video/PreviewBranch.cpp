@@ -1,4 +1,4 @@
-#include "PreviewBranch.h"
+#include "video/PreviewBranch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,8 +6,8 @@
 
 #include <gst/video/video.h>
 
-#include "../glib/GRef.h"
-#include "SampleHandler.h"
+#include "glib/GRef.h"
+#include "video/SampleHandler.h"
 
 namespace orivex::gtk {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <gdk/gdk.h>
 
-#include "../glib/GRef.h"
-#include "GstPointers.h"
+#include "glib/GRef.h"
+#include "video/GstPointers.h"
 
 #include "orivex/platform/ports/MainQueue.h"
 

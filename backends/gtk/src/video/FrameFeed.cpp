@@ -1,10 +1,10 @@
-#include "FrameFeed.h"
+#include "video/FrameFeed.h"
 
 #include <utility>
 
 #include <gst/video/video.h>
 
-#include "../glib/GMemory.h"
+#include "glib/GMemory.h"
 
 namespace orivex::gtk {
 namespace {

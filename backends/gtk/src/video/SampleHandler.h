@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "GstPointers.h"
+#include "video/GstPointers.h"
 
 namespace orivex::gtk {
 

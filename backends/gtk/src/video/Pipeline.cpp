@@ -1,13 +1,13 @@
-#include "Pipeline.h"
+#include "video/Pipeline.h"
 
 #include <optional>
 #include <utility>
 
 #include <gst/gst.h>
 
-#include "../glib/GMemory.h"
-#include "../video/FrameMemory.h"
-#include "GstPointers.h"
+#include "glib/GMemory.h"
+#include "video/FrameMemory.h"
+#include "video/GstPointers.h"
 
 namespace orivex::gtk {
 namespace {
@@ -65,7 +65,7 @@ class Pipeline::BusListener {
   const Report report_;
 };
 
-Pipeline::Pipeline(CameraThreads threads, Build build, Handlers handlers, std::shared_ptr<void> belongings)
+Pipeline::Pipeline(PipelineThreads threads, Build build, Handlers handlers, std::shared_ptr<void> belongings)
     : threads_(threads), handlers_(std::move(handlers)), core_(std::make_shared<Core>()) {
   core_->belongings = std::move(belongings);
   const BusListener::Report report = alive_.guard([this](const std::optional<PipelineError>& error) {

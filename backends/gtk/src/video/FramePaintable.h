@@ -2,7 +2,7 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
+#include "glib/GRef.h"
 
 namespace orivex::gtk {
 

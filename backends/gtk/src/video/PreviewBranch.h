@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "FrameFeed.h"
-#include "GstPointers.h"
+#include "video/FrameFeed.h"
+#include "video/GstPointers.h"
 
 #include "orivex/platform/base/Geometry.h"
 

@@ -5,9 +5,7 @@
 
 #include <glib.h>
 
-#include "../glib/GRef.h"
-
-#include "orivex/platform/ports/Camera.h"
+#include "glib/GRef.h"
 
 typedef struct _GstElement GstElement;
 
@@ -29,8 +27,5 @@ PipelineError adoptError(GError* error, std::string origin = {});
 
 /// An error of our own words.
 PipelineError pipelineError(std::string text);
-
-/// What the error means to somebody who wants to use a camera that has not shown anything yet.
-CameraFailure failureOf(const PipelineError& error);
 
 }  // namespace orivex::gtk
