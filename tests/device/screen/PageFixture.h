@@ -43,9 +43,6 @@ class PageFixture : public ::testing::Test {
   /// Waits until `script` gives `value`.
   bool becomes(const std::string& script, const std::string& value);
 
-  /// Real input through the display server, as xdotool takes it.
-  static void visitor(std::vector<std::string> arguments);
-
   static bool waitForDialog() {
     return wait([] { return openDialog() != nullptr; }, 10);
   }

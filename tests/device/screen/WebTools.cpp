@@ -47,4 +47,17 @@ AdwMessageDialog* openDialog() {
   return nullptr;
 }
 
+// The main loop runs meanwhile: the input goes to this very process.
+void visitor(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "xdotool");
+  std::vector<const char*> words;
+  for (const auto& argument : arguments) words.push_back(argument.c_str());
+  words.push_back(nullptr);
+  const auto tool =
+      GRef<GSubprocess>::adopt(g_subprocess_newv(words.data(), G_SUBPROCESS_FLAGS_STDOUT_SILENCE, nullptr));
+  ASSERT_TRUE(tool);
+  EXPECT_TRUE(wait([&] { return g_subprocess_get_identifier(tool.get()) == nullptr; }, 10));
+  pass(0.05);
+}
+
 }  // namespace orivex::gtk

@@ -7,6 +7,7 @@
 #include "glib/GMemory.h"
 
 namespace orivex::gtk {
+
 PipelineError adoptError(GError* error, std::string origin) {
   const GErrorPtr owned(error);
   if (!owned) return pipelineError("unknown");
