@@ -64,6 +64,11 @@ struct Case {
   const char* state;
 };
 
+// How a case is called in a list of tests.
+void PrintTo(const Case& press, std::ostream* out) {
+  *out << press.words;
+}
+
 class PressStateTest : public PressTest, public ::testing::WithParamInterface<Case> {};
 
 TEST_P(PressStateTest, EndsWhereItShould) {
@@ -114,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Cancelling, PressStateTest,
     ::testing::Values(Case{"cancel end hold recover 1", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
-                      // The recorder goes on, as it does where this component comes from, until something ends it.
+                      // The recorder goes on until something ends it.
                       Case{"start allow 2 cancel", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
                       Case{"start allow 2 cancel 5 end 5", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
                       Case{"start allow 2 cancel 5 hold", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
