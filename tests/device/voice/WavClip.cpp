@@ -39,7 +39,7 @@ WavClip::WavClip(const std::filesystem::path& path) {
   frameSize = numberAt<std::uint16_t>(bytes, 32);
   bits = numberAt<std::uint16_t>(bytes, 34);
   samples.resize(size / 2);
-  std::memcpy(samples.data(), bytes.data() + 44, size);
+  if (size > 0) std::memcpy(samples.data(), bytes.data() + 44, size);
 }
 
 double WavClip::frequency() const {
