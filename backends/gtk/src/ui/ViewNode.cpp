@@ -88,10 +88,18 @@ void ViewNode::viewChanged(ViewChange change) {
   }
 }
 
+// With the window's background, on which the host's widgets lie and which their own picture would lack.
 std::shared_ptr<View> ViewNode::snapshot() {
   if (!gtk_widget_get_mapped(canvas_.get())) return nullptr;
+  const auto size = GRAPHENE_SIZE_INIT(static_cast<float>(gtk_widget_get_width(canvas_.get())),
+                                       static_cast<float>(gtk_widget_get_height(canvas_.get())));
   const auto live = GRef<GdkPaintable>::adopt(gtk_widget_paintable_new(canvas_.get()));
-  return std::make_shared<PaintableView>(GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get())));
+  const auto image = GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get()));
+  auto* const window = GTK_WIDGET(gtk_widget_get_root(canvas_.get()));
+  auto* const drawing = gtk_snapshot_new();
+  gtk_snapshot_render_background(drawing, gtk_widget_get_style_context(window), 0, 0, size.width, size.height);
+  gdk_paintable_snapshot(image.get(), drawing, size.width, size.height);
+  return std::make_shared<PaintableView>(GRef<GdkPaintable>::adopt(gtk_snapshot_free_to_paintable(drawing, &size)));
 }
 
 bool ViewNode::takesInput() const {
