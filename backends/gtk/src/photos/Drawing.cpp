@@ -46,6 +46,13 @@ void contain(GtkSnapshot* snapshot, GdkTexture* texture, const Area& area) {
   gtk_snapshot_append_texture(snapshot, texture, &picture);
 }
 
+Size containedSize(GdkTexture* texture, Size area) {
+  const double width = gdk_texture_get_width(texture);
+  const double height = gdk_texture_get_height(texture);
+  const double scale = std::min(area.width / width, area.height / height);
+  return {width * scale, height * scale};
+}
+
 void shade(GtkSnapshot* snapshot, const Area& area) {
   const auto bounds = rect(area);
   const graphene_point_t top{area.x, area.y};

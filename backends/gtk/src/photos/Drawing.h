@@ -6,6 +6,8 @@
 
 #include "../glib/GRef.h"
 
+#include "orivex/platform/base/Geometry.h"
+
 /// The photo library's strokes and colours, as render nodes.
 namespace orivex::gtk::drawing {
 
@@ -38,6 +40,9 @@ void fill(GtkSnapshot* snapshot, const Area& area, const GdkRGBA& color);
 /// Draws the middle of the picture so that it covers the area, or the whole picture so that it fits in.
 void cover(GtkSnapshot* snapshot, GdkTexture* texture, const Area& area);
 void contain(GtkSnapshot* snapshot, GdkTexture* texture, const Area& area);
+
+/// The size at which `contain` draws the picture.
+Size containedSize(GdkTexture* texture, Size area);
 
 /// A shade that grows darker downwards, under bright text at a picture's lower edge.
 void shade(GtkSnapshot* snapshot, const Area& area);

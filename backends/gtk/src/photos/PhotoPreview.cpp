@@ -202,6 +202,15 @@ gboolean PhotoPreview::keyPressed(GtkEventControllerKey* /*keys*/, guint key, gu
       if (!gtk_widget_has_focus(strip_.widget())) return FALSE;
       playOrStop();
       return TRUE;
+    case GDK_KEY_plus:
+    case GDK_KEY_equal:
+    case GDK_KEY_KP_Add:
+      strip_.zoomStep(1);
+      return TRUE;
+    case GDK_KEY_minus:
+    case GDK_KEY_KP_Subtract:
+      strip_.zoomStep(-1);
+      return TRUE;
     case GDK_KEY_BackSpace:
       close();
       return TRUE;

@@ -1,12 +1,9 @@
 #include "PreviewStrip.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <variant>
 
 #include "Drawing.h"
-#include "ThumbnailMaker.h"
 
 namespace orivex::gtk {
 namespace {
@@ -20,35 +17,42 @@ constexpr double farPart = 0.3;  // of the width
 constexpr double shortDistance = 24;
 constexpr gint64 shortMicroseconds = 300'000;
 
-// Points that a finger may move while it taps.
+// Points that a finger may move while it taps, and between two taps that count as a double one.
 constexpr double tapSlack = 8;
+constexpr double doubleTapSlack = 24;
+constexpr gint64 doubleTapMicroseconds = 400'000;
 
-GRef<GdkTexture> largePicture(const MediaItem& item, int width, int height, const MediaProbe& probe) {
-  GRef<GdkPixbuf> picture;
-  if (item.type == MediaType::image) {
-    picture = decodePicture(item.path, width, height);
-  } else if (const auto facts = probe.probeVideo(item.path); const auto* video = std::get_if<VideoFacts>(&facts)) {
-    picture = decodePictureData(video->firstFrameJpeg, width, height);
-  }
-  return picture ? GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(picture.get())) : nullptr;
+constexpr double zoomStepFactor = 1.5;
+constexpr double doubleTapZoom = 2.5;
+constexpr int closeDetail = 2;
+
+drawing::Area zoomed(const drawing::Area& area, const PictureZoom& zoom) {
+  const auto scale = static_cast<float>(zoom.scale());
+  return {area.x + area.width * (1 - scale) / 2 + static_cast<float>(zoom.offset().x),
+          area.y + area.height * (1 - scale) / 2 + static_cast<float>(zoom.offset().y), area.width * scale,
+          area.height * scale};
 }
 
 }  // namespace
 
 PreviewStrip::PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, Handlers handlers)
-    : queue_(queue),
-      probe_(probe),
-      thumbnails_(thumbnails),
+    : thumbnails_(thumbnails),
       handlers_(std::move(handlers)),
-      canvas_(GRef<GtkWidget>::sink(canvasNew(*this))) {
+      canvas_(GRef<GtkWidget>::sink(canvasNew(*this))),
+      pictures_(queue, probe, [this] { gtk_widget_queue_draw(canvas_.get()); }) {
   gtk_widget_set_overflow(canvas_.get(), GTK_OVERFLOW_HIDDEN);
   gtk_widget_set_vexpand(canvas_.get(), TRUE);
   gtk_widget_set_hexpand(canvas_.get(), TRUE);
-  auto* const drag = gtk_gesture_drag_new();
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragBegun>(drag, "drag-begin", this));
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragged>(drag, "drag-update", this));
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragEnded>(drag, "drag-end", this));
-  gtk_widget_add_controller(canvas_.get(), GTK_EVENT_CONTROLLER(drag));
+  drag_ = gtk_gesture_drag_new();
+  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragBegun>(drag_, "drag-begin", this));
+  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragged>(drag_, "drag-update", this));
+  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragEnded>(drag_, "drag-end", this));
+  gtk_widget_add_controller(canvas_.get(), GTK_EVENT_CONTROLLER(drag_));
+  auto* const pinch = gtk_gesture_zoom_new();
+  connections_.push_back(SignalConnection::connect<&PreviewStrip::pinchBegun>(pinch, "begin", this));
+  connections_.push_back(SignalConnection::connect<&PreviewStrip::pinched>(pinch, "scale-changed", this));
+  connections_.push_back(SignalConnection::connect<&PreviewStrip::pinchEnded>(pinch, "end", this));
+  gtk_widget_add_controller(canvas_.get(), GTK_EVENT_CONTROLLER(pinch));
 }
 
 PreviewStrip::~PreviewStrip() {
@@ -58,11 +62,12 @@ PreviewStrip::~PreviewStrip() {
 }
 
 void PreviewStrip::show(std::shared_ptr<const MediaItems> items, std::size_t position) {
+  const auto before = looked();
   items_ = std::move(items);
   position_ = position;
   offset_ = 0;
-  forgetFarPictures();
-  loadNext();
+  if (looked() != before) zoom_ = {};
+  wantPictures();
   gtk_widget_queue_draw(canvas_.get());
 }
 
@@ -74,7 +79,7 @@ void PreviewStrip::showFrame(GRef<GdkTexture> frame) {
 void PreviewStrip::clear() {
   items_ = nullptr;
   frame_ = nullptr;
-  pictures_.clear();
+  pictures_.want({}, {});
 }
 
 MediaItemPtr PreviewStrip::itemAt(std::ptrdiff_t position) const {
@@ -86,8 +91,10 @@ int PreviewStrip::minimumSize(GtkOrientation /*orientation*/) {
   return 0;
 }
 
-void PreviewStrip::allocate(int /*width*/, int /*height*/) {
-  loadNext();
+void PreviewStrip::allocate(int width, int height) {
+  const Size size{static_cast<double>(width), static_cast<double>(height)};
+  if (std::exchange(size_, size) != size) zoom_ = {};
+  wantPictures();
 }
 
 void PreviewStrip::snapshot(GtkSnapshot* snapshot) {
@@ -101,72 +108,109 @@ void PreviewStrip::snapshot(GtkSnapshot* snapshot) {
 
 void PreviewStrip::drawItem(GtkSnapshot* snapshot, std::size_t position, double left) {
   const auto& item = (*items_)[position];
-  const drawing::Area area{static_cast<float>(left), 0, static_cast<float>(gtk_widget_get_width(canvas_.get())),
-                           static_cast<float>(gtk_widget_get_height(canvas_.get()))};
+  drawing::Area area{static_cast<float>(left), 0, static_cast<float>(gtk_widget_get_width(canvas_.get())),
+                     static_cast<float>(gtk_widget_get_height(canvas_.get()))};
+  if (position == position_ && zoom_.isIn()) area = zoomed(area, zoom_);
   if (frame_ && position == position_) return drawing::contain(snapshot, frame_.get(), area);
-  const auto large = pictures_.find(item);
-  if (large != pictures_.end() && large->second.isBroken) {
+  const auto* const large = pictures_.find(item);
+  if (large && large->isBroken) {
     drawing::icon(snapshot, canvas_.get(), "image-missing-symbolic",
                   {area.x + area.width / 2, area.y + area.height / 2}, static_cast<float>(brokenIconSide),
                   drawing::faint);
-  } else if (large != pictures_.end()) {
-    drawing::contain(snapshot, large->second.texture.get(), area);
+  } else if (large) {
+    drawing::contain(snapshot, large->texture.get(), area);
   } else if (const auto* const small = thumbnails_.find(item); small && !small->isBroken()) {
     drawing::contain(snapshot, small->texture.get(), area);
   }
 }
 
 // What is looked at first, then what the next swipe brings.
-void PreviewStrip::loadNext() {
-  if (isLoading_ || !items_ || gtk_widget_get_width(canvas_.get()) == 0) return;
+void PreviewStrip::wantPictures() {
+  if (!items_ || size_.width == 0) return;
+  const double scale = gtk_widget_get_scale_factor(canvas_.get());
+  std::vector<LargePictures::Wish> wishes;
+  if (zoom_.isIn()) wishes.push_back({looked(), closeDetail});
   for (const int beside : {0, 1, -1}) {
-    const auto item = itemAt(static_cast<std::ptrdiff_t>(position_) + beside);
-    if (item && !pictures_.contains(item)) return load(item);
+    if (auto item = itemAt(static_cast<std::ptrdiff_t>(position_) + beside)) wishes.push_back({std::move(item)});
   }
+  pictures_.want(std::move(wishes), {size_.width * scale, size_.height * scale});
 }
 
-void PreviewStrip::load(const MediaItemPtr& item) {
-  isLoading_ = true;
-  const int scale = gtk_widget_get_scale_factor(canvas_.get());
-  const int width = gtk_widget_get_width(canvas_.get()) * scale;
-  const int height = gtk_widget_get_height(canvas_.get()) * scale;
-  auto loaded = alive_.guard([this, item](const GRef<GdkTexture>& texture) {
-    isLoading_ = false;
-    if (!items_) return;
-    pictures_[item] = {texture, !texture};
-    forgetFarPictures();
-    gtk_widget_queue_draw(canvas_.get());
-    loadNext();
-  });
-  queue_.global([&queue = queue_, &probe = probe_, item, width, height, loaded = std::move(loaded)]() mutable {
-    auto texture = largePicture(*item, width, height, probe);
-    queue.async([loaded = std::move(loaded), texture = std::move(texture)]() mutable { loaded(texture); });
-  });
+void PreviewStrip::zoomTo(double scale, Point focus) {
+  const auto item = looked();
+  const auto* const picture = item && item->type == MediaType::image ? pictures_.find(item) : nullptr;
+  if (!picture || picture->isBroken) return;
+  if (!zoom_.isIn()) {
+    zoom_.fit(drawing::containedSize(picture->texture.get(), size_), size_);
+  }
+  zoom_.scaleTo(scale, focus);
+  wantPictures();
+  gtk_widget_queue_draw(canvas_.get());
 }
 
-void PreviewStrip::forgetFarPictures() {
-  std::array<MediaItemPtr, 3> near;
-  for (std::ptrdiff_t beside = -1; beside <= 1; ++beside) {
-    near[static_cast<std::size_t>(beside + 1)] = itemAt(static_cast<std::ptrdiff_t>(position_) + beside);
+void PreviewStrip::zoomStep(int direction) {
+  zoomTo(direction > 0 ? zoom_.scale() * zoomStepFactor : zoom_.scale() / zoomStepFactor, {});
+}
+
+Point PreviewStrip::fromMiddle(double x, double y) const {
+  return {x - size_.width / 2, y - size_.height / 2};
+}
+
+void PreviewStrip::pinchBegun(GtkGesture* /*pinch*/, GdkEventSequence* /*sequence*/) {
+  // The first of the two fingers has begun a drag.
+  isPinching_ = true;
+  gtk_gesture_set_state(drag_, GTK_EVENT_SEQUENCE_DENIED);
+  if (offset_ != 0) slideTo(0);
+  pinchedFrom_ = zoom_.scale();
+}
+
+void PreviewStrip::pinched(GtkGestureZoom* pinch, double scale) {
+  double x = 0;
+  double y = 0;
+  gtk_gesture_get_bounding_box_center(GTK_GESTURE(pinch), &x, &y);
+  zoomTo(pinchedFrom_ * scale, fromMiddle(x, y));
+}
+
+void PreviewStrip::pinchEnded(GtkGesture* /*pinch*/, GdkEventSequence* /*sequence*/) {
+  isPinching_ = false;
+}
+
+void PreviewStrip::tapped(Point place) {
+  const auto now = g_get_monotonic_time();
+  const bool isSecond = now - lastTap_ < doubleTapMicroseconds &&
+                        std::hypot(place.x - lastTapPlace_.x, place.y - lastTapPlace_.y) < doubleTapSlack;
+  lastTap_ = isSecond ? 0 : now;
+  lastTapPlace_ = place;
+  if (isSecond) {
+    zoomTo(zoom_.isIn() ? 1 : doubleTapZoom, place);
+  } else {
+    handlers_.tapped();
   }
-  std::erase_if(pictures_,
-                [&](const auto& picture) { return std::find(near.begin(), near.end(), picture.first) == near.end(); });
 }
 
 void PreviewStrip::dragBegun(GtkGestureDrag* /*drag*/, double /*x*/, double /*y*/) {
+  zoomedFrom_ = zoom_.offset();
   dragStart_ = g_get_monotonic_time();
   if (slide_) adw_animation_skip(slide_.get());
 }
 
-void PreviewStrip::dragged(GtkGestureDrag* /*drag*/, double x, double /*y*/) {
+void PreviewStrip::dragged(GtkGestureDrag* /*drag*/, double x, double y) {
   constexpr double resistance = 3;
+  gtk_widget_queue_draw(canvas_.get());
+  if (zoom_.isIn()) return zoom_.moveTo({zoomedFrom_.x + x, zoomedFrom_.y + y});
   const auto next = static_cast<std::ptrdiff_t>(position_) + (x < 0 ? 1 : -1);
   offset_ = itemAt(next) ? x : x / resistance;
-  gtk_widget_queue_draw(canvas_.get());
 }
 
-void PreviewStrip::dragEnded(GtkGestureDrag* /*drag*/, double x, double y) {
-  if (std::hypot(x, y) < tapSlack) handlers_.tapped();
+void PreviewStrip::dragEnded(GtkGestureDrag* drag, double x, double y) {
+  if (isPinching_) return;
+  if (std::hypot(x, y) < tapSlack) {
+    double left = 0;
+    double top = 0;
+    gtk_gesture_drag_get_start_point(drag, &left, &top);
+    tapped(fromMiddle(left, top));
+  }
+  if (zoom_.isIn()) return;
   const bool isQuick = g_get_monotonic_time() - dragStart_ < shortMicroseconds && std::abs(x) > shortDistance;
   const bool isFar = std::abs(x) > farPart * gtk_widget_get_width(canvas_.get());
   if (isQuick || isFar) return step(x < 0 ? 1 : -1);
@@ -176,6 +220,7 @@ void PreviewStrip::dragEnded(GtkGestureDrag* /*drag*/, double x, double y) {
 void PreviewStrip::step(int direction) {
   // A step on top of one that still slides begins where that one leads.
   if (slide_ && adw_animation_get_state(slide_.get()) == ADW_ANIMATION_PLAYING) adw_animation_skip(slide_.get());
+  zoom_ = {};
   const bool exists = itemAt(static_cast<std::ptrdiff_t>(position_) + direction) != nullptr;
   slideTo(exists ? -direction * (gtk_widget_get_width(canvas_.get()) + gap) : 0);
 }
@@ -198,8 +243,7 @@ void PreviewStrip::slideEnded(AdwAnimation* /*animation*/) {
   offset_ = 0;
   if (direction == 0 || !items_) return;
   position_ = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(position_) + direction);
-  forgetFarPictures();
-  loadNext();
+  wantPictures();
   gtk_widget_queue_draw(canvas_.get());
   handlers_.moved(position_);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -10,21 +9,23 @@
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
 #include "../ui/Canvas.h"
+#include "LargePictures.h"
 #include "MediaCatalog.h"
+#include "PictureZoom.h"
 #include "ThumbnailLoader.h"
 
-#include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/MediaProbe.h"
 
 namespace orivex::gtk {
 
-/// One large picture with its neighbours beside it, to swipe through. Main thread; decodes on worker threads.
+/// One large picture with its neighbours beside it, to swipe through and to look at more closely: by two fingers, by a
+/// double tap, by steps. Main thread.
 class PreviewStrip final : private CanvasDelegate {
  public:
   struct Handlers {
     std::function<void(std::size_t position)> moved;  ///< the visitor has swiped to another position
-    std::function<void()> tapped;
+    std::function<void()> tapped;                     ///< the first tap of two counts as well
   };
 
   PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, Handlers handlers);
@@ -42,43 +43,50 @@ class PreviewStrip final : private CanvasDelegate {
   /// Slides to the next item, or the previous one; past either end it springs back.
   void step(int direction);
 
- private:
-  struct Picture {
-    GRef<GdkTexture> texture;
-    bool isBroken = false;
-  };
+  /// Shows the picture closer by a step, or less close at a negative `direction`. Videos stay as they are.
+  void zoomStep(int direction);
 
+ private:
   int minimumSize(GtkOrientation orientation) override;
   void allocate(int width, int height) override;
   void snapshot(GtkSnapshot* snapshot) override;
   void drawItem(GtkSnapshot* snapshot, std::size_t position, double left);
 
   MediaItemPtr itemAt(std::ptrdiff_t position) const;
-  void loadNext();
-  void load(const MediaItemPtr& item);
-  void forgetFarPictures();
+  MediaItemPtr looked() const { return itemAt(static_cast<std::ptrdiff_t>(position_)); }
+  void wantPictures();
+  void zoomTo(double scale, Point focus);
+  Point fromMiddle(double x, double y) const;
   void dragBegun(GtkGestureDrag* drag, double x, double y);
   void dragged(GtkGestureDrag* drag, double x, double y);
   void dragEnded(GtkGestureDrag* drag, double x, double y);
+  void tapped(Point place);
+  void pinchBegun(GtkGesture* pinch, GdkEventSequence* sequence);
+  void pinchEnded(GtkGesture* pinch, GdkEventSequence* sequence);
+  void pinched(GtkGestureZoom* pinch, double scale);
   void slideTo(double offset);
   void slideEnded(AdwAnimation* animation);
 
-  MainQueue& queue_;
-  const MediaProbe& probe_;
   ThumbnailLoader& thumbnails_;
   const Handlers handlers_;
   GRef<GtkWidget> canvas_;
   std::shared_ptr<const MediaItems> items_;
   std::size_t position_ = 0;
+  Size size_;
   double offset_ = 0;  // points by which the strip is dragged; the next item comes in from the right at negative ones
   gint64 dragStart_ = 0;  // microseconds
-  std::map<MediaItemPtr, Picture> pictures_;
+  PictureZoom zoom_;
+  Translation zoomedFrom_;  // where the picture lay when the drag began
+  double pinchedFrom_ = 1;  // how large it was when the pinch began
+  gint64 lastTap_ = 0;      // microseconds
+  Point lastTapPlace_;
+  bool isPinching_ = false;
+  GtkGesture* drag_ = nullptr;
+  LargePictures pictures_;
   GRef<GdkTexture> frame_;
-  bool isLoading_ = false;
   GRef<AdwAnimation> slide_;
   std::vector<SignalConnection> connections_;
   SignalConnection slideDone_;
-  Alive alive_;
 };
 
 }  // namespace orivex::gtk

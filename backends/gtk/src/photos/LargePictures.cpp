@@ -1,0 +1,70 @@
+#include "LargePictures.h"
+
+#include <algorithm>
+#include <variant>
+
+#include "ThumbnailMaker.h"
+
+namespace orivex::gtk {
+namespace {
+
+GRef<GdkTexture> decode(const MediaItem& item, int width, int height, const MediaProbe& probe) {
+  GRef<GdkPixbuf> picture;
+  if (item.type == MediaType::image) {
+    picture = decodePicture(item.path, width, height);
+  } else if (const auto facts = probe.probeVideo(item.path); const auto* video = std::get_if<VideoFacts>(&facts)) {
+    picture = decodePictureData(video->firstFrameJpeg, width, height);
+  }
+  return picture ? GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(picture.get())) : nullptr;
+}
+
+}  // namespace
+
+void LargePictures::want(std::vector<Wish> wishes, Size area) {
+  wishes_ = std::move(wishes);
+  area_ = area;
+  std::erase_if(pictures_, [this](const auto& picture) {
+    return std::none_of(wishes_.begin(), wishes_.end(), [&](const Wish& wish) { return wish.item == picture.first; });
+  });
+  loadNext();
+}
+
+const LargePictures::Picture* LargePictures::find(const MediaItemPtr& item) const {
+  const auto found = pictures_.find(item);
+  return found == pictures_.end() ? nullptr : &found->second;
+}
+
+void LargePictures::loadNext() {
+  if (isLoading_) return;
+  const auto next = std::find_if(wishes_.begin(), wishes_.end(), [this](const Wish& wish) {
+    const auto* const picture = find(wish.item);
+    return !picture || picture->detail < wish.detail;
+  });
+  if (next != wishes_.end()) load(*next);
+}
+
+void LargePictures::load(const Wish& wish) {
+  isLoading_ = true;
+  auto loaded = alive_.guard([this, wish](const GRef<GdkTexture>& texture) {
+    isLoading_ = false;
+    const bool isWanted =
+        std::any_of(wishes_.begin(), wishes_.end(), [&](const Wish& now) { return now.item == wish.item; });
+    if (isWanted) {
+      auto& picture = pictures_[wish.item];
+      if (texture) picture.texture = texture;
+      picture.isBroken = !picture.texture;
+      picture.detail = wish.detail;
+      loaded_();
+    }
+    loadNext();
+  });
+  const int width = static_cast<int>(area_.width) * wish.detail;
+  const int height = static_cast<int>(area_.height) * wish.detail;
+  queue_.global(
+      [&queue = queue_, &probe = probe_, item = wish.item, width, height, loaded = std::move(loaded)]() mutable {
+        auto texture = decode(*item, width, height, probe);
+        queue.async([loaded = std::move(loaded), texture = std::move(texture)]() mutable { loaded(texture); });
+      });
+}
+
+}  // namespace orivex::gtk

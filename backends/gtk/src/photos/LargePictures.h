@@ -1,0 +1,58 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <vector>
+
+#include <gdk/gdk.h>
+
+#include "../glib/GRef.h"
+#include "MediaItem.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/MediaProbe.h"
+
+namespace orivex::gtk {
+
+/// The few pictures that a preview shows large, decoded one after the other on worker threads. Main thread.
+class LargePictures {
+ public:
+  struct Picture {
+    GRef<GdkTexture> texture;
+    bool isBroken = false;
+    int detail = 0;
+  };
+
+  /// A picture of an item with `detail` pixels, across and down, for each pixel of the display.
+  struct Wish {
+    MediaItemPtr item;
+    int detail = 1;
+  };
+
+  /// `loaded` is called with each new picture.
+  LargePictures(MainQueue& queue, const MediaProbe& probe, std::function<void()> loaded)
+      : queue_(queue), probe_(probe), loaded_(std::move(loaded)) {}
+
+  /// Loads what is wanted, the first first, and forgets everything else. `area`: pixels of the display.
+  void want(std::vector<Wish> wishes, Size area);
+
+  /// Null while it is not there.
+  const Picture* find(const MediaItemPtr& item) const;
+
+ private:
+  void loadNext();
+  void load(const Wish& wish);
+
+  MainQueue& queue_;
+  const MediaProbe& probe_;
+  const std::function<void()> loaded_;
+  std::vector<Wish> wishes_;
+  Size area_;
+  std::map<MediaItemPtr, Picture> pictures_;
+  bool isLoading_ = false;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk
