@@ -95,9 +95,8 @@ class WebRecorder {
     };
     handlers.didFailNavigation = [this](const std::string&) { note("fail"); };
     handlers.decideNavigationAction = [this](const std::optional<std::string>& url) {
-      const auto answer = policy;  // the note may be the last thing that this handler lives for
       note("ask " + url.value_or("nothing"));
-      return answer;
+      return policy;
     };
     handlers.decideNavigationResponse = [this] {
       note("ask response");

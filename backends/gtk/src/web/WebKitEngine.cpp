@@ -219,15 +219,21 @@ void WebKitEngine::loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event) {
       tell([this] { handlers_.didReceiveServerRedirect(); });
       break;
     case WEBKIT_LOAD_COMMITTED:
-      tell([this] { handlers_.didCommitNavigation(); });
-      // To WebKit the address never changed while the process was gone.
-      if (std::exchange(processGone_, false)) tellUri();
+      committed();
       break;
     case WEBKIT_LOAD_FINISHED:
       // WebKitGTK ends a failed load with this event too.
       if (!loadFailed_) tell([this] { handlers_.didFinishNavigation(); });
       break;
   }
+}
+
+void WebKitEngine::committed() {
+  // To WebKit the address never changed while the process was gone. The handler may end this engine.
+  const bool isBack = std::exchange(processGone_, false);
+  auto tellAddress = alive_.guard([this] { tellUri(); });
+  tell([this] { handlers_.didCommitNavigation(); });
+  if (isBack) tellAddress();
 }
 
 gboolean WebKitEngine::loadFailed(WebKitWebView* /*view*/, WebKitLoadEvent event, const char* /*uri*/, GError* error) {
@@ -251,14 +257,16 @@ gboolean WebKitEngine::loadFailedWithTlsErrors(WebKitWebView* /*view*/, const ch
 
 NavigationPolicy WebKitEngine::policyFor(WebKitNavigationAction* action) {
   const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
-  return handlers_.decideNavigationAction(uri ? std::optional<std::string>(uri) : std::nullopt);
+  const auto decide = handlers_.decideNavigationAction;  // kept, should it end this engine
+  return decide(uri ? std::optional<std::string>(uri) : std::nullopt);
 }
 
 gboolean WebKitEngine::decidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecision* decision,
                                     WebKitPolicyDecisionType type) {
   auto policy = NavigationPolicy::cancel;
   if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
-    policy = handlers_.decideNavigationResponse();
+    const auto decide = handlers_.decideNavigationResponse;
+    policy = decide();
     if (policy == NavigationPolicy::allow) {
       return PageRequests::saveUnshowable(WEBKIT_RESPONSE_POLICY_DECISION(decision));
     }

@@ -52,6 +52,7 @@ class WebKitEngine final : public WebEngine {
   NavigationPolicy policyFor(WebKitNavigationAction* action);
   void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason);
   void uriChanged(WebKitWebView* view, GParamSpec* property);
+  void committed();
   void tellUri();
 
   /// Runs `call`, now or, while a call into this engine is under way, right after it.
