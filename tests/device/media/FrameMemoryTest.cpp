@@ -29,9 +29,9 @@ void* pageOfFirstFrame(const std::string& source) {
   GstMapInfo pixels;
   auto* const buffer = gst_sample_get_buffer(frame.get());
   if (!gst_buffer_map(buffer, &pixels, GST_MAP_READ)) return nullptr;
-  const auto address = reinterpret_cast<std::uintptr_t>(pixels.data);
   gst_buffer_unmap(buffer, &pixels);
-  return reinterpret_cast<void*>(address - address % static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE)));
+  const auto beyond = reinterpret_cast<std::uintptr_t>(pixels.data) % static_cast<std::uintptr_t>(getpagesize());
+  return pixels.data - beyond;
 }
 
 TEST(FrameMemory, GoesBackToTheSystemWhicheverElementMadeTheFrame) {

@@ -25,7 +25,7 @@ class TemporaryFolder {
 
   /// Writes a file, with its folders, and returns its path.
   std::filesystem::path write(const std::filesystem::path& name, std::string_view contents) const {
-    const auto file = path_ / name;
+    auto file = path_ / name;
     std::filesystem::create_directories(file.parent_path());
     std::ofstream(file, std::ios::binary) << contents;
     return file;

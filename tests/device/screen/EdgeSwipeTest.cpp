@@ -63,7 +63,7 @@ std::pair<int, int> pointOf(GdkPaintable* picture, int x, int y) {
   auto* const context = cairo_create(surface);
   gsk_render_node_draw(node, context);
   cairo_surface_flush(surface);
-  const auto* const bytes = cairo_image_surface_get_data(surface) + y * cairo_image_surface_get_stride(surface) + 4 * x;
+  const auto* const bytes = cairo_image_surface_get_data(surface) + std::ptrdiff_t{4} * (360 * y + x);
   const std::pair point{255 - bytes[1], bytes[3]};
   cairo_destroy(context);
   cairo_surface_destroy(surface);

@@ -43,7 +43,6 @@ PreviewStrip::PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailL
   gtk_widget_set_overflow(canvas_.get(), GTK_OVERFLOW_HIDDEN);
   gtk_widget_set_vexpand(canvas_.get(), TRUE);
   gtk_widget_set_hexpand(canvas_.get(), TRUE);
-  drag_ = gtk_gesture_drag_new();
   connections_.push_back(SignalConnection::connect<&PreviewStrip::dragBegun>(drag_, "drag-begin", this));
   connections_.push_back(SignalConnection::connect<&PreviewStrip::dragged>(drag_, "drag-update", this));
   connections_.push_back(SignalConnection::connect<&PreviewStrip::dragEnded>(drag_, "drag-end", this));

@@ -81,7 +81,7 @@ class PreviewStrip final : private CanvasDelegate {
   gint64 lastTap_ = 0;      // microseconds
   Point lastTapPlace_;
   bool isPinching_ = false;
-  GtkGesture* drag_ = nullptr;
+  GtkGesture* const drag_ = gtk_gesture_drag_new();  // the canvas owns it
   LargePictures pictures_;
   GRef<GdkTexture> frame_;
   GRef<AdwAnimation> slide_;

@@ -11,7 +11,7 @@ namespace orivex::gtk {
 namespace {
 
 // Below it, as sound and compressed pictures are, the C library's own memory serves well.
-constexpr gsize smallestFrame = 64 * 1024;
+constexpr gsize smallestFrame = 64 * gsize{1024};
 
 /// Pages of the system. `mmap` gives whole ones: aligned for every element.
 class Pages {

@@ -3,11 +3,9 @@
 #include <string>
 #include <variant>
 
-#include <glib.h>
+#include <gst/gst.h>
 
 #include "glib/GRef.h"
-
-typedef struct _GstElement GstElement;
 
 namespace orivex::gtk {
 
