@@ -97,7 +97,7 @@ void PreviewStrip::allocate(int width, int height) {
 }
 
 void PreviewStrip::snapshot(GtkSnapshot* snapshot) {
-  const double width = gtk_widget_get_width(canvas_.get());
+  const double width = size_.width;
   for (const int beside : {-1, 0, 1}) {
     const double left = offset_ + beside * (width + gap);
     const auto position = static_cast<std::ptrdiff_t>(position_) + beside;
@@ -107,8 +107,7 @@ void PreviewStrip::snapshot(GtkSnapshot* snapshot) {
 
 void PreviewStrip::drawItem(GtkSnapshot* snapshot, std::size_t position, double left) {
   const auto& item = (*items_)[position];
-  drawing::Area area{static_cast<float>(left), 0, static_cast<float>(gtk_widget_get_width(canvas_.get())),
-                     static_cast<float>(gtk_widget_get_height(canvas_.get()))};
+  drawing::Area area{static_cast<float>(left), 0, static_cast<float>(size_.width), static_cast<float>(size_.height)};
   if (position == position_ && zoom_.isIn()) area = zoomed(area, zoom_);
   if (frame_ && position == position_) return drawing::contain(snapshot, frame_.get(), area);
   const auto* const large = pictures_.find(item);
@@ -139,9 +138,7 @@ void PreviewStrip::zoomTo(double scale, Point focus) {
   const auto item = looked();
   const auto* const picture = item && item->type == MediaType::image ? pictures_.find(item) : nullptr;
   if (!picture || picture->isBroken) return;
-  if (!zoom_.isIn()) {
-    zoom_.fit(drawing::containedSize(picture->texture.get(), size_), size_);
-  }
+  if (!zoom_.isIn()) zoom_.fit(drawing::containedSize(picture->texture.get(), size_), size_);
   zoom_.scaleTo(scale, focus);
   wantPictures();
   gtk_widget_queue_draw(canvas_.get());
@@ -211,7 +208,7 @@ void PreviewStrip::dragEnded(GtkGestureDrag* drag, double x, double y) {
   }
   if (zoom_.isIn()) return;
   const bool isQuick = g_get_monotonic_time() - dragStart_ < shortMicroseconds && std::abs(x) > shortDistance;
-  const bool isFar = std::abs(x) > farPart * gtk_widget_get_width(canvas_.get());
+  const bool isFar = std::abs(x) > farPart * size_.width;
   if (isQuick || isFar) return step(x < 0 ? 1 : -1);
   slideTo(0);
 }
@@ -221,7 +218,7 @@ void PreviewStrip::step(int direction) {
   if (slide_ && adw_animation_get_state(slide_.get()) == ADW_ANIMATION_PLAYING) adw_animation_skip(slide_.get());
   zoom_ = {};
   const bool exists = itemAt(static_cast<std::ptrdiff_t>(position_) + direction) != nullptr;
-  slideTo(exists ? -direction * (gtk_widget_get_width(canvas_.get()) + gap) : 0);
+  slideTo(exists ? -direction * (size_.width + gap) : 0);
 }
 
 void PreviewStrip::slideTo(double offset) {
