@@ -1,9 +1,7 @@
 #include "PageFixture.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "glib/GRef.h"
 #include "web/WebKitEngine.h"
 
 #include "orivex/gtk/Gtk.h"
@@ -25,37 +23,17 @@ PageFixture::PageFixture() {
   gtk_window_set_title(window_, windowTitle);
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
-  engine_ = Platform::current().webEngines.make({}, handlers());
+  web_.emplace(Platform::current(), WebEngineConfiguration{});
   gtk_window_set_child(window_, GTK_WIDGET(view()));
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(view())) != FALSE; }, 10);
   // No window manager does it.
-  visitor({"search", "--sync", "--onlyvisible", "--name", windowTitle, "windowfocus", "--sync"});
+  xdotool({"search", "--sync", "--onlyvisible", "--name", windowTitle, "windowfocus", "--sync"});
 }
 
 PageFixture::~PageFixture() {
   closePage();
   gtk_window_destroy(window_);
-}
-
-WebEngineHandlers PageFixture::handlers() {
-  WebEngineHandlers handlers;
-  handlers.didStartProvisionalNavigation = [] {};
-  handlers.didReceiveServerRedirect = [] {};
-  handlers.didCommitNavigation = [] {};
-  handlers.didFinishNavigation = [this] { ++finished; };
-  handlers.didFailProvisionalNavigation = [this](const std::string& error) { failures.push_back(error); };
-  handlers.didFailNavigation = [](const std::string&) {};
-  handlers.decideNavigationAction = [](const std::optional<std::string>&) { return NavigationPolicy::allow; };
-  handlers.decideNavigationResponse = [] { return NavigationPolicy::allow; };
-  handlers.urlChanged = [](const std::optional<std::string>&) {};
-  handlers.pageRequests = {.openWindow = [this](const std::string& address) { windows.push_back(address); },
-                           .chooseFiles =
-                               [this](const FileChooserRequest& request, Once<void(std::vector<std::string>)> answer) {
-                                 fileRequests.push_back({request, std::move(answer)});
-                               },
-                           .downloadEnded = [this](const EndedDownload& download) { downloads.push_back(download); }};
-  return handlers;
 }
 
 void PageFixture::open(const std::string& body, std::map<std::string, SocketServer::Answer> site) {
@@ -64,19 +42,19 @@ void PageFixture::open(const std::string& body, std::map<std::string, SocketServ
     const auto found = site.find(target);
     return found == site.end() ? SocketServer::Answer{reply(404, "")} : found->second;
   });
-  const int before = finished;
-  engine_->load({*Url::parse(url("/")), 60, {}});
-  ASSERT_TRUE(wait([&] { return finished > before; }, 20));
+  const auto before = finished();
+  web_->load(url("/"));
+  ASSERT_TRUE(wait([&] { return finished() > before; }, 20));
 }
 
 void PageFixture::closePage() {
-  if (!engine_) return;
+  if (!web_->engine) return;
   gtk_window_set_child(window_, nullptr);
-  engine_.reset();
+  web_->engine.reset();
 }
 
 WebKitWebView* PageFixture::view() const {
-  return WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(*engine_).widget());
+  return WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(*web_->engine).widget());
 }
 
 std::string PageFixture::evaluate(const std::string& script) {
@@ -84,26 +62,13 @@ std::string PageFixture::evaluate(const std::string& script) {
 }
 
 void PageFixture::run(const std::string& script) {
-  engine_->evaluate(script, nullptr);
+  web_->engine->evaluate(script, nullptr);
 }
 
 bool PageFixture::becomes(const std::string& script, const std::string& value) {
   const bool became = wait([&] { return evaluate(script) == value; }, 10);
   EXPECT_TRUE(became) << script << " is " << evaluate(script);
   return became;
-}
-
-// The main loop runs meanwhile: the input goes to this very process.
-void PageFixture::visitor(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), "xdotool");
-  std::vector<const char*> words;
-  for (const auto& argument : arguments) words.push_back(argument.c_str());
-  words.push_back(nullptr);
-  const auto tool =
-      GRef<GSubprocess>::adopt(g_subprocess_newv(words.data(), G_SUBPROCESS_FLAGS_STDOUT_SILENCE, nullptr));
-  ASSERT_TRUE(tool);
-  EXPECT_TRUE(wait([&] { return g_subprocess_get_identifier(tool.get()) == nullptr; }, 10));
-  pass(0.05);
 }
 
 }  // namespace orivex::gtk

@@ -8,14 +8,6 @@
 
 namespace orivex::gtk {
 
-GtkWidget* descendant(GtkWidget* parent, GType type) {
-  for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
-    if (G_TYPE_CHECK_INSTANCE_TYPE(child, type)) return child;
-    if (GtkWidget* const found = descendant(child, type)) return found;
-  }
-  return nullptr;
-}
-
 std::string evaluateIn(WebKitWebView* view, const std::string& script) {
   struct Answer {
     bool done = false;
@@ -35,16 +27,6 @@ std::string evaluateIn(WebKitWebView* view, const std::string& script) {
       &answer);
   EXPECT_TRUE(wait([&] { return answer.done; }, 10)) << script;
   return answer.text;
-}
-
-AdwMessageDialog* openDialog() {
-  const GListPtr windows(gtk_window_list_toplevels());
-  for (const GList* window = windows.get(); window; window = window->next) {
-    if (ADW_IS_MESSAGE_DIALOG(window->data) && gtk_widget_get_mapped(GTK_WIDGET(window->data))) {
-      return ADW_MESSAGE_DIALOG(window->data);
-    }
-  }
-  return nullptr;
 }
 
 }  // namespace orivex::gtk
