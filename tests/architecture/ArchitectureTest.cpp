@@ -36,15 +36,6 @@ class ArchitectureTest : public ::testing::Test {
   const Diagram diagram_ = readDiagram(tree_ / "ARCHITECTURE.md");
 };
 
-TEST_F(ArchitectureTest, EveryBoxIsAFolder) {
-  ASSERT_FALSE(diagram_.folders.empty());
-  for (const auto& [name, folder] : diagram_.folders) EXPECT_TRUE(fs::is_directory(tree_ / folder)) << folder;
-  for (const Arrow& arrow : diagram_.arrows) {
-    EXPECT_TRUE(diagram_.folders.contains(arrow.from)) << arrow.from;
-    EXPECT_TRUE(diagram_.folders.contains(arrow.to)) << arrow.to;
-  }
-}
-
 TEST_F(ArchitectureTest, TheArrowsAreTheIncludes) {
   std::set<Arrow> found;
   std::map<Arrow, fs::path> witness;

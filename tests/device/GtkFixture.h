@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 
 #include <glib.h>
@@ -32,6 +33,20 @@ inline bool wait(const std::function<bool()>& condition, double seconds) {
 /// Lets the main loop run for `seconds`, to see that nothing happens.
 inline void pass(double seconds) {
   wait([] { return false; }, seconds);
+}
+
+/// How many entries a folder has: of "/proc/self/fd" the open files, of "/proc/self/task" the threads.
+inline std::ptrdiff_t entriesOf(const char* folder) {
+  return std::distance(std::filesystem::directory_iterator(folder), {});
+}
+
+/// Whether this process has a file open whose path begins like this.
+inline bool holdsOpen(const std::string& path) {
+  std::error_code closedMeanwhile;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    if (std::filesystem::read_symlink(entry, closedMeanwhile).string().starts_with(path)) return true;
+  }
+  return false;
 }
 
 }  // namespace orivex::gtk

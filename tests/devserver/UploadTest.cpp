@@ -115,18 +115,6 @@ TEST(Upload, KeepsTheFileToTheByteUnderItsName) {
   }
 }
 
-TEST(Upload, TakesABodyInSinglePieces) {
-  const ServerProcess server;
-  const auto bytes = toBytes(UploadForm{.data = "\r\n------b0undar\r\n"}.request());
-  const auto bodyAt = bytes.find("\r\n\r\n") + 4;
-  RawClient client(server.port());
-  client.send(std::string_view(bytes).substr(0, bodyAt));
-  for (auto at = bodyAt; at < bytes.size(); ++at) ASSERT_TRUE(client.send(std::string_view(bytes).substr(at, 1)));
-  const auto reply = parseReply(client.receiveAll());
-  ASSERT_EQ(reply.status, 200) << reply.body;
-  EXPECT_EQ(fetch(server.port(), {.path = pathOf(json::parse(reply.body).at("url"))}).body, "\r\n------b0undar\r\n");
-}
-
 TEST(Upload, SaysWhatIsWrongWithABody) {
   const auto whole = UploadForm().body();
   const std::string field = "------b0undary\r\nContent-Disposition: form-data; name=\"k\"\r\n\r\nv\r\n------b0undary--";

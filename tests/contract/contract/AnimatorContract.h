@@ -1,9 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 
@@ -12,7 +9,7 @@
 namespace orivex::contract {
 
 template <DeviceFixture Fixture>
-class AnimatorContract : public ::testing::Test {
+class AnimatorContract : public Suite<Fixture> {
  protected:
   struct Course {
     std::vector<double> steps;
@@ -21,7 +18,7 @@ class AnimatorContract : public ::testing::Test {
   };
 
   void start(double seconds, Course& course) {
-    fixture_.platform().animator.animate(
+    this->fixture_.platform().animator.animate(
         seconds,
         [&course](double progress) {
           course.steps.push_back(progress);
@@ -31,13 +28,6 @@ class AnimatorContract : public ::testing::Test {
     EXPECT_TRUE(course.steps.empty()) << "stepped inside the call";
     EXPECT_EQ(course.completions, 0) << "completed inside the call";
   }
-
-  bool wait(const std::function<bool()>& condition) { return fixture_.wait(condition, patience); }
-  void pass(double seconds) {
-    fixture_.wait([] { return false; }, seconds);
-  }
-
-  Fixture fixture_;
 };
 TYPED_TEST_SUITE_P(AnimatorContract);
 

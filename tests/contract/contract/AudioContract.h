@@ -2,11 +2,7 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <utility>
-#include <variant>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 
@@ -24,10 +20,9 @@ concept SoundFixture = DeviceFixture<Fixture> && requires(Fixture fixture, const
 };
 
 template <SoundFixture Fixture>
-class AudioContract : public ::testing::Test {
+class AudioContract : public Suite<Fixture> {
  protected:
-  AudioSession& session() { return fixture_.platform().audioSession; }
-  bool wait(const std::function<bool()>& condition) { return fixture_.wait(condition, patience); }
+  AudioSession& session() { return this->fixture_.platform().audioSession; }
 
   static AudioSettings speech() {
     return {{"AVSampleRateKey", std::int64_t{16000}},
@@ -38,12 +33,10 @@ class AudioContract : public ::testing::Test {
   }
 
   std::unique_ptr<AudioRecorder> recorder(const std::string& name) {
-    auto made = session().makeRecorder(Url::fromFilePath(fixture_.soundPlace(name)), speech());
+    auto made = session().makeRecorder(Url::fromFilePath(this->fixture_.soundPlace(name)), speech());
     EXPECT_TRUE(std::holds_alternative<std::unique_ptr<AudioRecorder>>(made));
     return std::get<std::unique_ptr<AudioRecorder>>(std::move(made));
   }
-
-  Fixture fixture_;
 };
 TYPED_TEST_SUITE_P(AudioContract);
 

@@ -1,11 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
-#include <variant>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 
@@ -15,12 +10,12 @@
 namespace orivex::contract {
 
 template <PickerFixture Fixture>
-class DocumentPickerContract : public ::testing::Test {
+class DocumentPickerContract : public Suite<Fixture> {
  protected:
   /// What one call of `present` was told: the path of the one file that was picked, "cancelled", or something else.
   using Told = std::vector<std::string>;
 
-  DocumentPicker& picker() { return fixture_.platform().documentPicker; }
+  DocumentPicker& picker() { return this->fixture_.platform().documentPicker; }
 
   void present(Told& told) {
     picker().present({}, view_, [&told](const DocumentPickerOutcome& outcome) {
@@ -35,14 +30,10 @@ class DocumentPickerContract : public ::testing::Test {
     EXPECT_TRUE(told.empty()) << "told inside the call";
   }
   bool waitFor(const Told& told) {
-    return fixture_.wait([&] { return !told.empty(); }, patience);
-  }
-  void pass(double seconds) {
-    fixture_.wait([] { return false; }, seconds);
+    return this->wait([&] { return !told.empty(); });
   }
 
   View view_;
-  Fixture fixture_;
 };
 TYPED_TEST_SUITE_P(DocumentPickerContract);
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/FileManager.h"
@@ -9,11 +7,9 @@
 namespace orivex::contract {
 
 template <DeviceFixture Fixture>
-class FileManagerContract : public ::testing::Test {
+class FileManagerContract : public Suite<Fixture> {
  protected:
-  FileManager& files() { return fixture_.platform().fileManager; }
-
-  Fixture fixture_;
+  FileManager& files() { return this->fixture_.platform().fileManager; }
 };
 TYPED_TEST_SUITE_P(FileManagerContract);
 

@@ -9,6 +9,8 @@
 #include <variant>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/UserDefaults.h"
@@ -32,6 +34,19 @@ concept DeviceFixture = std::default_initializable<Fixture> &&
   { fixture.platform() } -> std::convertible_to<const Platform&>;
   /// Runs the main queue until `condition` holds, at most `seconds`; returns whether it holds.
   { fixture.wait(condition, seconds) } -> std::same_as<bool>;
+};
+
+/// Tests of one port on a fixture of their own.
+template <DeviceFixture Fixture>
+class Suite : public ::testing::Test {
+ protected:
+  bool wait(const std::function<bool()>& condition) { return fixture_.wait(condition, patience); }
+  /// Looks on.
+  void pass(double seconds) {
+    fixture_.wait([] { return false; }, seconds);
+  }
+
+  Fixture fixture_;
 };
 
 /// One address of a small web server.

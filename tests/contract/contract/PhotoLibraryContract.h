@@ -1,12 +1,6 @@
 #pragma once
 
-#include <concepts>
 #include <cstddef>
-#include <functional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 

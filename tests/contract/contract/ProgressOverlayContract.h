@@ -1,10 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/ProgressOverlay.h"
@@ -12,19 +7,14 @@
 namespace orivex::contract {
 
 template <OverlayFixture Fixture>
-class ProgressOverlayContract : public ::testing::Test {
+class ProgressOverlayContract : public Suite<Fixture> {
  protected:
-  ProgressOverlay& overlay() { return fixture_.platform().progressOverlay; }
+  ProgressOverlay& overlay() { return this->fixture_.platform().progressOverlay; }
 
   // A panel may take a moment to come or to fade.
   bool becomes(const std::optional<std::string>& status) {
-    return fixture_.wait([&] { return fixture_.overlayStatus() == status; }, patience);
+    return this->wait([&] { return this->fixture_.overlayStatus() == status; });
   }
-  void pass(double seconds) {
-    fixture_.wait([] { return false; }, seconds);
-  }
-
-  Fixture fixture_;
 };
 TYPED_TEST_SUITE_P(ProgressOverlayContract);
 

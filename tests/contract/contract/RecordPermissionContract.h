@@ -2,8 +2,6 @@
 
 #include <atomic>
 
-#include <gtest/gtest.h>
-
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/RecordPermission.h"
@@ -17,10 +15,7 @@ concept PermissionFixture = DeviceFixture<Fixture> && requires(Fixture fixture, 
 };
 
 template <PermissionFixture Fixture>
-class RecordPermissionContract : public ::testing::Test {
- protected:
-  Fixture fixture_;
-};
+class RecordPermissionContract : public Suite<Fixture> {};
 TYPED_TEST_SUITE_P(RecordPermissionContract);
 
 TYPED_TEST_P(RecordPermissionContract, AKnownAnswerComesOnceAndNotInsideTheCall) {
@@ -34,8 +29,8 @@ TYPED_TEST_P(RecordPermissionContract, AKnownAnswerComesOnceAndNotInsideTheCall)
       ++answers;
     });
     EXPECT_EQ(answers, 0);
-    EXPECT_TRUE(this->fixture_.wait([&] { return answers > 0; }, patience));
-    this->fixture_.wait([] { return false; }, moment);
+    EXPECT_TRUE(this->wait([&] { return answers > 0; }));
+    this->pass(moment);
     EXPECT_EQ(answers, 1);
     EXPECT_EQ(answer, granted);
   }

@@ -3,9 +3,6 @@
 #include <cctype>
 #include <fstream>
 #include <iterator>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 
@@ -17,10 +14,7 @@
 namespace orivex::contract {
 
 template <BundleFixture Fixture>
-class BundleContract : public ::testing::Test {
- protected:
-  Fixture fixture_;
-};
+class BundleContract : public Suite<Fixture> {};
 TYPED_TEST_SUITE_P(BundleContract);
 
 TYPED_TEST_P(BundleContract, AResourceIsFoundByNameAndTypeTogether) {
@@ -51,10 +45,7 @@ TYPED_TEST_P(BundleContract, AMissingBundleHasNothing) {
 REGISTER_TYPED_TEST_SUITE_P(BundleContract, AResourceIsFoundByNameAndTypeTogether, AMissingBundleHasNothing);
 
 template <SettingsFixture Fixture>
-class UserDefaultsContract : public ::testing::Test {
- protected:
-  Fixture fixture_;
-};
+class UserDefaultsContract : public Suite<Fixture> {};
 TYPED_TEST_SUITE_P(UserDefaultsContract);
 
 TYPED_TEST_P(UserDefaultsContract, ABooleanIsFalseUnlessItIsSetAndABoolean) {
@@ -78,10 +69,7 @@ REGISTER_TYPED_TEST_SUITE_P(UserDefaultsContract, ABooleanIsFalseUnlessItIsSetAn
                             AStringReadsBackAsItWasAndIsNothingWhenAbsent);
 
 template <DeviceFixture Fixture>
-class DeviceContract : public ::testing::Test {
- protected:
-  Fixture fixture_;
-};
+class DeviceContract : public Suite<Fixture> {};
 TYPED_TEST_SUITE_P(DeviceContract);
 
 TYPED_TEST_P(DeviceContract, TheIdentifierIsAnUpperCaseUuidThatStaysTheSame) {

@@ -1,10 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 #include "contract/WebRecorder.h"
@@ -15,14 +11,14 @@
 namespace orivex::contract {
 
 template <WebFixture Fixture>
-class UserScriptContract : public ::testing::Test {
+class UserScriptContract : public Suite<Fixture> {
  protected:
   /// The bodies that the page at "/" posts to "contract" when it has these scripts.
   std::vector<std::string> bodies(const Site& site, const std::vector<UserScript>& scripts, std::size_t count) {
-    WebRecorder web(fixture_.platform(), {{"contract"}, scripts, true});
-    web.load(fixture_.serve(site) + "/");
-    EXPECT_TRUE(fixture_.wait([&] { return web.messages.size() >= count && web.has("finish"); }, patience));
-    fixture_.wait([] { return false; }, moment);
+    WebRecorder web(this->fixture_.platform(), {{"contract"}, scripts, true});
+    web.load(this->fixture_.serve(site) + "/");
+    EXPECT_TRUE(this->wait([&] { return web.messages.size() >= count && web.has("finish"); }));
+    this->pass(moment);
     std::vector<std::string> bodies;
     for (const auto& message : web.messages) bodies.push_back(message.body);
     return bodies;
@@ -31,8 +27,6 @@ class UserScriptContract : public ::testing::Test {
   static std::string post(const std::string& expression) {
     return "webkit.messageHandlers.contract.postMessage(" + expression + ");";
   }
-
-  Fixture fixture_;
 };
 TYPED_TEST_SUITE_P(UserScriptContract);
 

@@ -1,11 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 #include "contract/WebRecorder.h"
@@ -15,28 +11,22 @@
 namespace orivex::contract {
 
 template <WebFixture Fixture>
-class WebEngineContract : public ::testing::Test {
+class WebEngineContract : public Suite<Fixture> {
  protected:
   void SetUp() override { open({}); }
 
   void open(const WebEngineConfiguration& configuration) {
-    web_ = std::make_unique<WebRecorder>(fixture_.platform(), configuration);
-  }
-
-  bool wait(const std::function<bool()>& condition) { return fixture_.wait(condition, patience); }
-  void pass(double seconds) {
-    fixture_.wait([] { return false; }, seconds);
+    web_ = std::make_unique<WebRecorder>(this->fixture_.platform(), configuration);
   }
 
   /// Loads `address` to its end and looks on a little longer.
   std::string courseOf(const std::string& address) {
     web_->load(address);
-    EXPECT_TRUE(wait([&] { return web_->isOver(); })) << address;
-    pass(0.1);
+    EXPECT_TRUE(this->wait([&] { return web_->isOver(); })) << address;
+    this->pass(0.1);
     return web_->course();
   }
 
-  Fixture fixture_;
   std::unique_ptr<WebRecorder> web_;
 };
 TYPED_TEST_SUITE_P(WebEngineContract);

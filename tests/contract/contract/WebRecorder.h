@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/WebEngine.h"
 

@@ -1,11 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "contract/Fixture.h"
 #include "contract/WebRecorder.h"
@@ -15,22 +10,22 @@
 namespace orivex::contract {
 
 template <WebFixture Fixture>
-class WebsiteDataContract : public ::testing::Test {
+class WebsiteDataContract : public Suite<Fixture> {
  protected:
   using Records = std::vector<WebsiteDataRecord>;
 
   /// Lets a page leave a cookie on the device.
   void leaveCookie() {
-    WebRecorder web(fixture_.platform(), {});
-    web.load(fixture_.serve({{"/", {.body = "<p>page", .cookie = "visitor=7"}}}) + "/");
-    EXPECT_TRUE(fixture_.wait([&] { return web.has("finish"); }, patience));
+    WebRecorder web(this->fixture_.platform(), {});
+    web.load(this->fixture_.serve({{"/", {.body = "<p>page", .cookie = "visitor=7"}}}) + "/");
+    EXPECT_TRUE(this->wait([&] { return web.has("finish"); }));
   }
 
   Records fetch(const std::set<WebsiteDataType>& types) {
     std::optional<Records> result;
     store().fetchRecords(types, [&](Records records) { result = std::move(records); });
     EXPECT_FALSE(result) << "completed inside the call";
-    EXPECT_TRUE(fixture_.wait([&] { return result.has_value(); }, patience));
+    EXPECT_TRUE(this->wait([&] { return result.has_value(); }));
     return result.value_or(Records());
   }
 
@@ -38,12 +33,10 @@ class WebsiteDataContract : public ::testing::Test {
     int completions = 0;
     store().removeData(types, records, [&] { ++completions; });
     EXPECT_EQ(completions, 0) << "completed inside the call";
-    EXPECT_TRUE(fixture_.wait([&] { return completions > 0; }, patience));
+    EXPECT_TRUE(this->wait([&] { return completions > 0; }));
   }
 
-  WebsiteDataStore& store() { return fixture_.platform().websiteDataStore; }
-
-  Fixture fixture_;
+  WebsiteDataStore& store() { return this->fixture_.platform().websiteDataStore; }
 };
 TYPED_TEST_SUITE_P(WebsiteDataContract);
 

@@ -4,9 +4,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include <adwaita.h>
-
 #include "FakeSensor.h"
+#include "device/Widgets.h"
 #include "glib/GMemory.h"
 
 #include "orivex/gtk/Gtk.h"
@@ -20,14 +19,6 @@ bool isMarked(GtkWidget* widget, const std::string& mark) {
   const char* const label = gtk_button_get_label(GTK_BUTTON(widget));
   const char* const icon = gtk_button_get_icon_name(GTK_BUTTON(widget));
   return (label && mark == label) || (icon && mark == icon);
-}
-
-GtkWidget* findBelow(GtkWidget* widget, const std::string& mark) {
-  if (gtk_widget_get_mapped(widget) && isMarked(widget, mark)) return widget;
-  for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
-    if (auto* const found = findBelow(child, mark)) return found;
-  }
-  return nullptr;
 }
 
 GtkGesture* dragOf(GtkWidget* widget) {
@@ -88,7 +79,9 @@ bool CameraFixture::waitForOutcome() {
 }
 
 GtkWidget* CameraFixture::button(const std::string& mark) const {
-  return window_ ? findBelow(GTK_WIDGET(window_), mark) : nullptr;
+  if (!window_) return nullptr;
+  return findBelow(GTK_WIDGET(window_),
+                   [&](GtkWidget* widget) { return gtk_widget_get_mapped(widget) && isMarked(widget, mark); });
 }
 
 std::string CameraFixture::clock() const {

@@ -7,6 +7,7 @@
 
 #include "CameraFixture.h"
 #include "FakeSensor.h"
+#include "device/Input.h"
 
 namespace orivex::gtk {
 namespace {
@@ -64,29 +65,29 @@ bool playsProgressively(const std::filesystem::path& path) {
 
 class CaptureTest : public CameraFixture {
  protected:
-  /// The capture that the visitor uses.
-  std::optional<PickedMedia> used() {
+  /// What a player finds in the capture that is reviewed and then used.
+  Facts expectUsed(MediaType type) {
+    EXPECT_TRUE(waitForReview());
     click("使用");
-    if (!waitForOutcome() || outcomes.size() != 1 || !std::holds_alternative<PickedMedia>(outcomes[0])) {
-      return std::nullopt;
-    }
-    return std::get<PickedMedia>(outcomes[0]);
+    EXPECT_TRUE(waitForOutcome());
+    const auto* const capture = outcomes.size() == 1 ? std::get_if<PickedMedia>(&outcomes[0]) : nullptr;
+    const auto facts = capture && capture->mediaType == type ? discover(capture->file) : std::nullopt;
+    EXPECT_TRUE(facts);
+    if (facts) path_ = *capture->file.filePath();
+    return facts.value_or(Facts{});
   }
+
+  std::string path_;
 };
 
 TEST_F(CaptureTest, APhotoIsAJpegOfTheCamerasSize) {
   openLive();
   tapShutter();
-  ASSERT_TRUE(waitForReview());
-  const auto photo = used();
-  ASSERT_TRUE(photo);
-  EXPECT_EQ(photo->mediaType, MediaType::image);
-  const auto facts = discover(photo->file);
-  ASSERT_TRUE(facts);
-  EXPECT_EQ(facts->video, "image/jpeg");
-  EXPECT_EQ(facts->width, 1280U);
-  EXPECT_EQ(facts->height, 720U);
-  EXPECT_TRUE(isPrivate(*photo->file.filePath()));
+  const auto facts = expectUsed(MediaType::image);
+  EXPECT_EQ(facts.video, "image/jpeg");
+  EXPECT_EQ(facts.width, 1280U);
+  EXPECT_EQ(facts.height, 720U);
+  EXPECT_TRUE(isPrivate(path_));
   EXPECT_EQ(files().size(), 1U);
 }
 
@@ -94,10 +95,8 @@ TEST_F(CaptureTest, APhotoIsAJpegOfTheCamerasSize) {
 TEST_F(CaptureTest, APhotoKeepsWhiteWhite) {
   openLive("videotestsrc is-live=true pattern=white ! video/x-raw,format=I420,width=1280,height=720,framerate=30/1");
   tapShutter();
-  ASSERT_TRUE(waitForReview());
-  const auto photo = used();
-  ASSERT_TRUE(photo);
-  const auto pixels = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file(photo->file.filePath()->c_str(), nullptr));
+  expectUsed(MediaType::image);
+  const auto pixels = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file(path_.c_str(), nullptr));
   ASSERT_TRUE(pixels);
   EXPECT_GT(*gdk_pixbuf_read_pixels(pixels.get()), 250);
 }
@@ -108,10 +107,7 @@ TEST_F(CaptureTest, APhotoOfATurnedDeviceIsUpright) {
   openLive();
   ASSERT_TRUE(wait([&] { return sensor.isClaimed(); }, hangs));
   tapShutter();
-  ASSERT_TRUE(waitForReview());
-  const auto photo = used();
-  ASSERT_TRUE(photo);
-  const auto facts = discover(photo->file).value_or(Facts{});
+  const auto facts = expectUsed(MediaType::image);
   EXPECT_EQ(facts.width, 720U);
   EXPECT_EQ(facts.height, 1280U);
 }
@@ -123,10 +119,9 @@ TEST_F(CaptureTest, APointersHoldTakesNoPhotoBesides) {
   ASSERT_TRUE(gtk_widget_compute_bounds(button("shutter"), GTK_WIDGET(hostWindow().gtkWindow()), &bounds));
   const auto x = std::to_string(static_cast<int>(bounds.origin.x + bounds.size.width / 2));
   const auto y = std::to_string(static_cast<int>(bounds.origin.y + bounds.size.height / 2));
-  ASSERT_TRUE(g_spawn_command_line_sync(("xdotool mousemove " + x + " " + y + " mousedown 1").c_str(), nullptr, nullptr,
-                                        nullptr, nullptr));
+  xdotool({"mousemove", x, y, "mousedown", "1"});
   ASSERT_TRUE(wait([&] { return !clock().empty(); }, hangs)) << "the press did not arrive";
-  ASSERT_TRUE(g_spawn_command_line_sync("xdotool mouseup 1", nullptr, nullptr, nullptr, nullptr));
+  xdotool({"mouseup", "1"});
   ASSERT_TRUE(wait([&] { return clock().empty(); }, hangs)) << "the release did not arrive";
   pass(0.5);
   EXPECT_TRUE(button("shutter")) << "a photo was taken";
@@ -135,33 +130,24 @@ TEST_F(CaptureTest, APointersHoldTakesNoPhotoBesides) {
 TEST_F(CaptureTest, AHoldRecordsAVideoWithSoundForAsLong) {
   openLive();
   hold(1);
-  ASSERT_TRUE(waitForReview());
-  const auto video = used();
-  ASSERT_TRUE(video);
-  EXPECT_EQ(video->mediaType, MediaType::video);
-  const auto facts = discover(video->file);
-  ASSERT_TRUE(facts);
-  EXPECT_EQ(facts->video, "video/x-h264");
-  EXPECT_EQ(facts->sound, "audio/mpeg");
-  EXPECT_EQ(facts->width, 1280U);
-  EXPECT_EQ(facts->height, 720U);
-  EXPECT_GE(facts->seconds, 1);
-  EXPECT_LE(facts->seconds, 4);
-  EXPECT_TRUE(playsProgressively(*video->file.filePath()));
-  EXPECT_TRUE(isPrivate(*video->file.filePath()));
+  const auto facts = expectUsed(MediaType::video);
+  EXPECT_EQ(facts.video, "video/x-h264");
+  EXPECT_EQ(facts.sound, "audio/mpeg");
+  EXPECT_EQ(facts.width, 1280U);
+  EXPECT_EQ(facts.height, 720U);
+  EXPECT_GE(facts.seconds, 1);
+  EXPECT_LE(facts.seconds, 4);
+  EXPECT_TRUE(playsProgressively(path_));
+  EXPECT_TRUE(isPrivate(path_));
   EXPECT_EQ(files().size(), 1U);
 }
 
 TEST_F(CaptureTest, ARecordingEndsByItselfAtItsGreatestLength) {
   openLive(testCamera, {.maxRecordDuration = 1.5});
   beginHold();
-  ASSERT_TRUE(waitForReview());
-  const auto video = used();
-  ASSERT_TRUE(video);
-  const auto facts = discover(video->file);
-  ASSERT_TRUE(facts);
-  EXPECT_GE(facts->seconds, 1);
-  EXPECT_LE(facts->seconds, 1.9);
+  const auto facts = expectUsed(MediaType::video);
+  EXPECT_GE(facts.seconds, 1);
+  EXPECT_LE(facts.seconds, 1.9);
 }
 
 TEST_F(CaptureTest, WithoutAMicrophoneAVideoIsSilent) {
@@ -169,14 +155,10 @@ TEST_F(CaptureTest, WithoutAMicrophoneAVideoIsSilent) {
   g_setenv("PULSE_SERVER", "unix:/nonexistent", TRUE);
   openLive();
   hold(3);
-  ASSERT_TRUE(waitForReview());
+  const auto facts = expectUsed(MediaType::video);
   server.empty() ? g_unsetenv("PULSE_SERVER") : static_cast<void>(g_setenv("PULSE_SERVER", server.c_str(), TRUE));
-  const auto video = used();
-  ASSERT_TRUE(video);
-  const auto facts = discover(video->file);
-  ASSERT_TRUE(facts);
-  EXPECT_EQ(facts->video, "video/x-h264");
-  EXPECT_EQ(facts->sound, "");
+  EXPECT_EQ(facts.video, "video/x-h264");
+  EXPECT_EQ(facts.sound, "");
 }
 
 TEST_F(CaptureTest, WhatIsTooShortOrNotUsedLeavesNoFile) {
@@ -220,10 +202,7 @@ TEST_F(CaptureTest, TheOtherCameraTakesThePictureAfterASwitch) {
   click("emblem-synchronizing-symbolic");
   ASSERT_TRUE(waitForLive());
   tapShutter();
-  ASSERT_TRUE(waitForReview());
-  const auto photo = used();
-  ASSERT_TRUE(photo);
-  EXPECT_EQ(discover(photo->file).value_or(Facts{}).width, 640U);
+  EXPECT_EQ(expectUsed(MediaType::image).width, 640U);
 }
 
 }  // namespace

@@ -10,23 +10,9 @@ namespace {
 
 using EndingTest = CameraFixture;
 
-std::size_t openDescriptors() {
-  const std::filesystem::directory_iterator entries("/proc/self/fd");
-  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
-bool holdsACapture() {
-  const std::filesystem::directory_iterator entries("/proc/self/fd");
-  return std::any_of(begin(entries), end(entries), [](const auto& entry) {
-    std::error_code closedMeanwhile;
-    return std::filesystem::read_symlink(entry, closedMeanwhile).string().starts_with(captureFolder());
-  });
-}
-
-std::size_t threads() {
+std::ptrdiff_t threads() {
   g_thread_pool_stop_unused_threads();
-  const std::filesystem::directory_iterator entries("/proc/self/task");
-  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+  return entriesOf("/proc/self/task");
 }
 
 TEST_F(EndingTest, FailuresAreToldOnceAndNothingHangs) {
@@ -68,7 +54,7 @@ TEST_F(EndingTest, ACameraThatBreaksWhileItRecordsLeavesNoFile) {
 TEST_F(EndingTest, AFolderThatGoesAsARecordingBeginsCostsOnlyTheVideo) {
   openLive();
   beginHold();
-  ASSERT_TRUE(wait([] { return holdsACapture(); }, hangs));
+  ASSERT_TRUE(wait([] { return holdsOpen(captureFolder()); }, hangs));
   std::filesystem::remove_all(captureFolder());
   ASSERT_TRUE(wait([&] { return clock() == "0:01"; }, hangs));
   endHold();
@@ -135,10 +121,10 @@ TEST_F(EndingTest, ManyOpeningsLeaveNoThreadAndNoDescriptorBehind) {
     ASSERT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));
   };
   openAndClose();  // what is loaded once
-  const auto descriptorsBefore = openDescriptors();
+  const auto descriptorsBefore = entriesOf("/proc/self/fd");
   const auto threadsBefore = threads();
   for (int i = 0; i < 20; ++i) openAndClose();
-  EXPECT_TRUE(wait([&] { return openDescriptors() <= descriptorsBefore; }, hangs));
+  EXPECT_TRUE(wait([&] { return entriesOf("/proc/self/fd") <= descriptorsBefore; }, hangs));
   EXPECT_TRUE(wait([&] { return threads() <= threadsBefore; }, hangs));
 }
 

@@ -1,37 +1,41 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
-#include <gio/gio.h>
-
-#include "glib/GRef.h"
+#include "device/BusService.h"
 
 namespace orivex::gtk {
 
 /// Lets this process take its session's bus for the system's. Call it before anything asks for either.
-void useFakeSystemBus();
+inline void useFakeSystemBus() {
+  g_setenv("DBUS_SYSTEM_BUS_ADDRESS", g_getenv("DBUS_SESSION_BUS_ADDRESS"), TRUE);
+}
 
 /// A desktop's sensor service that tells one orientation, on that bus.
 class FakeSensor {
  public:
-  explicit FakeSensor(std::string orientation);
-  FakeSensor(const FakeSensor&) = delete;
-  FakeSensor& operator=(const FakeSensor&) = delete;
-  ~FakeSensor();
+  explicit FakeSensor(std::string orientation) : orientation_(std::move(orientation)) {
+    service_.add(
+        "/net/hadess/SensorProxy",
+        "<interface name='net.hadess.SensorProxy'><method name='ClaimAccelerometer'/><method "
+        "name='ReleaseAccelerometer'/>"
+        "<property name='AccelerometerOrientation' type='s' access='read'/></interface>",
+        [this](auto&, auto*) {
+          claimed_ = true;
+          return g_variant_new("()");
+        },
+        [this] { return g_variant_new_string(orientation_.c_str()); });
+    service_.own("net.hadess.SensorProxy");
+  }
 
   /// Whether somebody asked it to watch, and so knows the orientation.
   bool isClaimed() const { return claimed_; }
 
  private:
-  static void call(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
-                   const char* method, GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self);
-  static GVariant* property(GDBusConnection* connection, const char* sender, const char* path, const char* interface,
-                            const char* name, GError** error, gpointer self);
-
   const std::string orientation_;
   bool claimed_ = false;
-  GRef<GDBusConnection> connection_;
-  guint object_ = 0;
+  BusService service_{g_getenv("DBUS_SYSTEM_BUS_ADDRESS")};
 };
 
 }  // namespace orivex::gtk

@@ -78,16 +78,5 @@ TEST(MediaSelection, FollowsTheFiles) {
   EXPECT_EQ(selection.numberOf(*item("p2")), 0U);
 }
 
-TEST(MediaSelection, GivesLocalFilesInOrder) {
-  MediaSelection selection({});
-  selection.toggle(item("p b.jpg"));
-  selection.toggle(item("p a.jpg"));
-  const auto result = selection.result(true);
-  ASSERT_EQ(result.items.size(), 2U);
-  EXPECT_EQ(result.items[0].file.filePath(), "/photos/p b.jpg");
-  EXPECT_EQ(result.items[1].file.filePath(), "/photos/p a.jpg");
-  EXPECT_TRUE(result.isOriginal);
-}
-
 }  // namespace
 }  // namespace orivex::gtk

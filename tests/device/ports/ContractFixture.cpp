@@ -1,8 +1,7 @@
 #include "ContractFixture.h"
 
-#include <adwaita.h>
-
 #include "FileChooser.h"
+#include "device/Widgets.h"
 #include "glib/GMemory.h"
 #include "ui/GtkApplicationPort.h"
 
@@ -17,15 +16,6 @@ SocketServer::Answer answer(const contract::ServedReply& served) {
   if (!served.location.empty()) headers += "Location: " + served.location + "\r\n";
   if (!served.cookie.empty()) headers += "Set-Cookie: " + served.cookie + "; Max-Age=3600\r\n";
   return {reply(served.status, served.body, headers)};
-}
-
-// The first widget below `parent` of a type, depth first; null without one.
-GtkWidget* descendant(GtkWidget* parent, GType type) {
-  for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
-    if (G_TYPE_CHECK_INSTANCE_TYPE(child, type)) return child;
-    if (GtkWidget* const found = descendant(child, type)) return found;
-  }
-  return nullptr;
 }
 
 }  // namespace
@@ -101,10 +91,9 @@ void WindowFixture::cancelPicking() {
 std::optional<std::string> WindowFixture::overlayStatus() {
   auto* const host = dynamic_cast<GtkApplicationPort&>(platform().application).find(window_);
   if (!host) return std::nullopt;
-  GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(host->overlay()));
-  while (child && !gtk_widget_has_css_class(child, "orivex-mask")) child = gtk_widget_get_next_sibling(child);
-  if (!child) return std::nullopt;
-  return gtk_label_get_text(GTK_LABEL(descendant(child, GTK_TYPE_LABEL)));
+  GtkWidget* const mask = findByClass(GTK_WIDGET(host->overlay()), "orivex-mask");
+  if (!mask) return std::nullopt;
+  return gtk_label_get_text(GTK_LABEL(findByType(mask, GTK_TYPE_LABEL)));
 }
 
 void WindowFixture::removeWindow() {

@@ -244,18 +244,14 @@ TEST_F(CurlUploadTest, DestroyedWhileSendingItDropsTheUploadAndItsCallbacksOnThi
     connection.skip(1'000'000);
     connection.readHead();
   });
-  struct Witness {
-    explicit Witness(std::vector<std::thread::id>& list) : ends(&list) {}
-    Witness(const Witness&) = delete;
-    Witness& operator=(const Witness&) = delete;
-    ~Witness() { ends->push_back(std::this_thread::get_id()); }
-    std::vector<std::thread::id>* ends;
-  };
   std::vector<std::thread::id> ends;
+  const auto note = [&](void*) { ends.push_back(std::this_thread::get_id()); };
   client_->upload(
       form(server.url("/"), bytes(std::string(30'000'000, 'x'))),
-      [witness = std::make_shared<Witness>(ends)](double) { ADD_FAILURE() << "progress after the end of the client"; },
-      [witness = std::make_unique<Witness>(ends)](UploadReply) {
+      [witness = std::shared_ptr<void>(nullptr, note)](double) {
+        ADD_FAILURE() << "progress after the end of the client";
+      },
+      [witness = std::shared_ptr<void>(nullptr, note)](UploadReply) {
         ADD_FAILURE() << "told after the end of the client";
       });
   while (!begun) std::this_thread::yield();

@@ -29,10 +29,10 @@ class Download : public PageFixture {
   }
 
   EndedDownload follow(const std::string& link, const std::string& attributes = "download") {
-    downloads.clear();
+    web_->downloads.clear();
     evaluate("document.body.innerHTML = `<a id=link href='" + link + "' " + attributes + ">x</a>`; link.click(); 0");
-    EXPECT_TRUE(wait([&] { return !downloads.empty(); }, 10)) << link;
-    return downloads.empty() ? EndedDownload{} : downloads.front();
+    EXPECT_TRUE(wait([&] { return !web_->downloads.empty(); }, 10)) << link;
+    return web_->downloads.empty() ? EndedDownload{} : web_->downloads.front();
   }
 
   std::filesystem::path downloadsFolder() const { return folder_.path() / "Downloads"; }

@@ -1,5 +1,7 @@
+#include <adwaita.h>
+
 #include "ScreenFixture.h"
-#include "WebTools.h"
+#include "device/Input.h"
 #include "ui/HostViews.h"
 
 #include "orivex/platform/ui/WebView.h"
@@ -9,13 +11,13 @@ namespace {
 
 class EdgeSwipe : public ScreenFixture {
  protected:
-  static void press(int x, int y) { visitor({"mousemove", std::to_string(x), std::to_string(y), "mousedown", "1"}); }
+  static void press(int x, int y) { xdotool({"mousemove", std::to_string(x), std::to_string(y), "mousedown", "1"}); }
   static void moveBy(int x, int y) {
     for (int step = 0; step < 4; ++step) {
-      visitor({"mousemove_relative", "--", std::to_string(x / 4), std::to_string(y / 4)});
+      xdotool({"mousemove_relative", "--", std::to_string(x / 4), std::to_string(y / 4)});
     }
   }
-  static void release() { visitor({"mouseup", "1"}); }
+  static void release() { xdotool({"mouseup", "1"}); }
 };
 
 TEST_F(EdgeSwipe, MovesThePageAndNothingInIt) {

@@ -1,6 +1,5 @@
 #include "PageFixture.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "web/WebKitEngine.h"
@@ -24,37 +23,17 @@ PageFixture::PageFixture() {
   gtk_window_set_title(window_, windowTitle);
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
-  engine_ = Platform::current().webEngines.make({}, handlers());
+  web_.emplace(Platform::current(), WebEngineConfiguration{});
   gtk_window_set_child(window_, GTK_WIDGET(view()));
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(view())) != FALSE; }, 10);
   // No window manager does it.
-  visitor({"search", "--sync", "--onlyvisible", "--name", windowTitle, "windowfocus", "--sync"});
+  xdotool({"search", "--sync", "--onlyvisible", "--name", windowTitle, "windowfocus", "--sync"});
 }
 
 PageFixture::~PageFixture() {
   closePage();
   gtk_window_destroy(window_);
-}
-
-WebEngineHandlers PageFixture::handlers() {
-  WebEngineHandlers handlers;
-  handlers.didStartProvisionalNavigation = [] {};
-  handlers.didReceiveServerRedirect = [] {};
-  handlers.didCommitNavigation = [] {};
-  handlers.didFinishNavigation = [this] { ++finished; };
-  handlers.didFailProvisionalNavigation = [this](const std::string& error) { failures.push_back(error); };
-  handlers.didFailNavigation = [](const std::string&) {};
-  handlers.decideNavigationAction = [](const std::optional<std::string>&) { return NavigationPolicy::allow; };
-  handlers.decideNavigationResponse = [] { return NavigationPolicy::allow; };
-  handlers.urlChanged = [](const std::optional<std::string>&) {};
-  handlers.pageRequests = {.openWindow = [this](const std::string& address) { windows.push_back(address); },
-                           .chooseFiles =
-                               [this](const FileChooserRequest& request, Once<void(std::vector<std::string>)> answer) {
-                                 fileRequests.push_back({request, std::move(answer)});
-                               },
-                           .downloadEnded = [this](const EndedDownload& download) { downloads.push_back(download); }};
-  return handlers;
 }
 
 void PageFixture::open(const std::string& body, std::map<std::string, SocketServer::Answer> site) {
@@ -63,19 +42,19 @@ void PageFixture::open(const std::string& body, std::map<std::string, SocketServ
     const auto found = site.find(target);
     return found == site.end() ? SocketServer::Answer{reply(404, "")} : found->second;
   });
-  const int before = finished;
-  engine_->load({*Url::parse(url("/")), 60, {}});
-  ASSERT_TRUE(wait([&] { return finished > before; }, 20));
+  const auto before = finished();
+  web_->load(url("/"));
+  ASSERT_TRUE(wait([&] { return finished() > before; }, 20));
 }
 
 void PageFixture::closePage() {
-  if (!engine_) return;
+  if (!web_->engine) return;
   gtk_window_set_child(window_, nullptr);
-  engine_.reset();
+  web_->engine.reset();
 }
 
 WebKitWebView* PageFixture::view() const {
-  return WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(*engine_).widget());
+  return WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(*web_->engine).widget());
 }
 
 std::string PageFixture::evaluate(const std::string& script) {
@@ -83,7 +62,7 @@ std::string PageFixture::evaluate(const std::string& script) {
 }
 
 void PageFixture::run(const std::string& script) {
-  engine_->evaluate(script, nullptr);
+  web_->engine->evaluate(script, nullptr);
 }
 
 bool PageFixture::becomes(const std::string& script, const std::string& value) {

@@ -1,20 +1,20 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <adwaita.h>
 #include <gtest/gtest.h>
 #include <webkit/webkit.h>
 
-#include "GtkFixture.h"
 #include "LogLines.h"
 #include "SocketServer.h"
 #include "WebTools.h"
-
-#include "orivex/platform/ports/WebEngine.h"
+#include "contract/WebRecorder.h"
+#include "device/Input.h"
+#include "device/Widgets.h"
 
 namespace orivex::gtk {
 
@@ -47,24 +47,15 @@ class PageFixture : public ::testing::Test {
     return wait([] { return openDialog() != nullptr; }, 10);
   }
 
-  struct FileRequest {
-    FileChooserRequest request;
-    Once<void(std::vector<std::string>)> answer;
-  };
+  /// How many loads have come to their end.
+  std::ptrdiff_t finished() const { return std::count(web_->events.begin(), web_->events.end(), "finish"); }
 
   LogLines log;
-  std::vector<std::string> windows;
-  std::vector<FileRequest> fileRequests;
-  std::vector<EndedDownload> downloads;
-  int finished = 0;
-  std::vector<std::string> failures;
+  std::optional<contract::WebRecorder> web_;
 
  private:
-  WebEngineHandlers handlers();
-
   GtkWindow* window_;
   std::unique_ptr<SocketServer> server_;
-  std::unique_ptr<WebEngine> engine_;
 };
 
 /// The headers of a page.

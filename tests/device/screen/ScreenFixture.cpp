@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include <adwaita.h>
 #include <webkit/webkit.h>
 
 #include "WebTools.h"
+#include "device/Widgets.h"
 #include "ui/GtkApplicationPort.h"
 #include "web/WebKitEngine.h"
 
@@ -62,13 +62,9 @@ std::string ScreenFixture::evaluate(OVKFApi& chat, const std::string& script) {
 
 std::string ScreenFixture::panelText() const {
   const auto& host = *dynamic_cast<GtkApplicationPort&>(Platform::current().application).find(gtkWindow_);
-  for (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(host.overlay())); child;
-       child = gtk_widget_get_next_sibling(child)) {
-    if (!gtk_widget_has_css_class(child, "orivex-mask") || !gtk_widget_get_mapped(child)) continue;
-    GtkWidget* const label = descendant(child, GTK_TYPE_LABEL);
-    if (label && gtk_widget_get_mapped(label)) return gtk_label_get_text(GTK_LABEL(label));
-  }
-  return "";
+  GtkWidget* const mask = findByClass(GTK_WIDGET(host.overlay()), "orivex-mask");
+  GtkWidget* const label = mask ? findByType(mask, GTK_TYPE_LABEL) : nullptr;
+  return label && gtk_widget_get_mapped(label) ? gtk_label_get_text(GTK_LABEL(label)) : "";
 }
 
 SocketServer::Handler servePage(const std::string& body) {

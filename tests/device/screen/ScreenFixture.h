@@ -48,7 +48,6 @@ class ScreenFixture : public ::testing::Test {
   static std::string evaluate(OVKFApi& chat, const std::string& script);
 
   const std::shared_ptr<Window>& window() const { return window_; }
-  GtkWindow* gtkWindow() const { return gtkWindow_; }
 
   /// What the visitor reads in the component's panel over the window; empty while none shows.
   std::string panelText() const;

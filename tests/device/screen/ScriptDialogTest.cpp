@@ -11,10 +11,10 @@ class ScriptDialog : public PageFixture {
   }
 
   static std::string message() {
-    return gtk_label_get_text(GTK_LABEL(descendant(adw_message_dialog_get_extra_child(openDialog()), GTK_TYPE_LABEL)));
+    return gtk_label_get_text(GTK_LABEL(findByType(adw_message_dialog_get_extra_child(openDialog()), GTK_TYPE_LABEL)));
   }
 
-  static GtkWidget* inDialog(GType type) { return descendant(GTK_WIDGET(openDialog()), type); }
+  static GtkWidget* inDialog(GType type) { return findByType(GTK_WIDGET(openDialog()), type); }
 };
 
 TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
@@ -51,7 +51,7 @@ TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
 TEST_F(ScriptDialog, LeavingAPageWithUnsavedTextIsAskedInOurWords) {
   open("<input autofocus><script>addEventListener('beforeunload', (event) => event.preventDefault())</script>",
        {{"/next", {reply(200, "next", htmlHeader)}}});
-  visitor({"mousemove", "40", "20", "click", "1", "type", "x"});
+  xdotool({"mousemove", "40", "20", "click", "1", "type", "x"});
   run("location.href = '/next'");
   ASSERT_TRUE(waitForDialog());
   EXPECT_STREQ(adw_message_dialog_get_heading(openDialog()), "要离开此页面吗？");

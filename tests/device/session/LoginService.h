@@ -2,41 +2,60 @@
 
 #include <string>
 
-#include <gio/gio.h>
-
-#include "glib/GRef.h"
+#include "device/BusService.h"
 
 namespace orivex::gtk {
 
-/// Stands in for the login manager and for a screen saver on the bus of the tests, on a connection of its own.
+/// Stands in for the login manager and for a screen saver on the bus of the tests.
 class LoginService {
  public:
   /// Owns the names on the bus at `address`.
-  explicit LoginService(const std::string& address);
-  LoginService(const LoginService&) = delete;
-  LoginService& operator=(const LoginService&) = delete;
-  ~LoginService();
+  explicit LoginService(const std::string& address) : service_(address.c_str()) {
+    service_.add(managerPath,
+                 "<interface name='org.freedesktop.login1.Manager'><method name='GetSession'>"
+                 "<arg type='s' direction='in'/><arg type='o' direction='out'/></method></interface>",
+                 [this](auto&, GVariant* arguments) {
+                   const char* id = nullptr;
+                   g_variant_get(arguments, "(&s)", &id);
+                   EXPECT_STREQ(id, "auto");
+                   ++sessionRequests_;
+                   return g_variant_new("(o)", sessionPath);
+                 });
+    service_.add(sessionPath,
+                 "<interface name='org.freedesktop.login1.Session'><property name='LockedHint' type='b' access='read'/>"
+                 "</interface>",
+                 {}, [this] { return g_variant_new_boolean(locked_); });
+    for (const char* name : {"org.freedesktop.login1", "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver"}) {
+      service_.own(name);
+    }
+  }
 
-  void setLocked(bool locked);
-  void prepareForSleep(bool starts);
-  void setScreenSaverActive(const std::string& name, const std::string& path, bool active);
-  void release(const std::string& name);
+  void setLocked(bool locked) {
+    locked_ = locked;
+    GVariantBuilder changed;
+    g_variant_builder_init(&changed, G_VARIANT_TYPE("a{sv}"));
+    g_variant_builder_add(&changed, "{sv}", "LockedHint", g_variant_new_boolean(locked));
+    service_.emit(sessionPath, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                  g_variant_new("(sa{sv}as)", "org.freedesktop.login1.Session", &changed, nullptr));
+  }
+  void prepareForSleep(bool starts) {
+    service_.emit(managerPath, "org.freedesktop.login1.Manager", "PrepareForSleep", g_variant_new("(b)", starts));
+  }
+  void setScreenSaverActive(const char* name, const char* path, bool active) {
+    service_.emit(path, name, "ActiveChanged", g_variant_new("(b)", active));
+  }
+  void release(const char* name) { service_.release(name); }
 
   /// How often the session of the caller was asked for.
   int sessionRequests() const { return sessionRequests_; }
-  bool isLocked() const { return locked_; }
 
  private:
-  void own(const std::string& name);
-  void emit(const std::string& path, const std::string& interface, const char* signal, GVariant* parameters);
-  static GVariant* lockedHint(GDBusConnection*, const char*, const char*, const char*, const char*, GError**,
-                              gpointer data) noexcept;
-  static void getSession(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
-                         GDBusMethodInvocation* invocation, gpointer data) noexcept;
+  static constexpr const char* sessionPath = "/org/freedesktop/login1/session/_37";
+  static constexpr const char* managerPath = "/org/freedesktop/login1";
 
-  GRef<GDBusConnection> connection_;
   int sessionRequests_ = 0;
   bool locked_ = false;
+  BusService service_;
 };
 
 }  // namespace orivex::gtk

@@ -113,18 +113,11 @@ TEST_F(GtkDocumentPickerTest, FiltersAreNamedByWhatVisitorsCallTheFiles) {
 
 TEST_F(GtkDocumentPickerTest, AccessHoldsTheFileOpenForAsLongAsItLives) {
   const auto file = folder_.write("a.txt", "x");
-  const auto isHeld = [&] {
-    std::error_code none;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", none)) {
-      if (std::filesystem::read_symlink(entry, none) == file) return true;
-    }
-    return false;
-  };
   {
     const auto access = picker().startAccess(Url::fromFilePath(file.string()));
-    EXPECT_TRUE(isHeld());
+    EXPECT_TRUE(holdsOpen(file));
   }
-  EXPECT_FALSE(isHeld());
+  EXPECT_FALSE(holdsOpen(file));
 }
 
 TEST_F(GtkDocumentPickerTest, WhatCannotBeReadIsRefusedInTheSystemsWords) {

@@ -1,12 +1,8 @@
 #include "Visitor.h"
 
-#include <functional>
 #include <utility>
 
-#include <adwaita.h>
-#include <gtest/gtest.h>
-
-#include "../GtkFixture.h"
+#include "device/Input.h"
 #include "ui/GtkApplicationPort.h"
 
 #include "orivex/gtk/Gtk.h"
@@ -16,31 +12,6 @@ namespace orivex::gtk {
 namespace {
 
 constexpr const char* title = "orivex-visitor";
-
-// The main loop runs meanwhile: the input goes to this very process.
-void runTool(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), "xdotool");
-  std::vector<char*> argv;
-  for (auto& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  GPid pid = 0;
-  ASSERT_TRUE(g_spawn_async(nullptr, argv.data(), nullptr,
-                            static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD), nullptr, nullptr,
-                            &pid, nullptr));
-  bool ended = false;
-  g_child_watch_add(
-      pid, [](GPid, gint, gpointer data) { *static_cast<bool*>(data) = true; }, &ended);
-  ASSERT_TRUE(wait([&] { return ended; }, 10));
-  pass(0.02);
-}
-
-GtkWidget* find(GtkWidget* parent, const std::function<bool(GtkWidget*)>& matches) {
-  for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
-    if (matches(child)) return child;
-    if (GtkWidget* const found = find(child, matches)) return found;
-  }
-  return nullptr;
-}
 
 }  // namespace
 
@@ -57,7 +28,7 @@ VisitorWindow::VisitorWindow() {
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(entry_) != FALSE; }, 10);
   // No window manager does it.
-  runTool({"search", "--sync", "--onlyvisible", "--name", title, "windowfocus", "--sync"});
+  xdotool({"search", "--sync", "--onlyvisible", "--name", title, "windowfocus", "--sync"});
   wait([&] { return gtk_window_is_active(window_) != FALSE; }, 10);
 }
 
@@ -70,11 +41,11 @@ void VisitorWindow::destroy() {
 }
 
 void VisitorWindow::press(const std::vector<std::string>& keys) {
-  for (const auto& key : keys) runTool({"key", key});
+  for (const auto& key : keys) xdotool({"key", key});
 }
 
 void VisitorWindow::click(double x, double y) {
-  runTool({"mousemove", std::to_string(static_cast<int>(x)), std::to_string(static_cast<int>(y)), "click", "1"});
+  xdotool({"mousemove", std::to_string(static_cast<int>(x)), std::to_string(static_cast<int>(y)), "click", "1"});
 }
 
 void VisitorWindow::click(GtkWidget* widget) const {
@@ -83,16 +54,6 @@ void VisitorWindow::click(GtkWidget* widget) const {
   ASSERT_TRUE(gtk_widget_translate_coordinates(widget, GTK_WIDGET(window_), gtk_widget_get_width(widget) / 2.0,
                                                gtk_widget_get_height(widget) / 2.0, &x, &y));
   click(x, y);
-}
-
-GtkWidget* findByClass(GtkWidget* parent, const char* cssClass) {
-  return find(parent, [&](GtkWidget* widget) { return gtk_widget_has_css_class(widget, cssClass) != FALSE; });
-}
-
-GtkWidget* findByText(GtkWidget* parent, const std::string& text) {
-  return find(parent, [&](GtkWidget* widget) {
-    return GTK_IS_LABEL(widget) && gtk_widget_get_mapped(widget) && text == gtk_label_get_text(GTK_LABEL(widget));
-  });
 }
 
 }  // namespace orivex::gtk

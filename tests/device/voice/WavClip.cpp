@@ -10,11 +10,8 @@
 namespace orivex::gtk {
 namespace {
 
-template <class Integer>
-Integer numberAt(const std::string& bytes, std::size_t position) {
-  Integer value = 0;
-  std::memcpy(&value, bytes.data() + position, sizeof value);
-  return value;
+std::string number(std::uint32_t value) {
+  return {reinterpret_cast<const char*>(&value), sizeof value};
 }
 
 }  // namespace
@@ -26,18 +23,13 @@ WavClip::WavClip(const std::filesystem::path& path) {
     fault = "no header";
     return;
   }
-  const auto size = numberAt<std::uint32_t>(bytes, 40);
-  if (bytes.substr(0, 4) != "RIFF" || bytes.substr(8, 8) != "WAVEfmt " || bytes.substr(36, 4) != "data")
-    fault = "names";
-  if (numberAt<std::uint32_t>(bytes, 4) != size + 36 || numberAt<std::uint32_t>(bytes, 16) != 16) fault = "sizes";
+  std::uint32_t size = 0;
+  std::memcpy(&size, bytes.data() + 40, sizeof size);
+  const std::string format = number(16) + std::string("\1\0\1\0", 4) + number(16000) + number(32000);
+  const auto expected = "RIFF" + number(size + 36) + "WAVEfmt " + format + std::string("\2\0\x10\0", 4) + "data";
+  if (bytes.substr(0, 40) != expected) fault = "another header";
   if (size > bytes.size() - 44 || size % 2 != 0) fault = "more samples in the header than in the file";
   if (!fault.empty()) return;
-  format = numberAt<std::uint16_t>(bytes, 20);
-  channels = numberAt<std::uint16_t>(bytes, 22);
-  rate = static_cast<int>(numberAt<std::uint32_t>(bytes, 24));
-  bytesPerSecond = static_cast<int>(numberAt<std::uint32_t>(bytes, 28));
-  frameSize = numberAt<std::uint16_t>(bytes, 32);
-  bits = numberAt<std::uint16_t>(bytes, 34);
   samples.resize(size / 2);
   if (size > 0) std::memcpy(samples.data(), bytes.data() + 44, size);
 }
@@ -48,7 +40,7 @@ double WavClip::frequency() const {
     if (samples[index - 1] < 0 && samples[index] >= 0) rises.push_back(index);
   }
   if (rises.size() < 2) return 0;
-  return static_cast<double>(rises.size() - 1) * rate / static_cast<double>(rises.back() - rises.front());
+  return static_cast<double>(rises.size() - 1) * 16000.0 / static_cast<double>(rises.back() - rises.front());
 }
 
 double WavClip::peak() const {

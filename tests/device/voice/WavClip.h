@@ -7,16 +7,10 @@
 
 namespace orivex::gtk {
 
-/// A WAV file as a player that trusts its header reads it.
+/// A WAV file of 16 bits, 16 kHz and one channel as a player that trusts its header reads it.
 struct WavClip {
   /// What a reader sees first that is wrong with the file; empty when nothing is.
   std::string fault;
-  int format = 0;
-  int channels = 0;
-  int rate = 0;
-  int bytesPerSecond = 0;
-  int frameSize = 0;
-  int bits = 0;
   std::vector<std::int16_t> samples;
 
   explicit WavClip(const std::filesystem::path& path);

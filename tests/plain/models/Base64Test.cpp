@@ -29,13 +29,10 @@ TEST(Base64, AgreesWithTheStandardsExamples) {
       Row{"foobar", "Zm9vYmFy"},
       Row{"\xFB\xEF\xBE\xFF", "++++/w=="},
   };
-  std::size_t ran = 0;
   for (const Row& row : rows) {
     EXPECT_EQ(base64Encode(bytesOf(row.plain)), row.encoded);
     EXPECT_EQ(base64Decode(row.encoded), bytesOf(row.plain)) << row.encoded;
-    ++ran;
   }
-  EXPECT_EQ(ran, 8U);
 }
 
 TEST(Base64, EveryByteSurvivesAtEveryPlaceAndLength) {
@@ -52,12 +49,9 @@ TEST(Base64, RefusesWhatItWouldNotWrite) {
       "A",    "AQ",   "AQI",   "AQIDA", "AQ=",       "AQI==",  "====", "=AQI", "A=QI",
       "A===", "AQ=I", "AQID ", " AQID", "AQ\nID===", "AQID\n", "-_-_", "AQ*D", "AR==",
   };
-  std::size_t ran = 0;
   for (const std::string_view row : rows) {
     EXPECT_EQ(base64Decode(row), std::nullopt) << row;
-    ++ran;
   }
-  EXPECT_EQ(ran, 18U);
   EXPECT_EQ(base64Decode("AQJ="), std::nullopt) << "stray bits after two bytes";
   EXPECT_EQ(base64Decode(std::string("AQ\0D", 4)), std::nullopt);
   EXPECT_EQ(base64Decode("AQ\xC3\xA9"), std::nullopt);

@@ -35,9 +35,8 @@ struct Fault {
 };
 
 template <class Record>
-std::size_t expectFaults(std::span<const Fault> rows) {
+void expectFaults(std::span<const Fault> rows) {
   for (const Fault& row : rows) EXPECT_EQ(faultOf<Record>(row.json), row.message) << row.json;
-  return rows.size();
 }
 
 std::string nested(std::size_t levels) {
@@ -91,7 +90,7 @@ TEST(Decode, AValueOfAnotherTypeIsNamedByItsPath) {
             "messageBody.businessProps.一二三四五六七八九十一二三...: expected a string, found a number"},
       Fault{R"({"renderMemberType":"b","cMid":"ok","mId":"a"})", "mId: expected a 64-bit integer, found a string"},
   };
-  EXPECT_EQ(expectFaults<MessageModel>(rows), 33U);
+  expectFaults<MessageModel>(rows);
 }
 
 TEST(Decode, ARequiredKeyHasToBeThere) {
@@ -105,23 +104,23 @@ TEST(Decode, ARequiredKeyHasToBeThere) {
       Fault{R"({"deviceId":"d1","fileSize":"1024"})", "fileSize: expected a 64-bit integer, found a string"},
       Fault{R"({"deviceId":"d1","mimeTypes":"a/b"})", "mimeTypes: expected an array, found a string"},
   };
-  EXPECT_EQ(expectFaults<PostMessageModel>(post), 8U);
+  expectFaults<PostMessageModel>(post);
   constexpr std::array attachment{
       Fault{R"({"suffix":"pdf"})", "type: required, but missing"},
       Fault{R"({"type":"File"})", "suffix: required, but missing"},
   };
-  EXPECT_EQ(expectFaults<UploadFileInfoModel>(attachment), 2U);
+  expectFaults<UploadFileInfoModel>(attachment);
   constexpr std::array reply{
       Fault{R"({"inputContentType":"","actualContentType":""})", "url: required, but missing"},
       Fault{R"({"url":"","actualContentType":""})", "inputContentType: required, but missing"},
       Fault{R"({"url":"","inputContentType":"","actualContentType":1})",
             "actualContentType: expected a string, found a number"},
   };
-  EXPECT_EQ(expectFaults<UploadResposeModel>(reply), 3U);
+  expectFaults<UploadResposeModel>(reply);
   constexpr std::array event{
       Fault{R"({"name":"open","attributes":{"k":1}})", "attributes.k: expected a string, found a number"},
   };
-  EXPECT_EQ(expectFaults<TrackModel>(event), 1U);
+  expectFaults<TrackModel>(event);
 }
 
 /// Each of these is refused wherever it stands: as the document, in a field, in what is skipped and behind a value of
@@ -176,7 +175,6 @@ TEST(Decode, MalformedJsonIsRefusedEverywhere) {
       R"({"\ud800":1})",
       R"("a":"b")",
   };
-  std::size_t ran = 0;
   for (const std::string& value : rows) {
     for (const std::string& json :
          {value, R"({"x":)" + value + "}", R"({"x":[{"y":)" + value + "}]}", R"({"mId":)" + value + "}",
@@ -185,9 +183,7 @@ TEST(Decode, MalformedJsonIsRefusedEverywhere) {
       EXPECT_TRUE(faultOf<MessageModel>(json).starts_with("malformed JSON"))
           << json << " " << faultOf<MessageModel>(json);
     }
-    ++ran;
   }
-  EXPECT_EQ(ran, 47U);
 }
 
 TEST(Decode, MalformedDocumentsSayWhatIsWrong) {
@@ -208,7 +204,7 @@ TEST(Decode, MalformedDocumentsSayWhatIsWrong) {
       Fault{R"({"a":"\q" })", "malformed JSON near byte 10: a bad escape in a string"},
       Fault{R"({"a":1 "b":2})", "malformed JSON near byte 7: missing or misplaced comma, colon, bracket or key"},
   };
-  EXPECT_EQ(expectFaults<MessageModel>(rows), 15U);
+  expectFaults<MessageModel>(rows);
 }
 
 TEST(Decode, NestingEndsAt512Levels) {
@@ -269,12 +265,9 @@ TEST(Decode, AnIntegerMayBeWrittenInAnyWayThatIsWhole) {
       Row{"-9.223372036854775808e18", std::numeric_limits<std::int64_t>::min()},
       Row{"0.00000000000000000000000000001e30", 10},
   };
-  std::size_t ran = 0;
   for (const Row& row : rows) {
     EXPECT_EQ(decode<MessageModel>(R"({"mId": )" + std::string(row.json) + " }").mId, row.value) << row.json;
-    ++ran;
   }
-  EXPECT_EQ(ran, 14U);
 }
 
 TEST(Decode, NumbersAreRoundedOnce) {

@@ -33,7 +33,6 @@ TEST(Encode, TextIsEscapedOnlyWhereJsonDemandsIt) {
       Row{"line separators", "\u2028\u2029", "\u2028\u2029"},
       Row{"high bytes", "\u00FF\u0080", "\u00FF\u0080"},
   };
-  std::size_t ran = 0;
   for (const Row& row : rows) {
     SCOPED_TRACE(row.id);
     // An escape may fall anywhere within the eight bytes that are looked at together.
@@ -44,9 +43,7 @@ TEST(Encode, TextIsEscapedOnlyWhereJsonDemandsIt) {
       EXPECT_EQ(encode(MessageBody{.content = text}), json);
       EXPECT_EQ(decode<MessageBody>(json).content, text);
     }
-    ++ran;
   }
-  EXPECT_EQ(ran, 9U);
 }
 
 TEST(Encode, NumbersTakeTheFewestDigitsThatReadBackTheSame) {
@@ -70,13 +67,10 @@ TEST(Encode, NumbersTakeTheFewestDigitsThatReadBackTheSame) {
       Row{std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
       Row{std::numeric_limits<double>::denorm_min(), "5e-324"},
   };
-  std::size_t ran = 0;
   for (const Row& row : rows) {
     EXPECT_EQ(encode(MessageBody{.duration = row.number}), R"({"duration":)" + std::string(row.json) + "}");
     EXPECT_EQ(decode<MessageBody>(encode(MessageBody{.duration = row.number})).duration, row.number);
-    ++ran;
   }
-  EXPECT_EQ(ran, 14U);
 }
 
 TEST(Encode, SinglePrecisionIsNotWidened) {
@@ -104,7 +98,6 @@ TEST(Encode, WhatJsonCannotHoldIsNamedByItsPath) {
           "messageBody.businessProps.?????????????????????????????????????...: not UTF-8 text"},
       Row{{.businessProps = {{{notText, ""}}}}, "messageBody.businessProps.ab?: not UTF-8 text"},
   };
-  std::size_t ran = 0;
   for (const Row& row : rows) {
     MessageModel message;
     message.messageBody = std::make_shared<MessageBody>(row.body);
@@ -113,9 +106,7 @@ TEST(Encode, WhatJsonCannotHoldIsNamedByItsPath) {
     } catch (const EncodingError& error) {
       EXPECT_EQ(error.what(), row.message);
     }
-    ++ran;
   }
-  EXPECT_EQ(ran, 9U);
   EXPECT_EQ(encode(MessageBody{.content = "next"}), R"({"content":"next"})") << "a failure leaves nothing behind";
 }
 

@@ -1,5 +1,4 @@
 #include <array>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -57,7 +56,7 @@ TEST(Records, EveryKeyIsReadAndWrittenBackInTheRecordsOrder) {
       Row{"MessageCustomFields", again<MessageCustomFields>, R"({"key":"k","value":"v"})"},
       Row{"PostMessageModel", again<PostMessageModel>,
           R"({"deviceId":"d1","fileSize":1024,"action":"start","mimeTypes":["a/b","c/d"]})"},
-      Row{"TrackModel", again<TrackModel>, R"({"name":"open","attributes":{"k":"v","":"e"}})"},
+      Row{"TrackModel", again<TrackModel>, R"({"name":"open","attributes":{"":"e","k":"v"}})"},
       Row{"ShortcutsModel", again<ShortcutsModel>, R"({"title":"t","shortcutType":3,"command":"c"})"},
       Row{"UploadFileInfoModel", again<UploadFileInfoModel>,
           R"({"name":"n","type":"Video","url":"u","base64Str":"data:image/jpeg;base64,AA==","height":1080,"width":1920,)"
@@ -71,16 +70,9 @@ TEST(Records, EveryKeyIsReadAndWrittenBackInTheRecordsOrder) {
       Row{"WebViewEnvModel", again<WebViewEnvModel>,
           R"({"app_name":"kep","env_name":"test","hh":47,"bh":34,"os_name":"iOS"})"},
   };
-  std::size_t ran = 0;
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.id);
-    // A map is written in the order of its keys.
-    std::string expected = row.text;
-    if (row.id == "TrackModel") expected = R"({"name":"open","attributes":{"":"e","k":"v"}})";
-    EXPECT_EQ(row.again(row.text), expected);
-    ++ran;
-  }
-  EXPECT_EQ(ran, 13U);
+  for (const Row& row : rows) EXPECT_EQ(row.again(row.text), row.text) << row.id;
+  EXPECT_EQ(again<TrackModel>(R"({"attributes":{"k":"v","":"e"}})"), R"({"attributes":{"":"e","k":"v"}})")
+      << "a map is written in the order of its keys";
 }
 
 TEST(Records, AnEmptyObjectLeavesEveryOptionalFieldAbsent) {
@@ -89,21 +81,6 @@ TEST(Records, AnEmptyObjectLeavesEveryOptionalFieldAbsent) {
                             again<ShortcutsModel>,     again<FailModel>,           again<UserMappingModel>,
                             again<WebViewEnvModel>};
   for (const auto& row : rows) EXPECT_EQ(row(" {\n} "), "{}");
-}
-
-TEST(Records, WhatTheHostSetsIsAllThatIsWritten) {
-  EXPECT_EQ(encode(MessageBody{.msgType = 1, .content = "hi"}), R"({"msgType":1,"content":"hi"})");
-  EXPECT_EQ(encode(ShortcutsModel{.title = "t"}), R"({"title":"t"})");
-  EXPECT_EQ(encode(UploadFileInfoModel{.type = std::string(rawValue(FileType::File)), .suffix = "pdf"}),
-            R"({"type":"File","suffix":"pdf"})");
-  EXPECT_EQ(encode(PostMessageModel{.deviceId = ""}), R"({"deviceId":""})");
-}
-
-TEST(Records, AnArrayOfAttachmentsIsOneText) {
-  EXPECT_EQ(encode(std::vector<UploadFileInfoModel>{}), "[]");
-  EXPECT_EQ(encode(std::vector{UploadFileInfoModel{.type = "Image", .suffix = "jpg", .size = 3},
-                               UploadFileInfoModel{.name = "a/b", .type = "File", .suffix = ""}}),
-            R"([{"type":"Image","suffix":"jpg","size":3},{"name":"a/b","type":"File","suffix":""}])");
 }
 
 TEST(Records, AVisitorsQueryHasFiveRawPairs) {

@@ -4,24 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include "orivex/platform/base/Log.h"
+#include "LogLines.h"
 
 namespace orivex {
 namespace {
 
 class LogTest : public ::testing::Test {
  protected:
-  LogTest() {
-    log::setEnabled(true);
-    log::setSink([this](std::string_view line) { lines_.emplace_back(line); });
-  }
-  ~LogTest() override {
-    log::setSink(nullptr);
-    log::setEnabled(wasEnabled_);
-  }
-
-  const bool wasEnabled_ = log::isEnabled();
-  std::vector<std::string> lines_;
+  LogLines log_;
 };
 
 TEST_F(LogTest, AnEntryIsOneLineThatATerminalShowsAsItIs) {
@@ -40,10 +30,9 @@ TEST_F(LogTest, AnEntryIsOneLineThatATerminalShowsAsItIs) {
        "\\xc2\\x9b31m\\xc2\\x85 ©", "\"\\xc2\\x9b31m\\xc2\\x85 ©\""},
   };
   for (const auto& row : rows) {
-    lines_.clear();
     log::print(row.text);
     log::debugPrint(row.text);
-    EXPECT_EQ(lines_, (std::vector<std::string>{row.printed, row.debugPrinted}));
+    EXPECT_EQ(log_.take(), (std::vector<std::string>{row.printed, row.debugPrinted}));
   }
 }
 
@@ -52,18 +41,19 @@ TEST_F(LogTest, ALongEntryIsCutBetweenCharactersAndNamesItsLength) {
   log::print(std::string(4095, 'x') + "你");
   log::print(std::string(4093, 'x') + "你好");
   log::print(std::string(5000, '\x80'));
-  ASSERT_EQ(lines_.size(), 4U);
-  EXPECT_EQ(lines_[0], std::string(4096, 'x'));
-  EXPECT_EQ(lines_[1], std::string(4095, 'x') + "... (4098 bytes)");
-  EXPECT_EQ(lines_[2], std::string(4093, 'x') + "你... (4099 bytes)");
-  EXPECT_GT(lines_[3].size(), 4000U) << "what is no UTF-8 is cut as well, not dropped";
+  const auto lines = log_.get();
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[0], std::string(4096, 'x'));
+  EXPECT_EQ(lines[1], std::string(4095, 'x') + "... (4098 bytes)");
+  EXPECT_EQ(lines[2], std::string(4093, 'x') + "你... (4099 bytes)");
+  EXPECT_GT(lines[3].size(), 4000U) << "what is no UTF-8 is cut as well, not dropped";
 }
 
 TEST_F(LogTest, NothingIsWrittenWhileItIsOff) {
   log::setEnabled(false);
   log::print("a");
   log::debugPrint("b");
-  EXPECT_TRUE(lines_.empty());
+  EXPECT_TRUE(log_.get().empty());
 }
 
 TEST_F(LogTest, EntriesOfSeveralThreadsComeOneAtATime) {
@@ -73,7 +63,7 @@ TEST_F(LogTest, EntriesOfSeveralThreadsComeOneAtATime) {
   std::thread other(write);
   write();
   other.join();
-  EXPECT_EQ(lines_, std::vector<std::string>(1000, "entry"));
+  EXPECT_EQ(log_.get(), std::vector<std::string>(1000, "entry"));
 }
 
 TEST(FatalError, EndsTheProcessWithOneLine) {

@@ -17,13 +17,6 @@ class NavigationTest : public ScreenTest {
   std::shared_ptr<Stack> stack_ = stack(home_);
 };
 
-TEST_F(NavigationTest, TheStackPassesItsAppearanceOnToItsTop) {
-  window_.setRootViewController(nullptr);
-  EXPECT_EQ(course(), "-N -H N- H-");
-  window_.setRootViewController(stack_);
-  EXPECT_EQ(course(), "+N +H N+ H+");
-}
-
 TEST_F(NavigationTest, PushAndPopTellBothScreensInOrder) {
   stack_->pushViewController(chat_, true);
   EXPECT_EQ(course(), "-H +C");

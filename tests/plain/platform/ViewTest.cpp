@@ -94,20 +94,6 @@ TEST(ViewTree, KnowsTheWindowThatShowsIt) {
   EXPECT_EQ(ended, std::vector{2});
 }
 
-TEST(Scene, AWindowKnowsItsSceneWhileItIsInIt) {
-  const auto scene = std::make_shared<WindowScene>();
-  const auto window = std::make_shared<Window>();
-  EXPECT_EQ(statusBarHeight(window.get()), 0);
-  scene->addWindow(window);
-  EXPECT_EQ(statusBarHeight(window.get()), 0);
-  scene->setStatusBarManager(StatusBarManager{{0, 0, 390, 47}});
-  EXPECT_EQ(statusBarHeight(window.get()), 47);
-  scene->removeWindow(*window);
-  EXPECT_EQ(window->scene(), nullptr) << "a window on no screen has no scene";
-  EXPECT_EQ(statusBarHeight(window.get()), 0);
-  EXPECT_EQ(statusBarHeight(nullptr), 0);
-}
-
 class Mirror final : public ViewMirror {
  public:
   void viewChanged(ViewChange change) override { changes.push_back(change); }

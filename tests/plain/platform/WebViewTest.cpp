@@ -57,18 +57,6 @@ class WebViewTest : public ::testing::Test {
   std::shared_ptr<WebView> view_;
 };
 
-TEST_F(WebViewTest, TellsItsDelegateAndHandlersInOrder) {
-  EXPECT_EQ(engine().configuration().scriptMessageNames, (std::vector<std::string>{"goBack", "openUrl"}));
-  EXPECT_EQ(engine().configuration().userScripts.size(), 1U);
-  engine().completeLoad();
-  engine().post("openUrl", "\"x\"");
-  engine().failProvisional("no");
-  engine().fail("late");
-  device_.runUntilIdle();
-  EXPECT_EQ(page_->heard, (std::vector<std::string>{"ask https://chat.test/a", "start", "commit", "finish",
-                                                    "openUrl\"x\"", "failProvisional no", "fail late"}));
-}
-
 TEST_F(WebViewTest, TheAddressIsObservedWithWhatItWasBefore) {
   using Change = std::pair<std::optional<std::string>, std::optional<std::string>>;
   std::vector<Change> changes;

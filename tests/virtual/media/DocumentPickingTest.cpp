@@ -1,46 +1,16 @@
-#include <filesystem>
-#include <fstream>
-
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include "ChatScreenTest.h"
-
-#include "orivex/sdk/OVKFApiManager.h"
+#include "PickingTest.h"
 
 namespace orivex::testing {
 namespace {
 
-/// A chat whose page asks for a document, and a folder of real files to choose from.
-class DocumentPickingTest : public ChatScreenTest {
+class DocumentPickingTest : public PickingTest {
  protected:
-  DocumentPickingTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "documents-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-    device_.runUntilIdle();
-    log_.take();
-  }
-  ~DocumentPickingTest() override { std::filesystem::remove_all(folder_); }
-
-  std::string file(const std::string& name, std::size_t size = 3) {
-    const auto path = folder_ / name;
-    std::ofstream(path) << std::string(size, 'x');
-    return path.string();
-  }
-
-  void ask(const std::string& body = R"({"deviceId":"visitor"})") {
-    pageOf(*screen_).post("openDocumentPicker", body);
-    device_.runUntilIdle();
-  }
-
   /// Lets the visitor choose; the answers of the page since.
   Lines pick(const std::vector<std::string>& paths) {
-    ask();
-    const auto before = pageOf(*screen_).scripts().size();
-    device_.documentPicker().pick(paths);
-    device_.advance(0.5);
-    const auto& scripts = pageOf(*screen_).scripts();
-    return {scripts.begin() + static_cast<std::ptrdiff_t>(before), scripts.end()};
+    ask("openDocumentPicker");
+    return answersTo([&] { device_.documentPicker().pick(paths); });
   }
 
   /// What the visitor read since the last call, and for how long it was there.
@@ -54,21 +24,15 @@ class DocumentPickingTest : public ChatScreenTest {
     }
     return "";
   }
-
-  const std::shared_ptr<OVKFApi> screen_ = present();
-  std::filesystem::path folder_;
 };
 
-TEST_F(DocumentPickingTest, AsksForTheRequestedTypesUnderTheRequestedLimit) {
-  ask(R"({"deviceId":"visitor","fileSize":7,"mimeTypes":["application/pdf","image/*"]})");
+TEST_F(DocumentPickingTest, AsksForTheRequestedTypes) {
+  ask("openDocumentPicker", R"({"deviceId":"visitor","mimeTypes":["application/pdf","image/*"]})");
   ASSERT_TRUE(device_.documentPicker().presented());
   EXPECT_EQ(device_.documentPicker().presented()->mimeTypes, (Lines{"application/pdf", "image/*"}));
-  EXPECT_EQ(OVKFApiManager::shared().fileSize.get(), 7);
-  EXPECT_EQ(OVKFApiManager::shared().guestId.get(), "visitor");
   device_.documentPicker().cancel();
-  ask();
+  ask("openDocumentPicker");
   EXPECT_EQ(device_.documentPicker().presented()->mimeTypes, Lines{});
-  EXPECT_EQ(OVKFApiManager::shared().fileSize.get(), 31457280);
 }
 
 TEST_F(DocumentPickingTest, UploadsTheFirstOfTheFilesAndTellsThePage) {
@@ -114,7 +78,7 @@ TEST_F(DocumentPickingTest, TakesAFileUpToTheLimitAndTellsThatALargerOneIsTooLar
   };
   int uploads = 0;
   for (const auto& row : rows) {
-    ask(R"({"deviceId":"d","fileSize":)" + std::to_string(row.limit) + "}");
+    ask("openDocumentPicker", R"({"deviceId":"d","fileSize":)" + std::to_string(row.limit) + "}");
     device_.documentPicker().pick({file("f", row.size)});
     EXPECT_EQ(message(), row.expected);
     uploads += *row.expected == '\0' ? 1 : 0;
@@ -141,7 +105,7 @@ TEST_F(DocumentPickingTest, LosesNothingOverWhatIsNoFile) {
 }
 
 TEST_F(DocumentPickingTest, OnlyLogsThatTheVisitorCancelled) {
-  ask();
+  ask("openDocumentPicker");
   log_.take();
   device_.documentPicker().cancel();
   device_.advance(1);

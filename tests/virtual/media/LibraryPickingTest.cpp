@@ -1,26 +1,11 @@
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
-
-#include "ChatScreenTest.h"
-
-#include "orivex/sdk/OVKFApiManager.h"
+#include "PickingTest.h"
 
 namespace orivex::testing {
 namespace {
 
-/// A chat whose page asks for photos or for the camera, and files that the virtual codec and probe know.
-class LibraryPickingTest : public ChatScreenTest {
+/// Chosen are files that the virtual codec and probe know.
+class LibraryPickingTest : public PickingTest {
  protected:
-  LibraryPickingTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "library-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-    device_.runUntilIdle();
-    log_.take();
-  }
-  ~LibraryPickingTest() override { std::filesystem::remove_all(folder_); }
-
   PickedMedia photo(const std::string& name) {
     const auto path = (folder_ / name).string();
     device_.imageCodec().put(path, {name, {40, 30}});
@@ -28,26 +13,9 @@ class LibraryPickingTest : public ChatScreenTest {
   }
 
   PickedMedia video(const std::string& name, std::size_t size = 3, const std::string& firstFrame = "abc") {
-    const auto path = (folder_ / name).string();
-    std::ofstream(path).put('x');
-    std::filesystem::resize_file(path, size);
+    const auto path = file(name, size);
     device_.mediaProbe().put(path, {2.5, {320, 240}, firstFrame});
     return {MediaType::video, Url::fromFilePath(path)};
-  }
-
-  void ask(const std::string& message, const std::string& body = R"({"deviceId":"visitor"})") {
-    pageOf(*screen_).post(message, body);
-    device_.runUntilIdle();
-  }
-
-  /// What the page was told while `act` and half a second passed.
-  template <class Act>
-  Lines answersTo(const Act& act) {
-    const auto before = pageOf(*screen_).scripts().size();
-    act();
-    device_.advance(0.5);
-    const auto& scripts = pageOf(*screen_).scripts();
-    return {scripts.begin() + static_cast<std::ptrdiff_t>(before), scripts.end()};
   }
 
   Lines select(const std::vector<PickedMedia>& items, bool isOriginal = false) {
@@ -68,21 +36,15 @@ class LibraryPickingTest : public ChatScreenTest {
     device_.advance(0.2);
     return shown && stays && !device_.progressOverlay().shown() ? shown->status : "";
   }
-
-  std::shared_ptr<OVKFApi> screen_ = present();
-  std::filesystem::path folder_;
 };
 
-TEST_F(LibraryPickingTest, OpensThePickersUnderTheRequestedLimit) {
-  ask("openPhotoLibraryPicker", R"({"deviceId":"visitor","fileSize":7})");
+TEST_F(LibraryPickingTest, OpensThePickersWithTheirLimits) {
+  ask("openPhotoLibraryPicker");
   const auto shown = device_.photoLibrary().shown();
   ASSERT_TRUE(shown);
   EXPECT_TRUE(shown->allowSelectImage && shown->allowSelectVideo);
   EXPECT_FALSE(shown->allowMixSelect || shown->allowTakePhotoInLibrary);
   EXPECT_EQ(shown->maxSelectCount, 9);
-  EXPECT_EQ(OVKFApiManager::shared().videoSize.get(), 7);
-  EXPECT_EQ(OVKFApiManager::shared().fileSize.get(), 31457280);
-  EXPECT_EQ(OVKFApiManager::shared().guestId.get(), "visitor");
 
   ask("openCamera");
   const auto presented = device_.camera().presented();
@@ -92,7 +54,6 @@ TEST_F(LibraryPickingTest, OpensThePickersUnderTheRequestedLimit) {
   EXPECT_EQ(presented->maxRecordDuration, 10);
   EXPECT_EQ(presented->captureSize, (Size{1280, 720}));
   EXPECT_EQ(presented->videoExportType, VideoExportType::mp4);
-  EXPECT_EQ(OVKFApiManager::shared().videoSize.get(), 52428800);
 }
 
 TEST_F(LibraryPickingTest, DescribesPhotosInTheOrderOfSelection) {
@@ -162,7 +123,7 @@ TEST_F(LibraryPickingTest, WhatFailsIsToldAndTheOthersStillArrive) {
 
   device_.httpClient().setUploadServer([](const UploadRequest& request) {
     if (request.file->fileName == "bad.mp4") return VirtualUploadReply::respond(400, R"({"msg":"不支持的文件"})");
-    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 0.1);
+    return stored(0.1);
   });
   const auto uploaded = select({video("bad.mp4"), video("good.mp4")});
   ASSERT_EQ(uploaded.size(), 1U);
@@ -177,7 +138,7 @@ TEST_F(LibraryPickingTest, UploadsAtMostTwoVideosAtOnce) {
   device_.httpClient().setUploadServer([&](const UploadRequest&) {
     most = std::max(most, ++running);
     device_.mainQueue().asyncAfter(1, [&] { --running; });
-    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 1);
+    return stored(1);
   });
   std::vector<PickedMedia> items;
   for (const auto* const name : {"1.mp4", "2.mp4", "3.mp4", "4.mp4", "5.mp4"}) items.push_back(video(name));
@@ -190,9 +151,7 @@ TEST_F(LibraryPickingTest, UploadsAtMostTwoVideosAtOnce) {
 TEST_F(LibraryPickingTest, BeginsNothingMoreOnceTheChatIsClosed) {
   ask("openPhotoLibraryPicker");
   device_.photoLibrary().select({{video("1.mp4"), video("2.mp4"), video("3.mp4")}, false});
-  device_.httpClient().setUploadServer([](const UploadRequest&) {
-    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 5);
-  });
+  store(5);
   device_.advance(1);
   screen_->close();
   device_.advance(3);
@@ -213,7 +172,7 @@ TEST_F(LibraryPickingTest, DescribesWhatTheCameraTookAndDeletesIt) {
   const auto recorded = video("MOV.mp4");
   device_.httpClient().setUploadServer([&](const UploadRequest&) {
     EXPECT_EQ(device_.fileManager().removed().size(), 1U);
-    return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", 0.1);
+    return stored(0.1);
   });
   EXPECT_EQ(capture(recorded).size(), 1U);
 

@@ -12,8 +12,6 @@
 namespace orivex::testing {
 namespace {
 
-using Overlay = VirtualProgressOverlay;
-
 class VirtualDeviceTest : public ::testing::Test {
  protected:
   VirtualDevice device_;
@@ -57,77 +55,18 @@ TEST(VirtualDeviceInstallation, ScreensInTheWindowAndInWaitingWorkGoWithTheDevic
   for (const auto& life : lives) EXPECT_TRUE(life.expired());
 }
 
-TEST_F(VirtualDeviceTest, TheOverlayRemembersWhatItShowedWhen) {
-  auto& overlay = device_.progressOverlay();
-  overlay.setMaximumDismissTime(10);
-  device_.advance(1);
-  overlay.showInfo("slow");
-  device_.advance(2);
-  overlay.dismiss();
-  overlay.dismiss();
-  overlay.showProgress(0.25F, "25%");
-  device_.advance(20);
-  const Overlay::Panel info{Overlay::Kind::info, "slow", 0};
-  const Overlay::Panel progress{Overlay::Kind::progress, "25%", 0.25F};
-  EXPECT_EQ(overlay.history(), (std::vector<Overlay::Entry>{{1, Overlay::Event::shown, info},
-                                                            {3, Overlay::Event::dismissed, info},
-                                                            {3, Overlay::Event::shown, progress},
-                                                            {13, Overlay::Event::expired, progress}}));
-  EXPECT_EQ(overlay.infoTexts(), std::vector<std::string>{"slow"});
-}
-
-TEST_F(VirtualDeviceTest, TheApplicationShowsWhatATestMakesItShow) {
-  auto& application = device_.application();
-  const auto& window = application.window();
-  EXPECT_EQ(firstWindow(application), window);
-  EXPECT_EQ(statusBarHeight(window.get()), 47);
-  application.setStatusBarHeight(std::nullopt);
-  EXPECT_EQ(statusBarHeight(window.get()), 0);
-  application.setWindowShown(false);
-  EXPECT_EQ(firstWindow(application), nullptr);
-  application.setWindowShown(true);
-  EXPECT_EQ(firstWindow(application), window);
-  application.setSceneConnected(false);
-  EXPECT_EQ(firstWindow(application), nullptr);
-}
-
-TEST_F(VirtualDeviceTest, OnlyAddressesOfOpenableSchemesAreOpened) {
-  auto& application = device_.application();
-  application.setOpenableSchemes({"https", "weixin"});
-  for (const char* text : {"weixin://", "tel:1", "HTTPS://host"}) application.open(*Url::parse(text));
-  EXPECT_EQ(application.openedUrls(), (std::vector{*Url::parse("weixin://"), *Url::parse("HTTPS://host")}));
-}
-
-TEST_F(VirtualDeviceTest, ActivityIsToldWhileItIsObserved) {
-  std::string heard;
-  auto active = device_.application().observe(ApplicationEvent::didBecomeActive, [&] { heard += 'a'; });
-  const auto resign = device_.application().observe(ApplicationEvent::willResignActive, [&] { heard += 'r'; });
-  device_.application().resignActive();
-  device_.application().becomeActive();
-  active = {};
-  device_.application().becomeActive();
-  EXPECT_EQ(heard, "ra");
-}
-
-TEST_F(VirtualDeviceTest, ASnapshotRemembersWhoseItIs) {
-  const auto view = std::make_shared<View>(Rect{1, 2, 3, 4});
-  const auto child = std::make_shared<View>(Rect{0, 0, 5, 5});
+TEST_F(VirtualDeviceTest, OnlyWhatIsOnTheScreenHasASnapshot) {
+  const auto view = std::make_shared<View>();
+  const auto child = std::make_shared<View>();
   view->addSubview(child);
-  EXPECT_EQ(view->snapshotView(), nullptr) << "not on a screen";
+  EXPECT_EQ(view->snapshotView(), nullptr);
   const auto& content = device_.application().window()->contentView();
   content->addSubview(view);
-  const auto snapshot = std::dynamic_pointer_cast<VirtualSnapshot>(child->snapshotView());
-  ASSERT_TRUE(snapshot);
-  EXPECT_EQ(snapshot->original(), child);
-  EXPECT_EQ(snapshot->frame(), child->frame());
-  device_.application().setDrawn(false);
-  EXPECT_EQ(view->snapshotView(), nullptr);
-  device_.application().setDrawn(true);
-  view->removeFromSuperview();
-  EXPECT_EQ(child->snapshotView(), nullptr);
-  content->addSubview(child);
   EXPECT_NE(child->snapshotView(), nullptr);
+  content->addSubview(child);
+  view->removeFromSuperview();
   EXPECT_EQ(view->snapshotView(), nullptr);
+  EXPECT_NE(child->snapshotView(), nullptr);
 }
 
 TEST_F(VirtualDeviceTest, AMirroredTreeMayGoInAnyOrder) {
@@ -145,58 +84,33 @@ TEST_F(VirtualDeviceTest, AMirroredTreeMayGoInAnyOrder) {
   EXPECT_EQ(child->snapshotView(), nullptr);
 }
 
-TEST_F(VirtualDeviceTest, ABundleKeepsItsResourcesInAFolderThatGoesWithIt) {
+TEST_F(VirtualDeviceTest, ABundlesFolderGoesWithIt) {
   std::filesystem::path folder;
   {
     VirtualBundle bundle(device_.mainQueue(), {{"CFBundleName", "Kit"}});
     folder = bundle.folder();
-    const auto path = bundle.addResource("eruda", "js", "1;");
-    EXPECT_EQ(bundle.pathForResource("eruda", "js"), path);
-    bundle.setMissing(true);
-    EXPECT_FALSE(bundle.infoDictionary());
-    EXPECT_FALSE(bundle.pathForResource("eruda", "js"));
-    bundle.setMissing(false);
-    EXPECT_EQ(bundle.infoDictionary()->at("CFBundleName"), InfoValue("Kit"));
-    EXPECT_TRUE(std::filesystem::is_directory(bundle.addUnreadableResource("eruda", "js")));
-    bundle.removeResource("eruda", "js");
-    EXPECT_FALSE(bundle.pathForResource("eruda", "js"));
-    bundle.setInfo("CFBundleName", std::nullopt);
-    EXPECT_TRUE(bundle.infoDictionary()->empty());
+    bundle.addResource("eruda", "js", "1;");
+    EXPECT_TRUE(std::filesystem::exists(folder / "eruda.js"));
   }
   EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
-TEST_F(VirtualDeviceTest, AnExchangeTakesItsTimeAndNoMoreThanItsTimeOut) {
-  struct Row {
-    VirtualReply reply;
-    double seconds;
-    int outcome;  // a status, or the code of a transport error
-  };
-  const auto there = *Url::parse("https://chat.test/there");
-  const Row rows[] = {
-      {VirtualReply::respond(200, "", 1.5), 1.5, 200},
-      {VirtualReply::respond(200, "", 5), 5, 200},
-      {VirtualReply::respond(200, "", 5.1), 5, TransportError::timedOut},
-      {VirtualReply::fail("refused", 0.2), 0.2, TransportError::other},
-      {VirtualReply::never(), 5, TransportError::timedOut},
-      {VirtualReply::redirect(there, 0.1), 2.1, TransportError::other},  // to itself, until the client has enough
-      {VirtualReply::redirect(there, 2), 5, TransportError::timedOut},
-  };
-  for (const auto& row : rows) {
-    device_.httpClient().setServer([&](const UrlRequest&) { return row.reply; });
+TEST_F(VirtualDeviceTest, RedirectsInACircleEndInAnErrorAndWithinTheTimeOut) {
+  for (const auto& [delay, end, code] :
+       {std::tuple{0.1, 2.1, TransportError::other}, {2.0, 5.0, TransportError::timedOut}}) {
+    const auto reply = VirtualReply::redirect(*Url::parse("https://chat.test/there"), delay);
+    device_.httpClient().setServer([&](const UrlRequest&) { return reply; });
     const double start = device_.mainQueue().now();
-    int outcome = 0;
-    double end = 0;
-    device_.httpClient().send({*Url::parse("https://chat.test/"), 5, {}}, [&](const HttpResult& result) {
-      end = device_.mainQueue().now() - start;
-      const auto* response = std::get_if<HttpResponse>(&result);
-      outcome = response ? response->status : std::get<TransportError>(result).code;
-    });
+    bool ended = false;
+    device_.httpClient().send({*Url::parse("https://chat.test/"), 5, {}},
+                              [&, code = code, end = end](const HttpResult& result) {
+                                EXPECT_EQ(std::get<TransportError>(result).code, code);
+                                EXPECT_NEAR(device_.mainQueue().now() - start, end, 1e-6);
+                                ended = true;
+                              });
     device_.advance(60);
-    EXPECT_EQ(outcome, row.outcome);
-    EXPECT_NEAR(end, row.seconds, 1e-6);
+    EXPECT_TRUE(ended);
   }
-  EXPECT_EQ(device_.httpClient().requests().size(), std::size(rows));
 }
 
 TEST_F(VirtualDeviceTest, WebsiteDataIsFetchedAndRemovedByKind) {

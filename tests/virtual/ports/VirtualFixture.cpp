@@ -5,10 +5,6 @@ namespace {
 
 constexpr const char* servedOrigin = "http://served.test";
 
-contract::ServedReply notFound() {
-  return {.status = 404, .body = "not found"};
-}
-
 std::optional<std::string> run(VirtualWebEngine& engine, const std::string& script) {
   if (script.starts_with("throw")) return "Error: broken";
   if (script == contract::askForWindow) engine.openWindow("https://elsewhere.example/a?b#c");
@@ -31,11 +27,15 @@ std::string VirtualFixture::serve(const contract::Site& site) {
   return servedOrigin;
 }
 
+contract::ServedReply VirtualFixture::servedAt(const std::string& address) const {
+  const auto found = site_.find(address);
+  return found == site_.end() ? contract::ServedReply{.status = 404, .body = "not found"} : found->second;
+}
+
 VirtualReply VirtualFixture::reply(const UrlRequest& request) const {
   const auto& address = request.url.absoluteString();
   if (!address.starts_with(servedOrigin)) return VirtualReply::fail("Connection refused");
-  const auto found = site_.find(address);
-  const auto served = found == site_.end() ? notFound() : found->second;
+  const auto served = servedAt(address);
   if (served.silent) return VirtualReply::never();
   if (!served.location.empty()) return VirtualReply::redirect(*Url::parse(servedOrigin + served.location), 0.01);
   return VirtualReply::respond(served.status, served.body, 0.01);
@@ -44,8 +44,7 @@ VirtualReply VirtualFixture::reply(const UrlRequest& request) const {
 VirtualUploadReply VirtualFixture::reply(const UploadRequest& request) const {
   const auto& address = request.url.absoluteString();
   if (!address.starts_with(servedOrigin)) return VirtualUploadReply::fail("Connection refused");
-  const auto found = site_.find(address);
-  const auto served = found == site_.end() ? notFound() : found->second;
+  const auto served = servedAt(address);
   auto reply = VirtualUploadReply::respond(served.status, served.body, 0.1, {0.5, 1});
   reply.isSilent = served.silent;
   return reply;

@@ -39,6 +39,7 @@ class VirtualFixture {
   void removeWindow() { device_.application().setSceneConnected(false); }
 
  private:
+  contract::ServedReply servedAt(const std::string& address) const;
   VirtualReply reply(const UrlRequest& request) const;
   VirtualUploadReply reply(const UploadRequest& request) const;
   void play(VirtualWebEngine& engine);

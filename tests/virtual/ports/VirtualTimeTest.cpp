@@ -27,19 +27,6 @@ TEST_F(VirtualTime, TenTenthsOfASecondAreOneSecond) {
   EXPECT_EQ(queue().now(), 1.0);
 }
 
-TEST_F(VirtualTime, EachTaskSeesItsOwnDueTimeAndTheClockEndsWhereItWasMoved) {
-  std::vector<double> times;
-  const auto note = [&] { times.push_back(queue().now()); };
-  queue().asyncAfter(4.0, note);
-  queue().asyncAfter(0.1, [&] {
-    note();
-    queue().asyncAfter(0.4, note);
-  });
-  queue().advance(4.5);
-  EXPECT_EQ(times, (std::vector{0.1, 0.5, 4.0}));
-  EXPECT_EQ(queue().now(), 4.5);
-}
-
 TEST_F(VirtualTime, RunUntilIdleRunsWhatIsQueuedForNowAndMovesNothing) {
   std::string order;
   queue().async([&] {
@@ -71,15 +58,6 @@ TEST_F(VirtualTime, ATimerWaitsInTheQueueUntilItsHandleGoes) {
   EXPECT_EQ(queue().pendingCount(), 0U) << "a timer that stopped itself waits for nothing";
 }
 
-TEST_F(VirtualTime, AdvanceUntilStopsAtTheTaskThatMakesItTrue) {
-  int ran = 0;
-  for (const double due : {1.0, 2.0, 3.0}) queue().asyncAfter(due, [&] { ++ran; });
-  EXPECT_TRUE(queue().advanceUntil([&] { return ran == 2; }, 10));
-  EXPECT_EQ(queue().now(), 2.0);
-  EXPECT_FALSE(queue().advanceUntil([&] { return ran == 4; }, 10));
-  EXPECT_EQ(queue().now(), 12.0);
-}
-
 TEST_F(VirtualTime, TasksAndTimersMayOutliveTheirQueue) {
   const auto held = std::make_shared<int>(0);
   std::unique_ptr<Timer> timer;
@@ -105,18 +83,6 @@ TEST_F(VirtualTime, ManyThreadsMayQueueWhileTheMainThreadRuns) {
   while (!queue().advanceUntil([&] { return ran == 2000; }, 0.01)) std::this_thread::yield();
   for (auto& thread : threads) thread.join();
   EXPECT_EQ(queue().pendingCount(), 0U);
-}
-
-TEST_F(VirtualTime, AnAnimationStepsSixtyTimesASecondToTheEnd) {
-  std::vector<double> times;
-  double end = 0;
-  device_.animator().animate(
-      0.1, [&](double) { times.push_back(queue().now()); }, [&] { end = queue().now(); });
-  queue().advance(1);
-  ASSERT_EQ(times.size(), 6U);
-  EXPECT_NEAR(times.front(), 1.0 / 60, 1e-9);
-  EXPECT_EQ(times.back(), 0.1);
-  EXPECT_EQ(end, 0.1);
 }
 
 TEST_F(VirtualTime, ReducedMotionShowsTheLastStepOnly) {

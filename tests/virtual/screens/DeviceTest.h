@@ -5,28 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include "LogLines.h"
+
 #include "orivex/testing/VirtualDevice.h"
 
 namespace orivex::testing {
-
-/// The debug log for as long as this lives.
-class LogLines {
- public:
-  LogLines();
-  LogLines(const LogLines&) = delete;
-  LogLines& operator=(const LogLines&) = delete;
-  ~LogLines();
-
-  /// The lines since the last call.
-  std::vector<std::string> take();
-
-  /// Those of them that begin with `prefix`; drops the others.
-  std::vector<std::string> take(std::string_view prefix);
-
- private:
-  bool wasEnabled_;
-  std::vector<std::string> lines_;
-};
 
 /// A test on a virtual device of its own, at time 0.
 class DeviceTest : public ::testing::Test {

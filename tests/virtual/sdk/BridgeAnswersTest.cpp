@@ -51,33 +51,6 @@ class BridgeAnswersTest : public ChatScreenTest {
   const std::shared_ptr<OVKFApi> screen_ = present();
 };
 
-TEST_F(BridgeAnswersTest, CallThePageWithTheFilesAsOneExpression) {
-  const std::pair<std::string, std::string> names[] = {
-      {"plain.pdf", "plain.pdf"},
-      {"O'Neill \"a\\b\"", R"(O'Neill \"a\\b\")"},
-      {"</script><b>/", "</script><b>/"},
-      {"line\nbreak\ttab\x01", R"(line\nbreak\ttab\u0001)"},
-      {"\xE2\x80\xA8 and \xE2\x80\xA9", "\xE2\x80\xA8 and \xE2\x80\xA9"},
-      {"合同😀", "合同😀"},
-  };
-  for (const auto& [name, encoded] : names) {
-    ask(*screen_);
-    std::move(pickers_.files)({named(name)});
-    EXPECT_EQ(answers().back(),
-              R"(handleSelectedFiles([{"name":")" + encoded + R"(","type":"File","suffix":"pdf"}]);)");
-  }
-}
-
-TEST_F(BridgeAnswersTest, CarryEveryFieldInItsOrder) {
-  UploadFileInfoModel photo{"a.jpg", "Image", "https://u", "data:image/jpeg;base64,AA==", 1.5, 2, 0.25,
-                            "jpg",   3,       "image/jpeg"};
-  std::move(pickers_.files)({photo, named("b")});
-  EXPECT_EQ(answers(), Lines{R"(handleSelectedFiles([{"name":"a.jpg","type":"Image","url":"https://u","base64Str":)"
-                             R"("data:image/jpeg;base64,AA==","height":1.5,"width":2,"duration":0.25,"suffix":"jpg",)"
-                             R"("size":3,"mimeType":"image/jpeg"},{"name":"b","type":"File","suffix":"pdf"}]);)"});
-  EXPECT_EQ(log_.take(), Lines{});
-}
-
 TEST_F(BridgeAnswersTest, WriteARecordToTheLogAndThenCallThePage) {
   speak(*screen_);
   EXPECT_EQ(answers(), Lines{});

@@ -2,35 +2,11 @@
 
 #include "orivex/media/DeviceIdentifier.h"
 #include "orivex/sdk/OVKFApi.h"
-#include "orivex/sdk/OVKFApiManager.h"
 
 namespace orivex::testing {
 namespace {
 
-// The store and the device identifier live as long as the process and cannot be emptied: these tests count on a process
-// of their own, which each test has under ctest.
-TEST(FreshProcessTest, HasTheDefaultsOfTheStore) {
-  auto& store = OVKFApiManager::shared();
-  EXPECT_EQ(store.user.get(), nullptr);
-  EXPECT_EQ(store.host.get(), "https://dev-chat.example");
-  EXPECT_EQ(store.entryId.get(), "");
-  EXPECT_EQ(store.appKey.get(), "");
-  EXPECT_EQ(store.guestId.get(), std::nullopt);
-  EXPECT_EQ(store.fileSize.get(), 31457280);
-  EXPECT_EQ(store.videoSize.get(), 52428800);
-  EXPECT_TRUE(store.elements.empty());
-}
-
-TEST(FreshProcessTest, KeepsWhatIsWrittenBeforeTheFirstRead) {
-  auto& store = OVKFApiManager::shared();
-  store.fileSize.set(0);
-  store.host.set("");
-  store.guestId.set("guest");
-  EXPECT_EQ(store.fileSize.get(), 0);
-  EXPECT_EQ(store.host.get(), "");
-  EXPECT_EQ(store.guestId.get(), "guest");
-}
-
+// The identifier lives as long as the process: the test counts on a process of its own, which it has under ctest.
 TEST(FreshProcessTest, AsksForTheDeviceIdentifierUntilThereIsOne) {
   VirtualDevice device;
   device.identity().setIdentifierForVendor(std::nullopt);

@@ -1,16 +1,7 @@
 #include "ChatScreenTest.h"
-#include "ReloadLimit.h"
 
 namespace orivex::testing {
 namespace {
-
-TEST(ReloadLimitTest, SlidesItsWindow) {
-  ReloadLimit limit;
-  const std::pair<double, bool> calls[] = {{100, true}, {100, true},   {105, true},  {109.999, false},
-                                           {110, true}, {110.5, true}, {111, false}, {114.999, false},
-                                           {115, true}, {119, false},  {120, true},  {1000, true}};
-  for (const auto& [time, admitted] : calls) EXPECT_EQ(limit.admit(time), admitted) << time;
-}
 
 class ProcessDeathTest : public ChatScreenTest {};
 

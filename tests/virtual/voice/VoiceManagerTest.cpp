@@ -162,16 +162,5 @@ TEST_F(VoiceManagerTest, TakesThePermissionOnTheMainQueue) {
   EXPECT_EQ(answers, (std::vector<std::pair<bool, bool>>{{true, true}, {false, true}, {true, true}}));
 }
 
-TEST_F(VoiceManagerTest, PlaysAClip) {
-  const auto clip = Url::fromFilePath("/virtual/Documents/a.wav");
-  EXPECT_TRUE(voice_.play(clip));
-  ASSERT_EQ(device_.audioSession().playings().size(), 1U);
-  EXPECT_EQ(device_.audioSession().playings()[0]->path, "/virtual/Documents/a.wav");
-  EXPECT_TRUE(voice_.player->isPlaying());
-  device_.audioSession().failPlayers("no file");
-  EXPECT_FALSE(voice_.play(clip));
-  EXPECT_EQ(log_.take(), Lines{"播放失败:no file"});
-}
-
 }  // namespace
 }  // namespace orivex::testing
