@@ -19,7 +19,15 @@ class TemporaryFolder {
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  ~TemporaryFolder() {
+    // A thread of a library may still be writing what it remembers of the folder.
+    std::error_code error;
+    for (int tries = 0; tries < 20; ++tries) {
+      std::filesystem::remove_all(path_, error);
+      if (!error) return;
+      g_usleep(50'000);
+    }
+  }
 
   const std::filesystem::path& path() const { return path_; }
 
