@@ -91,8 +91,8 @@ void ViewNode::viewChanged(ViewChange change) {
 // With the window's background, on which the host's widgets lie and which their own picture would lack.
 std::shared_ptr<View> ViewNode::snapshot() {
   if (!gtk_widget_get_mapped(canvas_.get())) return nullptr;
-  const auto size = GRAPHENE_SIZE_INIT(static_cast<float>(gtk_widget_get_width(canvas_.get())),
-                                       static_cast<float>(gtk_widget_get_height(canvas_.get())));
+  const graphene_size_t size{static_cast<float>(gtk_widget_get_width(canvas_.get())),
+                             static_cast<float>(gtk_widget_get_height(canvas_.get()))};
   const auto live = GRef<GdkPaintable>::adopt(gtk_widget_paintable_new(canvas_.get()));
   const auto image = GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get()));
   auto* const window = GTK_WIDGET(gtk_widget_get_root(canvas_.get()));
