@@ -3,9 +3,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include <adwaita.h>
-
-#include "glib/GMemory.h"
+#include "Widgets.h"
 #include "glib/GRef.h"
 
 #include "orivex/platform/ui/WebView.h"
@@ -15,19 +13,13 @@ namespace {
 
 constexpr double patience = 20;  // seconds for a step
 
-GtkWidget* findBelow(GtkWidget* widget, const std::function<bool(GtkWidget*)>& matches) {
-  if (matches(widget)) return widget;
-  for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
-    if (auto* const found = findBelow(child, matches)) return found;
-  }
-  return nullptr;
-}
-
 /// In any window.
 GtkWidget* find(const std::function<bool(GtkWidget*)>& matches) {
   const gtk::GListPtr windows(gtk_window_list_toplevels());
   for (const GList* window = windows.get(); window; window = window->next) {
-    if (auto* const found = findBelow(GTK_WIDGET(window->data), matches)) return found;
+    auto* const top = GTK_WIDGET(window->data);
+    if (matches(top)) return top;
+    if (auto* const found = gtk::findBelow(top, matches)) return found;
   }
   return nullptr;
 }
@@ -73,8 +65,7 @@ bool pickDocument() {
 
 // Asked once in the life of a process's home.
 void allowMicrophone() {
-  auto* const dialog = find([](GtkWidget* widget) { return ADW_IS_MESSAGE_DIALOG(widget) != FALSE; });
-  if (dialog) adw_message_dialog_response(ADW_MESSAGE_DIALOG(dialog), "allow");
+  if (auto* const dialog = gtk::openDialog()) adw_message_dialog_response(dialog, "allow");
 }
 
 }  // namespace
