@@ -8,6 +8,7 @@
 #include <gdk/gdk.h>
 #include <gio/gio.h>
 
+#include "Contained.h"
 #include "glib/GMemory.h"
 #include "glib/GRef.h"
 
@@ -41,7 +42,10 @@ GRef<GAppLaunchContext> launchContext() {
 void launched(GObject*, GAsyncResult* result, gpointer) noexcept {
   GError* raised = nullptr;
   g_app_info_launch_default_for_uri_finish(result, &raised);
-  if (const GErrorPtr error(raised); error) log::print(std::string("Error opening an address: ") + error->message);
+  const GErrorPtr error(raised);
+  contained([&] {
+    if (error) log::print(std::string("Error opening an address: ") + error->message);
+  });
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <limits>
 #include <utility>
 
+#include "Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -112,7 +114,7 @@ void GlibMainQueue::armSource() {
 }
 
 gboolean GlibMainQueue::dispatch(GSource*, GSourceFunc, gpointer data) noexcept {
-  static_cast<GlibMainQueue*>(data)->runNext();
+  contained([&] { static_cast<GlibMainQueue*>(data)->runNext(); });
   return G_SOURCE_CONTINUE;
 }
 

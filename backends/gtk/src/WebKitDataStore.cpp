@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "Contained.h"
 #include "glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
@@ -81,20 +82,24 @@ void fetched(GObject* manager, GAsyncResult* result, gpointer data) noexcept {
   auto completion = receive<FetchCompletion>(data);
   GError* error = nullptr;
   const RecordList list(webkit_website_data_manager_fetch_finish(WEBKIT_WEBSITE_DATA_MANAGER(manager), result, &error));
-  logFailure("fetching", error);
-  std::vector<WebsiteDataRecord> records;
-  for (const GList* node = list.get(); node; node = node->next) {
-    records.push_back(makeRecord(static_cast<WebKitWebsiteData*>(node->data)));
-  }
-  std::move(completion)(std::move(records));
+  contained([&] {
+    logFailure("fetching", error);
+    std::vector<WebsiteDataRecord> records;
+    for (const GList* node = list.get(); node; node = node->next) {
+      records.push_back(makeRecord(static_cast<WebKitWebsiteData*>(node->data)));
+    }
+    std::move(completion)(std::move(records));
+  });
 }
 
 void removed(GObject* manager, GAsyncResult* result, gpointer data) noexcept {
   auto completion = receive<RemoveCompletion>(data);
   GError* error = nullptr;
   webkit_website_data_manager_remove_finish(WEBKIT_WEBSITE_DATA_MANAGER(manager), result, &error);
-  logFailure("removing", error);
-  std::move(completion)();
+  contained([&] {
+    logFailure("removing", error);
+    std::move(completion)();
+  });
 }
 
 // WebKit refuses an empty list without calling back.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Contained.h"
+
 namespace orivex::gtk {
 
 WorkerPool::~WorkerPool() {
@@ -39,7 +41,7 @@ void WorkerPool::work() {
     auto task = std::move(tasks_.front());
     tasks_.pop_front();
     lock.unlock();
-    std::move(task)();
+    contained([&] { std::move(task)(); });
     lock.lock();
   }
   ended_.push_back(std::this_thread::get_id());

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "LogLines.h"
 #include "PhotoStage.h"
 #include "VideoFiles.h"
 
@@ -101,6 +102,22 @@ TEST_F(PhotoSheetTest, FilesThatComeAndGoShowAndLeaveTheSelection) {
   clickText("完成(1)");
   EXPECT_TRUE(isGone());
   EXPECT_EQ(names(results_.at(0)), "p02.jpg ");
+}
+
+TEST_F(PhotoSheetTest, AFileThatGoesWhileThePreviewSlidesToItGivesWayToItsNeighbour) {
+  fill(2);
+  open();
+  settle();
+  ASSERT_TRUE(cell("p01.jpg"));
+  visitor_.click(cell("p01.jpg")->widget());
+  EXPECT_TRUE(reads("2 / 3"));
+  pass(0.5);  // until the folder is watched
+  const LogLines log;
+  std::filesystem::remove(folder_.path() / "root/p02.jpg");
+  pass(0.08);
+  VisitorWindow::press({"Right"});
+  EXPECT_TRUE(reads("2 / 2"));
+  EXPECT_FALSE(log.has("Error in a callback"));
 }
 
 TEST_F(PhotoSheetTest, AlbumsNarrowTheGridAndKeepTheSelection) {

@@ -1,6 +1,7 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -9,6 +10,7 @@
 
 #include "../GtkFixture.h"
 #include "GlibMainQueue.h"
+#include "LogLines.h"
 #include "WorkerPool.h"
 
 namespace orivex::gtk {
@@ -79,6 +81,19 @@ TEST(GlibMainQueueTest, ATaskThatRunsALoopOfItsOwnDoesNotStopTheOthers) {
     outer = wait([&] { return inner; }, patience);
   });
   EXPECT_TRUE(wait([&] { return inner && outer; }, patience));
+}
+
+TEST(GlibMainQueueTest, ATaskThatThrowsIsLoggedAndTheNextOnesRunOnEveryThread) {
+  GlibMainQueue queue;
+  const LogLines log;
+  const auto fail = [] { throw std::out_of_range("beyond the last photo"); };
+  int ran = 0;
+  queue.async(fail);
+  queue.async([&] { ++ran; });
+  for (int index = 0; index < 8; ++index) queue.global(fail);
+  queue.global([&] { queue.async([&] { ++ran; }); });
+  EXPECT_TRUE(wait([&] { return ran == 2; }, patience));
+  EXPECT_TRUE(wait([&] { return log.count("beyond the last photo") == 9; }, patience));
 }
 
 TEST(GlibMainQueueTest, TasksThatQueueThemselvesLeaveTheLoopItsTurns) {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -87,11 +89,13 @@ void PipelineRun::finish(std::optional<Failure> failure) {
 
 GstBusSyncReply PipelineRun::received(GstBus* /*bus*/, GstMessage* message, gpointer self) noexcept {
   auto& run = *static_cast<PipelineRun*>(self);
-  if (const auto failure = failureIn(message)) {
-    run.finish(failure);
-  } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
-    run.finish(std::nullopt);
-  }
+  contained([&] {
+    if (const auto failure = failureIn(message)) {
+      run.finish(failure);
+    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
+      run.finish(std::nullopt);
+    }
+  });
   gst_message_unref(message);
   return GST_BUS_DROP;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "../Contained.h"
 #include "../glib/GMemory.h"
 
 namespace orivex::gtk {
@@ -28,12 +29,14 @@ DeviceOrientation::DeviceOrientation(std::function<void(int)> changed) : changed
   g_dbus_proxy_new_for_bus(
       G_BUS_TYPE_SYSTEM, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START_AT_CONSTRUCTION, nullptr, service, objectPath, service,
       cancellable_.get(),
-      [](GObject*, GAsyncResult* result, gpointer self) {
+      [](GObject*, GAsyncResult* result, gpointer self) noexcept {
         GError* error = nullptr;
         auto sensor = GRef<GDBusProxy>::adopt(g_dbus_proxy_new_for_bus_finish(result, &error));
         // A cancelled call's owner is gone. Any other failure is a device without the service.
-        if (const GErrorPtr failure(error); !failure)
-          static_cast<DeviceOrientation*>(self)->connected(std::move(sensor));
+        const GErrorPtr failure(error);
+        contained([&] {
+          if (!failure) static_cast<DeviceOrientation*>(self)->connected(std::move(sensor));
+        });
       },
       this);
 }

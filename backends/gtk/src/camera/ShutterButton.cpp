@@ -4,6 +4,8 @@
 #include <numbers>
 #include <utility>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -63,9 +65,9 @@ ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
   gtk_widget_set_size_request(drawing_, size, size);
   gtk_drawing_area_set_draw_func(
       GTK_DRAWING_AREA(drawing_),
-      [](GtkDrawingArea*, cairo_t* context, int width, int height, gpointer self) {
+      [](GtkDrawingArea*, cairo_t* context, int width, int height, gpointer self) noexcept {
         cairo_translate(context, width / 2.0, height / 2.0);
-        static_cast<const ShutterButton*>(self)->draw(context);
+        contained([&] { static_cast<const ShutterButton*>(self)->draw(context); });
       },
       this, nullptr);
   gtk_button_set_child(GTK_BUTTON(button_.get()), drawing_);

@@ -8,6 +8,7 @@
 
 #include <gdk/gdk.h>
 
+#include "../Contained.h"
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
@@ -61,7 +62,10 @@ std::optional<std::string> typeOf(const Url& url, const TypeRegistry& types) {
 void launched(GObject* source, GAsyncResult* result, gpointer) noexcept {
   GError* raised = nullptr;
   g_app_info_launch_uris_finish(G_APP_INFO(source), result, &raised);
-  if (const GErrorPtr error(raised); error) log::print(std::string("Error opening a file: ") + error->message);
+  const GErrorPtr error(raised);
+  contained([&] {
+    if (error) log::print(std::string("Error opening a file: ") + error->message);
+  });
 }
 
 }  // namespace

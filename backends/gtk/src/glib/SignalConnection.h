@@ -4,6 +4,8 @@
 
 #include <glib-object.h>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 
 /// A signal handler that is connected as long as this object lives. It does not keep the sender alive.
@@ -47,11 +49,11 @@ class SignalConnection {
   SignalConnection(GObject* sender, gulong id) : sender_(sender), id_(id) { watch(); }
 
   // Deduces the C signature from the member function's, so that neither a wrong owner nor a wrong data pointer
-  // compiles. An exception cannot cross the C code that emits the signal: it ends the process here.
+  // compiles.
   template <auto handler, class Owner, class Result, class... Args>
   static GCallback trampoline(Result (Owner::*)(Args...)) {
     Result (*function)(Args..., Owner*) = [](Args... args, Owner* owner) noexcept -> Result {
-      return (owner->*handler)(args...);
+      return contained([&] { return (owner->*handler)(args...); });
     };
     return reinterpret_cast<GCallback>(function);
   }

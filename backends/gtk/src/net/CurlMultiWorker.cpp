@@ -4,6 +4,8 @@
 #include <climits>
 #include <utility>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -63,8 +65,10 @@ bool CurlMultiWorker::takeAdded() {
 }
 
 void CurlMultiWorker::begin(std::unique_ptr<CurlTransfer> transfer) {
-  if (const CURLcode code = transfer->prepare(); code != CURLE_OK) {
-    transfer->finish(code);
+  auto code = CURLE_OUT_OF_MEMORY;
+  contained([&] { code = transfer->prepare(); });
+  if (code != CURLE_OK) {
+    contained([&] { transfer->finish(code); });
     return;
   }
   curl_multi_add_handle(multi_.get(), transfer->handle());
@@ -99,7 +103,7 @@ void CurlMultiWorker::end(Transfers::iterator running, CURLcode code) {
   const auto transfer = std::move(*running);
   running_.erase(running);
   curl_multi_remove_handle(multi_.get(), transfer->handle());
-  transfer->finish(code);
+  contained([&] { transfer->finish(code); });
 }
 
 }  // namespace orivex::gtk

@@ -8,6 +8,8 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -95,11 +97,13 @@ long CurlTransfer::milliseconds(double seconds) {
 
 std::size_t CurlTransfer::receive(const char* data, std::size_t, std::size_t length, void* transfer) noexcept {
   auto& self = *static_cast<CurlTransfer*>(transfer);
-  self.body_.append(data, std::min(length, keptBody - self.body_.size()));
-  self.received_ += length;
-  if (self.received_ <= longestBody) return length;
-  self.fail("The reply is too long");
-  return 0;
+  return contained([&]() -> std::size_t {
+    self.body_.append(data, std::min(length, keptBody - self.body_.size()));
+    self.received_ += length;
+    if (self.received_ <= longestBody) return length;
+    self.fail("The reply is too long");
+    return 0;
+  });
 }
 
 }  // namespace orivex::gtk

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -84,9 +86,9 @@ void CurlUpload::finish(CURLcode code) {
 std::size_t CurlUpload::read(char* buffer, std::size_t, std::size_t length, void* upload) noexcept {
   auto& self = *static_cast<CurlUpload*>(upload);
   if (self.position_ == self.content_->size()) return 0;
-  const auto got = self.content_->read(self.position_, buffer, length);
+  const auto got = contained([&] { return self.content_->read(self.position_, buffer, length); });
   if (got == 0) {
-    self.fail(self.content_->failure());
+    contained([&] { self.fail(self.content_->failure()); });
     return CURL_READFUNC_ABORT;
   }
   self.position_ += static_cast<std::int64_t>(got);
@@ -96,7 +98,7 @@ std::size_t CurlUpload::read(char* buffer, std::size_t, std::size_t length, void
 // libcurl would begin again on a new connection when a kept one breaks before a reply. What the server took by then is
 // not known, and a form is not sent twice.
 int CurlUpload::seek(void* upload, curl_off_t, int) noexcept {
-  static_cast<CurlUpload*>(upload)->fail("The connection was lost");
+  contained([&] { static_cast<CurlUpload*>(upload)->fail("The connection was lost"); });
   return CURL_SEEKFUNC_CANTSEEK;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -94,7 +96,9 @@ void AlbumMenu::open(const MediaCatalog& catalog, const std::string& folder) {
   if (adding_ == 0) {
     adding_ = gtk_widget_add_tick_callback(
         view_,
-        [](GtkWidget*, GdkFrameClock*, gpointer menu) noexcept { return static_cast<AlbumMenu*>(menu)->addSome(); },
+        [](GtkWidget*, GdkFrameClock*, gpointer menu) noexcept {
+          return contained([&] { return static_cast<AlbumMenu*>(menu)->addSome(); });
+        },
         this, nullptr);
   }
   gtk_widget_set_can_target(mask_.get(), TRUE);

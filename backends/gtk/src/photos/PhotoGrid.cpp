@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -95,7 +97,7 @@ void PhotoGrid::show(std::shared_ptr<const MediaItems> items, bool fromTop) {
 void PhotoGrid::reveal() {
   if (revealing_ != 0 || list_.count() == list_.items()->size()) return;
   const auto tick = [](GtkWidget*, GdkFrameClock* clock, gpointer grid) noexcept -> gboolean {
-    return static_cast<PhotoGrid*>(grid)->frame(clock);
+    return contained([&] { return static_cast<PhotoGrid*>(grid)->frame(clock); });
   };
   revealing_ = gtk_widget_add_tick_callback(GTK_WIDGET(view_), tick, this, nullptr);
 }
@@ -150,7 +152,7 @@ void PhotoGrid::lookLater() {
   if (looking_ != 0) return;
   const auto looks = [](gpointer grid) noexcept -> gboolean {
     static_cast<PhotoGrid*>(grid)->looking_ = 0;
-    static_cast<PhotoGrid*>(grid)->look();
+    contained([&] { static_cast<PhotoGrid*>(grid)->look(); });
     return G_SOURCE_REMOVE;
   };
   looking_ = g_idle_add_full(GDK_PRIORITY_REDRAW + 1, looks, this, nullptr);

@@ -112,6 +112,7 @@ void PhotoPreview::close() {
 }
 
 void PhotoPreview::refresh(const std::shared_ptr<const MediaItems>& items) {
+  strip_.settle();
   if (!isOpen()) return;
   const auto same =
       std::find_if(items->begin(), items->end(), [&](const auto& now) { return now->path == shown_->path; });

@@ -55,16 +55,15 @@ PreviewStrip::PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailL
 }
 
 PreviewStrip::~PreviewStrip() {
-  slideDone_.disconnect();
-  if (slide_) adw_animation_reset(slide_.get());
+  abandonSlide();
   canvasForget(canvas_.get());
 }
 
 void PreviewStrip::show(std::shared_ptr<const MediaItems> items, std::size_t position) {
+  abandonSlide();
   const auto before = looked();
   items_ = std::move(items);
   position_ = position;
-  offset_ = 0;
   if (looked() != before) zoom_ = {};
   wantPictures();
   gtk_widget_queue_draw(canvas_.get());
@@ -76,6 +75,7 @@ void PreviewStrip::showFrame(GRef<GdkTexture> frame) {
 }
 
 void PreviewStrip::clear() {
+  abandonSlide();
   items_ = nullptr;
   frame_ = nullptr;
   pictures_.want({}, {});
@@ -187,7 +187,7 @@ void PreviewStrip::tapped(Point place) {
 void PreviewStrip::dragBegun(GtkGestureDrag* /*drag*/, double /*x*/, double /*y*/) {
   zoomedFrom_ = zoom_.offset();
   dragStart_ = g_get_monotonic_time();
-  if (slide_) adw_animation_skip(slide_.get());
+  settle();
 }
 
 void PreviewStrip::dragged(GtkGestureDrag* /*drag*/, double x, double y) {
@@ -215,10 +215,22 @@ void PreviewStrip::dragEnded(GtkGestureDrag* drag, double x, double y) {
 
 void PreviewStrip::step(int direction) {
   // A step on top of one that still slides begins where that one leads.
-  if (slide_ && adw_animation_get_state(slide_.get()) == ADW_ANIMATION_PLAYING) adw_animation_skip(slide_.get());
+  settle();
   zoom_ = {};
   const bool exists = itemAt(static_cast<std::ptrdiff_t>(position_) + direction) != nullptr;
   slideTo(exists ? -direction * (size_.width + gap) : 0);
+}
+
+void PreviewStrip::settle() {
+  if (slide_ && adw_animation_get_state(slide_.get()) == ADW_ANIMATION_PLAYING) adw_animation_skip(slide_.get());
+}
+
+// Where it leads is a place among items that are no longer shown.
+void PreviewStrip::abandonSlide() {
+  slideDone_.disconnect();
+  if (slide_) adw_animation_reset(slide_.get());
+  slide_ = nullptr;
+  offset_ = 0;
 }
 
 void PreviewStrip::slideTo(double offset) {
@@ -226,8 +238,9 @@ void PreviewStrip::slideTo(double offset) {
     static_cast<PreviewStrip*>(strip)->offset_ = value;
     gtk_widget_queue_draw(static_cast<PreviewStrip*>(strip)->canvas_.get());
   };
-  slideDone_.disconnect();
-  slide_ = GRef<AdwAnimation>::sink(adw_timed_animation_new(canvas_.get(), offset_, offset, slideMilliseconds,
+  const double from = offset_;
+  abandonSlide();
+  slide_ = GRef<AdwAnimation>::sink(adw_timed_animation_new(canvas_.get(), from, offset, slideMilliseconds,
                                                             adw_callback_animation_target_new(move, this, nullptr)));
   adw_timed_animation_set_easing(ADW_TIMED_ANIMATION(slide_.get()), ADW_EASE_OUT_CUBIC);
   slideDone_ = SignalConnection::connect<&PreviewStrip::slideEnded>(slide_.get(), "done", this);

@@ -40,6 +40,9 @@ class PreviewStrip final : private CanvasDelegate {
   /// Shows the frame of a playing video in place of the picture at the position; null brings the picture back.
   void showFrame(GRef<GdkTexture> frame);
 
+  /// Ends a slide under way where it leads.
+  void settle();
+
   /// Slides to the next item, or the previous one; past either end it springs back.
   void step(int direction);
 
@@ -64,6 +67,7 @@ class PreviewStrip final : private CanvasDelegate {
   void pinchBegun(GtkGesture* pinch, GdkEventSequence* sequence);
   void pinchEnded(GtkGesture* pinch, GdkEventSequence* sequence);
   void pinched(GtkGestureZoom* pinch, double scale);
+  void abandonSlide();
   void slideTo(double offset);
   void slideEnded(AdwAnimation* animation);
 

@@ -4,6 +4,7 @@
 
 #include <adwaita.h>
 
+#include "../Contained.h"
 #include "../glib/GRef.h"
 #include "GtkApplicationPort.h"
 
@@ -19,14 +20,14 @@ struct Run {
 
 void stepped(double value, gpointer data) noexcept {
   // The last step comes with the end, so that it is told once and exactly.
-  if (value < 1) static_cast<Run*>(data)->step(value);
+  if (value < 1) contained([&] { static_cast<Run*>(data)->step(value); });
 }
 
 void done(AdwAnimation* /*animation*/, gpointer data) noexcept {
   const std::unique_ptr<Run> run(static_cast<Run*>(data));
   g_signal_handlers_disconnect_by_data(run->animation.get(), data);
-  run->step(1);
-  std::move(run->completion)();
+  contained([&] { run->step(1); });
+  contained([&] { std::move(run->completion)(); });
 }
 
 void play(GtkWidget* widget, double seconds, std::unique_ptr<Run> run) {

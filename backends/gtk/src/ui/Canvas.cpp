@@ -1,8 +1,11 @@
 #include "Canvas.h"
 
+#include "../Contained.h"
+
 namespace {
 
 using orivex::gtk::CanvasDelegate;
+using orivex::gtk::contained;
 
 struct OrivexCanvas {
   GtkWidget parent;
@@ -21,18 +24,22 @@ OrivexCanvas* canvas(GtkWidget* widget) {
 }
 
 void measure(GtkWidget* widget, GtkOrientation orientation, int /*forSize*/, int* minimum, int* natural,
-             int* minimumBaseline, int* naturalBaseline) {
+             int* minimumBaseline, int* naturalBaseline) noexcept {
   auto* const delegate = canvas(widget)->delegate;
-  *minimum = *natural = delegate ? delegate->minimumSize(orientation) : 0;
+  *minimum = *natural = contained([&] { return delegate ? delegate->minimumSize(orientation) : 0; });
   *minimumBaseline = *naturalBaseline = -1;
 }
 
-void sizeAllocate(GtkWidget* widget, int width, int height, int /*baseline*/) {
-  if (auto* const delegate = canvas(widget)->delegate) delegate->allocate(width, height);
+void sizeAllocate(GtkWidget* widget, int width, int height, int /*baseline*/) noexcept {
+  contained([&] {
+    if (auto* const delegate = canvas(widget)->delegate) delegate->allocate(width, height);
+  });
 }
 
-void snapshotCanvas(GtkWidget* widget, GtkSnapshot* snapshot) {
-  if (auto* const delegate = canvas(widget)->delegate) delegate->snapshot(snapshot);
+void snapshotCanvas(GtkWidget* widget, GtkSnapshot* snapshot) noexcept {
+  contained([&] {
+    if (auto* const delegate = canvas(widget)->delegate) delegate->snapshot(snapshot);
+  });
 }
 
 void dispose(GObject* object) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numbers>
 
+#include "../Contained.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -37,14 +39,14 @@ GtkWidget* OverlayIndicator::drawingNew(GtkAccessibleRole role) {
   gtk_widget_set_size_request(drawing, size, size);
   gtk_drawing_area_set_draw_func(
       GTK_DRAWING_AREA(drawing),
-      [](GtkDrawingArea* area, cairo_t* context, int width, int height, gpointer indicator) {
+      [](GtkDrawingArea* area, cairo_t* context, int width, int height, gpointer indicator) noexcept {
         GdkRGBA color;
         gtk_style_context_get_color(gtk_widget_get_style_context(GTK_WIDGET(area)), &color);
         gdk_cairo_set_source_rgba(context, &color);
         cairo_translate(context, width / 2.0, height / 2.0);
         cairo_set_line_width(context, lineWidth);
         cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
-        (static_cast<const OverlayIndicator*>(indicator)->*draw)(context);
+        contained([&] { (static_cast<const OverlayIndicator*>(indicator)->*draw)(context); });
       },
       this, nullptr);
   return drawing;

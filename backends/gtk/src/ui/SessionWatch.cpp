@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "../Contained.h"
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
@@ -71,11 +72,13 @@ void SessionWatch::proxyMade(GObject* /*source*/, GAsyncResult* result, gpointer
   auto proxy = GRef<GDBusProxy>::adopt(g_dbus_proxy_new_for_bus_finish(result, &raised));
   const GErrorPtr error(raised);
   if (isCancelled(error)) return;  // the owner is gone
-  if (proxy) {
-    (request->owner.*request->use)(std::move(proxy));
-  } else {
-    request->owner.tellOnce(error->message);
-  }
+  contained([&] {
+    if (proxy) {
+      (request->owner.*request->use)(std::move(proxy));
+    } else {
+      request->owner.tellOnce(error->message);
+    }
+  });
 }
 
 void SessionWatch::useManager(GRef<GDBusProxy> manager) {
@@ -93,14 +96,16 @@ void SessionWatch::sessionFound(GObject* source, GAsyncResult* result, gpointer 
   const GVariantPtr reply(g_dbus_proxy_call_finish(G_DBUS_PROXY(source), result, &raised));
   const GErrorPtr error(raised);
   if (isCancelled(error)) return;
-  auto& self = *static_cast<SessionWatch*>(data);
-  if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(o)"))) {
-    self.tellOnce(error ? error->message : "the login manager answers something else");
-    return;
-  }
-  const char* path = nullptr;
-  g_variant_get(reply.get(), "(&o)", &path);
-  self.makeProxy(G_BUS_TYPE_SYSTEM, {loginName, path, "org.freedesktop.login1.Session"}, &SessionWatch::useSession);
+  contained([&] {
+    auto& self = *static_cast<SessionWatch*>(data);
+    if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(o)"))) {
+      self.tellOnce(error ? error->message : "the login manager answers something else");
+      return;
+    }
+    const char* path = nullptr;
+    g_variant_get(reply.get(), "(&o)", &path);
+    self.makeProxy(G_BUS_TYPE_SYSTEM, {loginName, path, "org.freedesktop.login1.Session"}, &SessionWatch::useSession);
+  });
 }
 
 void SessionWatch::useSession(GRef<GDBusProxy> session) {

@@ -5,6 +5,7 @@
 
 #include <gst/gst.h>
 
+#include "Contained.h"
 #include "glib/GMemory.h"
 #include "video/FrameMemory.h"
 #include "video/GstPointers.h"
@@ -46,7 +47,7 @@ class Pipeline::BusListener {
  private:
   static GstBusSyncReply received(GstBus* /*bus*/, GstMessage* message, gpointer data) noexcept {
     const GstMessagePtr owned(message);
-    static_cast<const BusListener*>(data)->consider(message);
+    contained([&] { static_cast<const BusListener*>(data)->consider(message); });
     return GST_BUS_DROP;
   }
 

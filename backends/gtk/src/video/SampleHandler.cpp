@@ -5,6 +5,7 @@
 
 #include <gst/app/gstappsink.h>
 
+#include "Contained.h"
 #include "glib/GRef.h"
 
 namespace orivex::gtk {
@@ -15,7 +16,9 @@ using Handler = std::function<void(SharedSample)>;
 GstFlowReturn received(GstAppSink* sink, gpointer handler) noexcept {
   const auto pulled = adoptSample(gst_app_sink_pull_sample(sink));
   // The element writes into its sample again after a jump; ours, which shares the pixels, may be kept.
-  if (pulled) (*static_cast<Handler*>(handler))(adoptSample(gst_sample_copy(pulled.get())));
+  contained([&] {
+    if (pulled) (*static_cast<Handler*>(handler))(adoptSample(gst_sample_copy(pulled.get())));
+  });
   return GST_FLOW_OK;
 }
 

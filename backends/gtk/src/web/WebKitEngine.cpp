@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "../Contained.h"
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
@@ -53,7 +54,7 @@ void evaluated(GObject* source, GAsyncResult* result, gpointer data) noexcept {
       GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &failure));
   const GErrorPtr error(failure);
   if (error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;  // the engine is gone
-  std::move (*completion)(error ? std::optional<std::string>(error->message) : std::nullopt);
+  contained([&] { std::move (*completion)(error ? std::optional<std::string>(error->message) : std::nullopt); });
 }
 
 // Marks a stretch in which WebKit may emit signals out of our own call.
