@@ -9,6 +9,7 @@
 #include "orivex/media/UploadManager.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/ports/FileManager.h"
 #include "orivex/platform/ports/RecordPermission.h"
 #include "orivex/voice/VoiceManager.h"
 
@@ -22,6 +23,9 @@ constexpr double tooShortDuration = 1.0;
 
 // In the unit of `VoiceManager::duration`, whose first step is 1000: a clip without a whole second is too short.
 constexpr double longestTooShort = 1.0;
+
+// Seconds in which every microphone that works has given something.
+constexpr double timeToHear = 1.0;
 
 constexpr double millisecondsPerSecond = 1000.0;
 
@@ -66,7 +70,6 @@ const std::shared_ptr<RecordingView>& RecordManager::recordingView() {
 
 void RecordManager::perform(const std::string& action, RecordedClip completion) {
   if (action == "start") {
-    VoiceManager::shared().isStop = false;
     requestMicrophoneAndStart();
   } else if (action == "end") {
     finishRecording(std::move(completion));
@@ -80,8 +83,11 @@ void RecordManager::perform(const std::string& action, RecordedClip completion) 
 }
 
 void RecordManager::requestMicrophoneAndStart() {
-  if (press_ == Press::recording) cancelRecording();
-  press_ = Press::asking;
+  if (overlayTimer_) cancelRecording();
+  auto& voice = VoiceManager::shared();
+  // The answer to an earlier question must not make this press look like a recording.
+  voice.isRecordingAllowed = false;
+  voice.isStop = false;
   isFingerAway_ = false;
   const auto answer = [this, question = ++lastQuestion_](bool granted) {
     VoiceManager::shared().setRecordingAllowed(granted,
@@ -94,13 +100,11 @@ void RecordManager::answered(std::uint64_t question, bool allowed) {
   log::print(allowed ? "Microphone permission granted" : "Microphone permission denied");
   if (question != lastQuestion_) return;  // a later press waits for an answer of its own
   auto& voice = VoiceManager::shared();
-  press_ = Press::none;
   if (!allowed) {
     tell("无法录制声音，前往\"设置 > " + OVKFApiHelper::appDisplayName() + "\"中打开麦克风权限");
-    voice.deleteRecordingFile();
+    dropClip();
   } else if (!voice.isStop) {
     voice.startRecording();
-    press_ = Press::recording;
     beginOverlay();
     if (isFingerAway_) setFingerAway(true);
   }
@@ -112,7 +116,9 @@ void RecordManager::beginOverlay() {
   view->setRecordingState(RecordingState::volumn);
   view->setVolume(0);
   view->setHidden(false);
-  overlayTimer_ = Platform::current().mainQueue.repeat(levelInterval, [this] { setVoiceSoundSize(); });
+  auto& queue = Platform::current().mainQueue;
+  overlayBegan_ = queue.now();
+  overlayTimer_ = queue.repeat(levelInterval, [this] { setVoiceSoundSize(); });
 }
 
 void RecordManager::setVoiceSoundSize() {
@@ -121,7 +127,7 @@ void RecordManager::setVoiceSoundSize() {
 
 void RecordManager::setFingerAway(bool away) {
   isFingerAway_ = away;
-  if (press_ != Press::recording) return;
+  if (!overlayTimer_) return;
   recordingView()->setRecordingState(away ? RecordingState::cancel : RecordingState::volumn);
   setVoiceSoundSize();  // the level that is built with the state is a full one
 }
@@ -133,25 +139,43 @@ void RecordManager::endOverlay() {
 
 void RecordManager::cancelRecording() {
   auto& voice = VoiceManager::shared();
-  const auto press = std::exchange(press_, Press::none);
-  if (press == Press::asking || !voice.isRecordingAllowed) voice.isStop = true;
+  if (!voice.isRecordingAllowed) {
+    voice.isStop = true;
+    return;
+  }
   endOverlay();
-  if (press == Press::recording) voice.deleteRecordingFile();
+  dropClip();
+}
+
+// Whoever ends a press has its file only once: a clip that was dropped or is being sent is none of the next press.
+void RecordManager::dropClip() {
+  auto& voice = VoiceManager::shared();
+  voice.deleteRecordingFile();
+  voice.recorder_file_path.reset();
+  if (voice.recorder) voice.recorder->discard();
 }
 
 void RecordManager::finishRecording(RecordedClip completion) {
   auto& voice = VoiceManager::shared();
-  const auto press = std::exchange(press_, Press::none);
-  if (press != Press::recording) {
-    if (press == Press::asking || !voice.isRecordingAllowed) voice.isStop = true;
+  if (!voice.isRecordingAllowed) {
+    voice.isStop = true;
     return;
   }
+  const auto fault = whyNotToSend();
+  overlayTimer_.reset();
   const double duration = voice.duration;
+  if (fault) {
+    endOverlay();
+    if (voice.recorder) voice.stopRecording();
+    dropClip();
+    return tell(*fault);
+  }
   if (duration <= longestTooShort) return showTooShort();
   endOverlay();
   voice.stopRecording();
-  if (!voice.recorder_file_path) return;
-  const auto& address = voice.recorder_file_path->absoluteString();
+  const auto clip = std::exchange(voice.recorder_file_path, std::nullopt);
+  if (!clip) return;
+  const auto& address = clip->absoluteString();
   if (const auto file = Url::parse(address)) {
     send(*file, duration / millisecondsPerSecond, std::move(completion));
   } else {
@@ -159,10 +183,22 @@ void RecordManager::finishRecording(RecordedClip completion) {
   }
 }
 
+// What the visitor reads instead of hearing nothing, or of having half a message sent.
+std::optional<std::string> RecordManager::whyNotToSend() const {
+  if (!overlayTimer_) return std::nullopt;
+  const auto& voice = VoiceManager::shared();
+  const auto* const recorder = voice.timer ? voice.recorder.get() : nullptr;  // of this press
+  const bool heard = recorder && recorder->recordedSeconds() > 0;
+  if (recorder && recorder->isDiskFull()) {
+    return heard ? "存储空间不足,录音不完整,没有发送" : "存储空间不足,无法录音";
+  }
+  const bool hadTime = Platform::current().mainQueue.now() - overlayBegan_ >= timeToHear;
+  return heard || !hadTime ? std::nullopt : std::optional<std::string>("没有找到麦克风");
+}
+
 void RecordManager::showTooShort() {
-  overlayTimer_.reset();
   recordingView()->setRecordingState(RecordingState::timeTooShort);
-  VoiceManager::shared().deleteRecordingFile();
+  dropClip();
   Platform::current().mainQueue.asyncAfter(tooShortDuration, [this, showing = overlayShowings_] {
     if (showing == overlayShowings_) recordingView()->setHidden(true);
   });
@@ -170,11 +206,14 @@ void RecordManager::showTooShort() {
 
 void RecordManager::send(const Url& file, double seconds, RecordedClip completion) {
   UploadManager().uploadFile(std::nullopt, file, std::nullopt, "file", UploadManager::mimeType(extensionOf(file)),
-                             std::nullopt, [seconds, completion = std::move(completion)](UploadResult result) mutable {
-                               if (const auto* failure = std::get_if<UploadFailure>(&result)) {
+                             std::nullopt,
+                             [file, seconds, completion = std::move(completion)](UploadResult result) mutable {
+                               if (const auto* failure = std::get_if<UploadFailure>(&result))
                                  return tell(failure->message);
-                               }
                                log::print("Upload Success");
+                               if (const auto failure = Platform::current().fileManager.removeItem(file)) {
+                                 log::print("删除录音:" + failure->description);
+                               }
                                std::move(completion)(describe(std::get<UploadResposeModel>(result), seconds));
                              });
 }

@@ -61,9 +61,11 @@ void VoiceManager::startRecording() {
   recorder->setMeteringEnabled(true);
   recorder->prepareToRecord();
   recorder->record();
-  timer = platform.mainQueue.repeat(tickInterval, [this] {
-    // What a recorder that has died no longer records must not count as sound.
-    if (recorder && recorder->isRecording()) recordingTime();
+  timer = platform.mainQueue.repeat(tickInterval, [this, counted = 0.0]() mutable {
+    // A second in which a dead recorder or a microphone that gives nothing has added no sound must not count.
+    const double recorded = recorder && recorder->isRecording() ? recorder->recordedSeconds() : 0;
+    if (recorded > counted) recordingTime();
+    counted = recorded;
   });
 }
 

@@ -29,24 +29,42 @@ bool isLinearPcm(const AudioSettings& settings) {
   });
 }
 
+double secondsOf(const VirtualAudioSession::Recording& recording, double now) {
+  return recording.seconds + (recording.recording && !recording.deaf ? now - recording.since : 0);
+}
+
+void end(VirtualAudioSession::Recording& recording, double now) {
+  recording.seconds = secondsOf(recording, now);
+  recording.recording = false;
+}
+
 class Recorder final : public AudioRecorder {
  public:
-  Recorder(std::shared_ptr<VirtualAudioSession::Recording> state, std::shared_ptr<const float> heard)
-      : state_(std::move(state)), heard_(std::move(heard)) {}
+  Recorder(const MainQueue& queue, std::shared_ptr<VirtualAudioSession::Recording> state,
+           std::shared_ptr<const float> heard)
+      : queue_(queue), state_(std::move(state)), heard_(std::move(heard)) {}
   ~Recorder() override {
-    state_->recording = false;
+    stop();
     state_->destroyed = true;
   }
 
   void setMeteringEnabled(bool enabled) override { state_->metering = enabled; }
-  bool prepareToRecord() override { return true; }
-  bool record() override { return state_->recording = true; }
+  bool prepareToRecord() override { return !state_->diskFull; }
+  bool record() override {
+    if (state_->diskFull) return false;
+    if (!state_->recording) state_->since = queue_.now();
+    return state_->recording = true;
+  }
   bool isRecording() const override { return state_->recording; }
-  void stop() override { state_->recording = false; }
+  void stop() override { end(*state_, queue_.now()); }
+  void discard() override { state_->discarded = true; }
+  double recordedSeconds() const override { return secondsOf(*state_, queue_.now()); }
+  bool isDiskFull() const override { return state_->diskFull; }
   void updateMeters() override { level_ = state_->metering && state_->recording ? *heard_ : silence; }
   float peakPower(int channel) const override { return channel == 0 ? level_ : silence; }
 
  private:
+  const MainQueue& queue_;
   std::shared_ptr<VirtualAudioSession::Recording> state_;
   std::shared_ptr<const float> heard_;
   float level_ = silence;
@@ -85,8 +103,9 @@ std::variant<std::unique_ptr<AudioRecorder>, Failure> VirtualAudioSession::makeR
   if (const auto failure = failureIf(recorderFailure_)) return *failure;
   if (!file.filePath()) return Failure{"not a file"};
   if (!isLinearPcm(settings)) return Failure{"unsupported settings"};
-  recordings_.push_back(std::make_shared<Recording>(Recording{.path = *file.filePath(), .settings = settings}));
-  return std::make_unique<Recorder>(recordings_.back(), peakPower_);
+  recordings_.push_back(std::make_shared<Recording>(
+      Recording{.path = *file.filePath(), .settings = settings, .diskFull = diskFull_, .deaf = deaf_}));
+  return std::make_unique<Recorder>(queue_, recordings_.back(), peakPower_);
 }
 
 std::variant<std::unique_ptr<AudioPlayer>, Failure> VirtualAudioSession::makePlayer(const Url& file) {
@@ -98,7 +117,14 @@ std::variant<std::unique_ptr<AudioPlayer>, Failure> VirtualAudioSession::makePla
 }
 
 void VirtualAudioSession::interrupt() {
-  for (const auto& recording : recordings_) recording->recording = false;
+  for (const auto& recording : recordings_) end(*recording, queue_.now());
+}
+
+void VirtualAudioSession::fillDisk(bool full) {
+  diskFull_ = full;
+  if (!full) return;
+  for (const auto& recording : recordings_) recording->diskFull |= recording->recording && !recording->discarded;
+  interrupt();
 }
 
 }  // namespace orivex::testing

@@ -72,6 +72,23 @@ TYPED_TEST_P(AudioContract, AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwi
   EXPECT_EQ(level(), -160.0F) << "after the recording";
 }
 
+TYPED_TEST_P(AudioContract, CountsTheSoundThatComesKeptOrNot) {
+  this->fixture_.speak();
+  const auto recorder = this->recorder("a.wav");
+  EXPECT_EQ(recorder->recordedSeconds(), 0);
+  recorder->record();
+  const auto comes = [&](double seconds) { return this->wait([&] { return recorder->recordedSeconds() > seconds; }); };
+  EXPECT_TRUE(comes(0.1));
+  recorder->discard();
+  EXPECT_TRUE(recorder->isRecording());
+  EXPECT_TRUE(comes(recorder->recordedSeconds() + 0.1));
+  recorder->stop();
+  const double whole = recorder->recordedSeconds();
+  this->pass(moment);
+  EXPECT_EQ(recorder->recordedSeconds(), whole);
+  EXPECT_FALSE(recorder->isDiskFull());
+}
+
 TYPED_TEST_P(AudioContract, WhatCannotBeRecordedIsAFailure) {
   const auto fails = [&](const Url& place, const AudioSettings& settings) {
     return std::holds_alternative<Failure>(this->session().makeRecorder(place, settings));
@@ -112,7 +129,7 @@ TYPED_TEST_P(AudioContract, APlayerPlaysUntilItIsStopped) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(AudioContract, ARecorderRecordsBetweenRecordAndStop,
-                            AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise, WhatCannotBeRecordedIsAFailure,
-                            APlayerPlaysUntilItIsStopped);
+                            AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise, CountsTheSoundThatComesKeptOrNot,
+                            WhatCannotBeRecordedIsAFailure, APlayerPlaysUntilItIsStopped);
 
 }  // namespace orivex::contract

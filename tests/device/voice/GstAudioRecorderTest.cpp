@@ -94,6 +94,11 @@ TEST_F(GstAudioRecorderTest, EndsWithTheCallAndWithItsOwner) {
   auto second = recorder("second.wav");
   ASSERT_TRUE(second->record());
   ASSERT_TRUE(records("second.wav", 0.2));
+  second->discard();
+  const auto kept = expectWhole("second.wav").samples.size();
+  const double heard = second->recordedSeconds();
+  EXPECT_TRUE(wait([&] { return second->recordedSeconds() > heard + 0.2; }, patience)) << "the recording has ended";
+  EXPECT_EQ(expectWhole("second.wav").samples.size(), kept) << "what was dropped is still written";
   second.reset();
   const auto after = expectWhole("second.wav").samples.size();
   pass(0.3);
@@ -212,6 +217,7 @@ TEST_F(GstAudioRecorderTest, KeepsWhatFitsOnAFullDisk) {
   const WavClip written(place("a.wav"));
   EXPECT_EQ(written.fault, "");
   EXPECT_EQ(written.samples.size(), (room - 44) / 2);
+  EXPECT_TRUE(clip->isDiskFull());
 }
 
 TEST_F(GstAudioRecorderTest, LeavesAClipThatPlaysWhenItsProcessIsKilled) {

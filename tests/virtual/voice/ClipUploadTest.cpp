@@ -30,7 +30,7 @@ TEST_F(ClipUploadTest, SendsTheFileFromDisk) {
   EXPECT_TRUE(upload.file->mimeType.starts_with("audio/")) << upload.file->mimeType;
   EXPECT_TRUE(upload.fields.empty());
   EXPECT_EQ(log_.take("Upload"), Lines{"Upload Success"});
-  EXPECT_TRUE(device_.fileManager().removed().empty());
+  EXPECT_EQ(device_.fileManager().removed(), Lines{recordings()[0]->path});
 }
 
 TEST_F(ClipUploadTest, DescribesTheClipByWholeSecondsAndTheServersAddress) {
@@ -65,6 +65,7 @@ TEST_F(ClipUploadTest, TellsTheVisitorWhyItFailedAndThePageNothing) {
   EXPECT_FALSE(device_.progressOverlay().shown());
   EXPECT_TRUE(clips().empty());
   EXPECT_TRUE(log_.take("Upload").empty());
+  EXPECT_TRUE(device_.fileManager().removed().empty()) << "what the server does not have is gone";
 }
 
 TEST_F(ClipUploadTest, KeepsTheLengthOfAClipWhileTheNextOneIsRecorded) {

@@ -38,6 +38,12 @@ class PressTest : public VoiceTest {
       pageOf(*screen_).die();
     } else if (word == "interrupt") {
       device_.audioSession().interrupt();
+    } else if (word == "unplug") {
+      device_.audioSession().unplugMicrophone();
+    } else if (word == "fill") {
+      device_.audioSession().fillDisk();
+    } else if (word == "tidy") {
+      device_.audioSession().fillDisk(false);
     } else if (word == "fail") {
       device_.audioSession().failRecorders("no microphone");
     } else if (word == "readonly") {
@@ -74,6 +80,10 @@ class PressStateTest : public PressTest, public ::testing::WithParamInterface<Ca
 TEST_P(PressStateTest, EndsWhereItShould) {
   play(GetParam().words);
   EXPECT_EQ(state(), GetParam().state);
+  const bool seen = overlay() == "volumn" || overlay() == "cancel";
+  for (const auto& recording : recordings()) {
+    EXPECT_TRUE(seen || !recording->recording || recording->discarded) << "sound is kept that nobody will send";
+  }
   // Whatever it was, nothing of it outlives the screen.
   if (screen_) play("close 10");
   for (const auto& recording : recordings()) EXPECT_FALSE(recording->recording);
@@ -95,9 +105,9 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"start hold allow", "1 made, 1 open, 0 removed, 0 sent, 0 answered, cancel"},
         Case{"start hold end start allow", "1 made, 1 open, 0 removed, 0 sent, 0 answered, volumn"},
         // The permission of an earlier press must not make this one look like a recording.
-        Case{"start allow 2 end start end allow 5", "1 made, 0 open, 0 removed, 1 sent, 1 answered, hidden"},
-        Case{"start allow 2 end start cancel allow 5", "1 made, 0 open, 0 removed, 1 sent, 1 answered, hidden"},
-        Case{"start allow 2 end start leave 1", "1 made, 0 open, 0 removed, 1 sent, 1 answered, hidden"}));
+        Case{"start allow 2 end start end allow 5", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
+        Case{"start allow 2 end start cancel allow 5", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
+        Case{"start allow 2 end start leave 1", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Speaking, PressStateTest,
@@ -107,19 +117,19 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"start allow 0.9 end cancel", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
         Case{"start allow 0.9 end start allow 1", "2 made, 1 open, 1 removed, 0 sent, 0 answered, volumn"},
         Case{"start allow 1.2 end", "1 made, 0 open, 0 removed, 1 sent, 0 answered, hidden"},
-        Case{"start allow 1.2 end 1 end 5", "1 made, 0 open, 0 removed, 1 sent, 1 answered, hidden"},
+        Case{"start allow 1.2 end 1 end 5", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
         Case{"start allow hold", "1 made, 1 open, 0 removed, 0 sent, 0 answered, cancel"},
         Case{"start allow hold recover", "1 made, 1 open, 0 removed, 0 sent, 0 answered, volumn"},
         Case{"start allow 2 hold 1 end", "1 made, 0 open, 0 removed, 1 sent, 0 answered, hidden"},
-        Case{"start allow 2 start allow 1.5 end 1", "2 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
-        Case{"start allow 2 end start allow 1.5 end 1", "2 made, 0 open, 0 removed, 2 sent, 2 answered, hidden"}));
+        Case{"start allow 2 start allow 1.5 end 1", "2 made, 0 open, 2 removed, 1 sent, 1 answered, hidden"},
+        Case{"start allow 2 end start allow 1.5 end 1", "2 made, 0 open, 2 removed, 2 sent, 2 answered, hidden"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Cancelling, PressStateTest,
     ::testing::Values(Case{"cancel end hold recover 1", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
                       // The recorder goes on until something ends it.
                       Case{"start allow 2 cancel", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
-                      Case{"start allow 2 cancel 5 end 5", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
+                      Case{"start allow 2 cancel 5 end 5", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
                       Case{"start allow 2 cancel leave", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
                       Case{"start allow 2 cancel 5 start allow 0.5 end",
                            "2 made, 1 open, 2 removed, 0 sent, 0 answered, timeTooShort"},
@@ -128,24 +138,75 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"start allow 2 destroy", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
                       Case{"start allow 2 crash", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
                       // What was good stays good.
-                      Case{"start allow 2 end leave 1", "1 made, 0 open, 0 removed, 1 sent, 1 answered, hidden"},
-                      Case{"start allow 2 end close", "1 made, 0 open, 0 removed, 1 sent, 1 answered, hidden"},
-                      Case{"start allow 2 end destroy 1", "1 made, 0 open, 0 removed, 1 sent, 0 answered, hidden"}));
+                      Case{"start allow 2 end leave 1", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
+                      Case{"start allow 2 end close", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
+                      Case{"start allow 2 end destroy 1", "1 made, 0 open, 1 removed, 1 sent, 0 answered, hidden"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Failing, PressStateTest,
     ::testing::Values(
-        Case{"start allow 2.5 interrupt 3 end 1", "1 made, 0 open, 0 removed, 1 sent, 1 answered, hidden"},
+        Case{"start allow 2.5 interrupt 3 end 1", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
         Case{"start allow 0.5 interrupt 3 end", "1 made, 0 open, 1 removed, 0 sent, 0 answered, timeTooShort"},
         Case{"fail start allow 3", "0 made, 0 open, 0 removed, 0 sent, 0 answered, volumn"},
         Case{"fail start allow 3 end 1", "0 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
-        Case{"start allow 2 cancel fail start allow 2 end 1", "1 made, 1 open, 2 removed, 0 sent, 0 answered, hidden"},
+        Case{"start allow 2 cancel fail start allow 2 end 1", "1 made, 0 open, 2 removed, 0 sent, 0 answered, hidden"},
         Case{"readonly start allow 2 cancel 1", "1 made, 1 open, 0 removed, 0 sent, 0 answered, hidden"}));
 
 TEST_F(PressTest, CountsOnlyWhatWasRecorded) {
   play("start allow 2.5 interrupt 3 end 1");
   EXPECT_EQ(clips(), Lines{R"(handleSelectedRecord({"name":"c.wav","type":"Record","url":"https://u/c.wav",)"
                            R"("duration":2,"suffix":"wav"});)"});
+}
+
+TEST_F(PressTest, ASilentMicrophoneAndAFullDiskAreToldAndNothingIsSent) {
+  device_.recordPermission().remember(true);
+  const std::string removed = "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden";
+  const struct {
+    const char* words;
+    const char* text;
+  } cases[] = {
+      {"start 1.5 fill 2 end", "存储空间不足,录音不完整,没有发送"},
+      {"tidy start 0.5 fill end", "存储空间不足,录音不完整,没有发送"},
+      {"fill start 3 end", "存储空间不足,无法录音"},
+      {"tidy unplug start 3 end", "没有找到麦克风"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.words);
+    device_.audioSession().forgetSounds();
+    device_.fileManager().forgetRemoved();
+    play(row.words);
+    EXPECT_EQ(state(), removed);
+    ASSERT_TRUE(device_.progressOverlay().shown());
+    EXPECT_EQ(device_.progressOverlay().shown()->status, row.text);
+    play("3");
+  }
+  play("start 0.5 end");
+  EXPECT_EQ(overlay(), "timeTooShort") << "too soon to say anything about the microphone";
+}
+
+TEST_F(PressTest, ItsPartsObeyTheStateThatTheyShare) {
+  device_.recordPermission().remember(true);
+  auto& press = RecordManager::shared();
+  auto& voice = VoiceManager::shared();
+  voice.isRecordingAllowed = true;
+  voice.startRecording();
+  press.beginOverlay();
+  device_.advance(1.5);
+  int answers = 0;
+  press.finishRecording([&](const UploadFileInfoModel& clip) { answers += clip.duration == 1.0 ? 1 : 0; });
+  device_.advance(1);
+  EXPECT_EQ(answers, 1) << state();
+  press.requestMicrophoneAndStart();
+  press.finishRecording(nullptr);
+  EXPECT_TRUE(voice.isStop);
+  device_.advance(5);
+  EXPECT_EQ(recordings().size(), 1U) << "recorded after the release";
+  press.requestMicrophoneAndStart();
+  device_.advance(2);
+  EXPECT_EQ(overlay(), "volumn") << "an early release stops later presses";
+  press.cancelRecording();
+  EXPECT_EQ(overlay(), "hidden");
+  EXPECT_TRUE(recordings().back()->discarded);
 }
 
 TEST_F(PressTest, AnswersOfEarlierPressesComeTooLate) {

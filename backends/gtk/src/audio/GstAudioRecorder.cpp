@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cmath>
 #include <mutex>
 #include <span>
+#include <system_error>
 #include <utility>
 
 #include <gst/app/gstappsink.h>
@@ -20,6 +22,11 @@ namespace {
 constexpr gint64 longestWait = 3 * G_USEC_PER_SEC;
 
 constexpr double fullScale = 32768;
+
+// A file of its greatest size has no room either.
+bool tellsOfFullDisk(const std::error_code& error) {
+  return error == std::errc::no_space_on_device || error.value() == EDQUOT || error == std::errc::file_too_large;
+}
 
 int peakOf(std::span<const std::int16_t> samples) {
   int lowest = 0;
@@ -56,12 +63,25 @@ class GstAudioRecorder::Capture {
   void take(std::span<const std::byte> frames) {
     const std::lock_guard lock(mutex_);
     if (!active_) return;
-    const auto failure = file_.append(frames);
+    bytes_ += frames.size();
     const int peak = peakOf({reinterpret_cast<const std::int16_t*>(frames.data()), frames.size() / 2});
     peak_ = std::max(peak_.load(), peak);
     lastTaken_ = g_get_monotonic_time();
-    if (failure) lose(*failure);
+    if (discarded_) return;
+    if (const auto error = file_.append(frames)) {
+      diskFull_ = tellsOfFullDisk(error);
+      lose({error.message()});
+    }
   }
+
+  void discard() {
+    const std::lock_guard lock(mutex_);
+    discarded_ = true;
+    file_.close();
+  }
+
+  std::size_t bytes() const { return bytes_; }
+  bool isDiskFull() const { return diskFull_; }
 
   /// Ends the recording, if it goes on, for a reason that the log is told.
   void fail(const Failure& failure) {
@@ -94,6 +114,9 @@ class GstAudioRecorder::Capture {
 
   std::mutex mutex_;
   WavFile file_;
+  bool discarded_ = false;
+  std::atomic<std::size_t> bytes_ = 0;  // that the microphone has given
+  std::atomic<bool> diskFull_ = false;
   std::atomic<bool> active_ = false;
   std::atomic<int> peak_ = none;
   std::atomic<gint64> lastTaken_ = 0;
@@ -102,8 +125,9 @@ class GstAudioRecorder::Capture {
 bool GstAudioRecorder::prepareToRecord() {
   if (capture_) return true;
   auto made = WavFile::create(path_, format_);
-  if (const auto* failure = std::get_if<Failure>(&made)) {
-    log::print("Cannot record into " + path_ + ": " + failure->description);
+  if (const auto* error = std::get_if<std::error_code>(&made)) {
+    hasNoRoom_ = tellsOfFullDisk(*error);
+    log::print("Cannot record into " + path_ + ": " + error->message());
     return false;
   }
   capture_ = std::make_shared<Capture>(std::get<WavFile>(std::move(made)));
@@ -149,6 +173,18 @@ bool GstAudioRecorder::isRecording() const {
 void GstAudioRecorder::stop() {
   if (capture_) capture_->end();
   if (run_) run_->stop();
+}
+
+void GstAudioRecorder::discard() {
+  if (capture_) capture_->discard();
+}
+
+double GstAudioRecorder::recordedSeconds() const {
+  return capture_ ? static_cast<double>(capture_->bytes()) / format_.frameSize() / format_.rate : 0;
+}
+
+bool GstAudioRecorder::isDiskFull() const {
+  return hasNoRoom_ || (capture_ && capture_->isDiskFull());
 }
 
 void GstAudioRecorder::updateMeters() {

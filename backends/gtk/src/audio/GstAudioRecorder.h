@@ -24,6 +24,9 @@ class GstAudioRecorder final : public AudioRecorder {
   bool record() override;
   bool isRecording() const override;
   void stop() override;
+  void discard() override;
+  double recordedSeconds() const override;
+  bool isDiskFull() const override;
   void updateMeters() override;
   float peakPower(int channel) const override;
 
@@ -38,6 +41,7 @@ class GstAudioRecorder final : public AudioRecorder {
   const PcmFormat format_;
   bool metering_ = false;
   float power_ = silence;
+  bool hasNoRoom_ = false;  // for as much as the head of the file
   std::shared_ptr<Capture> capture_;
   std::shared_ptr<PipelineRun> run_;
 };

@@ -45,19 +45,19 @@ class HeaderWriter {
   std::size_t end_ = 0;
 };
 
-Failure failureOf(int error) {
-  return Failure{std::strerror(error)};
+std::error_code errorOf(int error) {
+  return {error, std::generic_category()};
 }
 
 }  // namespace
 
-std::variant<WavFile, Failure> WavFile::create(const std::string& path, const PcmFormat& format) {
+std::variant<WavFile, std::error_code> WavFile::create(const std::string& path, const PcmFormat& format) {
   const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-  if (descriptor < 0) return failureOf(errno);
+  if (descriptor < 0) return errorOf(errno);
   WavFile file(descriptor, format);
-  if (const auto failure = file.writeHeader()) {
+  if (const auto error = file.writeHeader()) {
     ::unlink(path.c_str());
-    return *failure;
+    return error;
   }
   return file;
 }
@@ -65,34 +65,34 @@ std::variant<WavFile, Failure> WavFile::create(const std::string& path, const Pc
 WavFile::WavFile(WavFile&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)), format_(other.format_), size_(other.size_) {}
 
-std::optional<Failure> WavFile::append(std::span<const std::byte> frames) {
-  if (descriptor_ < 0) return failureOf(EBADF);
-  if (frames.size() > largestSize - size_) return failureOf(EFBIG);
+std::error_code WavFile::append(std::span<const std::byte> frames) {
+  if (descriptor_ < 0) return errorOf(EBADF);
+  if (frames.size() > largestSize - size_) return errorOf(EFBIG);
   std::uint64_t written = 0;
-  const auto failure = writeAt(headerSize + size_, frames, written);
+  const auto error = writeAt(headerSize + size_, frames, written);
   size_ += written - written % static_cast<std::uint64_t>(format_.frameSize());
   // The samples come first: a header that is behind hides the last of them, one that is ahead promises what is not.
-  const auto headerFailure = writeHeader();
-  return failure ? failure : headerFailure;
+  const auto headerError = writeHeader();
+  return error ? error : headerError;
 }
 
 void WavFile::close() {
   if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
 }
 
-std::optional<Failure> WavFile::writeAt(std::uint64_t position, std::span<const std::byte> bytes,
-                                        std::uint64_t& written) const {
+std::error_code WavFile::writeAt(std::uint64_t position, std::span<const std::byte> bytes,
+                                 std::uint64_t& written) const {
   while (written < bytes.size()) {
     const auto rest = bytes.subspan(written);
     const auto count = ::pwrite(descriptor_, rest.data(), rest.size(), static_cast<off_t>(position + written));
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return failureOf(count < 0 ? errno : ENOSPC);
+    if (count <= 0) return errorOf(count < 0 ? errno : ENOSPC);
     written += static_cast<std::uint64_t>(count);
   }
-  return std::nullopt;
+  return {};
 }
 
-std::optional<Failure> WavFile::writeHeader() const {
+std::error_code WavFile::writeHeader() const {
   const auto rate = static_cast<std::uint32_t>(format_.rate);
   const auto frameSize = static_cast<std::uint16_t>(format_.frameSize());
   const auto dataSize = static_cast<std::uint32_t>(size_);

@@ -2,12 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
+#include <system_error>
 #include <variant>
-
-#include "orivex/platform/base/Failure.h"
 
 namespace orivex::gtk {
 
@@ -25,7 +23,7 @@ struct PcmFormat {
 class WavFile {
  public:
   /// Makes a file that only its owner can read; a failure when there is one already.
-  static std::variant<WavFile, Failure> create(const std::string& path, const PcmFormat& format);
+  static std::variant<WavFile, std::error_code> create(const std::string& path, const PcmFormat& format);
 
   WavFile(WavFile&& other) noexcept;
   WavFile& operator=(WavFile&&) = delete;
@@ -33,8 +31,8 @@ class WavFile {
   WavFile& operator=(const WavFile&) = delete;
   ~WavFile() { close(); }
 
-  /// Adds whole frames. Nothing on success, else why not all of them are in the file.
-  std::optional<Failure> append(std::span<const std::byte> frames);
+  /// Adds whole frames. No error on success, else why not all of them are in the file.
+  std::error_code append(std::span<const std::byte> frames);
 
   /// What comes later is not taken.
   void close();
@@ -42,9 +40,8 @@ class WavFile {
  private:
   WavFile(int descriptor, const PcmFormat& format) : descriptor_(descriptor), format_(format) {}
 
-  std::optional<Failure> writeAt(std::uint64_t position, std::span<const std::byte> bytes,
-                                 std::uint64_t& written) const;
-  std::optional<Failure> writeHeader() const;
+  std::error_code writeAt(std::uint64_t position, std::span<const std::byte> bytes, std::uint64_t& written) const;
+  std::error_code writeHeader() const;
 
   int descriptor_;
   PcmFormat format_;

@@ -6,14 +6,14 @@
 
 namespace orivex::gtk {
 
-/// The folders of the XDG base directory standard and of xdg-user-dirs.
+/// The folders of the XDG base directory standard.
 class XdgFileManager final : public FileManager {
  public:
-  /// `applicationId` names the application's own folder in $XDG_DATA_HOME; must not be empty.
+  /// `applicationId` names the application's folder in $XDG_DATA_HOME/orivex-sdk; must not be empty.
   explicit XdgFileManager(std::string applicationId) : applicationId_(std::move(applicationId)) {}
 
-  /// The documents folder; the application's data folder when there is none or it cannot be written to; the folder for
-  /// temporary files when there is neither, so that there always is one.
+  /// That folder, for its owner alone, or the folder for temporary files where it cannot be written to, so that there
+  /// always is one.
   std::optional<Url> documentDirectory() override;
 
   std::optional<Failure> removeItem(const Url& file) override;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "orivex/models/UploadFileInfoModel.h"
@@ -28,8 +29,8 @@ class RecordManager {
   /// the button and "recover" when it is back. Any other action, and one without a press, does nothing.
   void perform(const std::string& action, RecordedClip completion);
 
-  /// Asks for the microphone; recording starts with the answer, unless the press has ended by then. A press that is
-  /// under way gives way to the new one.
+  /// Asks for the microphone, for which nothing is allowed until the answer is there; recording starts with it, unless
+  /// the press has ended by then. A press that is under way gives way to the new one.
   void requestMicrophoneAndStart();
 
   /// Shows the overlay and keeps its level up to date.
@@ -38,12 +39,13 @@ class RecordManager {
   /// Shows the level of this moment.
   void setVoiceSoundSize();
 
-  /// Drops the clip of the press that is under way. The recorder goes on, without a file, until the next start or
-  /// `closeMicrophone`: a visitor who cancels usually talks again.
+  /// Drops the clip that is recorded, or lets a question for the microphone start nothing. The recorder goes on, and
+  /// nothing of it is kept, until the next start or `closeMicrophone`: a visitor who cancels usually talks again.
   void cancelRecording();
 
-  /// Sends the clip of the press that is under way, if it lasted for a second at least. The recorder of a shorter one
-  /// goes on as after `cancelRecording`.
+  /// Sends the clip that is recorded, if it lasted for a second at least, and deletes it once the server has it. The
+  /// recorder of a shorter one goes on as after `cancelRecording`. The visitor is told of a microphone without a sound
+  /// and of a disk without room; what such a disk has cut off is not sent.
   void finishRecording(RecordedClip completion);
 
   /// Cancels a press that is under way and gives the microphone back. A clip that is being sent is not touched.
@@ -56,18 +58,17 @@ class RecordManager {
   RecordManager() = default;
   ~RecordManager() = default;
 
-  /// What became of the press. The permission alone does not tell: once given, it stays given.
-  enum class Press { none, asking, recording };
-
   void answered(std::uint64_t question, bool allowed);
   void setFingerAway(bool away);
   void endOverlay();
+  static void dropClip();
+  std::optional<std::string> whyNotToSend() const;
   void showTooShort();
   static void send(const Url& file, double seconds, RecordedClip completion);
 
   std::shared_ptr<RecordingView> view_;
-  std::unique_ptr<Timer> overlayTimer_;
-  Press press_ = Press::none;
+  std::unique_ptr<Timer> overlayTimer_;  // runs from `beginOverlay` to the end of the press
+  double overlayBegan_ = 0;              // in the main queue's seconds
   bool isFingerAway_ = false;
   std::uint64_t lastQuestion_ = 0;
   std::uint64_t overlayShowings_ = 0;

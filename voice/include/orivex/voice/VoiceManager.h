@@ -11,7 +11,7 @@
 
 namespace orivex {
 
-/// Records one voice clip at a time into a WAV file of the visitor's documents folder: 16 kHz, mono, 16 bits. No
+/// Records one voice clip at a time into a WAV file of the component's documents folder: 16 kHz, mono, 16 bits. No
 /// failure reaches the caller; each is one log line, and recording goes on where it can. Main thread unless said
 /// otherwise. The process uses `shared`.
 class VoiceManager {
@@ -24,7 +24,7 @@ class VoiceManager {
   /// Made on first use (thread-safe) and never destroyed.
   static VoiceManager& shared();
 
-  /// Milliseconds of the clip that is being, or was last, recorded, in whole seconds.
+  /// Milliseconds of the clip that is being, or was last, recorded, in whole seconds that have sound.
   double duration = 0;
 
   /// That clip's file.

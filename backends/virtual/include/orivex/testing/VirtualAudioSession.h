@@ -19,7 +19,12 @@ class VirtualAudioSession final : public AudioSession {
     AudioSettings settings;
     bool metering = false;
     bool recording = false;
+    bool discarded = false;  ///< nothing more of it is kept
+    bool diskFull = false;   ///< it ended for want of room
     bool destroyed = false;
+    double seconds = 0;  ///< of sound, up to `since`
+    double since = 0;    ///< when the microphone was opened, in the queue's seconds
+    bool deaf = false;   ///< the microphone gives nothing
   };
   struct Playing {
     std::string path;
@@ -46,6 +51,12 @@ class VirtualAudioSession final : public AudioSession {
   /// Ends the recording of every recorder, as a sound server that goes away does.
   void interrupt();
 
+  /// Later recorders get no sound, as from a microphone that is not there.
+  void unplugMicrophone() { deaf_ = true; }
+
+  /// Ends the recording of every recorder for want of room; later ones do not begin until there is room again.
+  void fillDisk(bool full = true);
+
   const std::optional<AudioSessionCategory>& category() const { return category_; }
   bool isActive() const { return active_; }
 
@@ -66,6 +77,8 @@ class VirtualAudioSession final : public AudioSession {
   std::string playerFailure_;
   std::optional<AudioSessionCategory> category_;
   bool active_ = false;
+  bool deaf_ = false;
+  bool diskFull_ = false;
   std::shared_ptr<float> peakPower_ = std::make_shared<float>(-160.0F);
   std::vector<std::shared_ptr<Recording>> recordings_;
   std::vector<std::shared_ptr<Playing>> playings_;

@@ -37,6 +37,15 @@ class AudioRecorder {
   /// Ends the recording. The file on disk is whole when this returns.
   virtual void stop() = 0;
 
+  /// Keeps nothing of what is recorded from now on, in the file or anywhere else. The recording itself goes on.
+  virtual void discard() = 0;
+
+  /// Seconds of sound that the microphone has given so far, kept or not; 0 as long as it gives nothing.
+  virtual double recordedSeconds() const = 0;
+
+  /// Whether the recording ended, or never began, because its disk has no room.
+  virtual bool isDiskFull() const = 0;
+
   /// Takes the level that `peakPower` then tells.
   virtual void updateMeters() = 0;
 

@@ -7,7 +7,7 @@
 
 namespace orivex {
 
-/// The visitor's folders and files. Main thread.
+/// Folders and files of the device. Main thread.
 class FileManager {
  public:
   FileManager() = default;
@@ -15,7 +15,7 @@ class FileManager {
   FileManager& operator=(const FileManager&) = delete;
   virtual ~FileManager() = default;
 
-  /// The visitor's folder for documents, or, where that cannot be written to, the application's own data folder. It
+  /// The component's folder for documents of this application, which no other application and no visitor looks into. It
   /// exists. Nothing when there is no such folder at all.
   virtual std::optional<Url> documentDirectory() = 0;
 
