@@ -8,10 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "AllocationCount.h"
 #include "Corpus.h"
-#include "HandWrittenReader.h"
-#include "Ownership.h"
 #include "Yardstick.h"
 
 #include "orivex/models/Codec.h"
@@ -57,7 +54,6 @@ void registerFor(const std::string& name, const Corpus& corpus) {
     benchmark::RegisterBenchmark((what + "/" + name).c_str(), run)->Unit(benchmark::kMicrosecond);
   };
   add("decode ours", [&corpus](benchmark::State& state) { decodeAll(state, corpus, decode<MessageModel>); });
-  add("decode by hand", [&corpus](benchmark::State& state) { decodeAll(state, corpus, decodeByHand); });
   add("decode by nlohmann", [&corpus](benchmark::State& state) { decodeAll(state, corpus, decodeByTree); });
   add("encode ours", [&corpus](benchmark::State& state) { encodeOurs(state, corpus); });
   add("dump by nlohmann", [&corpus](benchmark::State& state) { encodeTree(state, corpus); });
@@ -92,37 +88,17 @@ class BestTimes : public benchmark::BenchmarkReporter {
 };
 
 void printRatios(const BestTimes& best, const std::vector<std::string>& names) {
-  std::printf("\n%-14s %18s %18s %18s %18s\n", "", "decode:", "decode:", "encode:", "encode:");
-  std::printf("%-14s %18s %18s %18s %18s\n", "times as fast", "as nlohmann", "as by hand", "as nlohmann dump",
-              "as nlohmann");
+  std::printf("\n%-14s %18s %18s %18s\n", "", "decode:", "encode:", "encode:");
+  std::printf("%-14s %18s %18s %18s\n", "times as fast", "as nlohmann", "as nlohmann dump", "as nlohmann");
   for (const std::string& name : names) {
-    std::printf("%-14s %18.2f %18.2f %18.2f %18.2f\n", name.c_str(),
+    std::printf("%-14s %18.2f %18.2f %18.2f\n", name.c_str(),
                 best.ratio("decode ours/" + name, "decode by nlohmann/" + name),
-                best.ratio("decode ours/" + name, "decode by hand/" + name),
                 best.ratio("encode ours/" + name, "dump by nlohmann/" + name),
                 best.ratio("encode ours/" + name, "encode by nlohmann/" + name));
   }
   std::printf("\nBase64, times as fast as GLib: encode %.2f, decode %.2f\n",
               best.ratio("base64 encode/ours", "base64 encode/glib"),
               best.ratio("base64 decode/ours", "base64 decode/glib"));
-}
-
-void printAllocations() {
-  const Corpus& corpus = mixedCorpus();
-  std::size_t decoding = 0;
-  std::size_t owned = 0;
-  for (const std::string& text : corpus.texts) {
-    const std::size_t before = allocationCount();
-    const auto record = decode<MessageModel>(text);
-    decoding += allocationCount() - before;
-    owned += ownedBlocks(record);
-  }
-
-  const std::size_t between = allocationCount();
-  for (const MessageModel& record : corpus.records) benchmark::DoNotOptimize(encode(record));
-  const std::size_t encoding = allocationCount() - between;
-  std::printf("\nAllocations for %zu messages: decoding %zu, of which the records own %zu; encoding %zu\n",
-              corpus.texts.size(), decoding, owned, encoding);
 }
 
 int run(char* program) {
@@ -144,7 +120,6 @@ int run(char* program) {
   benchmark::RunSpecifiedBenchmarks(&best);
   best.print();
   printRatios(best, names);
-  printAllocations();
   return 0;
 }
 

@@ -1,7 +1,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -10,155 +9,199 @@
 #include <utility>
 #include <vector>
 
-#include "JsonReader.h"
-#include "KeyIndex.h"
+#include "JsonCursor.h"
+#include "JsonFault.h"
 #include "Tables.h"
 
+#include "orivex/models/Base64.h"
 #include "orivex/models/Codec.h"
 
 namespace orivex {
 namespace {
 
-/// Reads records by their tables, and what records are made of. Every `read` keeps the promise of `JsonReader`.
-class RecordReader : public JsonReader {
+std::string mismatch(std::string_view expected, std::string_view found) {
+  return "expected " + std::string(expected) + ", found " + std::string(found);
+}
+
+void expect(const JsonCursor& json, JsonType type, std::string_view what) {
+  if (json.type() != type) throw JsonFault(mismatch(what, nameOf(json.type())));
+}
+
+// What each `read` reads is taken from the text.
+
+void read(JsonCursor& json, std::string& into) {
+  expect(json, JsonType::string, "a string");
+  into = json.takeString();
+}
+
+void read(JsonCursor& json, bool& into) {
+  expect(json, JsonType::boolean, "a boolean");
+  into = json.takeBoolean();
+}
+
+template <class Number>
+Number readNumber(JsonCursor& json, std::optional<Number> parse(std::string_view), std::string_view expected) {
+  const std::string_view text = json.takeNumber();
+  const auto number = parse(text);
+  if (!number) throw JsonFault(mismatch(expected, shown(text)));
+  return *number;
+}
+
+void read(JsonCursor& json, std::int64_t& into) {
+  constexpr std::string_view what = "a 64-bit integer";
+  expect(json, JsonType::number, what);
+  into = readNumber(json, wholeNumber, what);
+}
+
+void read(JsonCursor& json, double& into) {
+  expect(json, JsonType::number, "a number");
+  into = readNumber(json, floatingNumber<double>, "a number of double precision");
+}
+
+void read(JsonCursor& json, float& into) {
+  expect(json, JsonType::number, "a number");
+  into = readNumber(json, floatingNumber<float>, "a number of single precision");
+}
+
+void read(JsonCursor& json, Bytes& into) {
+  constexpr std::string_view what = "Base64 text";
+  expect(json, JsonType::string, what);
+  auto bytes = base64Decode(json.takeString());
+  if (!bytes) throw JsonFault(mismatch(what, "other text"));
+  into = std::move(*bytes);
+}
+
+template <HasFields Record>
+void read(JsonCursor& json, Record& into);
+
+template <class Element>
+void read(JsonCursor& json, std::vector<Element>& into) {
+  expect(json, JsonType::array, "an array");
+  json.takeArray([&](std::size_t index) { within(index, [&] { read(json, into.emplace_back()); }); });
+}
+
+void read(JsonCursor& json, std::map<std::string, std::string>& into) {
+  expect(json, JsonType::object, "an object");
+  json.takeObject([&](std::string_view key) { within(key, [&] { read(json, into[std::string(key)]); }); });
+}
+
+template <class Value>
+void read(JsonCursor& json, std::optional<Value>& into) {
+  into.reset();
+  if (json.type() == JsonType::null) return json.skip();
+  read(json, into.emplace());
+}
+
+template <class Value>
+void read(JsonCursor& json, std::shared_ptr<Value>& into) {
+  into.reset();
+  if (json.type() == JsonType::null) return json.skip();
+  into = std::make_shared<Value>();
+  read(json, *into);
+}
+
+/// Reads the fields of a record as they come, whichever order that is.
+template <HasFields Record>
+class FieldReader {
  public:
-  using JsonReader::JsonReader;
-  using JsonReader::read;
-
-  template <HasFields Record>
-  bool readRecord(Record& record) {
-    Fields<Record> fields;
-    const auto onField = [&](std::string_view key, JsonValue& value) { readField(fields, key, value, record); };
-    return readDocument(onField) && settle(fields);
+  void readField(JsonCursor& json, std::string_view key, Record& into) {
+    static constexpr auto readers = readersInOrder();
+    const std::size_t at = positionOf(key);
+    if (at == readers.size() || !readers[at]) return json.skip();
+    within(key, [&] { readers[at](json, into); });
+    seen_[at] = true;
+    next_ = at + 1;
   }
 
-  template <HasFields Record>
-  bool read(JsonValue& value, Record& into) {
-    Fields<Record> fields;
-    const auto onField = [&](std::string_view key, JsonValue& field) { readField(fields, key, field, into); };
-    return readObject(value, onField) && settle(fields);
-  }
-
-  template <class Element>
-  bool read(JsonValue& value, std::vector<Element>& into) {
-    std::optional<Mismatch> first;
-    const auto onSize = [&](std::size_t size) { into.reserve(size); };
-    const auto onElement = [&](std::size_t index, JsonValue& element) {
-      if (first) return skip(element);
-      if (read(element, into.emplace_back())) return;
-      mismatch.path.prepend(index);
-      first = std::move(mismatch);
-    };
-    const bool isArray = readArray(value, onSize, onElement);
-    if (first) mismatch = std::move(*first);
-    return isArray && !first;
-  }
-
-  template <class Value>
-  bool read(JsonValue& value, std::map<std::string, Value>& into) {
-    std::map<std::string, Mismatch> mismatches;
-    const bool isObject = readObject(value, [&](std::string_view found, JsonValue& element) {
-      std::string key{found};
-      Value& mapped = into[key];
-      if (read(element, mapped)) {
-        mismatches.erase(key);
-        return;
+  void requireFields() const {
+    forEachField<Record>([&](auto at) {
+      constexpr auto& field = std::get<at>(fieldsOf<Record>);
+      if (field.presence == Presence::required && !seen_[at]) {
+        within(field.key, [] { throw JsonFault("required, but missing"); });
       }
-      mismatch.path.prepend(key);
-      mismatches.insert_or_assign(std::move(key), std::move(mismatch));
     });
-    if (!mismatches.empty()) mismatch = std::move(mismatches.begin()->second);
-    return isObject && mismatches.empty();
   }
 
  private:
-  /// How far a record has come.
-  template <class Record>
-  struct Fields {
-    static_assert(fieldCount<Record> <= 64);
+  using ReadMember = void (*)(JsonCursor&, Record&);
 
-    std::uint64_t seen = 0;                        ///< a bit per field
-    std::map<std::size_t, Mismatch> mismatches{};  ///< by field: a later value of the same key may mend it
-  };
+  template <std::size_t At>
+  static void readMember(JsonCursor& json, Record& into) {
+    read(json, into.*std::get<At>(fieldsOf<Record>).member);
+  }
 
-  template <class Record>
-  using ReadMember = bool (*)(RecordReader&, JsonValue&, Record&);
+  static consteval auto keysInOrder() {
+    std::array<std::string_view, fieldCount<Record>> keys{};
+    forEachField<Record>([&](auto at) { keys[at] = std::get<at>(fieldsOf<Record>).key; });
+    return keys;
+  }
 
-  /// What reads each field of the record, by its position in the table.
-  template <class Record>
-  static consteval auto memberReaders() {
-    std::array<ReadMember<Record>, fieldCount<Record>> readers{};
-    forEachField<Record>([&](auto at) { readers[at] = readMemberAt<Record, at>; });
+  static consteval auto readersInOrder() {
+    std::array<ReadMember, fieldCount<Record>> readers{};
+    forEachField<Record>([&](auto at) { readers[at] = readMember<at>; });
     return readers;
   }
 
-  template <class Record, std::size_t At>
-  static bool readMemberAt(RecordReader& reader, JsonValue& value, Record& record) {
-    return reader.readMember(value, record.*std::get<At>(fieldsOf<Record>).member);
-  }
-
-  template <class Record>
-  void readField(Fields<Record>& fields, std::string_view key, JsonValue& value, Record& record) {
-    static constexpr KeyIndex<Record> index;
-    static constexpr auto readers = memberReaders<Record>();
-    const std::size_t at = index.find(key);
-    if (at == index.notFound) return skip(value);
-    fields.seen |= std::uint64_t{1} << at;
-    if (readers[at](*this, value, record)) [[likely]] {
-      if (!fields.mismatches.empty()) fields.mismatches.erase(at);
-      return;
+  /// The position of a key in the table, or the number of fields for a key that the record does not know. Keys mostly
+  /// come in the order of the table.
+  std::size_t positionOf(std::string_view key) const {
+    static constexpr auto keys = keysInOrder();
+    for (std::size_t i = next_; i < keys.size(); ++i) {
+      if (keys[i] == key) return i;
     }
-    fields.mismatches.insert_or_assign(at, std::move(mismatch));
-  }
-
-  template <class Value>
-  bool readMember(JsonValue& value, std::optional<Value>& member) {
-    if (takeNull(value)) {
-      member.reset();
-      return true;
+    for (std::size_t i = 0; i < next_; ++i) {
+      if (keys[i] == key) return i;
     }
-    return read(value, member.emplace());
+    return keys.size();
   }
 
-  template <class Value>
-  bool readMember(JsonValue& value, std::shared_ptr<Value>& member) {
-    member.reset();
-    if (takeNull(value)) return true;
-    member = std::make_shared<Value>();
-    return read(value, *member);
-  }
-
-  template <class Value>
-  bool readMember(JsonValue& value, Value& member) {
-    return read(value, member);
-  }
-
-  /// Whether the record is whole. If not, leaves the fault of the first field in table order.
-  template <class Record>
-  bool settle(Fields<Record>& fields) {
-    forEachField<Record>([&](auto at) {
-      constexpr auto& field = std::get<at>(fieldsOf<Record>);
-      if constexpr (field.presence == Presence::required) {
-        if ((fields.seen >> at & 1U) == 0) fields.mismatches[at] = {{}, "required, but missing"};
-      }
-      const auto fault = fields.mismatches.find(at);
-      if (fault != fields.mismatches.end()) fault->second.path.prepend(field.key);
-    });
-    if (fields.mismatches.empty()) [[likely]]
-      return true;
-    mismatch = std::move(fields.mismatches.begin()->second);
-    return false;
-  }
+  std::array<bool, fieldCount<Record>> seen_{};
+  std::size_t next_ = 0;
 };
+
+template <HasFields Record>
+void read(JsonCursor& json, Record& into) {
+  expect(json, JsonType::object, "an object");
+  FieldReader<Record> fields;
+  json.takeObject([&](std::string_view key) { fields.readField(json, key, into); });
+  fields.requireFields();
+}
+
+/// Whether a text is JSON is asked before what is wrong with a value in it.
+void expectJson(std::string_view text) {
+  JsonCursor json(text);
+  json.skip();
+  json.takeEnd();
+}
 
 }  // namespace
 
 template <class Record>
-Record decode(std::string_view json) {
-  RecordReader reader(json);
+Record decode(std::string_view text) {
   Record record{};
-  if (!reader.readRecord(record)) throw DecodingError(reader.mismatch.path.with(reader.mismatch.problem));
+  try {
+    JsonCursor json(text);
+    read(json, record);
+    json.takeEnd();
+  } catch (const JsonFault& fault) {
+    expectJson(text);
+    throw DecodingError(fault.line());
+  }
   return record;
+}
+
+std::optional<std::string> decodeText(std::string_view text) {
+  std::string decoded;
+  try {
+    JsonCursor json(text);
+    read(json, decoded);
+    json.takeEnd();
+  } catch (const DecodingError&) {
+    return std::nullopt;
+  } catch (const JsonFault&) {
+    return std::nullopt;
+  }
+  return decoded;
 }
 
 template FailModel decode(std::string_view);

@@ -1,4 +1,3 @@
-#include <array>
 #include <memory>
 #include <regex>
 #include <set>
@@ -8,8 +7,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "orivex/models/Codec.h"
 #include "orivex/models/MessageModel.h"
@@ -37,25 +34,6 @@ TEST(MessageModel, MovingAMessageKeepsItsIdentity) {
   const std::string identity = message.messageUUId;
   const auto held = std::make_shared<MessageModel>(std::move(message));
   EXPECT_EQ(held->messageUUId, identity);
-}
-
-TEST(MessageModel, AForkedProcessDoesNotRepeatItsParentsIdentities) {
-  const MessageModel before;  // random bytes for more than this one are now in memory
-  std::array<int, 2> channel{};
-  ASSERT_EQ(pipe(channel.data()), 0);
-  const pid_t child = fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    const MessageModel inChild;
-    const auto written = write(channel[1], inChild.messageUUId.data(), 36);
-    _exit(written == 36 ? 0 : 1);
-  }
-  std::string childs(36, ' ');
-  ASSERT_EQ(read(channel[0], childs.data(), childs.size()), 36);
-  ASSERT_EQ(waitpid(child, nullptr, 0), child);
-  close(channel[0]);
-  close(channel[1]);
-  EXPECT_NE(MessageModel().messageUUId, childs);
 }
 
 TEST(MessageModel, ArgumentsAreStoredInTheirOrder) {

@@ -9,7 +9,7 @@ namespace orivex {
 
 /// A JSON text that is not the record asked for. `what()` is one line. It leads with the path of the value at fault and
 /// says what was found there ("messageBody.customItems[2].customMenus: expected an array, found a string"), or tells
-/// where the text stops being JSON ("malformed JSON at byte 17: missing or misplaced comma, colon or bracket").
+/// where the text stops being JSON ("malformed JSON at byte 17: a comma or closing bracket is missing").
 class DecodingError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
