@@ -130,13 +130,13 @@ class FieldReader {
     read(json, into.*std::get<At>(fieldsOf<Record>).member);
   }
 
-  static consteval auto keysInOrder() {
+  static constexpr auto keysInOrder() {
     std::array<std::string_view, fieldCount<Record>> keys{};
     forEachField<Record>([&](auto at) { keys[at] = std::get<at>(fieldsOf<Record>).key; });
     return keys;
   }
 
-  static consteval auto readersInOrder() {
+  static constexpr auto readersInOrder() {
     std::array<ReadMember, fieldCount<Record>> readers{};
     forEachField<Record>([&](auto at) { readers[at] = readMember<at>; });
     return readers;
