@@ -5,7 +5,7 @@
 
 #include <utime.h>
 
-#include "FakeProbe.h"
+#include "FakeMedia.h"
 #include "photos/FolderScan.h"
 
 namespace orivex::bench {

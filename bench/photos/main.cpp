@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "Bench.h"
-#include "FakeProbe.h"
+#include "FakeMedia.h"
 #include "GtkFixture.h"
 #include "HoldMeter.h"
 #include "Library.h"
@@ -39,7 +39,7 @@ class Stage {
 
   Opening open(const Library& library) {
     current_ = std::make_unique<gtk::GtkPhotoLibrary>(
-        Platform::current().mainQueue, dynamic_cast<gtk::GtkApplicationPort&>(Platform::current().application), probe_,
+        Platform::current().mainQueue, dynamic_cast<gtk::GtkApplicationPort&>(Platform::current().application), media_,
         [&library] { return library.sources(); });
     meter_.take();
     Opening opening;
@@ -86,7 +86,7 @@ class Stage {
     while (gdk_frame_clock_get_frame_counter(clock) <= counted) g_main_context_iteration(nullptr, TRUE);
   }
 
-  const gtk::FakeProbe probe_{};
+  const gtk::FakeMedia media_{};
   GtkWindow* const window_;
   const std::shared_ptr<Window> screens_;
   HoldMeter meter_;

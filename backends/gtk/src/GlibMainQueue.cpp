@@ -13,8 +13,8 @@ namespace {
 
 constexpr double microsecondsPerSecond = 1e6;
 
-// A visitor's few pictures and clips at a time; more threads would only make them compete for the disk.
-constexpr std::size_t mostWorkers = 4;
+// A visitor's few pictures and clips at a time. Half of them may wait for a decoder; a voice message must not.
+constexpr std::size_t mostWorkers = 8;
 
 // Long enough to serve the next of a visitor's steps, short enough to leave no thread behind in an idle host.
 constexpr std::chrono::seconds longestWorkerIdleness{5};

@@ -38,6 +38,7 @@ GtkDevice::GtkDevice()
       mainBundle_(applicationId()),
       userDefaults_(KeyFileUserDefaults::defaultPath()),
       fileManager_(storageName()),
+      decoder_(mainQueue_, componentBundle_.pathOf("decoder/OrivexDecoder")),
       recordPermission_(mainQueue_, application_, ConsentFile(ConsentFile::defaultPath(), storageName()),
                         GtkRecordPermission::isSandboxed()),
       platform_{.mainQueue = mainQueue_,

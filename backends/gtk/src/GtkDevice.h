@@ -9,12 +9,14 @@
 #include "audio/GstAudioSession.h"
 #include "audio/GtkRecordPermission.h"
 #include "camera/GtkCamera.h"
+#include "decoding/Decoder.h"
 #include "files/GioTypeRegistry.h"
 #include "files/GtkDocumentPicker.h"
 #include "files/OpenWithMenu.h"
 #include "files/XdgFileManager.h"
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
+#include "photos/DecodedMedia.h"
 #include "photos/GtkPhotoLibrary.h"
 #include "pictures/PictureCodec.h"
 #include "ui/AdwAnimator.h"
@@ -50,11 +52,13 @@ class GtkDevice {
   MachineDevice device_;
   XdgFileManager fileManager_;
   GioTypeRegistry typeRegistry_;
-  PictureCodec imageCodec_;
-  GstMediaProbe mediaProbe_;
+  Decoder decoder_;
+  PictureCodec imageCodec_{decoder_};
+  GstMediaProbe mediaProbe_{decoder_};
+  DecodedMedia mediaReader_{decoder_};
   GtkDocumentPicker documentPicker_{mainQueue_, application_};
   OpenWithMenu documentInteraction_{mainQueue_, application_, typeRegistry_};
-  GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaProbe_};
+  GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaReader_};
   GtkCamera camera_{mainQueue_, application_};
   GstAudioSession audioSession_;
   GtkRecordPermission recordPermission_;

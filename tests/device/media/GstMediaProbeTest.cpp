@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "../TestDecoder.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
 #include "TemporaryFolder.h"
@@ -33,7 +34,8 @@ class GstMediaProbeTest : public ::testing::Test {
   }
 
   TemporaryFolder folder_;
-  GstMediaProbe probe_;
+  TestDecoder decoder_;
+  GstMediaProbe probe_{decoder_};
 };
 
 TEST_F(GstMediaProbeTest, MeasuresAVideoAsItIsSeen) {
@@ -65,16 +67,10 @@ TEST_F(GstMediaProbeTest, MeasuresAVideoAsItIsSeen) {
 
 TEST_F(GstMediaProbeTest, AVideoWithoutADecoderOnThisDeviceIsTold) {
   const auto path = media("video.mp4", testVideo());
-  std::vector<std::pair<GRef<GstPluginFeature>, guint>> ranks;
-  for (const char* const decoder :
-       {"avdec_h264", "openh264dec", "vah264dec", "vaapih264dec", "v4l2h264dec", "nvh264dec"}) {
-    auto feature = GRef<GstPluginFeature>::adopt(gst_registry_lookup_feature(gst_registry_get(), decoder));
-    if (!feature) continue;
-    ranks.emplace_back(feature, gst_plugin_feature_get_rank(feature.get()));
-    gst_plugin_feature_set_rank(feature.get(), GST_RANK_NONE);
-  }
+  // A decoder that starts now takes it over.
+  setenv("GST_PLUGIN_FEATURE_RANK", "avdec_h264:NONE,openh264dec:NONE,v4l2h264dec:NONE,v4l2slh264dec:NONE", 1);
   const auto result = probe_.probeVideo(path);
-  for (const auto& [feature, rank] : ranks) gst_plugin_feature_set_rank(feature.get(), rank);
+  unsetenv("GST_PLUGIN_FEATURE_RANK");
   ASSERT_TRUE(std::holds_alternative<Failure>(result));
   EXPECT_THAT(std::get<Failure>(result).description, HasSubstr("decoder"));
 }

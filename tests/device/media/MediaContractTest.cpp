@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "../TestDecoder.h"
 #include "PlainJpeg.h"
 #include "TemporaryFolder.h"
 #include "VideoFiles.h"
@@ -29,8 +30,9 @@ class MediaFixture {
 
  private:
   TemporaryFolder folder_;
-  PictureCodec codec_;
-  GstMediaProbe probe_;
+  TestDecoder decoder_;
+  PictureCodec codec_{decoder_};
+  GstMediaProbe probe_{decoder_};
 };
 
 }  // namespace orivex::gtk

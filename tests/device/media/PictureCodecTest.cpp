@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "../TestDecoder.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
 #include "TemporaryFolder.h"
@@ -33,7 +34,8 @@ class PictureCodecTest : public ::testing::Test {
   }
 
   TemporaryFolder folder_;
-  PictureCodec codec_;
+  TestDecoder decoder_;
+  PictureCodec codec_{decoder_};
 };
 
 // What is seen near the four corners, by rows.

@@ -1,13 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include "../TestDecoder.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
+#include "RowEncoder.h"
 #include "TemporaryFolder.h"
 #include "pictures/PictureCodec.h"
-#include "pictures/RowEncoder.h"
 
 namespace orivex::gtk {
 namespace {
@@ -15,14 +15,9 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-long peakKiB() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
 TEST(PictureFailure, WhatIsNoPictureIsTold) {
   const TemporaryFolder folder;
+  const TestDecoder decoder;
   const auto jpeg = encodePlainJpeg(quarters(64, 48));
   const auto png = savedPicture(quarters(64, 48), "png").value();
   const auto scan = jpeg.find("\xFF\xDA");
@@ -50,7 +45,7 @@ TEST(PictureFailure, WhatIsNoPictureIsTold) {
       {folder.write("bomb.ppm", "P6\n60000 60000\n255\n" + std::string(4096, 'x')), "too large"},
   };
   for (const auto& row : rows) {
-    const auto result = PictureCodec().jpeg(row.path, 0.7);
+    const auto result = PictureCodec(decoder).jpeg(row.path, 0.7);
     const auto* const failure = std::get_if<Failure>(&result);
     ASSERT_TRUE(failure) << row.path;
     EXPECT_THAT(failure->description, HasSubstr(row.reason));
@@ -61,11 +56,12 @@ TEST(PictureFailure, WhatIsNoPictureIsTold) {
 
 TEST(PictureFailure, OfAFileThatWasCutOffThePartThatIsThereIsShown) {
   const TemporaryFolder folder;
+  const TestDecoder decoder;
   for (const bool progressive : {false, true}) {
     const auto photo = naturalPhoto(640, 480, 3);
     const auto whole = encodePlainJpeg(photo, {.progressive = progressive});
     const auto path = folder.write("cut.jpg", whole.substr(0, whole.size() * 7 / 10));
-    const auto result = PictureCodec().jpeg(path, 0.7);
+    const auto result = PictureCodec(decoder).jpeg(path, 0.7);
     ASSERT_TRUE(std::holds_alternative<JpegImage>(result)) << progressive;
     auto shown = decodePlainJpeg(std::get<JpegImage>(result).bytes);
     ASSERT_EQ(shown.height, 480U);
@@ -88,11 +84,12 @@ TEST(PictureFailure, APanoramaOfAHundredMegapixelsTakesTheMemoryOfAFewRows) {
                                                            side, side, [&](unsigned) { return row.data(); }, 0.7))
                                        .bytes);
   const auto fileKiB = static_cast<long>(std::filesystem::file_size(path) / 1024);
-  const auto before = peakKiB();
-  const auto result = PictureCodec().jpeg(path, 0.7);
+  const TestDecoder decoder;
+  const auto result = PictureCodec(decoder).jpeg(path, 0.7);
   ASSERT_TRUE(std::holds_alternative<JpegImage>(result));
   EXPECT_EQ(std::get<JpegImage>(result).size, (Size{side, side}));
-  EXPECT_LT(peakKiB() - before, 3 * fileKiB + 16 * 1024);
+  const auto peak = figureOf(childProcesses().at(0), "VmHWM:\t");
+  EXPECT_LT(std::stol(peak), 2 * fileKiB + 32 * 1024);
 }
 
 }  // namespace

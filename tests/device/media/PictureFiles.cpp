@@ -131,7 +131,7 @@ std::string movingGif() {
 
 std::string withClaimedSize(std::string jpeg, unsigned width, unsigned height) {
   std::size_t offset = 2;
-  while (static_cast<unsigned char>(jpeg.at(offset + 1)) != 0xC0) {
+  while ((static_cast<unsigned char>(jpeg.at(offset + 1)) | 2U) != 0xC2) {
     offset += 2 + static_cast<unsigned char>(jpeg.at(offset + 2)) * std::size_t{256} +
               static_cast<unsigned char>(jpeg.at(offset + 3));
   }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "../TestDecoder.h"
 #include "PlainJpeg.h"
 #include "TemporaryFolder.h"
 #include "pictures/PictureCodec.h"
@@ -10,10 +11,11 @@ namespace {
 class PictureQualityTest : public ::testing::Test {
  protected:
   std::string recode(const std::string& jpeg, double quality) {
-    return std::get<JpegImage>(PictureCodec().jpeg(folder_.write("photo.jpg", jpeg), quality)).bytes;
+    return std::get<JpegImage>(PictureCodec(decoder_).jpeg(folder_.write("photo.jpg", jpeg), quality)).bytes;
   }
 
   TemporaryFolder folder_;
+  TestDecoder decoder_;
 };
 
 // The first quantisation table, for luma: its first steps tell the quality.

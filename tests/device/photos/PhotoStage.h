@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <utime.h>
 
-#include "FakeProbe.h"
+#include "FakeMedia.h"
 #include "GtkFixture.h"
 #include "TemporaryFolder.h"
 #include "Visitor.h"
@@ -97,9 +97,9 @@ class PhotoStage {
 
   VisitorWindow visitor_;
   TemporaryFolder folder_;
-  const FakeProbe probe_{};
+  const FakeMedia media_{};
   GtkPhotoLibrary library_{
-      Platform::current().mainQueue, application(), probe_, [this] {
+      Platform::current().mainQueue, application(), media_, [this] {
         return PhotoSources{{{folder_.path() / "root", "图片"}}, ThumbnailCache(folder_.path() / "cache")};
       }};
   std::vector<PhotoSelection> results_;

@@ -14,11 +14,11 @@ constexpr std::chrono::seconds longestWorkerIdleness{2};
 
 }  // namespace
 
-GtkPhotoLibrary::GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaProbe& probe,
+GtkPhotoLibrary::GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaReader& reader,
                                  std::function<PhotoSources()> sources)
     : queue_(queue),
       application_(application),
-      probe_(probe),
+      reader_(reader),
       sources_(std::move(sources)),
       players_(1, longestWorkerIdleness) {}
 
@@ -33,7 +33,7 @@ void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<
   forget();
   selected_ = std::move(selected);
   content_ = std::make_unique<PhotoSheet>(
-      PipelineThreads{queue_, players_}, probe_, sources_(), options,
+      PipelineThreads{queue_, players_}, reader_, sources_(), options,
       PhotoSheet::Handlers{[this](PhotoSelection selection) { confirmed(std::move(selection)); }, [this] { close(); }});
   sheet_ = std::make_unique<Sheet>(host->overlay(), queue_, content_->widget(), "照片", [this] { forget(); });
   resigns_ = application_.observe(ApplicationEvent::willResignActive, [this] {

@@ -11,7 +11,6 @@
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/MediaProbe.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 
 namespace orivex::gtk {
@@ -21,7 +20,7 @@ namespace orivex::gtk {
 class GtkPhotoLibrary final : public PhotoLibrary {
  public:
   /// `sources` is asked at each opening.
-  GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaProbe& probe,
+  GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaReader& reader,
                   std::function<PhotoSources()> sources = desktopSources);
 
   /// The XDG folders and the desktop's thumbnails.
@@ -40,7 +39,7 @@ class GtkPhotoLibrary final : public PhotoLibrary {
 
   MainQueue& queue_;
   GtkApplicationPort& application_;
-  const MediaProbe& probe_;
+  const MediaReader& reader_;
   const std::function<PhotoSources()> sources_;
   Once<void(PhotoSelection)> selected_;
   WorkerPool players_;

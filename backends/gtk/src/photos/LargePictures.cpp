@@ -1,21 +1,13 @@
 #include "LargePictures.h"
 
 #include <algorithm>
-#include <variant>
-
-#include "ThumbnailMaker.h"
 
 namespace orivex::gtk {
 namespace {
 
-GRef<GdkTexture> decode(const MediaItem& item, int width, int height, const MediaProbe& probe) {
-  GRef<GdkPixbuf> picture;
-  if (item.type == MediaType::image) {
-    picture = decodePicture(item.path, width, height);
-  } else if (const auto facts = probe.probeVideo(item.path); const auto* video = std::get_if<VideoFacts>(&facts)) {
-    picture = decodePictureData(video->firstFrameJpeg, width, height);
-  }
-  return picture ? GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(picture.get())) : nullptr;
+GRef<GdkTexture> decode(const MediaItem& item, int width, int height, const MediaReader& reader) {
+  const auto large = reader.read(item, width, height);
+  return large ? GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(large->picture.get())) : nullptr;
 }
 
 }  // namespace
@@ -61,8 +53,8 @@ void LargePictures::load(const Wish& wish) {
   const int width = static_cast<int>(area_.width) * wish.detail;
   const int height = static_cast<int>(area_.height) * wish.detail;
   queue_.global(
-      [&queue = queue_, &probe = probe_, item = wish.item, width, height, loaded = std::move(loaded)]() mutable {
-        auto texture = decode(*item, width, height, probe);
+      [&queue = queue_, &reader = reader_, item = wish.item, width, height, loaded = std::move(loaded)]() mutable {
+        auto texture = decode(*item, width, height, reader);
         queue.async([loaded = std::move(loaded), texture = std::move(texture)]() mutable { loaded(texture); });
       });
 }

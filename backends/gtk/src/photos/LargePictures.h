@@ -7,12 +7,11 @@
 #include <gdk/gdk.h>
 
 #include "../glib/GRef.h"
-#include "MediaItem.h"
+#include "MediaReader.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/MediaProbe.h"
 
 namespace orivex::gtk {
 
@@ -32,8 +31,8 @@ class LargePictures {
   };
 
   /// `loaded` is called with each new picture.
-  LargePictures(MainQueue& queue, const MediaProbe& probe, std::function<void()> loaded)
-      : queue_(queue), probe_(probe), loaded_(std::move(loaded)) {}
+  LargePictures(MainQueue& queue, const MediaReader& reader, std::function<void()> loaded)
+      : queue_(queue), reader_(reader), loaded_(std::move(loaded)) {}
 
   /// Loads what is wanted, the first first, and forgets everything else. `area`: pixels of the display.
   void want(std::vector<Wish> wishes, Size area);
@@ -46,7 +45,7 @@ class LargePictures {
   void load(const Wish& wish);
 
   MainQueue& queue_;
-  const MediaProbe& probe_;
+  const MediaReader& reader_;
   const std::function<void()> loaded_;
   std::vector<Wish> wishes_;
   Size area_;

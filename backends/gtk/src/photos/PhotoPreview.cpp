@@ -16,12 +16,12 @@ void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
 
 }  // namespace
 
-PhotoPreview::PhotoPreview(PipelineThreads threads, const MediaProbe& probe, ThumbnailLoader& thumbnails,
+PhotoPreview::PhotoPreview(PipelineThreads threads, const MediaReader& reader, ThumbnailLoader& thumbnails,
                            const MediaSelection& selection, Handlers handlers)
     : threads_(threads),
       selection_(selection),
       handlers_(std::move(handlers)),
-      strip_(threads.main, probe, thumbnails,
+      strip_(threads.main, reader, thumbnails,
              {[this](std::size_t position) { moveTo(position); }, [this] { playOrStop(); }}),
       thumbnails_(thumbnails) {
   build();
@@ -151,6 +151,8 @@ void PhotoPreview::selectionChanged() {
 void PhotoPreview::playOrStop() {
   if (!isOpen() || shown_->type != MediaType::video) return;
   if (player_) return stop();
+  // What a decoder could not open within its limits is not opened here without any.
+  if (const auto* const known = thumbnails_.find(shown_); known && known->isBroken()) return handlers_.unplayable();
   const int scale = gtk_widget_get_scale_factor(strip_.widget());
   const Size area{static_cast<double>(gtk_widget_get_width(strip_.widget()) * scale),
                   static_cast<double>(gtk_widget_get_height(strip_.widget()) * scale)};

@@ -23,7 +23,7 @@ class PhotoPreview {
     std::function<void()> unplayable;                      ///< the video cannot be played
   };
 
-  PhotoPreview(PipelineThreads threads, const MediaProbe& probe, ThumbnailLoader& thumbnails,
+  PhotoPreview(PipelineThreads threads, const MediaReader& reader, ThumbnailLoader& thumbnails,
                const MediaSelection& selection, Handlers handlers);
   PhotoPreview(const PhotoPreview&) = delete;
   PhotoPreview& operator=(const PhotoPreview&) = delete;

@@ -44,13 +44,13 @@ GtkWidget* tall(GtkWidget* child) {
 
 }  // namespace
 
-PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaProbe& probe, PhotoSources sources,
+PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, PhotoSources sources,
                        const PhotoLibraryOptions& options, Handlers handlers)
     : roots_(sources.roots),
       options_(options),
       handlers_(std::move(handlers)),
       selection_(options),
-      thumbnails_(threads.main, probe, std::move(sources.thumbnails), thumbnailSize()),
+      thumbnails_(threads.main, reader, std::move(sources.thumbnails), thumbnailSize()),
       toast_(threads.main),
       grid_(thumbnails_, selection_,
             {[this](const MediaItemPtr& item) { toggle(item); }, [this](std::size_t position) { open(position); },
@@ -62,7 +62,7 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaProbe& probe, PhotoSo
             showAlbum(true);
           },
           [this] { gtk_widget_remove_css_class(albumButton_, "open"); }),
-      preview_(threads, probe, thumbnails_, selection_,
+      preview_(threads, reader, thumbnails_, selection_,
                {[this](const MediaItemPtr& item) { toggle(item); },
                 [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { toast_.show("无法播放此视频"); }}),
       catalog_(std::make_shared<MediaCatalog>(MediaItems{}, roots_, false)),

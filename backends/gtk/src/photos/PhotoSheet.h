@@ -17,7 +17,6 @@
 #include "ThumbnailLoader.h"
 #include "Toast.h"
 
-#include "orivex/platform/ports/MediaProbe.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 
 namespace orivex::gtk {
@@ -36,8 +35,8 @@ class PhotoSheet {
     std::function<void()> cancelled;
   };
 
-  PhotoSheet(PipelineThreads threads, const MediaProbe& probe, PhotoSources sources, const PhotoLibraryOptions& options,
-             Handlers handlers);
+  PhotoSheet(PipelineThreads threads, const MediaReader& reader, PhotoSources sources,
+             const PhotoLibraryOptions& options, Handlers handlers);
   PhotoSheet(const PhotoSheet&) = delete;
   PhotoSheet& operator=(const PhotoSheet&) = delete;
   ~PhotoSheet() = default;

@@ -35,11 +35,11 @@ drawing::Area zoomed(const drawing::Area& area, const PictureZoom& zoom) {
 
 }  // namespace
 
-PreviewStrip::PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, Handlers handlers)
+PreviewStrip::PreviewStrip(MainQueue& queue, const MediaReader& reader, ThumbnailLoader& thumbnails, Handlers handlers)
     : thumbnails_(thumbnails),
       handlers_(std::move(handlers)),
       canvas_(GRef<GtkWidget>::sink(canvasNew(*this))),
-      pictures_(queue, probe, [this] { gtk_widget_queue_draw(canvas_.get()); }) {
+      pictures_(queue, reader, [this] { gtk_widget_queue_draw(canvas_.get()); }) {
   gtk_widget_set_overflow(canvas_.get(), GTK_OVERFLOW_HIDDEN);
   gtk_widget_set_vexpand(canvas_.get(), TRUE);
   gtk_widget_set_hexpand(canvas_.get(), TRUE);

@@ -15,7 +15,6 @@
 #include "ThumbnailLoader.h"
 
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/MediaProbe.h"
 
 namespace orivex::gtk {
 
@@ -28,7 +27,7 @@ class PreviewStrip final : private CanvasDelegate {
     std::function<void()> tapped;                     ///< the first tap of two counts as well
   };
 
-  PreviewStrip(MainQueue& queue, const MediaProbe& probe, ThumbnailLoader& thumbnails, Handlers handlers);
+  PreviewStrip(MainQueue& queue, const MediaReader& reader, ThumbnailLoader& thumbnails, Handlers handlers);
   ~PreviewStrip() override;
 
   GtkWidget* widget() const { return canvas_.get(); }

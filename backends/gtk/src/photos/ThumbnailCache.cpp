@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 #include <glib/gstdio.h>
@@ -51,7 +52,18 @@ std::string seconds(const MediaItem& item) {
   return std::to_string(item.modified / nanosecondsPerSecond);
 }
 
+// Programs that make thumbnails make small ones; anything else is foreign and belongs into a decoder.
+bool isThumbnail(const std::filesystem::path& path) {
+  constexpr int longestSide = 1024;
+  int width = 0;
+  int height = 0;
+  auto* const format = gdk_pixbuf_get_file_info(path.c_str(), &width, &height);
+  if (!format || width > longestSide || height > longestSide) return false;
+  return GCharPtr(gdk_pixbuf_format_get_name(format)).get() == std::string_view("png");
+}
+
 GRef<GdkPixbuf> readFresh(const std::filesystem::path& path, const MediaItem& item) {
+  if (!isThumbnail(path)) return nullptr;
   auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file(path.c_str(), nullptr));
   if (!picture) return nullptr;
   const char* const uri = gdk_pixbuf_get_option(picture.get(), uriKey);

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "ThumbnailMaker.h"
-
 namespace orivex::gtk {
 namespace {
 
@@ -24,7 +22,7 @@ struct Job {
   const MediaItem& item;
   const ThumbnailSize size;
   const ThumbnailCache& cache;
-  const MediaProbe& probe;
+  const MediaReader& reader;
   const Deliver& deliver;
 
   void run() const {
@@ -49,8 +47,7 @@ struct Job {
 
   // Another program made the thumbnail and did not note how long the video is.
   void addDuration(Thumbnail kept) const {
-    const auto facts = probe.probeVideo(item.path);
-    const auto* const video = std::get_if<VideoFacts>(&facts);
+    const auto video = reader.read(item, 1, 1);
     if (!video) return;
     kept.duration = video->duration;
     deliver(loaded(kept));
@@ -58,7 +55,7 @@ struct Job {
   }
 
   void make() const {
-    if (const auto made = makeThumbnail(item, size, probe)) {
+    if (const auto made = reader.read(item, static_cast<int>(size), static_cast<int>(size))) {
       deliver(loaded(*made));
       cache.write(item, size, *made);
     } else {
@@ -70,8 +67,8 @@ struct Job {
 
 }  // namespace
 
-ThumbnailLoader::ThumbnailLoader(MainQueue& queue, const MediaProbe& probe, ThumbnailCache cache, ThumbnailSize size)
-    : queue_(queue), probe_(probe), cache_(std::move(cache)), size_(size), store_(mostBytes) {}
+ThumbnailLoader::ThumbnailLoader(MainQueue& queue, const MediaReader& reader, ThumbnailCache cache, ThumbnailSize size)
+    : queue_(queue), reader_(reader), cache_(std::move(cache)), size_(size), store_(mostBytes) {}
 
 Subscription ThumbnailLoader::request(const MediaItemPtr& item, Ready ready) {
   auto request = find(item.get());
@@ -108,12 +105,12 @@ void ThumbnailLoader::start(Request& request) {
   auto learn =
       alive_.guard([this, item = request.item](const LoadedThumbnail& thumbnail) { this->learn(item, thumbnail); });
   auto finish = alive_.guard([this, item = request.item] { this->finish(item.get()); });
-  queue_.global([&queue = queue_, &probe = probe_, cache = cache_, size = size_, item = request.item,
+  queue_.global([&queue = queue_, &reader = reader_, cache = cache_, size = size_, item = request.item,
                  learn = std::move(learn), finish = std::move(finish)]() mutable {
     const Deliver deliver = [&](LoadedThumbnail thumbnail) {
       queue.async([learn, thumbnail = std::move(thumbnail)]() mutable { learn(thumbnail); });
     };
-    Job{*item, size, cache, probe, deliver}.run();
+    Job{*item, size, cache, reader, deliver}.run();
     queue.async(std::move(finish));
   });
 }

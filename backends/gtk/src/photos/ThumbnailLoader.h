@@ -5,13 +5,12 @@
 #include <list>
 #include <map>
 
-#include "ThumbnailCache.h"
+#include "MediaReader.h"
 #include "ThumbnailStore.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/MediaProbe.h"
 
 namespace orivex::gtk {
 
@@ -21,7 +20,7 @@ class ThumbnailLoader {
  public:
   using Ready = std::function<void(const LoadedThumbnail&)>;
 
-  ThumbnailLoader(MainQueue& queue, const MediaProbe& probe, ThumbnailCache cache, ThumbnailSize size);
+  ThumbnailLoader(MainQueue& queue, const MediaReader& reader, ThumbnailCache cache, ThumbnailSize size);
 
   /// What is in memory; null when nothing is.
   const LoadedThumbnail* find(const MediaItemPtr& item) { return store_.find(item); }
@@ -48,7 +47,7 @@ class ThumbnailLoader {
   void finish(const MediaItem* item);
 
   MainQueue& queue_;
-  const MediaProbe& probe_;
+  const MediaReader& reader_;
   const ThumbnailCache cache_;
   const ThumbnailSize size_;
   ThumbnailStore store_;

@@ -6,6 +6,7 @@
 
 #include "glib/GMemory.h"
 #include "video/PreviewBranch.h"
+#include "video/VideoContainer.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -15,6 +16,7 @@ namespace {
 constexpr int pictureAndSound = 3;  // of playbin's flags
 
 ElementOrError build(const std::string& path, Size area, const std::shared_ptr<FrameFeed>& feed) {
+  if (!isVideoContainerAt(path.c_str())) return pipelineError(path + " is not a video");
   auto player = GRef<GstElement>::sink(gst_element_factory_make("playbin", nullptr));
   if (!player) return pipelineError("no player is installed");
   GError* error = nullptr;

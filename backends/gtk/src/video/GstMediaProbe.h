@@ -1,14 +1,20 @@
 #pragma once
 
+#include "decoding/Decoder.h"
+
 #include "orivex/platform/ports/MediaProbe.h"
 
 namespace orivex::gtk {
 
-/// Measures videos with GStreamer, by what they hold and not by their names. A video without a decoder on this device
-/// is a failure; a sound track without one does not matter.
+/// Measures videos with GStreamer, in a decoder.
 class GstMediaProbe final : public MediaProbe {
  public:
+  explicit GstMediaProbe(const Decoder& decoder) : decoder_(decoder) {}
+
   std::variant<VideoFacts, Failure> probeVideo(const std::string& path) const override;
+
+ private:
+  const Decoder& decoder_;
 };
 
 }  // namespace orivex::gtk

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "pictures/JpegErrors.h"
+#include "JpegErrors.h"
 
 namespace orivex::gtk {
 

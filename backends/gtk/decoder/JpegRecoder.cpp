@@ -1,9 +1,9 @@
-#include "pictures/JpegRecoder.h"
+#include "JpegRecoder.h"
 
 #include <algorithm>
 #include <span>
 
-#include "pictures/PictureLimits.h"
+#include "PictureLimits.h"
 
 namespace orivex::gtk {
 namespace {

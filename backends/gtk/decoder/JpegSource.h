@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-#include "pictures/JpegErrors.h"
-#include "pictures/Turn.h"
+#include "JpegErrors.h"
+#include "Turn.h"
 
 namespace orivex::gtk {
 

@@ -1,4 +1,4 @@
-#include "pictures/JpegErrors.h"
+#include "JpegErrors.h"
 
 #include <jerror.h>
 

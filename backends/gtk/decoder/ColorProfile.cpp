@@ -1,4 +1,4 @@
-#include "pictures/ColorProfile.h"
+#include "ColorProfile.h"
 
 #include <algorithm>
 #include <array>

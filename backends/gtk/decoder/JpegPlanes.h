@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "pictures/JpegErrors.h"
-#include "pictures/Turn.h"
+#include "JpegErrors.h"
+#include "Turn.h"
 
 namespace orivex::gtk {
 

@@ -1,11 +1,11 @@
-#include "pictures/JpegSource.h"
+#include "JpegSource.h"
 
 #include <cstdlib>
 #include <memory>
 
 #include <jerror.h>
 
-#include "pictures/ColorProfile.h"
+#include "ColorProfile.h"
 
 namespace orivex::gtk {
 namespace {

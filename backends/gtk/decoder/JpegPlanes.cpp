@@ -1,4 +1,4 @@
-#include "pictures/JpegPlanes.h"
+#include "JpegPlanes.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "pictures/Turn.h"
+#include "Turn.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "pictures/JpegTarget.h"
+#include "JpegTarget.h"
 
 #include <algorithm>
 #include <cmath>

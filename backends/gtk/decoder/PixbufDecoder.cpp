@@ -1,11 +1,11 @@
-#include "pictures/PixbufDecoder.h"
+#include "PixbufDecoder.h"
 
 #include <array>
 #include <string>
 
+#include "PictureLimits.h"
 #include "glib/GMemory.h"
 #include "glib/SignalConnection.h"
-#include "pictures/PictureLimits.h"
 
 namespace orivex::gtk {
 namespace {

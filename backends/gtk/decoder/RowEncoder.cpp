@@ -1,6 +1,6 @@
-#include "pictures/RowEncoder.h"
+#include "RowEncoder.h"
 
-#include "pictures/JpegTarget.h"
+#include "JpegTarget.h"
 
 namespace orivex::gtk {
 namespace {

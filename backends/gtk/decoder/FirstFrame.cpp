@@ -1,32 +1,25 @@
-#include "video/FirstFrame.h"
-
-#include <cstddef>
-#include <variant>
+#include "FirstFrame.h"
 
 #include <gst/app/app.h>
 
 #include "glib/GRef.h"
-#include "pictures/RowEncoder.h"
-#include "video/FrameMemory.h"
-#include "video/MappedFrame.h"
 
 namespace orivex::gtk {
 namespace {
 
 /// A pipeline that ends when it goes out of sight.
-class Decoding {
+class FrameRun {
  public:
-  explicit Decoding(const char* uri) : pipeline_(GRef<GstElement>::sink(gst_parse_launch(description, nullptr))) {
+  explicit FrameRun(const char* uri) : pipeline_(GRef<GstElement>::sink(gst_parse_launch(description, nullptr))) {
     if (!pipeline_) return;
-    keepFramesInPages(*pipeline_.get());
     sink_ = find("frames");
     const auto source = find("source");
     const GstCapsPtr video(gst_caps_from_string("video/x-raw(ANY)"));
     g_object_set(source.get(), "uri", uri, "caps", video.get(), "expose-all-streams", FALSE, nullptr);
   }
-  Decoding(const Decoding&) = delete;
-  Decoding& operator=(const Decoding&) = delete;
-  ~Decoding() {
+  FrameRun(const FrameRun&) = delete;
+  FrameRun& operator=(const FrameRun&) = delete;
+  ~FrameRun() {
     if (pipeline_) gst_element_set_state(pipeline_.get(), GST_STATE_NULL);
   }
 
@@ -55,15 +48,8 @@ class Decoding {
 
 }  // namespace
 
-std::string firstFrame(const char* uri, double quality, GstClockTime patience) {
-  const auto sample = Decoding(uri).firstSample(patience);
-  if (!sample) return {};
-  const MappedFrame frame(sample);
-  if (!frame) return {};
-  const auto row = [&](unsigned y) { return frame.pixels() + std::ptrdiff_t{frame.stride()} * y; };
-  auto encoded = encodeRows(static_cast<unsigned>(frame.width()), static_cast<unsigned>(frame.height()), row, quality);
-  auto* const jpeg = std::get_if<JpegImage>(&encoded);
-  return jpeg ? std::move(jpeg->bytes) : std::string();
+SharedSample firstFrame(const char* uri, GstClockTime patience) {
+  return FrameRun(uri).firstSample(patience);
 }
 
 }  // namespace orivex::gtk

@@ -1,14 +1,14 @@
-#include "pictures/PixbufEncoder.h"
+#include "PixbufEncoder.h"
 
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "ColorProfile.h"
+#include "RowEncoder.h"
+#include "Turn.h"
 #include "glib/GMemory.h"
-#include "pictures/ColorProfile.h"
-#include "pictures/RowEncoder.h"
-#include "pictures/Turn.h"
 
 namespace orivex::gtk {
 namespace {

@@ -3,9 +3,9 @@
 #include <optional>
 #include <variant>
 
-#include "pictures/JpegPlanes.h"
-#include "pictures/JpegSource.h"
-#include "pictures/JpegTarget.h"
+#include "JpegPlanes.h"
+#include "JpegSource.h"
+#include "JpegTarget.h"
 
 #include "orivex/platform/ports/ImageCodec.h"
 

@@ -1,0 +1,138 @@
+#include <chrono>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "../GtkFixture.h"
+#include "../TestDecoder.h"
+#include "PictureFiles.h"
+#include "PlainJpeg.h"
+#include "SocketServer.h"
+#include "TemporaryFolder.h"
+#include "VideoFiles.h"
+
+namespace orivex::gtk {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr DecodingRequest asThumbnail{.kind = Decoding::picture, .width = 256, .height = 256};
+constexpr DecodingRequest asPhoto{.kind = Decoding::recode, .quality = 0.7};
+constexpr DecodingRequest asFrame{.kind = Decoding::frame, .width = 256, .height = 256};
+constexpr DecodingRequest asVideo{.kind = Decoding::video, .quality = 0.7};
+
+std::string contentsOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Files that cost a decoder all it may have.
+class Bombs {
+ public:
+  std::filesystem::path webp() const {
+    std::string file("RIFF\x1a\0\0\0WEBPVP8L\x0d\0\0\0\x2f", 21);
+    file.append("\xfe\xbf\xff\x0f", 4).append(9, '\0');  // 16,383 pixels across and down
+    return folder_.write("bomb.webp", file);
+  }
+  std::filesystem::path progressiveJpeg() const {
+    const auto small = encodePlainJpeg(quarters(64, 48), {.lumaAcross = 1, .lumaDown = 1, .progressive = true});
+    return folder_.write("bomb.jpg", withClaimedSize(small, 13000, 13000));
+  }
+  std::filesystem::path pngInVideo() const {
+    const auto path = folder_.path() / "bomb.mov";
+    writeMedia(path, "videotestsrc num-buffers=1 ! video/x-raw,width=16,height=16 ! pngenc ! qtmux");
+    auto file = contentsOf(path);
+    const auto head = file.find("IHDR");
+    const std::string side("\0\0\x61\xa8", 4);  // 25,000 pixels
+    file.replace(head + 4, 8, side + side);
+    const auto sum = checkSum(file.substr(head, 17));
+    for (std::size_t index = 0; index < 4; ++index)
+      file[head + 17 + index] = static_cast<char>(sum >> (24 - 8 * index));
+    return folder_.write("bomb.mov", file);
+  }
+  std::filesystem::path endlessDrawing() const {
+    return folder_.write("bomb.svg",
+                         "<svg xmlns='http://www.w3.org/2000/svg' width='4000' height='4000'><filter id='f'>"
+                         "<feTurbulence baseFrequency='.1' numOctaves='9999'/></filter>"
+                         "<rect width='4000' height='4000' filter='url(#f)'/></svg>");
+  }
+
+ private:
+  static std::uint32_t checkSum(const std::string& chunk) {
+    std::uint32_t sum = ~0U;
+    for (const char letter : chunk) {
+      sum ^= static_cast<unsigned char>(letter);
+      for (int bit = 0; bit < 8; ++bit) sum = sum >> 1U ^ ((sum & 1U) != 0 ? 0xEDB88320U : 0);
+    }
+    return ~sum;
+  }
+
+  const TemporaryFolder folder_;
+};
+
+TEST(DecoderTest, NoFileTakesMoreThanItsShareOfMemoryAndTimeAndTheNextOneIsDecoded) {
+  const TemporaryFolder folder;
+  const auto good = folder.write("good.jpg", encodePlainJpeg(quarters(64, 48)));
+  const Bombs bombs;
+  {
+    const TestDecoder decoder;
+    const struct {
+      std::filesystem::path path;
+      DecodingRequest request;
+    } rows[] = {
+        {bombs.webp(), asThumbnail},        {bombs.webp(), asPhoto},       {bombs.progressiveJpeg(), asThumbnail},
+        {bombs.progressiveJpeg(), asPhoto}, {bombs.pngInVideo(), asFrame}, {bombs.pngInVideo(), asVideo},
+        {bombs.endlessDrawing(), asPhoto}};
+    for (const auto& [path, request] : rows) {
+      const auto started = std::chrono::steady_clock::now();
+      const auto result = decoder.decode(request, path);
+      EXPECT_TRUE(std::holds_alternative<Failure>(result)) << path;
+      EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(11)) << path;
+      EXPECT_TRUE(std::holds_alternative<Decoded>(decoder.decode(asThumbnail, good))) << "after " << path;
+    }
+  }
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+  rusage usage{};
+  getrusage(RUSAGE_CHILDREN, &usage);
+  EXPECT_LT(usage.ru_maxrss, 700 * 1024);
+  EXPECT_GT(usage.ru_maxrss, 100 * 1024) << "the bombs are duds";
+#endif
+}
+
+TEST(DecoderTest, AManifestIsNoVideoWhateverItsNameAndNobodyIsCalled) {
+  SocketServer server([](const std::string&) { return SocketServer::Answer{}; });
+  const TemporaryFolder folder;
+  const TestDecoder decoder;
+  for (const auto& manifest : {"<?xml version='1.0'?><MPD xmlns='urn:mpeg:dash:schema:mpd:2011' type='static' "
+                               "mediaPresentationDuration='PT9S'>"
+                               "<BaseURL>" +
+                                   server.url("/") +
+                                   "</BaseURL><Period><AdaptationSet mimeType='video/mp4'><SegmentTemplate "
+                                   "media='$Number$.mp4' initialization='i.mp4' duration='9'/><Representation id='1' "
+                                   "bandwidth='9' codecs='avc1'/>"
+                                   "</AdaptationSet></Period></MPD>",
+                               "#EXTM3U\n#EXTINF:9,\n" + server.url("/a.ts") + "\n#EXT-X-ENDLIST\n",
+                               std::string("RTSPtext\n") + server.url("/")}) {
+    const auto result = decoder.decode(asVideo, folder.write("holiday.mp4", manifest));
+    ASSERT_TRUE(std::holds_alternative<Failure>(result));
+    EXPECT_THAT(std::get<Failure>(result).description, HasSubstr("is not a video"));
+  }
+  EXPECT_EQ(server.connections(), 0);
+}
+
+TEST(DecoderTest, ADecoderHasNoNetworkAndEndsWhenItIsIdle) {
+  const TemporaryFolder folder;
+  const auto good = folder.write("good.jpg", encodePlainJpeg(quarters(64, 48)));
+  const TestDecoder decoder;
+  ASSERT_TRUE(std::holds_alternative<Decoded>(decoder.decode(asThumbnail, good)));
+  const auto running = childProcesses();
+  ASSERT_EQ(running.size(), 1U);
+  EXPECT_EQ(figureOf(running[0], "Seccomp:\t"), "2");
+  EXPECT_TRUE(wait([] { return childProcesses().empty(); }, 20));
+}
+
+}  // namespace
+}  // namespace orivex::gtk

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gdk-pixbuf/gdk-pixbuf.h>
+
+#include "../TestDecoder.h"
+#include "glib/GMemory.h"
+#include "photos/DecodedMedia.h"
+
+namespace orivex::gtk {
+
+/// A picture of one colour, encoded; `format` is "jpeg" or "png".
+inline std::string pictureData(int width, int height, guint32 rgba, const char* format) {
+  const auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height));
+  gdk_pixbuf_fill(picture.get(), rgba);
+  char* data = nullptr;
+  gsize length = 0;
+  gdk_pixbuf_save_to_buffer(picture.get(), &data, &length, format, nullptr, nullptr);
+  const GCharPtr owned(data);
+  return {data, length};
+}
+
+/// Photos as they are; seven seconds of green in every video but those named "broken".
+class FakeMedia final : public MediaReader {
+ public:
+  std::optional<Thumbnail> read(const MediaItem& item, int width, int height) const override {
+    if (item.type == MediaType::image) return photos_.read(item, width, height);
+    if (item.path.find("broken") != std::string::npos) return std::nullopt;
+    auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, 64, 36));
+    gdk_pixbuf_fill(picture.get(), 0x20a040ff);
+    return Thumbnail{std::move(picture), 7};
+  }
+
+ private:
+  TestDecoder decoder_;
+  const DecodedMedia photos_{decoder_};
+};
+
+}  // namespace orivex::gtk
