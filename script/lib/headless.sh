@@ -1,9 +1,8 @@
 # A device without a screen, for tests and the scripted visit. Source it after common.sh.
 #
-#   headlessBegin   starts the display, the session bus and the sound server and sets the environment
-#   headlessEnd     ends what headlessBegin started and removes the home
+#   headlessBegin [wayland]   starts the display, the session bus, microphone and all, and sets the environment
+#   headlessEnd               ends what runs on the device and removes the home
 
-headlessPids=()
 headlessHome=""
 
 # Starts a server that writes its address to descriptor 3 and leaves it in serverAddress; one that dies writes none.
@@ -13,7 +12,7 @@ startServer() {
   shift
   mkfifo "$pipe"
   "$@" 3>"$pipe" >"$headlessHome/$name.log" 2>&1 &
-  headlessPids+=($!)
+  disown
   serverAddress=""
   read -r serverAddress <"$pipe" || true
   [ -n "$serverAddress" ] || die "$name did not start: $(tail -n 3 "$headlessHome/$name.log")"
@@ -21,7 +20,7 @@ startServer() {
 
 # Takes the first free display.
 startDisplay() {
-  startServer Xvfb Xvfb -displayfd 3 -screen 0 "${ORIVEX_SCREEN:-1280x1024x24}" -nolisten tcp -noreset
+  startServer Xvfb Xvfb -displayfd 3 -screen 0 "${ORIVEX_SCREEN:-1280x1024}x24" -nolisten tcp -noreset
   export DISPLAY=":$serverAddress"
 }
 
@@ -42,7 +41,7 @@ startSound() {
     -L "module-sine sink=tone frequency=440" \
     -L "module-remap-source source_name=microphone master=tone.monitor" \
     >"$headlessHome/pulseaudio.log" 2>&1 &
-  headlessPids+=($!)
+  disown
   local tries
   for tries in {1..50}; do
     if pactl set-default-source microphone 2>/dev/null; then
@@ -55,6 +54,43 @@ startSound() {
   unset PULSE_SERVER
 }
 
+# A phone's screen, the renderer that draws with GL (in software here), fingers and keys through the compositor.
+startCompositor() {
+  export WAYLAND_DISPLAY="orivex-wayland" ORIVEX_HANDS="$XDG_RUNTIME_DIR/hands"
+  export GDK_BACKEND=wayland
+  startBus
+  startDaemon pipewire
+  startDaemon wireplumber
+  startDaemon mutter --headless --no-x11 --wayland-display="$WAYLAND_DISPLAY" --virtual-monitor "${ORIVEX_SCREEN:-360x720}"
+  startServer hands "$root/script/hands" serve
+}
+
+startDaemon() {
+  "$@" >"$headlessHome/$1.log" 2>&1 &
+  disown
+}
+
+# A microphone that hears a steady 440 Hz tone and a camera that sees a moving picture.
+startPipeWireSources() {
+  startSource microphone Audio/Source audiotestsrc is-live=true freq=440 ! audio/x-raw,rate=48000,channels=1
+  startSource camera Video/Source videotestsrc is-live=true pattern=ball ! \
+    video/x-raw,format=I420,width=1280,height=720,framerate=15/1
+  local tries
+  for tries in {1..100}; do
+    if [ "$(pw-cli ls Node | grep -c -E 'node.name = "(microphone|camera)"')" -eq 2 ]; then return 0; fi
+    sleep 0.1
+  done
+  die "There is no microphone or no camera: $(tail -n 3 "$headlessHome/microphone.log" "$headlessHome/camera.log")"
+}
+
+startSource() {
+  local name=$1 class=$2
+  shift 2
+  gst-launch-1.0 "$@" ! pipewiresink mode=provide \
+    stream-properties="p,media.class=$class,node.name=$name,node.description=$name" >"$headlessHome/$name.log" 2>&1 &
+  disown
+}
+
 headlessBegin() {
   headlessHome=$(mktemp -d "${TMPDIR:-/tmp}/orivex-headless.XXXXXX")
   export HOME="$headlessHome/home"
@@ -63,23 +99,40 @@ headlessBegin() {
   mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$XDG_STATE_HOME"
   mkdir -m 700 "$XDG_RUNTIME_DIR"
 
-  unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
-  export GDK_BACKEND=x11 GSK_RENDERER=cairo LIBGL_ALWAYS_SOFTWARE=1 GTK_A11Y=none NO_AT_BRIDGE=1
-  export GSETTINGS_BACKEND=memory LC_ALL=C.UTF-8
+  unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS PULSE_SERVER ORIVEX_HANDS GDK_BACKEND GSK_RENDERER
+  unset GTK_A11Y NO_AT_BRIDGE
+  export LIBGL_ALWAYS_SOFTWARE=1 GSETTINGS_BACKEND=memory LC_ALL=C.UTF-8
   # The tests talk to servers of their own on this machine; a proxy must not come between.
   export no_proxy=localhost,127.0.0.1,::1 NO_PROXY=localhost,127.0.0.1,::1
   # Scanning every GStreamer plug-in takes seconds, and the home is new each time: keep the list with the build.
   mkdir -p "$root/build"
   export GST_REGISTRY="$root/build/gstreamer-registry.bin"
 
-  startDisplay
-  startBus
-  startSound
+  if [ "${1-}" = wayland ]; then
+    startCompositor
+    startPipeWireSources
+  else
+    export GDK_BACKEND=x11 GSK_RENDERER=cairo GTK_A11Y=none NO_AT_BRIDGE=1
+    startDisplay
+    startBus
+    startSound
+  fi
 }
 
+# What runs on this device, also what its bus has started: all know the device by its folder.
+processesOfDevice() { grep -lsaF "XDG_RUNTIME_DIR=$headlessHome/run" /proc/[0-9]*/environ | cut -d/ -f3; }
+
+# A compositor may hang in its own end.
 headlessEnd() {
-  local pid
-  for pid in "${headlessPids[@]}"; do kill "$pid" 2>/dev/null || true; done
-  if [ "${#headlessPids[@]}" -gt 0 ]; then wait "${headlessPids[@]}" 2>/dev/null || true; fi
-  if [ -n "$headlessHome" ]; then rm -rf "$headlessHome" || true; fi
+  [ -n "$headlessHome" ] || return 0
+  local signal tries pids
+  for signal in TERM KILL; do
+    for tries in {1..10}; do
+      mapfile -t pids < <(processesOfDevice)
+      [ "${#pids[@]}" -gt 0 ] || break 2
+      if [ "$tries" -eq 1 ]; then kill "-$signal" "${pids[@]}" 2>/dev/null || true; fi
+      sleep 0.1
+    done
+  done
+  rm -rf "$headlessHome" || true
 }

@@ -117,11 +117,10 @@ TEST_F(CaptureTest, APointersHoldTakesNoPhotoBesides) {
   openLive();
   graphene_rect_t bounds;
   ASSERT_TRUE(gtk_widget_compute_bounds(button("shutter"), GTK_WIDGET(hostWindow().gtkWindow()), &bounds));
-  const auto x = std::to_string(static_cast<int>(bounds.origin.x + bounds.size.width / 2));
-  const auto y = std::to_string(static_cast<int>(bounds.origin.y + bounds.size.height / 2));
-  xdotool({"mousemove", x, y, "mousedown", "1"});
+  hands("pointer", bounds.origin.x + bounds.size.width / 2, bounds.origin.y + bounds.size.height / 2);
+  hands("button-down");
   ASSERT_TRUE(wait([&] { return !clock().empty(); }, hangs)) << "the press did not arrive";
-  xdotool({"mouseup", "1"});
+  hands("button-up");
   ASSERT_TRUE(wait([&] { return clock().empty(); }, hangs)) << "the release did not arrive";
   pass(0.5);
   EXPECT_TRUE(button("shutter")) << "a photo was taken";

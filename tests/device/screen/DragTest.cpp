@@ -39,12 +39,13 @@ class Drag : public PageFixture {
  protected:
   // From the other window to this point of the page, as slowly as a hand.
   static void dropAt(int x, int y) {
-    xdotool({"mousemove", "600", "50", "mousedown", "1"});
+    hands("pointer", 600, 50);
+    hands("button-down");
     for (int step = 5; step >= 0; --step) {
-      xdotool({"mousemove", std::to_string(x + step * 40), std::to_string(y)});
+      hands("pointer", x + step * 40, y);
       pass(0.1);
     }
-    xdotool({"mouseup", "1"});
+    hands("button-up");
     pass(0.7);
   }
 };
@@ -52,7 +53,7 @@ class Drag : public PageFixture {
 TEST_F(Drag, AFileThatIsDroppedOnTheChatDoesNotReplaceIt) {
   const TemporaryFolder folder;
   const FileManagerWindow files(folder.write("photo.txt", "not the chat"));
-  xdotool({"search", "--sync", "--onlyvisible", "--name", FileManagerWindow::title, "windowmove", "500", "0"});
+  hands({"move-window", FileManagerWindow::title, "500", "0"});
   open(
       "<body style='margin:0'>chat<div style='height:200px'></div><input id=text style='width:300px;height:60px'>"
       "<div id=zone style='height:200px'></div>"

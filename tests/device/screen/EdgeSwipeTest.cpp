@@ -11,13 +11,19 @@ namespace {
 
 class EdgeSwipe : public ScreenFixture {
  protected:
-  static void press(int x, int y) { xdotool({"mousemove", std::to_string(x), std::to_string(y), "mousedown", "1"}); }
-  static void moveBy(int x, int y) {
-    for (int step = 0; step < 4; ++step) {
-      xdotool({"mousemove_relative", "--", std::to_string(x / 4), std::to_string(y / 4)});
+  void press(int x, int y) {
+    at_ = {x, y};
+    hands("touch-down", x, y);
+  }
+  void moveBy(int x, int y) {
+    for (int step = 1; step <= 4; ++step) {
+      hands("touch-move", at_.first + x * step / 4, at_.second + y * step / 4);
     }
   }
-  static void release() { xdotool({"mouseup", "1"}); }
+  static void release() { hands("touch-up"); }
+
+ private:
+  std::pair<int, int> at_;
 };
 
 TEST_F(EdgeSwipe, MovesThePageAndNothingInIt) {

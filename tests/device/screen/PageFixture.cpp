@@ -27,8 +27,7 @@ PageFixture::PageFixture() {
   gtk_window_set_child(window_, GTK_WIDGET(view()));
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(view())) != FALSE; }, 10);
-  // No window manager does it.
-  xdotool({"search", "--sync", "--onlyvisible", "--name", windowTitle, "windowfocus", "--sync"});
+  focusWindow(window_, windowTitle);
 }
 
 PageFixture::~PageFixture() {

@@ -17,7 +17,7 @@ class PageLimit : public PageFixture {
       return TRUE;
     };
     const auto id = g_signal_connect(view(), "context-menu", G_CALLBACK(note), &actions);
-    xdotool({"mousemove", std::to_string(x), std::to_string(y), "click", "3"});
+    hands("click", x, y, 3);
     wait([&] { return actions.has_value(); }, 2);
     g_signal_handler_disconnect(view(), id);
     return actions.value_or(std::vector<int>());
@@ -55,13 +55,16 @@ TEST_F(PageLimit, ThePageStaysWhatAndWhereItIs) {
   run("location.href = '/next'");
   ASSERT_TRUE(becomes("location.pathname", "/next"));
   ASSERT_TRUE(wait([&] { return finished() == 2; }, 10));
-  xdotool({"mousemove", "100", "300", "click", "1"});
+  hands("click", 100, 300);
   for (const char* keys : {"alt+Left", "F5", "ctrl+r", "ctrl+plus", "ctrl+equal", "ctrl+minus", "XF86Back", "F11", "F7",
                            "ctrl+shift+i", "ctrl+p", "ctrl+s", "BackSpace"}) {
-    xdotool({"key", keys});
+    hands({"key", keys});
   }
-  xdotool({"click", "8"});
-  xdotool({"keydown", "ctrl", "click", "4", "click", "4", "click", "5", "keyup", "ctrl"});
+  hands("click", 100, 300, 8);
+  hands({"key-down", "ctrl"});
+  hands("scroll", -2);
+  hands("scroll", 1);
+  hands({"key-up", "ctrl"});
   pass(1.5);  // a caret that should not be there has begun to blink by then
   EXPECT_EQ(evaluate("location.pathname"), "/next");
   EXPECT_EQ(finished(), 2) << "a key has loaded the page anew";

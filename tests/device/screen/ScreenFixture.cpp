@@ -19,6 +19,7 @@ GtkWindow* makeWindow() {
   adw_init();
   install();
   auto* const window = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_decorated(window, FALSE);
   gtk_window_set_default_size(window, 360, 720);
   gtk_window_set_child(window, gtk_label_new("Shop"));
   return window;
@@ -29,7 +30,11 @@ GtkWindow* makeWindow() {
 ScreenFixture::ScreenFixture(const Surroundings& surroundings)
     : gtkWindow_(makeWindow()), window_(attach(gtkWindow_, surroundings)) {
   gtk_window_present(gtkWindow_);
-  wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(gtkWindow_)) && window_->bounds().height == 720; }, 10);
+  // Until the shop has been painted, as it is when a visitor asks for the chat.
+  auto* const clock = gtk_widget_get_frame_clock(GTK_WIDGET(gtkWindow_));
+  const auto frame = gdk_frame_clock_get_frame_counter(clock);
+  gtk_widget_queue_draw(GTK_WIDGET(gtkWindow_));
+  wait([&] { return window_->bounds().height == 720 && gdk_frame_clock_get_frame_counter(clock) > frame + 1; }, 10);
 }
 
 ScreenFixture::~ScreenFixture() {

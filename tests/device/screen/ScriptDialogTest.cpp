@@ -51,7 +51,8 @@ TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
 TEST_F(ScriptDialog, LeavingAPageWithUnsavedTextIsAskedInOurWords) {
   open("<input autofocus><script>addEventListener('beforeunload', (event) => event.preventDefault())</script>",
        {{"/next", {reply(200, "next", htmlHeader)}}});
-  xdotool({"mousemove", "40", "20", "click", "1", "type", "x"});
+  hands("click", 40, 20);
+  hands({"type", "x"});
   run("location.href = '/next'");
   ASSERT_TRUE(waitForDialog());
   EXPECT_STREQ(adw_message_dialog_get_heading(openDialog()), "要离开此页面吗？");

@@ -8,6 +8,7 @@
 #include "../GtkFixture.h"
 #include "LogLines.h"
 #include "LoginService.h"
+#include "device/Input.h"
 #include "ui/GtkApplicationPort.h"
 #include "ui/SessionWatch.h"
 
@@ -153,8 +154,7 @@ TEST_F(SessionWatchTest, AnActiveWindowResignsWhileTheSessionIsLocked) {
   attach(window);
   gtk_window_present(window);
   ASSERT_TRUE(wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(window)) != FALSE; }, patience));
-  // No window manager does it.
-  g_spawn_command_line_async("xdotool search --sync --onlyvisible --name orivex-session windowfocus", nullptr);
+  focusWindow(window, "orivex-session");
   ASSERT_TRUE(wait([&] { return story == "active "; }, patience));
   ASSERT_TRUE(wait([&] { return service_->sessionRequests() > 0; }, patience));
   pass(0.2);

@@ -27,9 +27,7 @@ VisitorWindow::VisitorWindow() {
   attach(window_);
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(entry_) != FALSE; }, 10);
-  // No window manager does it.
-  xdotool({"search", "--sync", "--onlyvisible", "--name", title, "windowfocus", "--sync"});
-  wait([&] { return gtk_window_is_active(window_) != FALSE; }, 10);
+  focusWindow(window_, title);
 }
 
 GtkOverlay* VisitorWindow::overlay() const {
@@ -41,11 +39,11 @@ void VisitorWindow::destroy() {
 }
 
 void VisitorWindow::press(const std::vector<std::string>& keys) {
-  for (const auto& key : keys) xdotool({"key", key});
+  for (const auto& key : keys) hands({"key", key});
 }
 
 void VisitorWindow::click(double x, double y) {
-  xdotool({"mousemove", std::to_string(static_cast<int>(x)), std::to_string(static_cast<int>(y)), "click", "1"});
+  hands("click", x, y);
 }
 
 void VisitorWindow::click(GtkWidget* widget) const {

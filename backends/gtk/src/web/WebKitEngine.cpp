@@ -6,6 +6,7 @@
 
 #include "../Contained.h"
 #include "../glib/GMemory.h"
+#include "GlContextGuard.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -29,6 +30,7 @@ struct FreeStyleSheet {
 
 GRef<WebKitWebView> makeView(WebKitWebContext* context, WebKitNetworkSession* session,
                              WebKitUserContentManager* content) {
+  guardGlContext();
   return GRef<WebKitWebView>::sink(
       WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context, "network-session", session,
                                    "user-content-manager", content, nullptr)));
