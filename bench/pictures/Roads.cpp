@@ -14,6 +14,7 @@
 #include <glib.h>
 
 #include "PlainJpeg.h"
+#include "device/TestDecoder.h"
 #include "pictures/PictureCodec.h"
 
 #include "orivex/models/Base64.h"
@@ -29,6 +30,13 @@ double threadMilliseconds() {
   return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
+// What a process has spent so far, its start included.
+double processMilliseconds(const std::filesystem::path& process) {
+  double nanoseconds = 0;
+  std::ifstream(process / "schedstat") >> nanoseconds;
+  return nanoseconds / 1e6;
+}
+
 std::string read(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -42,8 +50,8 @@ std::string plainAddress(const std::filesystem::path& photo, int quality) {
   return address;
 }
 
-std::string ownAddress(const std::filesystem::path& photo, double quality) {
-  const auto result = gtk::PictureCodec().jpeg(photo, quality);
+std::string ownAddress(const gtk::Decoder& decoder, const std::filesystem::path& photo, double quality) {
+  const auto result = gtk::PictureCodec(decoder).jpeg(photo, quality);
   const auto& jpeg = std::get<JpegImage>(result).bytes;
   std::string address(prefix.size() + base64Length(jpeg.size()), '\0');
   prefix.copy(address.data(), prefix.size());
@@ -60,21 +68,26 @@ double plainRoad(const Paths& photos, int quality) {
   return threadMilliseconds() - started;
 }
 
-double ownRoad(const Paths& photos, double quality, int workers) {
+Cost ownRoad(const Paths& photos, double quality, int workers) {
   std::vector<std::string> addresses(photos.size());
-  std::vector<double> spent(static_cast<std::size_t>(workers));
+  const gtk::TestDecoder decoder;
   std::atomic<std::size_t> next = 0;
   std::vector<std::thread> threads;
-  for (auto& milliseconds : spent) {
+  for (int worker = 0; worker < workers; ++worker) {
     threads.emplace_back([&] {
       for (std::size_t index = next++; index < photos.size(); index = next++) {
-        addresses[index] = ownAddress(photos[index], quality);
+        addresses[index] = ownAddress(decoder, photos[index], quality);
       }
-      milliseconds = threadMilliseconds();
     });
   }
   for (auto& thread : threads) thread.join();
-  return *std::max_element(spent.begin(), spent.end());
+  Cost cost;
+  for (const auto& process : gtk::childProcesses()) {
+    cost.processor = std::max(cost.processor, processMilliseconds(process));
+    constexpr double kibibyte = 1024;
+    cost.decoderBytes += std::stod(gtk::figureOf(process, "VmHWM:\t")) * kibibyte;
+  }
+  return cost;
 }
 
 }  // namespace orivex::bench

@@ -12,8 +12,14 @@ using Paths = std::vector<std::filesystem::path>;
 /// GLib's Base64. Returns its milliseconds of processor time.
 double plainRoad(const Paths& photos, int quality);
 
-/// The component's codec and Base64 on `workers` threads, which take the next photo when they are free. Returns the
-/// milliseconds of processor time of the busiest of them.
-double ownRoad(const Paths& photos, double quality, int workers);
+/// What the decoders of one road have cost.
+struct Cost {
+  double processor = 0;     ///< milliseconds of the busiest, its start included
+  double decoderBytes = 0;  ///< the peaks of all, added up
+};
+
+/// The component's codec and Base64 on `workers` threads, which take the next photo when they are free, with decoders
+/// that are started for it.
+Cost ownRoad(const Paths& photos, double quality, int workers);
 
 }  // namespace orivex::bench

@@ -10,6 +10,7 @@
 #include "PlainJpeg.h"
 #include "Roads.h"
 #include "TemporaryFolder.h"
+#include "device/TestDecoder.h"
 #include "pictures/PictureCodec.h"
 
 namespace orivex::bench {
@@ -78,7 +79,7 @@ void measureSpeed(const Paths& photos, double quality) {
     const double plainProcessor = plainRoad(photos, static_cast<int>(quality * 100));
     plain.push_back(milliseconds() - started);
     started = milliseconds();
-    const double ownProcessor = ownRoad(photos, quality, workers);
+    const double ownProcessor = ownRoad(photos, quality, workers).processor;
     own.push_back(milliseconds() - started);
     processor.push_back(ownProcessor / plainProcessor);
   }
@@ -99,13 +100,15 @@ void measureMemory(const gtk::TemporaryFolder& folder, double quality) {
 int tellPeak(const std::string& road, double quality, const std::filesystem::path& folder) {
   Paths photos;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) photos.push_back(entry.path());
-  std::printf("%.0f\n", growth([&] {
-                if (road == "plain") {
-                  plainRoad(photos, static_cast<int>(quality * 100));
-                } else {
-                  ownRoad(photos, quality, workers);
-                }
-              }));
+  double decoders = 0;
+  const double own = growth([&] {
+    if (road == "plain") {
+      plainRoad(photos, static_cast<int>(quality * 100));
+    } else {
+      decoders = ownRoad(photos, quality, workers).decoderBytes;
+    }
+  });
+  std::printf("%.0f\n", own + decoders);
   return 0;
 }
 
@@ -114,10 +117,11 @@ int tellPeak(const std::string& road, double quality, const std::filesystem::pat
 void measureLikeness(const gtk::TemporaryFolder& folder, int storedQuality, const Kind& kind, double quality) {
   auto options = kind.options;
   options.quality = storedQuality;
+  const gtk::TestDecoder decoder;
   const auto stored = encodePlainJpeg(gtk::naturalPhoto(width / 2, height / 2, 77), options);
   const auto original = gtk::decodePlainJpeg(stored);
   const auto plain = encodePlainJpeg(original, {.quality = static_cast<int>(quality * 100)});
-  const auto own = std::get<JpegImage>(gtk::PictureCodec().jpeg(folder.write("one.jpg", stored), quality)).bytes;
+  const auto own = std::get<JpegImage>(gtk::PictureCodec(decoder).jpeg(folder.write("one.jpg", stored), quality)).bytes;
   const auto plainPixels = gtk::decodePlainJpeg(plain);
   const auto ownPixels = gtk::decodePlainJpeg(own);
   std::printf(

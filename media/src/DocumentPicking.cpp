@@ -6,6 +6,7 @@
 
 #include "Attachments.h"
 #include "DataAddress.h"
+#include "PersonalTraces.h"
 
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/media/UploadManager.h"
@@ -33,6 +34,7 @@ struct Document {
   ChatManager::PickedFiles completion;
 
   UploadFileInfoModel description;
+  std::vector<Overwrite> traces;
   std::optional<std::string> refusal;  // what the visitor reads instead of an upload
 };
 
@@ -76,6 +78,7 @@ void inspect(Document& document) {
   description.name = fileName(document.path);
   description.suffix = fileExtension(document.path);
   description.mimeType = UploadManager::mimeType(description.suffix);
+  document.traces = personalTraces(document.path);
   if (isImage(document.path)) describeImage(document.path, description);
 }
 
@@ -96,11 +99,11 @@ void upload(std::unique_ptr<Document> document) {
     tellAboutAttachment(*document->refusal);
     return;
   }
-  const auto file = document->file;
+  FilePart::Path file{document->path, std::move(document->traces)};
   const auto name = *document->description.name;
   const auto mimeType = *document->description.mimeType;
   UploadManager().uploadFile(
-      std::nullopt, file, std::nullopt, name, mimeType, std::nullopt,
+      std::move(file), name, mimeType,
       [document = std::move(document)](const UploadResult& result) { finish(*document, result); });
 }
 
@@ -116,6 +119,7 @@ void startWith(const Url& file, ChatManager::PickedFiles completion) {
                                                       OVKFApiManager::shared().fileSize.get(),
                                                       std::get<std::unique_ptr<FileAccess>>(std::move(access)),
                                                       std::move(completion),
+                                                      {},
                                                       {},
                                                       {}});
   auto& queue = Platform::current().mainQueue;

@@ -7,6 +7,7 @@
 
 #include "Attachments.h"
 #include "DataAddress.h"
+#include "PersonalTraces.h"
 
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/media/UploadManager.h"
@@ -31,6 +32,7 @@ struct Terms {
 /// What a worker found of an item.
 struct Inspected {
   UploadFileInfoModel description{};
+  std::vector<Overwrite> traces{};       // of a video
   std::optional<std::string> refusal{};  // what the visitor reads instead
 };
 
@@ -81,7 +83,7 @@ Inspected inspectVideo(const Url& file, const std::string& path, const Terms& te
   description.suffix = fileExtension(path);
   description.size = size;
   description.mimeType = UploadManager::mimeType(description.suffix);
-  return {std::move(description)};
+  return {std::move(description), personalTraces(path)};
 }
 
 Inspected inspect(const PickedMedia& item, const Terms& terms) {
@@ -129,16 +131,17 @@ class Batch : public std::enable_shared_from_this<Batch> {
     }
     descriptions_[index] = std::move(result.description);
     if (items_[index].mediaType == MediaType::video) {
-      upload(index);
+      upload(index, std::move(result.traces));
     } else {
       end();
     }
   }
 
-  void upload(std::size_t index) {
+  void upload(std::size_t index, std::vector<Overwrite> traces) {
     const auto& description = *descriptions_[index];
     UploadManager().uploadFile(
-        std::nullopt, items_[index].file, std::nullopt, *description.name, *description.mimeType, std::nullopt,
+        FilePart::Path{items_[index].file.filePath().value_or(""), std::move(traces)}, *description.name,
+        *description.mimeType,
         [self = shared_from_this(), index](const UploadResult& result) { self->uploaded(index, result); });
   }
 

@@ -73,13 +73,8 @@ void dismissLater(std::shared_ptr<VisitorOverlay::Upload> shown) {
       [&queue, shown = std::move(shown)]() mutable { queue.async([shown = std::move(shown)] { shown->dismiss(); }); });
 }
 
-}  // namespace
-
-void UploadManager::uploadFile(const std::optional<std::string>& address, const std::optional<Url>& file,
-                               std::optional<std::string> bytes, const std::string& fileName,
-                               const std::string& mimeType,
-                               const std::optional<std::map<std::string, std::string>>& extraFields,
-                               Once<void(UploadResult)> completion) const {
+void post(const std::optional<std::string>& address, std::optional<FilePart> file, std::vector<FormField> fields,
+          Once<void(UploadResult)> completion) {
   auto shown = std::make_shared<VisitorOverlay::Upload>();
   auto finish = [shown, completion = std::move(completion)](const UploadReply& reply) mutable {
     dismissLater(std::move(shown));
@@ -93,11 +88,25 @@ void UploadManager::uploadFile(const std::optional<std::string>& address, const 
     });
     return;
   }
-  UploadRequest request{*url, makeUploadHeaders(), filePart(file, std::move(bytes), fileName, mimeType),
-                        formFields(extraFields)};
+  UploadRequest request{*url, UploadManager::makeUploadHeaders(), std::move(file), std::move(fields)};
   Platform::current().httpClient.upload(
       std::move(request), [shown](double fraction) { shown->progress(static_cast<float>(fraction)); },
       std::move(finish));
+}
+
+}  // namespace
+
+void UploadManager::uploadFile(const std::optional<std::string>& address, const std::optional<Url>& file,
+                               std::optional<std::string> bytes, const std::string& fileName,
+                               const std::string& mimeType,
+                               const std::optional<std::map<std::string, std::string>>& extraFields,
+                               Once<void(UploadResult)> completion) const {
+  post(address, filePart(file, std::move(bytes), fileName, mimeType), formFields(extraFields), std::move(completion));
+}
+
+void UploadManager::uploadFile(FilePart::Path file, const std::string& fileName, const std::string& mimeType,
+                               Once<void(UploadResult)> completion) const {
+  post(std::nullopt, FilePart{fileField, std::move(file), fileName, mimeType}, {}, std::move(completion));
 }
 
 std::string UploadManager::mimeType(std::string_view forExtension) {

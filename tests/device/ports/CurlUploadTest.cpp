@@ -91,7 +91,13 @@ TEST_F(CurlUploadTest, SendsTheFormToTheByte) {
   const auto disk = [&](const std::string& name, const std::string& content) {
     return FilePart::Path{folder_.write(name, content).string()};
   };
+  auto cleaned = disk("cleaned", large);
+  cleaned.overwrites = {{0, 3, "abcdef"}, {500'000, 1'000'000, "xyz"}, {2'999'000, 500, ""}};
+  auto cleanedContent = large;
+  cleanedContent.replace(0, 3, "abc").replace(500'000, 1'000'000, "xyz" + std::string(999'997, '\0'));
+  cleanedContent.replace(2'999'000, 500, 500, '\0');
   const Case cases[] = {
+      {FilePart{"file", cleaned, "cleaned.jpg", "image/jpeg"}, cleanedContent, "cleaned.jpg", {}},
       {FilePart{"file", disk("a", everyByte), "photo.jpg", "image/jpeg"}, everyByte, "photo.jpg", {}},
       {FilePart{"file", disk("b", large), "合同 “终”.pdf", "application/pdf"}, large, "合同 “终”.pdf", fields},
       {FilePart{"file", disk("c", ""), "empty.txt", "text/plain"}, "", "empty.txt", fields},

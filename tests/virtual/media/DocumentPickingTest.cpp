@@ -65,6 +65,14 @@ TEST_F(DocumentPickingTest, DescribesAnImageWithThePictureItself) {
                   R"("suffix":"jpg","size":3,"mimeType":"image/jpeg"}]);)"});
 }
 
+TEST_F(DocumentPickingTest, SendsAPictureWithoutWhatItTellsOfItsOwner) {
+  const auto picture = file("p.jpg");
+  std::ofstream(picture) << std::string("\xFF\xD8\xFF\xFE\0\x06here\xFF\xD9", 12);
+  pick({picture});
+  const FilePart::Path clean{picture, {{6, 4, ""}}};
+  EXPECT_EQ(device_.httpClient().uploads().at(0).file->content, (std::variant<FilePart::Path, FilePart::Bytes>(clean)));
+}
+
 TEST_F(DocumentPickingTest, TakesAFileUpToTheLimitAndTellsThatALargerOneIsTooLarge) {
   const struct {
     std::int64_t limit;

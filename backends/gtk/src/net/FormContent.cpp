@@ -15,7 +15,7 @@ namespace {
 // A regular file, by a descriptor of its own: who deletes or replaces the file meanwhile changes nothing.
 class FileContent final : public FormContent {
  public:
-  explicit FileContent(std::string path) : path_(std::move(path)) {}
+  explicit FileContent(FilePart::Path path) : path_(std::move(path.value)), overwrites_(std::move(path.overwrites)) {}
   ~FileContent() override {
     if (descriptor_ >= 0) close(descriptor_);
   }
@@ -36,19 +36,33 @@ class FileContent final : public FormContent {
     do {
       got = pread(descriptor_, buffer, wanted, at);
     } while (got < 0 && errno == EINTR);
-    if (got > 0) return static_cast<std::size_t>(got);
+    if (got > 0) {
+      for (const auto& change : overwrites_) apply(change, at, buffer, got);
+      return static_cast<std::size_t>(got);
+    }
     got < 0 ? failBy(errno) : fail("it became shorter while it was being sent");
     return 0;
   }
 
  private:
+  // To the stretch of the file at `at` that `buffer` holds.
+  static void apply(const Overwrite& change, std::int64_t at, char* buffer, std::int64_t length) {
+    const auto first = std::max(change.at, at);
+    const auto end = std::min(change.at + change.length, at + length);
+    for (auto place = first; place < end; ++place) {
+      const auto index = static_cast<std::size_t>(place - change.at);
+      buffer[place - at] = index < change.bytes.size() ? change.bytes[index] : '\0';
+    }
+  }
+
   bool failBy(int code) { return fail(std::generic_category().message(code)); }
   bool fail(const std::string& reason) {
     failure_ = "The file cannot be read: " + reason;
     return false;
   }
 
-  std::string path_;
+  const std::string path_;
+  const std::vector<Overwrite> overwrites_;
   int descriptor_ = -1;
 };
 
@@ -70,7 +84,7 @@ class BytesContent final : public FormContent {
 }  // namespace
 
 std::unique_ptr<FormContent> FormContent::of(FilePart::Path path) {
-  return std::make_unique<FileContent>(std::move(path.value));
+  return std::make_unique<FileContent>(std::move(path));
 }
 
 std::unique_ptr<FormContent> FormContent::of(FilePart::Bytes bytes) {

@@ -10,6 +10,7 @@
 #include "orivex/models/UploadResposeModel.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
+#include "orivex/platform/ports/Upload.h"
 #include "orivex/platform/ports/UrlRequest.h"
 
 namespace orivex {
@@ -37,6 +38,10 @@ class UploadManager {
   void uploadFile(const std::optional<std::string>& address, const std::optional<Url>& file,
                   std::optional<std::string> bytes, const std::string& fileName, const std::string& mimeType,
                   const std::optional<std::map<std::string, std::string>>& extraFields,
+                  Once<void(UploadResult)> completion) const;
+
+  /// Posts a file from disk to the chat server of the session, in the same way.
+  void uploadFile(FilePart::Path file, const std::string& fileName, const std::string& mimeType,
                   Once<void(UploadResult)> completion) const;
 
   /// The usual MIME type of files with this extension; "application/octet-stream" when there is none. Any thread.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>
@@ -10,11 +11,20 @@
 
 namespace orivex {
 
+/// A stretch of a file that is sent as something else of the same length.
+struct Overwrite {
+  std::int64_t at = 0;      ///< bytes from the beginning of the file
+  std::int64_t length = 0;  ///< bytes
+  std::string bytes;        ///< sent instead, no more than `length`; zeros follow
+  bool operator==(const Overwrite&) const = default;
+};
+
 /// The part of a form that carries a file.
 struct FilePart {
-  /// A regular file, sent from disk: exactly the bytes that it has when the upload begins.
+  /// A regular file, sent from disk: exactly the bytes that it has when the upload begins, but for `overwrites`.
   struct Path {
     std::string value;
+    std::vector<Overwrite> overwrites{};
     bool operator==(const Path&) const = default;
   };
   /// Bytes in memory.
