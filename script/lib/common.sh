@@ -10,9 +10,11 @@ die() {
   exit 1
 }
 
+# Warnings are errors where ORIVEX_STRICT is ON, as it is in script/check and .ci/run: newer compilers and libraries warn
+# of more, and that is no reason to have no build.
 configurePreset() {
   say "Configuring preset $1"
-  (cd "$root" && cmake --preset "$1")
+  (cd "$root" && cmake --preset "$1" -D CMAKE_COMPILE_WARNING_AS_ERROR="${ORIVEX_STRICT:-OFF}")
 }
 
 # Configures and builds a preset; further arguments go to the build.
