@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
@@ -29,7 +30,11 @@ class BusService {
             nullptr, nullptr, nullptr))) {}
   BusService(const BusService&) = delete;
   BusService& operator=(const BusService&) = delete;
-  ~BusService() { g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr); }
+  ~BusService() {
+    // A call that has come already still waits for its turn in the main loop.
+    for (const guint id : registrations_) g_dbus_connection_unregister_object(connection_.get(), id);
+    g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr);
+  }
 
   /// Adds an object with one interface, whose members all do the same.
   void add(const char* path, const std::string& interface, Method method, Property property = {}) {
@@ -37,9 +42,9 @@ class BusService {
         g_dbus_node_info_new_for_xml(("<node>" + interface + "</node>").c_str(), nullptr));
     static const GDBusInterfaceVTable table{called, asked, nullptr, {}};
     objects_.emplace_back(std::move(method), std::move(property));
-    EXPECT_NE(g_dbus_connection_register_object(connection_.get(), path, node->interfaces[0], &table, &objects_.back(),
-                                                nullptr, nullptr),
-              0U);
+    registrations_.push_back(g_dbus_connection_register_object(connection_.get(), path, node->interfaces[0], &table,
+                                                               &objects_.back(), nullptr, nullptr));
+    EXPECT_NE(registrations_.back(), 0U);
   }
 
   void own(const char* name) { callBus("RequestName", g_variant_new("(su)", name, 0U)); }
@@ -70,6 +75,7 @@ class BusService {
   }
 
   std::list<Object> objects_;
+  std::vector<guint> registrations_;
   GRef<GDBusConnection> connection_;
 };
 

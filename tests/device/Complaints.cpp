@@ -15,6 +15,10 @@ GLogWriterOutput write(GLogLevelFlags level, const GLogField* fields, gsize coun
   return g_log_writer_default(level, fields, count, nullptr);
 }
 
-[[maybe_unused]] const bool isListening = (g_log_set_writer_func(write, nullptr, nullptr), true);
+[[maybe_unused]] const bool isListening = [] {
+  g_log_set_writer_func(write, nullptr, nullptr);
+  g_set_prgname("orivex-test");  // libraries expect a program to have a name
+  return true;
+}();
 
 }  // namespace

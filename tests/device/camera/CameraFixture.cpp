@@ -38,6 +38,7 @@ CameraFixture::CameraFixture() {
   install();
   std::filesystem::remove_all(captureFolder());
   window_ = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
   gtk_window_set_child(window_, gtk_label_new("Chat"));
   application_.attach(window_, {});
