@@ -7,8 +7,9 @@
 
 namespace orivex {
 
-void AnswerQueue::add(Write write) {
+void AnswerQueue::add(Write write, Evaluate evaluate) {
   auto answer = answers_.emplace_back(std::make_shared<Answer>());
+  answer->evaluate = std::move(evaluate);
   auto& queue = Platform::current().mainQueue;
   queue.global([&queue, answer = std::move(answer), write = std::move(write),
                 written = alive_.guard([this] { evaluateWritten(); })]() mutable {
@@ -24,7 +25,7 @@ void AnswerQueue::evaluateWritten() {
   while (!answers_.empty() && answers_.front()->isWritten) {
     const auto answer = std::move(answers_.front());
     answers_.pop_front();
-    if (answer->script) evaluate_(*answer->script);
+    if (answer->script) answer->evaluate(*answer->script);
   }
 }
 

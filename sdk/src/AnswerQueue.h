@@ -15,21 +15,21 @@ namespace orivex {
 class AnswerQueue {
  public:
   using Write = std::function<std::optional<std::string>()>;
+  using Evaluate = std::function<void(const std::string& script)>;
 
-  explicit AnswerQueue(std::function<void(const std::string& script)> evaluate) : evaluate_(std::move(evaluate)) {}
-
-  /// Runs `write` on a worker thread, where it also ends, and later evaluates the script that it returns, if any.
-  void add(Write write);
+  /// Runs `write` on a worker thread, where it also ends, and later gives the script that it returns, if any, to
+  /// `evaluate`.
+  void add(Write write, Evaluate evaluate);
 
  private:
   struct Answer {
+    Evaluate evaluate;
     bool isWritten = false;
     std::optional<std::string> script;
   };
 
   void evaluateWritten();
 
-  std::function<void(const std::string& script)> evaluate_;
   std::deque<std::shared_ptr<Answer>> answers_;
   Alive alive_;
 };

@@ -29,6 +29,7 @@ void ChatNavigation::didReceiveServerRedirect() {
 
 void ChatNavigation::didCommitNavigation() {
   log::debugPrint("Loading");
+  screen_.pageCommitted();
 }
 
 void ChatNavigation::didFinishNavigation() {

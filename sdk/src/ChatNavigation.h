@@ -15,6 +15,7 @@ class ChatNavigation : public NavigationDelegate {
   /// What the navigation asks and tells the screen.
   struct Screen {
     std::function<std::shared_ptr<OVKFApi>()> hold;
+    std::function<void()> pageCommitted;
     std::function<void()> pageFinished;
   };
 

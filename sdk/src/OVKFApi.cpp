@@ -5,6 +5,7 @@
 #include "ChatWebViewHost.h"
 #include "Closing.h"
 #include "EdgePanBack.h"
+#include "PageOrigins.h"
 #include "ScriptMessageBridge.h"
 
 #include "orivex/media/ChatManager.h"
@@ -46,15 +47,25 @@ std::string drain(std::vector<std::shared_ptr<MessageBody>>& queue) {
 }  // namespace
 
 OVKFApi::OVKFApi() {
+  origins_ = std::make_unique<PageOrigins>();
   host_ = std::make_unique<ChatWebViewHost>(*this);
+  const auto documentUrl = [this] { return webView()->engine().documentUrl(); };
   navigation_ = std::make_shared<ChatNavigation>(
-      ChatNavigation::Screen{.hold = [this] { return self(); }, .pageFinished = [this] { host_->pageFinished(); }});
+      ChatNavigation::Screen{.hold = [this] { return self(); },
+                             .pageCommitted = [this, documentUrl] { origins_->committed(documentUrl()); },
+                             .pageFinished =
+                                 [this, documentUrl] {
+                                   origins_->finished(documentUrl());
+                                   host_->pageFinished();
+                                 }});
   host_->setNavigationDelegate(navigation_);
-  bridge_ = std::make_unique<ScriptMessageBridge>(
-      ScriptMessageBridge::Screen{.hold = [this] { return self(); },
-                                  .delegate = [this] { return conversionDelegate; },
-                                  .evaluate = [this](const std::string& script) { host_->evaluate(script); },
-                                  .reveal = [this] { host_->reveal(); }});
+  bridge_ = std::make_unique<ScriptMessageBridge>(ScriptMessageBridge::Screen{
+      .hold = [this] { return self(); },
+      .delegate = [this] { return conversionDelegate; },
+      .evaluate = [this](const std::string& script) { host_->evaluate(script); },
+      .reveal = [this] { host_->reveal(); },
+      .origin = [documentUrl] { return originOf(documentUrl()); },
+      .showsChatPage = [this, documentUrl] { return origins_->trusts(documentUrl(), trustedOrigins); }});
 }
 
 // A screen that never disappeared, for example with its window, is gone all the same.
@@ -74,6 +85,7 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
   auto& store = OVKFApiManager::shared();
   store.user.set(user);
   store.host.set(host);
+  origins_->setServer(host);
   store.entryId.set(entryId);
   store.appKey.set(appkey);
   if (callBack) callBack();
@@ -114,8 +126,16 @@ void OVKFApi::close() {
 void OVKFApi::clearWebViewCache() {
   auto& dataStore = Platform::current().websiteDataStore;
   const auto types = WebsiteDataStore::allTypes();
-  dataStore.fetchRecords(types, [&dataStore, types](const std::vector<WebsiteDataRecord>& records) {
-    dataStore.removeData(types, records, [] { OVKFApiHelper::showMessage("缓存清理完成", cacheNoticeSeconds); });
+  const auto tell = [](const std::optional<Failure>& failure) {
+    if (failure) log::print("Error clearing website data: " + failure->description);
+    OVKFApiHelper::showMessage(failure ? "缓存清理失败" : "缓存清理完成", cacheNoticeSeconds);
+  };
+  dataStore.fetchRecords(types, [&dataStore, types, tell](const auto& result) {
+    if (const auto* failure = std::get_if<Failure>(&result)) {
+      tell(*failure);
+    } else {
+      dataStore.removeData(types, std::get<WebsiteDataStore::Records>(result), tell);
+    }
   });
 }
 

@@ -47,24 +47,30 @@ std::optional<std::string> scriptCall(std::string_view function, const Value& ar
 }  // namespace
 
 const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
-    {"trackEvent", &ScriptMessageBridge::trackEvent},
-    {"openUrl", &ScriptMessageBridge::openUrl},
-    {"openFile", &ScriptMessageBridge::openFile},
-    {"goBack", &ScriptMessageBridge::goBack},
-    {"openCamera", &ScriptMessageBridge::openCamera},
-    {"openDocumentPicker", &ScriptMessageBridge::openDocumentPicker},
-    {"openPhotoLibraryPicker", &ScriptMessageBridge::openPhotoLibraryPicker},
-    {"recording", &ScriptMessageBridge::recording},
-    {"initLoaded", &ScriptMessageBridge::initLoaded},
+    {"trackEvent", false, &ScriptMessageBridge::trackEvent},
+    {"openUrl", true, &ScriptMessageBridge::openUrl},
+    {"openFile", false, &ScriptMessageBridge::openFile},
+    {"goBack", true, &ScriptMessageBridge::goBack},
+    {"openCamera", false, &ScriptMessageBridge::openCamera},
+    {"openDocumentPicker", false, &ScriptMessageBridge::openDocumentPicker},
+    {"openPhotoLibraryPicker", false, &ScriptMessageBridge::openPhotoLibraryPicker},
+    {"recording", false, &ScriptMessageBridge::recording},
+    {"initLoaded", true, &ScriptMessageBridge::initLoaded},
 };
 
 void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
   if (log::isEnabled()) {
-    log::debugPrint("Received message from JavaScript: " + message.name + " " + message.body);
+    const auto text = message.body.starts_with('"') ? decodeText(message.body) : std::nullopt;
+    log::debugPrint("Received message from JavaScript: " + message.name + " " + (text ? *text : message.body));
   }
   const auto* const service = std::find_if(std::begin(services), std::end(services),
                                            [&](const Service& candidate) { return candidate.name == message.name; });
-  if (service != std::end(services)) (this->*service->serve)(message.body);
+  if (service == std::end(services)) return;
+  if (!service->isOpen && !screen_.showsChatPage()) {
+    log::print("Declined \"" + message.name + "\" of a page that is not the chat's: " + screen_.origin());
+    return;
+  }
+  (this->*service->serve)(message.body);
 }
 
 void ScriptMessageBridge::trackEvent(std::string_view body) {
@@ -132,15 +138,22 @@ std::optional<PostMessageModel> ScriptMessageBridge::request(std::string_view bo
 }
 
 ScriptMessageBridge::FilesAnswer ScriptMessageBridge::filesAnswer() {
-  return alive_.guard([this](std::vector<UploadFileInfoModel> files) {
-    answers_.add([files = std::move(files)] { return scriptCall("handleSelectedFiles", files); });
+  return alive_.guard([this, evaluate = evaluateForAsker()](std::vector<UploadFileInfoModel> files) {
+    answers_.add([files = std::move(files)] { return scriptCall("handleSelectedFiles", files); }, evaluate);
   });
 }
 
 ScriptMessageBridge::RecordAnswer ScriptMessageBridge::recordAnswer() {
-  return alive_.guard([this](UploadFileInfoModel record) {
-    answers_.add([record = std::move(record)] { return scriptCall("handleSelectedRecord", record, true); });
+  return alive_.guard([this, evaluate = evaluateForAsker()](UploadFileInfoModel record) {
+    answers_.add([record = std::move(record)] { return scriptCall("handleSelectedRecord", record, true); }, evaluate);
   });
+}
+
+AnswerQueue::Evaluate ScriptMessageBridge::evaluateForAsker() const {
+  return [this, asker = screen_.origin()](const std::string& script) {
+    if (screen_.origin() == asker) return screen_.evaluate(script);
+    log::print("An answer for " + asker + " was dropped: the page has gone to " + screen_.origin());
+  };
 }
 
 }  // namespace orivex

@@ -28,9 +28,11 @@ class ScriptMessageBridge {
     std::function<std::shared_ptr<OVKFApiConversationDelegate>()> delegate;
     std::function<void(const std::string& script)> evaluate;
     std::function<void()> reveal;
+    std::function<std::string()> origin;  ///< of the document that posts or is answered now
+    std::function<bool()> showsChatPage;  ///< whether that document is the chat's own
   };
 
-  explicit ScriptMessageBridge(Screen screen) : screen_(std::move(screen)), answers_(screen_.evaluate) {}
+  explicit ScriptMessageBridge(Screen screen) : screen_(std::move(screen)) {}
 
   void dispatch(const ScriptMessage& message);
 
@@ -55,8 +57,12 @@ class ScriptMessageBridge {
   FilesAnswer filesAnswer();
   RecordAnswer recordAnswer();
 
+  /// Evaluates an answer in the document that has asked, or in another of its origin.
+  AnswerQueue::Evaluate evaluateForAsker() const;
+
   struct Service {
     std::string_view name;
+    bool isOpen;  ///< also to a document that is not the chat's
     void (ScriptMessageBridge::*serve)(std::string_view body);
   };
   static const Service services[9];

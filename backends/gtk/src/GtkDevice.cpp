@@ -2,6 +2,8 @@
 
 #include <cerrno>
 
+#include "web/WebSession.h"
+
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/sdk/Version.h"
@@ -32,7 +34,7 @@ GtkDevice& device() {
 
 GtkDevice::GtkDevice()
     : componentBundle_(FolderBundle::besideLibrary(&OrivexSDKVersionNumber)),
-      session_(GRef<WebKitNetworkSession>::share(webkit_network_session_get_default())),
+      session_(makeWebSession(storageName())),
       webEngines_(mainQueue_, session_, componentBundle_.pathOf("web-process")),
       websiteDataStore_(session_.get()),
       mainBundle_(applicationId()),

@@ -8,16 +8,15 @@
 
 namespace orivex::gtk {
 
-/// The data of all web views of one network session. A failure of WebKit's is one log line and counts as nothing found
-/// or as done.
+/// The data of all web views of one network session.
 class WebKitDataStore final : public WebsiteDataStore {
  public:
   explicit WebKitDataStore(WebKitNetworkSession* session);
 
   void fetchRecords(const std::set<WebsiteDataType>& types,
-                    Once<void(std::vector<WebsiteDataRecord>)> completion) override;
-  void removeData(const std::set<WebsiteDataType>& types, const std::vector<WebsiteDataRecord>& records,
-                  Once<void()> completion) override;
+                    Once<void(std::variant<Records, Failure>)> completion) override;
+  void removeData(const std::set<WebsiteDataType>& types, const Records& records,
+                  Once<void(std::optional<Failure>)> completion) override;
 
  private:
   GRef<WebKitWebsiteDataManager> manager_;

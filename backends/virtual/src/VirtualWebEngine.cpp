@@ -157,6 +157,7 @@ void VirtualWebEngine::commit(const std::string& url) {
     if (page.refused) {
       tell(page, page.handlers.didFailProvisionalNavigation, "The response was refused");
     } else {
+      page.documentUrl = url;
       tell(page, page.handlers.didCommitNavigation);
       setUrl(page, url);
     }

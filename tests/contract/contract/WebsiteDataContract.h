@@ -23,7 +23,7 @@ class WebsiteDataContract : public Suite<Fixture> {
 
   Records fetch(const std::set<WebsiteDataType>& types) {
     std::optional<Records> result;
-    store().fetchRecords(types, [&](Records records) { result = std::move(records); });
+    store().fetchRecords(types, [&](auto records) { result = std::get<Records>(std::move(records)); });
     EXPECT_FALSE(result) << "completed inside the call";
     EXPECT_TRUE(this->wait([&] { return result.has_value(); }));
     return result.value_or(Records());
@@ -31,7 +31,10 @@ class WebsiteDataContract : public Suite<Fixture> {
 
   void remove(const std::set<WebsiteDataType>& types, const Records& records) {
     int completions = 0;
-    store().removeData(types, records, [&] { ++completions; });
+    store().removeData(types, records, [&](const auto& failure) {
+      EXPECT_FALSE(failure) << failure->description;
+      ++completions;
+    });
     EXPECT_EQ(completions, 0) << "completed inside the call";
     EXPECT_TRUE(this->wait([&] { return completions > 0; }));
   }

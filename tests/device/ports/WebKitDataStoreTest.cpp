@@ -23,16 +23,17 @@ class WebKitDataStoreTest : public ::testing::Test {
 
   std::vector<WebsiteDataRecord> fetch(const std::set<WebsiteDataType>& types) {
     std::optional<std::vector<WebsiteDataRecord>> records;
-    store_.fetchRecords(types, [&](std::vector<WebsiteDataRecord> found) { records = std::move(found); });
+    store_.fetchRecords(types, [&](auto found) { records = std::get<WebsiteDataStore::Records>(std::move(found)); });
     EXPECT_FALSE(records) << "answered inside the call";
     EXPECT_TRUE(wait([&] { return records.has_value(); }, patience));
     return records.value_or(std::vector<WebsiteDataRecord>{});
   }
 
-  void remove(const std::set<WebsiteDataType>& types, const std::vector<WebsiteDataRecord>& records) {
-    bool removed = false;
-    store_.removeData(types, records, [&] { removed = true; });
-    EXPECT_TRUE(wait([&] { return removed; }, patience));
+  std::optional<Failure> remove(const std::set<WebsiteDataType>& types, const std::vector<WebsiteDataRecord>& records) {
+    std::optional<std::optional<Failure>> result;
+    store_.removeData(types, records, [&](auto failure) { result = std::move(failure); });
+    EXPECT_TRUE(wait([&] { return result.has_value(); }, patience));
+    return result.value_or(std::nullopt);
   }
 
   static std::set<std::string> names(const std::vector<WebsiteDataRecord>& records) {
@@ -53,14 +54,14 @@ TEST_F(WebKitDataStoreTest, RemovesOnlyTheAskedTypesOfTheGivenRecords) {
   const auto all = WebsiteDataStore::allTypes();
   auto records = fetch(all);
   EXPECT_EQ(names(records), (std::set<std::string>{"bank.example", "shop.example"}));
-  remove({WebsiteDataType::localStorage}, records);
+  EXPECT_FALSE(remove({WebsiteDataType::localStorage}, records));
   EXPECT_EQ(fetch({WebsiteDataType::cookies}).size(), 2U);
   std::erase_if(records, [](const auto& record) { return record.displayName == "bank.example"; });
-  remove({WebsiteDataType::cookies}, records);
+  EXPECT_FALSE(remove({WebsiteDataType::cookies}, records));
   EXPECT_EQ(names(fetch(all)), (std::set<std::string>{"bank.example"}));
-  remove(all, fetch(all));
+  EXPECT_FALSE(remove(all, fetch(all)));
   EXPECT_TRUE(fetch(all).empty());
-  remove(all, {});
+  EXPECT_FALSE(remove(all, {}));
 }
 
 }  // namespace

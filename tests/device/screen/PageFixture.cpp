@@ -14,7 +14,7 @@ constexpr const char* windowTitle = "orivex-page";
 
 }  // namespace
 
-PageFixture::PageFixture() {
+PageFixture::PageFixture(const WebEngineConfiguration& configuration) {
   // Without a graphics card the other way of painting loses the visitor's first input.
   g_setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", FALSE);
   adw_init();
@@ -23,7 +23,7 @@ PageFixture::PageFixture() {
   gtk_window_set_title(window_, windowTitle);
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
-  web_.emplace(Platform::current(), WebEngineConfiguration{});
+  web_.emplace(Platform::current(), configuration);
   gtk_window_set_child(window_, GTK_WIDGET(view()));
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(view())) != FALSE; }, 10);

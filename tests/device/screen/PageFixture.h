@@ -22,7 +22,7 @@ namespace orivex::gtk {
 /// page asks for and the visitor's hands.
 class PageFixture : public ::testing::Test {
  protected:
-  PageFixture();
+  explicit PageFixture(const WebEngineConfiguration& configuration = {});
   ~PageFixture() override;
 
   /// Serves `site` by target, whole replies, with `body` as the page at "/", and loads that.

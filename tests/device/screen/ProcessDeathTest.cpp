@@ -1,3 +1,5 @@
+#include <atomic>
+
 #include <webkit/webkit.h>
 
 #include "ScreenFixture.h"
@@ -31,6 +33,21 @@ TEST_F(ProcessDeath, APageComesBackAndOneThatDiesAgainAndAgainEndsInAMessage) {
   EXPECT_TRUE(wait([&] { return log.has("lost its process too often"); }, 5));
   EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 10)) << "the visitor is not left with a white page";
   EXPECT_EQ(readyCount(), 4U);
+}
+
+TEST_F(ProcessDeath, APageThatDiesOnItsWayIsAskedForAgain) {
+  std::atomic<int> asked = 0;
+  const auto page = servePage("<script>" + raise("ready") + "</script>");
+  const SocketServer server([&](const std::string& target) {
+    if (!target.starts_with(chatPath)) return page(target);
+    // The first request is the check's, the second the page's.
+    return ++asked == 2 ? SocketServer::Answer{"", SocketServer::Then::silence} : page(target);
+  });
+  const auto chat = startChat(server.url(""));
+  window()->rootViewController()->present(chat, false);
+  ASSERT_TRUE(wait([&] { return asked == 2; }, 20));
+  killPage(*chat);
+  EXPECT_TRUE(wait([&] { return raised("ready"); }, 20));
 }
 
 }  // namespace

@@ -44,9 +44,9 @@ TEST_F(BridgeTest, LogsEachMessageAndDropsUnknownNames) {
     const char* line;
   } cases[] = {
       {"unknown", "null", R"("Received message from JavaScript: unknown null")"},
-      {"OpenUrl", R"("https://a.example")", R"("Received message from JavaScript: OpenUrl \"https://a.example\"")"},
-      {"openurl", R"("https://a.example")", R"("Received message from JavaScript: openurl \"https://a.example\"")"},
-      {"openUrl ", R"("https://a.example")", R"("Received message from JavaScript: openUrl  \"https://a.example\"")"},
+      {"OpenUrl", R"("https://a.example")", R"("Received message from JavaScript: OpenUrl https://a.example")"},
+      {"openurl", R"("https://a.example")", R"("Received message from JavaScript: openurl https://a.example")"},
+      {"openUrl ", R"("https://a.example")", R"("Received message from JavaScript: openUrl  https://a.example")"},
       {"goback", "null", R"("Received message from JavaScript: goback null")"},
       {"", "{}", R"("Received message from JavaScript:  {}")"},
       {"initloaded", "[1,\"a\\n\"]", R"("Received message from JavaScript: initloaded [1,\"a\\n\"]")"},

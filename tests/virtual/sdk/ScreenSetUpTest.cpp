@@ -158,7 +158,12 @@ TEST_F(ScreenSetUpTest, ClearsTheDataOfEverySiteAndSaysSo) {
   std::make_shared<OVKFApi>()->clearWebViewCache();
   device_.advance(10);
   EXPECT_TRUE(store.sites().empty());
-  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 缓存清理完成", "3.0 hides 缓存清理完成"}));
+  store.breakDown({"disk full"});
+  std::make_shared<OVKFApi>()->clearWebViewCache();
+  device_.advance(10);
+  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 缓存清理完成", "3.0 hides 缓存清理完成", "10.0 shows 缓存清理失败",
+                                   "13.0 hides 缓存清理失败"}));
+  EXPECT_TRUE(log_.has("disk full"));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "../glib/GMemory.h"
 #include "../glib/GRef.h"
@@ -50,7 +51,18 @@ bool isKept(WebKitContextMenuItem* item) {
   return std::find(std::begin(keptActions), std::end(keptActions), action) != std::end(keptActions);
 }
 
+void disableFeature(WebKitSettings* settings, std::string_view name) {
+  auto* const features = webkit_settings_get_all_features();
+  for (gsize index = 0; index < webkit_feature_list_get_length(features); ++index) {
+    auto* const feature = webkit_feature_list_get(features, index);
+    if (webkit_feature_get_identifier(feature) == name) webkit_settings_set_feature_enabled(settings, feature, FALSE);
+  }
+  webkit_feature_list_unref(features);
+}
+
 void limitSettings(WebKitSettings* settings) {
+  // They outlive the visit in which a page has put them there.
+  disableFeature(settings, "ServiceWorkers");
   // The view reaches below the window's edge, so a page that fills the display would lose its controls, and the window
   // is the host's: a page that asks first learns that it cannot.
   webkit_settings_set_enable_fullscreen(settings, FALSE);

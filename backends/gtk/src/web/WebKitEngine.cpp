@@ -170,6 +170,7 @@ void WebKitEngine::load(const UrlRequest& request) {
       soup_message_headers_replace(headers, header.name.c_str(), header.value.c_str());
     }
   }
+  uncommitted_ = uri;
   webkit_web_view_load_request(view_.get(), uri.get());
 }
 
@@ -182,7 +183,12 @@ void WebKitEngine::loadFile(const std::string& path, const std::string& /*readAc
 
 void WebKitEngine::reload() {
   const CallMark mark(inCall_);
-  webkit_web_view_reload(view_.get());
+  // WebKit reloads what has come; what died on its way is nothing to it.
+  if (uncommitted_) {
+    webkit_web_view_load_request(view_.get(), uncommitted_.get());
+  } else {
+    webkit_web_view_reload(view_.get());
+  }
 }
 
 void WebKitEngine::evaluate(const std::string& script, EvaluationCompletion completion) {
@@ -232,6 +238,9 @@ void WebKitEngine::loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event) {
 }
 
 void WebKitEngine::committed() {
+  const char* const uri = webkit_web_view_get_uri(view_.get());
+  documentUrl_ = uri ? uri : "";
+  uncommitted_ = nullptr;
   // To WebKit the address never changed while the process was gone. The handler may end this engine.
   const bool isBack = std::exchange(processGone_, false);
   auto tellAddress = alive_.guard([this] { tellUri(); });

@@ -34,6 +34,7 @@ class WebKitEngine final : public WebEngine {
   void loadFile(const std::string& path, const std::string& readAccessPath) override;
   void reload() override;
   void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
+  std::optional<std::string> documentUrl() const override { return documentUrl_; }
   void setCustomUserAgent(const std::string& userAgent) override;
   void setScrollSettings(const ScrollSettings& settings) override;
 
@@ -64,12 +65,14 @@ class WebKitEngine final : public WebEngine {
   WebEngineHandlers handlers_;
   GRef<WebKitUserContentManager> content_;
   GRef<WebKitWebView> view_;
+  GRef<WebKitURIRequest> uncommitted_;  // what was asked for last, until it commits
   GRef<GCancellable> cancellable_;
   PageLimits limits_;
   ScriptDialogs dialogs_;
   PageRequests requests_;
   std::vector<std::unique_ptr<MessageChannel>> channels_;
   std::vector<SignalConnection> signals_;
+  std::optional<std::string> documentUrl_;
   bool inCall_ = false;
   bool loadFailed_ = false;
   bool processGone_ = false;

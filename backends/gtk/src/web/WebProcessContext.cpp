@@ -12,7 +12,7 @@ WebProcessContext::WebProcessContext(const std::string& moduleFolder)
   webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
   std::error_code error;
   if (!std::filesystem::is_directory(moduleFolder, error)) {
-    log::print("Pages keep the web engine's user agent: there is no folder " + moduleFolder);
+    log::print("Pages keep the web engine's user agent, and their frames can post: there is no folder " + moduleFolder);
     return;
   }
   // Before the first process starts: its sandbox shows it this folder only when it was known by then.

@@ -13,8 +13,8 @@ namespace orivex::gtk {
 /// is given the user agent that was set last before it starts: the component names itself in one way only.
 class WebProcessContext {
  public:
-  /// `moduleFolder` holds the module that gives a process its user agent and nothing else. Without it, pages keep
-  /// WebKit's user agent, with one log line.
+  /// `moduleFolder` holds the module for the pages' processes and nothing else. Without it, pages keep WebKit's user
+  /// agent and their frames can post messages, with one log line.
   explicit WebProcessContext(const std::string& moduleFolder);
 
   WebKitWebContext* get() const { return context_.get(); }

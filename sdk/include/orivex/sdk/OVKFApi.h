@@ -16,6 +16,7 @@ namespace orivex {
 class ChatNavigation;
 class ChatWebViewHost;
 class EdgePanBack;
+class PageOrigins;
 class ScriptMessageBridge;
 class WebView;
 struct MessageBody;
@@ -39,6 +40,11 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   /// "enable_eruda" instead.
   bool debug = false;
 
+  /// Origins, such as "https://chat.example", whose pages are served as the chat page is when it leads to them. Pages
+  /// of other origins than these, the chat server's and those where its redirects lead can only open links, say that
+  /// they are there, and go back.
+  std::vector<std::string> trustedOrigins;
+
   /// Records the session and builds the chat page address; the page is loaded when the screen shows. No argument is
   /// checked. A visitor without a `deviceId` gets this device's identifier, written into `user`. `callBack`, if any, is
   /// called at once, when the configuration is stored. An address that does not parse leaves the earlier one in place,
@@ -57,7 +63,8 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   /// Sends the screen away, whether it was presented or pushed. Does nothing while it does not show.
   void close();
 
-  /// Removes cookies, storage and caches of every site from the web views of this process, and says so to the visitor.
+  /// Removes cookies, storage and caches of every site from the component's web views, and tells the visitor that it is
+  /// done, or that some of it could not be removed. Web views of the host keep theirs.
   void clearWebViewCache();
 
   /// Whether the page has been revealed.
@@ -93,6 +100,7 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   std::shared_ptr<OVKFApi> self();
 
   std::shared_ptr<View> previousViewSnapshot_;
+  std::unique_ptr<PageOrigins> origins_;
   std::unique_ptr<ChatWebViewHost> host_;
   std::shared_ptr<ChatNavigation> navigation_;
   std::unique_ptr<ScriptMessageBridge> bridge_;

@@ -46,6 +46,7 @@ class VirtualWebEngine final : public WebEngine {
   /// Succeeds unless the factory's script runner says otherwise, `failNextEvaluation` was called or the page's process
   /// is gone.
   void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
+  std::optional<std::string> documentUrl() const override { return page_->documentUrl; }
   void setCustomUserAgent(const std::string& userAgent) override;
   void setScrollSettings(const ScrollSettings& settings) override;
 
@@ -112,6 +113,7 @@ class VirtualWebEngine final : public WebEngine {
   struct Page {
     WebEngineHandlers handlers;
     std::optional<std::string> url;
+    std::optional<std::string> documentUrl;
     std::optional<std::vector<std::string>> chosenFiles;
     bool refused = false;
     bool ended = false;

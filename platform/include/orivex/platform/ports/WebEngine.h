@@ -106,10 +106,15 @@ class WebEngine {
   /// Loads a local page that may read files inside `readAccessPath` only.
   virtual void loadFile(const std::string& path, const std::string& readAccessPath) = 0;
 
+  /// Loads the page again, or what was asked for last if it has not come yet.
   virtual void reload() = 0;
 
   /// Runs `script` in the page; `completion` gets the error's description, or nothing when it ran.
   virtual void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) = 0;
+
+  /// Address of the document whose scripts run now: not yet that of a navigation that has only begun, which
+  /// `urlChanged` may tell already. Absent before the first document.
+  virtual std::optional<std::string> documentUrl() const = 0;
 
   virtual void setCustomUserAgent(const std::string& userAgent) = 0;
   virtual void setScrollSettings(const ScrollSettings& settings) = 0;

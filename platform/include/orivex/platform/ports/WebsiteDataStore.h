@@ -1,10 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <variant>
 #include <vector>
 
+#include "orivex/platform/base/Failure.h"
 #include "orivex/platform/base/Once.h"
 
 namespace orivex {
@@ -31,7 +34,7 @@ struct WebsiteDataRecord {
   std::shared_ptr<void> handle;
 };
 
-/// The data that all web views of the process share. Main thread; completions come on the main thread, once.
+/// The data that all web views of the component share. Main thread; completions come on the main thread, once.
 class WebsiteDataStore {
  public:
   WebsiteDataStore() = default;
@@ -41,12 +44,14 @@ class WebsiteDataStore {
 
   static std::set<WebsiteDataType> allTypes();
 
-  virtual void fetchRecords(const std::set<WebsiteDataType>& types,
-                            Once<void(std::vector<WebsiteDataRecord>)> completion) = 0;
+  using Records = std::vector<WebsiteDataRecord>;
 
-  /// Removes the data of `types` of each of `records`.
-  virtual void removeData(const std::set<WebsiteDataType>& types, const std::vector<WebsiteDataRecord>& records,
-                          Once<void()> completion) = 0;
+  virtual void fetchRecords(const std::set<WebsiteDataType>& types,
+                            Once<void(std::variant<Records, Failure>)> completion) = 0;
+
+  /// Removes the data of `types` of each of `records`; `completion` gets a failure when some of it stays on the device.
+  virtual void removeData(const std::set<WebsiteDataType>& types, const Records& records,
+                          Once<void(std::optional<Failure>)> completion) = 0;
 };
 
 }  // namespace orivex

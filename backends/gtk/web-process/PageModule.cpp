@@ -1,0 +1,60 @@
+// Loaded by WebKit into each page's process, where it does what the engine has no setting for:
+// - Requests and scripts of the page carry the component's user agent. The engine's own setting takes only texts of the
+//   form that browsers use, and the chat server knows its clients by another. Web sockets keep WebKit's user agent:
+//   their handshakes pass no module.
+// - Only the page itself can post messages. What stands in a frame of it may come from anywhere.
+// - The page's own document, whose address holds the visitor's token, is not kept on the disk.
+
+#include <webkit/webkit-web-process-extension.h>
+
+namespace {
+
+// Never freed: the process has one user agent until it ends. Empty: WebKit's own.
+const char* userAgent = nullptr;
+
+gboolean sendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIResponse* /*redirect*/,
+                     gpointer /*data*/) {
+  // Null for requests that are not HTTP.
+  SoupMessageHeaders* const headers = webkit_uri_request_get_http_headers(request);
+  if (!headers) return FALSE;
+  if (*userAgent) soup_message_headers_replace(headers, "User-Agent", userAgent);
+  if (g_strcmp0(webkit_uri_request_get_uri(request), webkit_web_page_get_uri(page)) == 0) {
+    soup_message_headers_replace(headers, "Cache-Control", "no-store");
+  }
+  return FALSE;
+}
+
+void pageCreated(WebKitWebProcessExtension* /*extension*/, WebKitWebPage* page, gpointer /*data*/) {
+  g_signal_connect(page, "send-request", G_CALLBACK(sendRequest), nullptr);
+}
+
+void nameNavigator(JSCContext* context) {
+  JSCValue* const navigator = jsc_context_get_value(context, "navigator");
+  JSCValue* const text = jsc_value_new_string(context, userAgent);
+  jsc_value_object_define_property_data(navigator, "userAgent", JSC_VALUE_PROPERTY_ENUMERABLE, text);
+  g_object_unref(text);
+  g_object_unref(navigator);
+}
+
+void takeBridgeAway(JSCContext* context) {
+  JSCValue* const window = jsc_context_get_global_object(context);
+  jsc_value_object_delete_property(window, "webkit");
+  g_object_unref(window);
+}
+
+// Comes before the first script of each document, an empty one too.
+void windowCleared(WebKitScriptWorld* world, WebKitWebPage* /*page*/, WebKitFrame* frame, gpointer /*data*/) {
+  JSCContext* const context = webkit_frame_get_js_context_for_script_world(frame, world);
+  if (*userAgent) nameNavigator(context);
+  if (!webkit_frame_is_main_frame(frame)) takeBridgeAway(context);
+  g_object_unref(context);
+}
+
+}  // namespace
+
+extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize_with_user_data(
+    WebKitWebProcessExtension* extension, const GVariant* userData) {
+  userAgent = g_strdup(g_variant_get_string(const_cast<GVariant*>(userData), nullptr));
+  g_signal_connect(extension, "page-created", G_CALLBACK(pageCreated), nullptr);
+  g_signal_connect(webkit_script_world_get_default(), "window-object-cleared", G_CALLBACK(windowCleared), nullptr);
+}

@@ -1,0 +1,76 @@
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <sys/stat.h>
+
+#include "PageFixture.h"
+
+namespace orivex::gtk {
+namespace {
+
+class HostilePage : public PageFixture {
+ protected:
+  HostilePage() : PageFixture({{"contract"}, {}, true}) {}
+
+  /// The folder of the component's web session below `base`.
+  static std::filesystem::path webFolder(const char* base) {
+    return std::filesystem::path(base) / program_invocation_short_name / "orivex-sdk" / "web";
+  }
+
+  /// Whether some file below `folder` contains `text`.
+  static bool isOnDisk(const std::filesystem::path& folder, const std::string& text) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      std::stringstream contents;
+      if (entry.is_regular_file()) contents << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+      if (contents.str().find(text) != std::string::npos) return true;
+    }
+    return false;
+  }
+};
+
+TEST_F(HostilePage, NoFrameHasTheBridge) {
+  const std::string probe =
+      "<script>parent.postMessage(location.pathname + ' ' + typeof window.webkit + ' ' +"
+      "typeof Object.getOwnPropertyDescriptor(Window.prototype, 'webkit'), '*')</script>";
+  open(
+      "<iframe id=blank></iframe><script>window.seen = []; onmessage = (event) => seen.push(event.data);"
+      "window.early = typeof blank.contentWindow.webkit;"
+      "webkit.messageHandlers.contract.postMessage('from the page');</script>"
+      "<iframe src=/same></iframe><iframe id=other></iframe><iframe sandbox=allow-scripts src=/sandboxed></iframe>"
+      "<iframe srcdoc=\"" +
+          probe +
+          "\"></iframe>"
+          "<script>other.src = 'http://localhost:' + location.port + '/other'</script>",
+      {{"/same", {reply(200, probe, htmlHeader)}},
+       {"/other", {reply(200, probe, htmlHeader)}},
+       {"/sandboxed", {reply(200, probe, htmlHeader)}}});
+  EXPECT_TRUE(becomes("seen.sort().join()",
+                      "/other undefined undefined,/same undefined undefined,/sandboxed undefined undefined,"
+                      "srcdoc undefined undefined"));
+  EXPECT_EQ(evaluate("early + typeof blank.contentWindow.webkit"), "undefinedundefined");
+  evaluate("blank.src = 'about:blank'; blank.onload = () => { window.again = typeof blank.contentWindow.webkit; }; 0");
+  EXPECT_TRUE(becomes("window.again", "undefined"));
+  ASSERT_EQ(web_->messages.size(), 1U);
+  EXPECT_EQ(web_->messages.front().body, "\"from the page\"");
+}
+
+TEST_F(HostilePage, WhatItLeavesIsTheVisitorsAloneAndTheHostsPagesKeepTheirs) {
+  for (const char* base : {g_get_user_data_dir(), g_get_user_cache_dir()}) {
+    struct stat status {};
+    ASSERT_EQ(stat(webFolder(base).c_str(), &status), 0) << webFolder(base);
+    EXPECT_EQ(status.st_mode & 0777U, 0700U);
+  }
+  const std::string kept = "Cache-Control: max-age=3600\r\n";
+  const std::string filler(50000, 'x');
+  EXPECT_NE(webkit_web_view_get_network_session(view()), webkit_network_session_get_default());
+  open("", {{"/", {reply(200, "<script src=/kept.js></script>secret-document" + filler, htmlHeader + kept)}},
+            {"/kept.js", {reply(200, "window.kept = 'kept-script" + filler + "'", kept)}}});
+  EXPECT_EQ(evaluate("typeof navigator.serviceWorker"), "undefined") << "one would outlive the visit";
+  const auto cache = webFolder(g_get_user_cache_dir());
+  EXPECT_TRUE(wait([&] { return isOnDisk(cache, "kept-script"); }, 10));
+  EXPECT_FALSE(isOnDisk(cache, "secret-document"));
+}
+
+}  // namespace
+}  // namespace orivex::gtk
