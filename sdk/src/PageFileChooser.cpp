@@ -9,7 +9,7 @@ namespace orivex {
 
 void PageFileChooser::choose(const FileChooserRequest& request, View& view, Completion completion) {
   Platform::current().documentPicker.present(
-      {request.mimeTypes}, view,
+      {request.mimeTypes, request.multiple}, view,
       alive_.guard([this, multiple = request.multiple,
                     completion = std::move(completion)](const DocumentPickerOutcome& outcome) mutable {
         const auto* picked = std::get_if<PickedDocuments>(&outcome);

@@ -1,5 +1,6 @@
 #include "DesktopEntryBundle.h"
 
+#include <cerrno>
 #include <string_view>
 
 #include <gio/gdesktopappinfo.h>
@@ -32,8 +33,9 @@ const std::optional<InfoDictionary>& DesktopEntryBundle::infoDictionary() const 
 InfoDictionary DesktopEntryBundle::gather() const {
   InfoDictionary dictionary;
   const char* const program = g_get_prgname();
-  const std::string programName = program ? program : "";
-  auto displayName = nameInDesktopEntry(applicationId_);
+  const std::string programName = program ? program : program_invocation_short_name;
+  // A host without an identifier is known to the desktop by its program's name.
+  auto displayName = nameInDesktopEntry(applicationId_.empty() ? programName : applicationId_);
   if (!displayName) displayName = applicationName(programName);
   if (displayName) dictionary.emplace("CFBundleDisplayName", *std::move(displayName));
   if (!programName.empty()) dictionary.emplace("CFBundleName", programName);

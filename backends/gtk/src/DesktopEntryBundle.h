@@ -7,8 +7,9 @@
 namespace orivex::gtk {
 
 /// What the desktop knows of the host application. "CFBundleDisplayName" is the name in the visitor's language from the
-/// desktop entry of the application's identifier, or what the host gave g_set_application_name(); "CFBundleName" is the
-/// program's name and "CFBundleIdentifier" the identifier. What is not known is absent. There are no resources.
+/// desktop entry of the application's identifier (without one: of the program's name), or what the host gave
+/// g_set_application_name(); "CFBundleName" is the program's name and "CFBundleIdentifier" the identifier. What is not
+/// known is absent. There are no resources.
 class DesktopEntryBundle final : public Bundle {
  public:
   /// `applicationId` as in "org.example.Shop"; empty for a host without one.

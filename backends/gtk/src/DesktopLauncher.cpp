@@ -1,7 +1,6 @@
 #include "DesktopLauncher.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 
@@ -17,7 +16,7 @@
 namespace orivex::gtk {
 namespace {
 
-constexpr std::array<std::string_view, 4> usualSchemes{"http", "https", "mailto", "tel"};
+constexpr std::int64_t leastInterval = G_USEC_PER_SEC;
 
 bool runsInSandbox() {
   return g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS) || g_getenv("SNAP");
@@ -27,9 +26,13 @@ GRef<GAppInfo> schemeHandler(const std::string& scheme) {
   return GRef<GAppInfo>::adopt(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
 }
 
-GRef<GAppInfo> fileHandler(const Url& url) {
-  const auto file = GRef<GFile>::adopt(g_file_new_for_uri(url.absoluteString().c_str()));
-  return GRef<GAppInfo>::adopt(g_file_query_default_handler(file.get(), nullptr, nullptr));
+// A mail program would attach a file of the page's choosing.
+bool attachesFiles(const Url& url) {
+  const auto& text = url.absoluteString();
+  const auto query = text.substr(std::min(text.find('?'), text.size()));
+  const GCharPtr decoded(g_uri_unescape_string(query.c_str(), nullptr));
+  const GCharPtr lower(g_ascii_strdown(decoded ? decoded.get() : query.c_str(), -1));
+  return std::string_view(lower.get()).find("attach") != std::string_view::npos;
 }
 
 // With the display's context the opened application may take the focus.
@@ -50,14 +53,22 @@ void launched(GObject*, GAsyncResult* result, gpointer) noexcept {
 
 }  // namespace
 
-bool DesktopLauncher::canOpen(const Url& url) const {
+bool DesktopLauncher::isAllowed(const Url& url) const {
   const auto scheme = url.scheme();
-  if (scheme.empty()) return false;
-  if (runsInSandbox()) return std::find(usualSchemes.begin(), usualSchemes.end(), scheme) != usualSchemes.end();
-  return static_cast<bool>(scheme == "file" ? fileHandler(url) : schemeHandler(scheme));
+  return schemes_.contains(scheme) && !(scheme == "mailto" && attachesFiles(url));
 }
 
-void DesktopLauncher::open(const Url& url) const {
+bool DesktopLauncher::canOpen(const Url& url) const {
+  return isAllowed(url) && (runsInSandbox() || schemeHandler(url.scheme()));
+}
+
+void DesktopLauncher::open(const Url& url) {
+  const auto now = g_get_monotonic_time();
+  if (!isAllowed(url) || (lastOpened_ && now - *lastOpened_ < leastInterval)) {
+    log::print("An address was not opened: " + url.absoluteString());
+    return;
+  }
+  lastOpened_ = now;
   g_app_info_launch_default_for_uri_async(url.absoluteString().c_str(), launchContext().get(), nullptr, launched,
                                           nullptr);
 }

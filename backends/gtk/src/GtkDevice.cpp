@@ -2,6 +2,9 @@
 
 #include <cerrno>
 
+#include "camera/CaptureFile.h"
+#include "files/LeftOvers.h"
+#include "glib/GMemory.h"
 #include "web/WebSession.h"
 
 #include "orivex/gtk/Gtk.h"
@@ -39,6 +42,7 @@ GtkDevice::GtkDevice()
       websiteDataStore_(session_.get()),
       mainBundle_(applicationId()),
       userDefaults_(KeyFileUserDefaults::defaultPath()),
+      device_(storageName()),
       fileManager_(storageName()),
       decoder_(mainQueue_, componentBundle_.pathOf("decoder/OrivexDecoder")),
       recordPermission_(mainQueue_, application_, ConsentFile(ConsentFile::defaultPath(), storageName()),
@@ -63,7 +67,13 @@ GtkDevice::GtkDevice()
                 .photoLibrary = photoLibrary_,
                 .camera = camera_,
                 .audioSession = audioSession_,
-                .recordPermission = recordPermission_} {}
+                .recordPermission = recordPermission_} {
+  const GCharPtr clips(g_build_filename(g_get_user_data_dir(), "orivex-sdk", storageName().c_str(), nullptr));
+  mainQueue_.global([clips = std::string(clips.get()), captures = captureFolder()] {
+    removeLeftOvers(clips, ".wav");
+    removeLeftOvers(captures, "");
+  });
+}
 
 void install() {
   if (installedDevice) return;
@@ -79,6 +89,10 @@ std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundin
 
 void setSurroundings(GtkWindow* window, const Surroundings& surroundings) {
   if (auto* const host = device().application().find(window)) host->setSurroundings(surroundings);
+}
+
+void allowScheme(const std::string& scheme) {
+  device().application().allow(scheme);
 }
 
 }  // namespace orivex::gtk

@@ -33,21 +33,26 @@ class Desktop : public ::testing::Environment {
     add("Usual", open + " usual %u", "application/pdf");
     add("Paths", open + " paths %f", "application/pdf");
     add("Secret", open + " secret %u", "application/pdf", "NoDisplay=true\n");
+    add("Java", open + " java %u", "application/x-java-archive");
     add("Broken", "true %u", "application/x-odd", "DBusActivatable=true\n");  // by a service that nobody offers
     add("Texts", open + " texts %U", "text/plain");
     add("Browser", open + " browser %u", "x-scheme-handler/https");
     add("Mail", open + " mail %u", "x-scheme-handler/mailto");
-    add("Shop", "true", "application/x-order", "Name[zh_CN]=商店\n");
+    add("Shop", "true", "application/x-order;x-scheme-handler/shop", "Name[zh_CN]=商店\n");
     folder_->write("mimeapps.list",
                    "[Default Applications]\nx-scheme-handler/https=org.example.Browser.desktop\n"
                    "x-scheme-handler/mailto=org.example.Mail.desktop\n"
                    "application/pdf=org.example.Usual.desktop\n");
     // What a package manager's trigger makes of the entries.
-    folder_->write("applications/mimeinfo.cache",
-                   "[MIME Cache]\napplication/pdf=org.example.Paths.desktop;org.example.Secret.desktop;"
-                   "org.example.Usual.desktop;\napplication/x-odd=org.example.Broken.desktop;\n"
-                   "text/plain=org.example.Texts.desktop;\n");
-    folder_->write("mime/globs2", "50:application/pdf:*.pdf\n50:application/x-odd:*.odd\n50:text/x-note:*.note\n");
+    folder_->write(
+        "applications/mimeinfo.cache",
+        "[MIME Cache]\napplication/pdf=org.example.Paths.desktop;org.example.Secret.desktop;"
+        "org.example.Usual.desktop;\napplication/x-odd=org.example.Broken.desktop;\n"
+        "application/x-java-archive=org.example.Java.desktop;\nx-scheme-handler/shop=org.example.Shop.desktop;\n"
+        "text/plain=org.example.Texts.desktop;\n");
+    folder_->write("mime/globs2",
+                   "50:application/pdf:*.pdf\n50:application/x-odd:*.odd\n50:text/x-note:*.note\n"
+                   "50:application/x-java-archive:*.jar\n");
     folder_->write("mime/subclasses", "text/x-note text/plain\n");
   }
   void TearDown() override { folder_.reset(); }

@@ -18,27 +18,63 @@ namespace {
 
 using List = std::vector<GRef<GAppInfo>>;
 
-void add(List& list, GRef<GAppInfo> application, bool isLocal) {
+void add(List& list, GRef<GAppInfo> application) {
   if (!application || !g_app_info_should_show(application.get())) return;
-  // A program that takes only paths cannot reach the web; for a local file GIO turns the address into a path.
-  if (!isLocal && !g_app_info_supports_uris(application.get())) return;
+  // A program that takes only paths cannot reach the web.
+  if (!g_app_info_supports_uris(application.get())) return;
   const bool known = std::any_of(list.begin(), list.end(), [&](const GRef<GAppInfo>& other) {
     return g_app_info_equal(other.get(), application.get()) != FALSE;
   });
   if (!known) list.push_back(std::move(application));
 }
 
-void addAll(List& list, const GListPtr& applications, bool isLocal) {
+void addAll(List& list, const GListPtr& applications) {
   for (const GList* item = applications.get(); item; item = item->next) {
-    add(list, GRef<GAppInfo>::adopt(G_APP_INFO(item->data)), isLocal);
+    add(list, GRef<GAppInfo>::adopt(G_APP_INFO(item->data)));
   }
 }
 
+// What opens these runs them.
+bool isProgram(const std::string& type) {
+  static constexpr const char* programs[] = {
+      "application/x-executable",
+      "application/x-sharedlib",
+      "application/x-desktop",
+      "application/x-shellscript",
+      "application/x-java-archive",
+      "application/java-archive",
+      "application/x-java-jnlp-file",
+      "application/x-ms-dos-executable",
+      "application/x-msdownload",
+      "application/vnd.microsoft.portable-executable",
+      "application/x-msi",
+      "application/x-ms-shortcut",
+      "application/vnd.appimage",
+      "application/x-iso9660-appimage",
+      "application/vnd.flatpak",
+      "application/vnd.flatpak.ref",
+      "application/x-rpm",
+      "application/vnd.debian.binary-package",
+      "application/x-deb",
+      "application/x-perl",
+      "application/x-ruby",
+      "application/javascript",
+      "text/javascript",
+      "text/x-python",
+      "text/x-python3",
+      "application/x-python-bytecode",
+      "application/x-awk",
+      "text/x-tcl",
+  };
+  return std::any_of(std::begin(programs), std::end(programs),
+                     [&](const char* program) { return g_content_type_is_a(type.c_str(), program) != FALSE; });
+}
+
 // The default application first, then those made for the type, then those for a more general one.
-void addForType(List& list, const std::string& type, bool isLocal) {
-  add(list, GRef<GAppInfo>::adopt(g_app_info_get_default_for_type(type.c_str(), isLocal ? FALSE : TRUE)), isLocal);
-  addAll(list, GListPtr(g_app_info_get_recommended_for_type(type.c_str())), isLocal);
-  addAll(list, GListPtr(g_app_info_get_fallback_for_type(type.c_str())), isLocal);
+void addForType(List& list, const std::string& type) {
+  add(list, GRef<GAppInfo>::adopt(g_app_info_get_default_for_type(type.c_str(), TRUE)));
+  addAll(list, GListPtr(g_app_info_get_recommended_for_type(type.c_str())));
+  addAll(list, GListPtr(g_app_info_get_fallback_for_type(type.c_str())));
 }
 
 // Of the last part of the path, before any query.
@@ -49,14 +85,6 @@ std::string extensionOf(const Url& url) {
   const auto name = path.substr(path.rfind('/') + 1);
   const auto dot = name.rfind('.');
   return std::string(dot == std::string_view::npos ? "" : name.substr(dot + 1));
-}
-
-std::optional<std::string> typeOf(const Url& url, const TypeRegistry& types) {
-  const auto path = url.filePath();
-  if (!path) return types.mimeType(extensionOf(url));
-  const auto type = types.typeIdentifier(*path);
-  const auto* const known = std::get_if<std::string>(&type);
-  return known ? std::optional(*known) : std::nullopt;
 }
 
 void launched(GObject* source, GAsyncResult* result, gpointer) noexcept {
@@ -72,11 +100,10 @@ void launched(GObject* source, GAsyncResult* result, gpointer) noexcept {
 
 List applicationsFor(const Url& file, const TypeRegistry& types) {
   const auto scheme = file.scheme();
-  const bool isLocal = scheme == "file";
   List list;
-  if (!isLocal && scheme != "http" && scheme != "https") return list;
-  if (const auto type = typeOf(file, types)) addForType(list, *type, isLocal);
-  if (!isLocal) add(list, GRef<GAppInfo>::adopt(g_app_info_get_default_for_uri_scheme(scheme.c_str())), isLocal);
+  if (scheme != "http" && scheme != "https") return list;
+  if (const auto type = types.mimeType(extensionOf(file)); type && !isProgram(*type)) addForType(list, *type);
+  add(list, GRef<GAppInfo>::adopt(g_app_info_get_default_for_uri_scheme(scheme.c_str())));
   return list;
 }
 

@@ -50,6 +50,7 @@ void GtkDocumentPicker::open(const DocumentPickerOptions& options, GtkWindow* wi
       gtk_file_chooser_native_new("选择文件", window, GTK_FILE_CHOOSER_ACTION_OPEN, "打开", "取消"));
   auto* const chooser = GTK_FILE_CHOOSER(chooser_.get());
   if (const auto filter = documentFilter(options.mimeTypes)) gtk_file_chooser_add_filter(chooser, filter.get());
+  gtk_file_chooser_set_select_multiple(chooser, options.multiple);
   // The chooser would greet the visitor with an error about a folder that has gone.
   if (!folder_ || !g_file_query_exists(folder_.get(), nullptr)) folder_ = documentsFolder();
   if (folder_) gtk_file_chooser_set_current_folder(chooser, folder_.get(), nullptr);
@@ -95,10 +96,12 @@ DocumentPickerOutcome GtkDocumentPicker::outcome(int response) {
   // None while the visitor picked among the recent files.
   if (auto folder = GRef<GFile>::adopt(gtk_file_chooser_get_current_folder(chooser))) folder_ = std::move(folder);
   PickedDocuments picked;
-  const auto file = GRef<GFile>::adopt(gtk_file_chooser_get_file(chooser));
-  // A file that only a network protocol reaches has no path, and nobody here could read it.
-  const char* const path = file ? g_file_peek_path(file.get()) : nullptr;
-  if (path) picked.files.push_back(Url::fromFilePath(path));
+  const auto files = GRef<GListModel>::adopt(gtk_file_chooser_get_files(chooser));
+  for (guint index = 0; index < g_list_model_get_n_items(files.get()); ++index) {
+    const auto file = GRef<GFile>::adopt(G_FILE(g_list_model_get_item(files.get(), index)));
+    // A file that only a network protocol reaches has no path, and nobody here could read it.
+    if (const char* const path = g_file_peek_path(file.get())) picked.files.push_back(Url::fromFilePath(path));
+  }
   return picked;
 }
 

@@ -13,7 +13,7 @@ namespace orivex::gtk {
 class GtkApplicationPort;
 
 /// The desktop's own file chooser over the front window, through the desktop's portal in a sandbox. It offers local
-/// files only and picks one; it opens in the visitor's documents, later where the last file was picked.
+/// files only; it opens in the visitor's documents, later where the last file was picked.
 class GtkDocumentPicker final : public DocumentPicker {
  public:
   GtkDocumentPicker(MainQueue& mainQueue, const GtkApplicationPort& application);

@@ -37,6 +37,9 @@ class GtkApplicationPort final : public Application {
   bool canOpen(const Url& url) const override { return launcher_.canOpen(url); }
   void open(const Url& url) override { launcher_.open(url); }
 
+  /// Lets pages open addresses of a further scheme.
+  void allow(std::string scheme) { launcher_.allow(std::move(scheme)); }
+
  private:
   void activityChanged(GtkWindow* window);
   void settleActivity();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <gtk/gtk.h>
 
@@ -28,6 +29,11 @@ std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundin
 
 /// Changes what covers an attached window; screens that show already keep what they were told.
 void setSurroundings(GtkWindow* window, const Surroundings& surroundings);
+
+/// Lets pages hand addresses of this scheme, in lower case and without its colon, to the visitor's other applications:
+/// by "openUrl" and by windows of their own. http, https, mailto, tel, sms and geo are let through anyway; all others
+/// cannot be opened. Think twice: what handles "file" runs programs.
+void allowScheme(const std::string& scheme);
 
 /// A screen that shows a widget of the host, for example as the root of a NavigationController. Takes a reference.
 std::shared_ptr<ViewController> screenFor(GtkWidget* widget);

@@ -27,10 +27,11 @@ class Application {
   /// Calls `handler` at each such event until the subscription ends.
   [[nodiscard]] virtual Subscription observe(ApplicationEvent event, std::function<void()> handler) = 0;
 
-  /// Whether some application opens addresses of this scheme.
+  /// Whether some application opens addresses of this scheme, and a page may hand it one.
   virtual bool canOpen(const Url& url) const = 0;
 
-  /// Opens the address in that application. A failure is one log line.
+  /// Opens the address in that application. A failure is one log line. A real device opens one address a second at
+  /// most; what comes sooner is dropped with one log line.
   virtual void open(const Url& url) = 0;
 };
 

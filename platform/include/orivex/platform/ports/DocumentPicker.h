@@ -16,6 +16,8 @@ class View;
 struct DocumentPickerOptions {
   /// MIME types of the files to offer, such as "application/pdf" or "image/*"; empty: all files.
   std::vector<std::string> mimeTypes;
+  /// Whether several files may be picked together.
+  bool multiple = false;
 };
 
 struct PickedDocuments {
