@@ -77,7 +77,7 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
                                .indicatorInsets = {}});
   webView_->setBackgroundColor(Color::white());
   webView_->setNavigationDelegate(delegate_);
-  pageRequests_ = std::make_shared<ChatPageRequests>(*webView_);
+  pageRequests_ = std::make_shared<ChatPageRequests>(*webView_, [this] { closeScreenIfShown(screen_); });
   webView_->setUIDelegate(pageRequests_);
   webView_->evaluate(std::string(touchScript));
   return webView_;

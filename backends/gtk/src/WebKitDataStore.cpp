@@ -90,19 +90,18 @@ void fetch(WebKitWebsiteDataManager* manager, unsigned types, FetchCompletion co
 // A page that shows keeps its own pictures and session alive; the rest must be gone.
 constexpr unsigned livingTypes = WEBKIT_WEBSITE_DATA_MEMORY_CACHE | WEBKIT_WEBSITE_DATA_SESSION_STORAGE;
 
-std::optional<Failure> leftOver(const Records& found, const std::set<std::string>& removed) {
-  const auto left = std::find_if(found.begin(), found.end(),
-                                 [&](const auto& record) { return removed.contains(record.displayName); });
-  if (left == found.end()) return std::nullopt;
-  return Failure{"the data of " + left->displayName + " and maybe others stay on the disk"};
-}
+// A page that ends at the same moment may still write once more.
+constexpr int mostTries = 3;
 
 /// One removal. WebKit tells no error, whatever it could not delete: what is still there says more.
 struct Removal {
   unsigned types;
   std::set<std::string> names;
   RemoveCompletion completion;
+  int tries = 0;
 };
+
+void remove(WebKitWebsiteDataManager* manager, Removal removal, const Records& records);
 
 void removed(GObject* source, GAsyncResult* result, gpointer data) noexcept {
   const std::unique_ptr<Removal> removal(static_cast<Removal*>(data));
@@ -113,11 +112,34 @@ void removed(GObject* source, GAsyncResult* result, gpointer data) noexcept {
     if (auto failure = failureOf(raised)) return std::move(removal->completion)(std::move(failure));
     const unsigned types = removal->types & ~livingTypes;
     if (types == 0 || removal->names.empty()) return std::move(removal->completion)(std::nullopt);
-    fetch(manager, types, [names = removal->names, completion = std::move(removal->completion)](auto left) mutable {
-      const auto* const failure = std::get_if<Failure>(&left);
-      std::move(completion)(failure ? std::optional(*failure) : leftOver(std::get<Records>(left), names));
+    fetch(manager, types, [manager, removal = std::move(*removal)](auto found) mutable {
+      if (auto* const failure = std::get_if<Failure>(&found)) return std::move(removal.completion)(*failure);
+      auto& left = std::get<Records>(found);
+      std::erase_if(left, [&](const auto& record) { return !removal.names.contains(record.displayName); });
+      if (left.empty()) {
+        std::move(removal.completion)(std::nullopt);
+      } else if (removal.tries == mostTries) {
+        std::move(removal.completion)(Failure{"the data of " + left.front().displayName + " cannot be removed"});
+      } else {
+        remove(manager, std::move(removal), left);
+      }
     });
   });
+}
+
+void remove(WebKitWebsiteDataManager* manager, Removal removal, const Records& records) {
+  ++removal.tries;
+  const auto types = static_cast<WebKitWebsiteDataTypes>(removal.types);
+  auto data = std::make_unique<Removal>(std::move(removal));
+  if (records.empty()) {
+    // WebKit refuses an empty list without calling back.
+    const auto task = GRef<GTask>::adopt(g_task_new(manager, nullptr, removed, data.release()));
+    g_task_return_boolean(task.get(), TRUE);
+    return;
+  }
+  GListPtr list;
+  for (const auto& record : records) list.reset(g_list_prepend(list.release(), record.handle.get()));
+  webkit_website_data_manager_remove(manager, types, list.get(), nullptr, removed, data.release());
 }
 
 }  // namespace
@@ -131,20 +153,9 @@ void WebKitDataStore::fetchRecords(const std::set<WebsiteDataType>& types, Fetch
 
 void WebKitDataStore::removeData(const std::set<WebsiteDataType>& types, const Records& records,
                                  RemoveCompletion completion) {
-  auto removal = std::make_unique<Removal>(Removal{webKitTypes(types), {}, std::move(completion)});
-  if (records.empty()) {
-    // WebKit refuses an empty list without calling back.
-    const auto task = GRef<GTask>::adopt(g_task_new(manager_.get(), nullptr, removed, removal.release()));
-    g_task_return_boolean(task.get(), TRUE);
-    return;
-  }
-  GListPtr list;
-  for (const auto& record : records) {
-    removal->names.insert(record.displayName);
-    list.reset(g_list_prepend(list.release(), record.handle.get()));
-  }
-  webkit_website_data_manager_remove(manager_.get(), webKitTypes(types), list.get(), nullptr, removed,
-                                     removal.release());
+  Removal removal{webKitTypes(types), {}, std::move(completion)};
+  for (const auto& record : records) removal.names.insert(record.displayName);
+  remove(manager_.get(), std::move(removal), records);
 }
 
 }  // namespace orivex::gtk

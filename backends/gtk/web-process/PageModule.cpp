@@ -36,10 +36,9 @@ void nameNavigator(JSCContext* context) {
   g_object_unref(navigator);
 }
 
+// window.webkit itself cannot be removed, but what leads on from it can, and each frame has that of its own.
 void takeBridgeAway(JSCContext* context) {
-  JSCValue* const window = jsc_context_get_global_object(context);
-  jsc_value_object_delete_property(window, "webkit");
-  g_object_unref(window);
+  g_object_unref(jsc_context_evaluate(context, "delete Object.getPrototypeOf(webkit).messageHandlers", -1));
 }
 
 // Comes before the first script of each document, an empty one too.

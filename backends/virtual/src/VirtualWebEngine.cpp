@@ -193,7 +193,11 @@ void VirtualWebEngine::changeUrl(const std::string& url) {
 }
 
 void VirtualWebEngine::openWindow(const std::string& url) {
-  queueEvent([url](Page& page) { tell(page, page.handlers.pageRequests.openWindow, url); });
+  queueEvent([url](Page& page) {
+    if (isAllowed(page.handlers.decideNavigationAction, std::optional(url))) {
+      tell(page, page.handlers.pageRequests.openWindow, url);
+    }
+  });
 }
 
 void VirtualWebEngine::requestFiles(const FileChooserRequest& request) {
@@ -208,6 +212,10 @@ void VirtualWebEngine::requestFiles(const FileChooserRequest& request) {
 
 void VirtualWebEngine::endDownload(const EndedDownload& download) {
   queueEvent([download](Page& page) { tell(page, page.handlers.pageRequests.downloadEnded, download); });
+}
+
+void VirtualWebEngine::leave() {
+  queueEvent([](Page& page) { tell(page, page.handlers.pageRequests.leave); });
 }
 
 void VirtualWebEngine::die() {

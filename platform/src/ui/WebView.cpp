@@ -59,6 +59,9 @@ PageRequestHandlers WebView::pageRequestHandlers() {
   handlers.downloadEnded = alive_.guard([this](const EndedDownload& download) {
     if (const auto delegate = uiDelegate_.lock()) delegate->downloadEnded(download);
   });
+  handlers.leave = alive_.guard([this] {
+    if (const auto delegate = uiDelegate_.lock()) delegate->leave();
+  });
   return handlers;
 }
 

@@ -122,7 +122,8 @@ class WebRecorder {
                                  [this](const EndedDownload& download) {
                                    downloads.push_back(download);
                                    note("download");
-                                 }};
+                                 },
+                             .leave = [this] { note("leave"); }};
     return handlers;
   }
 

@@ -68,6 +68,7 @@ TEST_F(Drag, AFileThatIsDroppedOnTheChatDoesNotReplaceIt) {
     EXPECT_EQ(evaluate("window.overs > 0"), "true") << "the drag has not come over the page";
     EXPECT_EQ(evaluate("location.pathname"), "/");
   }
+  EXPECT_EQ(evaluate("text.value"), "") << "where the visitor keeps the file is no business of the page's";
   EXPECT_EQ(evaluate("window.drops"), "1") << "a page that takes drops gets them";
 }
 

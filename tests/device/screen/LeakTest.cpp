@@ -1,47 +1,8 @@
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <set>
-
-#include <unistd.h>
-
 #include "ScreenFixture.h"
+#include "WebTools.h"
 
 namespace orivex::gtk {
 namespace {
-
-struct Process {
-  int id = 0;
-  int parent = 0;
-  std::string name;
-};
-
-std::vector<Process> allProcesses() {
-  std::vector<Process> processes;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-    std::ifstream file(entry.path() / "stat");
-    Process process;
-    std::string state;
-    if (file >> process.id >> process.name >> state >> process.parent && state != "Z") processes.push_back(process);
-  }
-  return processes;
-}
-
-// Processes of pages below this one, through the sandbox's own in between.
-int pageProcesses() {
-  const auto processes = allProcesses();
-  std::set<int> ours{getpid()};
-  int pages = 0;
-  for (bool grew = true; grew;) {
-    grew = false;
-    for (const auto& process : processes) {
-      if (ours.count(process.parent) == 0 || !ours.insert(process.id).second) continue;
-      grew = true;
-      if (process.name.find("WebKitWebProces") != std::string::npos) ++pages;
-    }
-  }
-  return pages;
-}
 
 class Leak : public ScreenFixture {};
 

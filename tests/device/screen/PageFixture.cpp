@@ -32,7 +32,11 @@ PageFixture::PageFixture(const WebEngineConfiguration& configuration) {
 
 PageFixture::~PageFixture() {
   closePage();
-  gtk_window_destroy(window_);
+  if (window_) destroyWindow();
+}
+
+void PageFixture::destroyWindow() {
+  gtk_window_destroy(std::exchange(window_, nullptr));
 }
 
 void PageFixture::open(const std::string& body, std::map<std::string, SocketServer::Answer> site) {
@@ -48,7 +52,7 @@ void PageFixture::open(const std::string& body, std::map<std::string, SocketServ
 
 void PageFixture::closePage() {
   if (!web_->engine) return;
-  gtk_window_set_child(window_, nullptr);
+  if (window_) gtk_window_set_child(window_, nullptr);
   web_->engine.reset();
 }
 

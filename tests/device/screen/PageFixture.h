@@ -31,6 +31,9 @@ class PageFixture : public ::testing::Test {
   /// Ends the engine.
   void closePage();
 
+  /// Ends the window under the engine.
+  void destroyWindow();
+
   WebKitWebView* view() const;
   std::string url(const std::string& target) const { return server_->url(target); }
 

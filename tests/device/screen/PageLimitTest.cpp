@@ -96,9 +96,10 @@ TEST_F(PageLimit, DraggedFilesReplaceNothingButReachAPageThatTakesThem) {
       "<div id=card draggable=true>card</div>"
       "<script>zone.ondragover = (event) => event.preventDefault();</script>");
   // Whether the event's own action, which would be to open what was dropped, is prevented, and the effect that is left.
-  const std::string drag = R"js((type, id, file) => {
+  const std::string drag = R"js((type, id, file, link) => {
     const dataTransfer = new DataTransfer();
-    if (file) dataTransfer.items.add(new File(['x'], 'x.txt')); else dataTransfer.setData('text/plain', 'words');
+    if (file) dataTransfer.items.add(new File(['x'], 'x.txt'));
+    else dataTransfer.setData(link ? 'text/uri-list' : 'text/plain', 'https://a.example/');
     const event = new DragEvent(type, {bubbles: true, cancelable: true, dataTransfer});
     return String(!document.getElementById(id).dispatchEvent(event));
   })js";
@@ -109,8 +110,9 @@ TEST_F(PageLimit, DraggedFilesReplaceNothingButReachAPageThatTakesThem) {
   } cases[] = {
       {"a file dropped into a file input", "('drop', 'input', true)", "false"},
       {"a file dropped into a disabled one", "('drop', 'dead', true)", "true"},
-      {"a file dropped into a text field", "('drop', 'text', true)", "false"},
-      {"a file dropped into one that is read only", "('drop', 'fixed', true)", "true"},
+      {"a file dropped into a text field", "('drop', 'text', true)", "true"},
+      {"a link dropped into a text field", "('drop', 'text', false, true)", "false"},
+      {"a link dropped into one that is read only", "('drop', 'fixed', false, true)", "true"},
       {"words dropped on the page", "('drop', 'plain', false)", "false"},
       {"a file over a zone of the page's own", "('dragover', 'zone', true)", "true"},
       {"a link dragged out", "('dragstart', 'link', false)", "true"},

@@ -89,6 +89,16 @@ TEST_F(ScriptDialog, EndsWithItsPageAndWithItsProcess) {
   pass(0.2);
 }
 
+TEST_F(ScriptDialog, EndsWithItsWindow) {
+  open("page");
+  run("confirm('?')");
+  ASSERT_TRUE(waitForDialog());
+  destroyWindow();
+  EXPECT_FALSE(openDialog());
+  closePage();
+  pass(0.2);
+}
+
 TEST_F(ScriptDialog, APageThatFloodsTheVisitorCanBeSilenced) {
   open("page");
   run("window.shown = 0; for (let i = 0; i < 40; ++i) { alert(i); ++window.shown; }"

@@ -1,12 +1,38 @@
 #include "WebTools.h"
 
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <vector>
+
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "GtkFixture.h"
 #include "glib/GMemory.h"
 #include "glib/GRef.h"
 
 namespace orivex::gtk {
+namespace {
+
+struct Process {
+  int id = 0;
+  int parent = 0;
+  std::string name;
+};
+
+std::vector<Process> allProcesses() {
+  std::vector<Process> processes;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(entry.path() / "stat");
+    Process process;
+    std::string state;
+    if (file >> process.id >> process.name >> state >> process.parent && state != "Z") processes.push_back(process);
+  }
+  return processes;
+}
+
+}  // namespace
 
 std::string evaluateIn(WebKitWebView* view, const std::string& script) {
   struct Answer {
@@ -27,6 +53,21 @@ std::string evaluateIn(WebKitWebView* view, const std::string& script) {
       &answer);
   EXPECT_TRUE(wait([&] { return answer.done; }, 10)) << script;
   return answer.text;
+}
+
+int pageProcesses() {
+  const auto processes = allProcesses();
+  std::set<int> ours{getpid()};
+  int pages = 0;
+  for (bool grew = true; grew;) {
+    grew = false;
+    for (const auto& process : processes) {
+      if (ours.count(process.parent) == 0 || !ours.insert(process.id).second) continue;
+      grew = true;
+      if (process.name.find("WebKitWebProces") != std::string::npos) ++pages;
+    }
+  }
+  return pages;
 }
 
 }  // namespace orivex::gtk

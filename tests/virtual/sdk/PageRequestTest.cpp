@@ -27,6 +27,7 @@ TEST_F(PageRequestTest, WindowsOpenWhereTheMessageOpenUrlOpensThem) {
     page().openWindow(address);
     device_.runUntilIdle();
     const auto byWindow = device_.application().openedUrls();
+    EXPECT_TRUE(log_.has(std::string("URL: ") + address));
     page().post("openUrl", '"' + std::string(address) + '"');
     device_.runUntilIdle();
     const auto& byMessage = device_.application().openedUrls();
@@ -59,6 +60,7 @@ TEST_F(PageRequestTest, AFileInputGetsWhatThePickerGives) {
     request(row.request);
     ASSERT_TRUE(picker().presented());
     EXPECT_EQ(picker().presented()->mimeTypes, row.request.mimeTypes);
+    EXPECT_EQ(picker().presented()->multiple, row.request.multiple);
     EXPECT_FALSE(page().chosenFiles());
     picker().pick(row.picked);
     device_.runUntilIdle();
@@ -107,6 +109,12 @@ TEST_F(PageRequestTest, TheVisitorIsToldOfEachDownload) {
   device_.advance(10);
   EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 已保存到下载：账单 (2).pdf", "3.0 hides 已保存到下载：账单 (2).pdf",
                                    "10.0 shows 下载失败", "13.0 hides 下载失败"}));
+}
+
+TEST_F(PageRequestTest, AVisitorMayLeaveAPageThatHangs) {
+  page().leave();
+  device_.advance(1);
+  EXPECT_FALSE(screen_->isViewInWindow());
 }
 
 TEST_F(PageRequestTest, ThePlaceholderIsGivenNothing) {

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "../ui/StyleSheet.h"
 #include "SoundSettings.h"
 
 namespace orivex::gtk {
@@ -42,6 +43,7 @@ MicrophoneDialog::MicrophoneDialog(GtkWindow* parent, const std::string& applica
   const auto* const body =
       isRefused ? "您之前没有允许。允许后，就可以按住说话发送语音消息。" : "用来录制您按住说话时的语音消息。";
   dialog_ = GTK_WINDOW(adw_message_dialog_new(parent, heading.c_str(), body));
+  makeLight(GTK_WIDGET(dialog_));
   auto* const dialog = ADW_MESSAGE_DIALOG(dialog_);
   addResponses(dialog, isRefused);
   response_ = SignalConnection::connect<&MicrophoneDialog::responded>(dialog_, "response", this);

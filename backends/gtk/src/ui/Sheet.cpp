@@ -17,7 +17,7 @@ constexpr guint slideDuration = 250;  // milliseconds; the mask's transition bel
 constexpr const char* css = R"css(
 .orivex-sheet-mask { background-color: transparent; transition: background-color 250ms ease-out; }
 .orivex-sheet-mask.open { background-color: rgba(0, 0, 0, 0.4); }
-.orivex-sheet { background-color: @theme_bg_color; color: @theme_fg_color; border-radius: 16px 16px 0 0; }
+.orivex-sheet { border-radius: 16px 16px 0 0; }
 )css";
 
 // The keys by which a window moves its focus: from a sheet they would lead out.
@@ -73,6 +73,7 @@ void Sheet::build(GtkWidget* content, const std::string& label) {
   gtk_accessible_update_property(GTK_ACCESSIBLE(panel_), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(),
                                  GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE, -1);
   gtk_widget_add_css_class(panel_, "orivex-sheet");
+  makeLight(panel_);
   gtk_box_append(GTK_BOX(panel_), content);
 
   GtkWidget* const clamp = adw_clamp_new();

@@ -1,16 +1,30 @@
 #include "StyleSheet.h"
 
-#include <gtk/gtk.h>
-
 #include "../glib/GRef.h"
 
 namespace orivex::gtk {
+namespace {
+
+// Controls take their colours from the text's; these two have some of their own.
+constexpr const char* light = R"css(
+.orivex-light { background-color: #fafafb; color: rgba(0, 0, 0, 0.8); }
+.orivex-light button.suggested { color: #1c71d8; }
+.orivex-light button.destructive { color: #c01c28; }
+)css";
+
+}  // namespace
 
 void installStyle(const char* css) {
   const auto provider = GRef<GtkCssProvider>::adopt(gtk_css_provider_new());
   gtk_css_provider_load_from_data(provider.get(), css, -1);
   gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+void makeLight(GtkWidget* surface) {
+  static const bool styled = (installStyle(light), true);
+  static_cast<void>(styled);
+  gtk_widget_add_css_class(surface, "orivex-light");
 }
 
 }  // namespace orivex::gtk

@@ -22,11 +22,15 @@ addEventListener('dragstart', (event) => {
 }, true);
 const judge = (event) => {
   const target = event.composedPath()[0];
-  const takesDrops = target instanceof Element &&
-      target.matches(':read-write, input[type=file]:not(:disabled)');
-  const foreign = event.dataTransfer && [...event.dataTransfer.types].some(
-      (type) => type === 'Files' || type === 'text/uri-list');
-  if (event.defaultPrevented || takesDrops || !foreign) return;
+  const data = event.dataTransfer;
+  const has = (type) => data && [...data.types].includes(type);
+  const lists = has('text/uri-list');
+  // Only a drop shows what it brings. Of a file a text field would take the path, which is the visitor's own business.
+  const isLink = /^(https?|mailto|tel):/i.test(lists && event.type === 'drop' ? data.getData('text/uri-list') : 'http:');
+  const files = has('Files') || !isLink;
+  const takers = 'input[type=file]:not(:disabled)' + (files ? '' : ', :read-write');
+  const takesDrops = target instanceof Element && target.matches(takers);
+  if (event.defaultPrevented || takesDrops || !(files || lists)) return;
   event.preventDefault();
   event.dataTransfer.dropEffect = 'none';
 };

@@ -63,6 +63,10 @@ PageRequests::PageRequests(WebKitWebView* view, WebKitNetworkSession* session, s
   signals_.push_back(SignalConnection::connect<&PageRequests::downloadStarted>(session, "download-started", this));
 }
 
+void PageRequests::navigates(WebKitNavigationAction* action) {
+  if (webkit_navigation_action_is_user_gesture(action)) gesture_ = true;
+}
+
 void PageRequests::openWindow(WebKitNavigationAction* action) {
   const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
   const std::string url = uri ? uri : "";
@@ -105,7 +109,15 @@ bool PageRequests::saveUnshowable(WebKitResponsePolicyDecision* decision) {
 
 void PageRequests::downloadStarted(WebKitNetworkSession* /*session*/, WebKitDownload* download) {
   if (webkit_download_get_web_view(download) != view_) return;  // another page's, or the host's own
+  const bool asked = std::exchange(gesture_, false);
+  if (!asked || downloading_) {
+    log::print(asked ? "A second download of the page was refused" : "A download that nobody asked for was refused");
+    webkit_download_cancel(download);
+    return;
+  }
+  downloading_ = true;
   downloads_->take(download, alive_.guard([this](const EndedDownload& ended) {
+    downloading_ = false;
     if (handlers_.downloadEnded) handlers_.downloadEnded(ended);
   }));
 }

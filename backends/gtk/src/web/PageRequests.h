@@ -21,6 +21,12 @@ class PageRequests {
   PageRequests(WebKitWebView* view, WebKitNetworkSession* session, std::shared_ptr<PageDownloads> downloads,
                MainQueue& mainQueue, PageRequestHandlers handlers);
 
+  /// The page, or a frame of it, goes to an address; on a gesture of the visitor this may become a download.
+  void navigates(WebKitNavigationAction* action);
+
+  /// Another document has taken the page's place: what the visitor did in the last one does not count in this one.
+  void documentReplaced() { gesture_ = false; }
+
   /// The page opens an address in another window.
   void openWindow(WebKitNavigationAction* action);
 
@@ -37,6 +43,8 @@ class PageRequests {
   const std::shared_ptr<PageDownloads> downloads_;
   MainQueue& mainQueue_;
   const PageRequestHandlers handlers_;
+  bool gesture_ = false;  // one that no download has followed yet
+  bool downloading_ = false;
   std::vector<SignalConnection> signals_;
   Alive alive_;
 };

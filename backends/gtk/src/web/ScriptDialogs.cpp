@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "../glib/GMemory.h"
+#include "../ui/StyleSheet.h"
 
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Url.h"
@@ -149,8 +150,8 @@ void ScriptDialogs::show(std::unique_ptr<Question> question, GtkWindow* window) 
   // The page's words for leaving are not shown anywhere else either: they are a way to frighten.
   const auto heading = leaving ? "要离开此页面吗？" : headingFor(view_);
   const auto body = leaving ? "尚未保存的内容可能会丢失。" : question_->message();
-  window_ = GRef<AdwMessageDialog>::sink(ADW_MESSAGE_DIALOG(adw_message_dialog_new(window, heading.c_str(), nullptr)));
-  auto* const dialog = window_.get();
+  auto* const dialog = window_ = ADW_MESSAGE_DIALOG(adw_message_dialog_new(window, heading.c_str(), nullptr));
+  makeLight(GTK_WIDGET(dialog));
   adw_message_dialog_set_extra_child(dialog, makeContent(body));
   if (type != WEBKIT_SCRIPT_DIALOG_ALERT) {
     adw_message_dialog_add_response(dialog, decline, leaving ? "留下" : "取消");
@@ -161,6 +162,7 @@ void ScriptDialogs::show(std::unique_ptr<Question> question, GtkWindow* window) 
   adw_message_dialog_set_default_response(dialog, leaving ? decline : accept);
   adw_message_dialog_set_close_response(dialog, type == WEBKIT_SCRIPT_DIALOG_ALERT ? accept : decline);
   response_ = SignalConnection::connect<&ScriptDialogs::responded>(dialog, "response", this);
+  destroyed_ = SignalConnection::connect<&ScriptDialogs::windowDestroyed>(dialog, "destroy", this);
   gtk_window_present(GTK_WINDOW(dialog));
   if (GtkEditable* const entry = question_->entry()) gtk_widget_grab_focus(GTK_WIDGET(entry));
 }
@@ -185,13 +187,20 @@ void ScriptDialogs::responded(AdwMessageDialog* /*window*/, const char* response
   dismiss();
 }
 
+void ScriptDialogs::windowDestroyed(GtkWidget* /*window*/) {
+  window_ = nullptr;
+  if (question_) answerLater(std::move(question_), false);
+  dismiss();
+}
+
 void ScriptDialogs::dismiss() {
   response_.disconnect();
+  destroyed_.disconnect();
   question_.reset();
   silence_ = nullptr;
   if (const auto window = std::exchange(window_, nullptr)) {
     lastClosed_ = mainQueue_.now();
-    gtk_window_destroy(GTK_WINDOW(window.get()));
+    gtk_window_destroy(GTK_WINDOW(window));
   }
 }
 

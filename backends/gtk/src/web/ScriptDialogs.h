@@ -37,14 +37,16 @@ class ScriptDialogs {
   void show(std::unique_ptr<Question> question, GtkWindow* window);
   GtkWidget* makeContent(const std::string& body);
   void responded(AdwMessageDialog* window, const char* response);
+  void windowDestroyed(GtkWidget* window);
   bool isInARow() const;
 
   WebKitWebView* const view_;
   MainQueue& mainQueue_;
   std::unique_ptr<Question> question_;  // the open one
-  GRef<AdwMessageDialog> window_;
-  GRef<GtkCheckButton> silence_;  // null while it is not offered
+  AdwMessageDialog* window_ = nullptr;  // not kept alive: it must end with the window that it belongs to
+  GRef<GtkCheckButton> silence_;        // null while it is not offered
   SignalConnection response_;
+  SignalConnection destroyed_;
   int countInARow_ = 0;
   std::optional<double> lastClosed_;
   bool silenced_ = false;

@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "../Contained.h"
+#include "../FreeWith.h"
 #include "../glib/GMemory.h"
 #include "GlContextGuard.h"
+#include "LightStyle.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -16,17 +18,8 @@ namespace {
 // The document itself stays still; what scrolls is inside it, as its author wants it.
 constexpr const char* stillDocument = ":root { overflow: hidden !important; overscroll-behavior: none !important; }";
 
-// Seconds by which a local page gives way to one that comes over the network and starts at the same moment: two
-// processes that start together slow each other down, and a placeholder for less than this would only flash.
-constexpr double localPageDelay = 0.25;
-
-struct FreeUserScript {
-  void operator()(WebKitUserScript* script) const { webkit_user_script_unref(script); }
-};
-
-struct FreeStyleSheet {
-  void operator()(WebKitUserStyleSheet* sheet) const { webkit_user_style_sheet_unref(sheet); }
-};
+using ScriptPointer = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
+using SheetPointer = std::unique_ptr<WebKitUserStyleSheet, FreeWith<webkit_user_style_sheet_unref>>;
 
 GRef<WebKitWebView> makeView(WebKitWebContext* context, WebKitNetworkSession* session,
                              WebKitUserContentManager* content) {
@@ -45,6 +38,16 @@ std::string tlsDescription(GTlsCertificateFlags errors) {
 bool isReplaced(const GError* error) {
   return g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
          g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
+}
+
+// Asks about the address of a window as about any other before it is opened.
+PageRequestHandlers askingFirst(const WebEngineHandlers& handlers) {
+  auto requests = handlers.pageRequests;
+  requests.openWindow = [decide = handlers.decideNavigationAction, open = requests.openWindow](const std::string& url) {
+    const auto kept = std::pair(decide, open);  // the handler may end the engine, and with it this function
+    if (kept.second && kept.first(url) == NavigationPolicy::allow) kept.second(url);
+  };
+  return requests;
 }
 
 using EvaluationCompletion = Once<void(std::optional<std::string>)>;
@@ -98,10 +101,11 @@ class WebKitEngine::MessageChannel {
   SignalConnection received_;
 };
 
-WebKitEngine::WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session,
+WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetworkSession* session,
                            std::shared_ptr<WebProcessContext> context, std::shared_ptr<PageDownloads> downloads,
                            const WebEngineConfiguration& configuration, WebEngineHandlers handlers)
     : mainQueue_(mainQueue),
+      start_(start),
       context_(std::move(context)),
       handlers_(std::move(handlers)),
       content_(GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
@@ -109,11 +113,16 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session,
       cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
       limits_(view_.get()),
       dialogs_(view_.get(), mainQueue_),
-      requests_(view_.get(), session, std::move(downloads), mainQueue_, handlers_.pageRequests) {
+      requests_(view_.get(), session, std::move(downloads), mainQueue_, askingFirst(handlers_)),
+      hangs_(view_.get(), mainQueue_, [this] {
+        if (const auto leave = handlers_.pageRequests.leave) leave();
+      }) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);
   registerMessages(configuration.scriptMessageNames);
+  addLightScript(content_.get());
+  addLightStyle(content_.get());
   addUserScripts(configuration.userScripts);
   connectSignals();
 }
@@ -132,7 +141,7 @@ void WebKitEngine::registerMessages(const std::vector<std::string>& names) {
 
 void WebKitEngine::addUserScripts(const std::vector<UserScript>& scripts) {
   for (const auto& script : scripts) {
-    const std::unique_ptr<WebKitUserScript, FreeUserScript> made(webkit_user_script_new(
+    const ScriptPointer made(webkit_user_script_new(
         script.source.c_str(),
         script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
         script.injectionTime == UserScript::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
@@ -162,26 +171,40 @@ void WebKitEngine::tell(Function call) {
   }
 }
 
+void WebKitEngine::whenStarted(Start call) {
+  waiting_.push_back(std::move(call));
+  if (waiting_.size() > 1) return;
+  start_.look(alive_.guard([this](const std::optional<std::string>& failure) {
+    if (failure) log::print("No page can be shown: " + *failure);
+    // Each on its own, as the handlers may end this engine.
+    for (auto& waiting : std::exchange(waiting_, {})) {
+      mainQueue_.async(alive_.guard([call = std::move(waiting), failure]() mutable { std::move(call)(failure); }));
+    }
+  }));
+}
+
 void WebKitEngine::load(const UrlRequest& request) {
-  const CallMark mark(inCall_);
-  const auto uri = GRef<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.absoluteString().c_str()));
-  if (SoupMessageHeaders* const headers = webkit_uri_request_get_http_headers(uri.get())) {
+  uncommitted_ = GRef<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.absoluteString().c_str()));
+  if (SoupMessageHeaders* const headers = webkit_uri_request_get_http_headers(uncommitted_.get())) {
     for (const auto& header : request.headers) {
       soup_message_headers_replace(headers, header.name.c_str(), header.value.c_str());
     }
   }
-  uncommitted_ = uri;
-  webkit_web_view_load_request(view_.get(), uri.get());
+  reload();
 }
 
 void WebKitEngine::loadFile(const std::string& path, const std::string& /*readAccessPath*/) {
   // A local page of WebKitGTK reads no other local file unless a setting that stays off allows it.
-  mainQueue_.asyncAfter(localPageDelay, alive_.guard([this, address = Url::fromFilePath(path)] {
-    webkit_web_view_load_uri(view_.get(), address.absoluteString().c_str());
-  }));
+  load({Url::fromFilePath(path), 0, {}});
 }
 
 void WebKitEngine::reload() {
+  if (!start_.isPossible()) {
+    return whenStarted([this](const std::optional<std::string>& failure) {
+      if (failure) return handlers_.didFailProvisionalNavigation(*failure);
+      reload();
+    });
+  }
   const CallMark mark(inCall_);
   // WebKit reloads what has come; what died on its way is nothing to it.
   if (uncommitted_) {
@@ -192,6 +215,12 @@ void WebKitEngine::reload() {
 }
 
 void WebKitEngine::evaluate(const std::string& script, EvaluationCompletion completion) {
+  if (!start_.isPossible()) {
+    return whenStarted([this, script, completion = std::move(completion)](const auto& failure) mutable {
+      if (failure) return std::move(completion)(failure);
+      evaluate(script, std::move(completion));
+    });
+  }
   const CallMark mark(inCall_);
   // Without a callback WebKit does not bring the result over.
   const GAsyncReadyCallback callback = completion ? evaluated : nullptr;
@@ -206,9 +235,10 @@ void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
 
 void WebKitEngine::setScrollSettings(const ScrollSettings& settings) {
   webkit_user_content_manager_remove_all_style_sheets(content_.get());
+  addLightStyle(content_.get());
   if (!settings.scrollEnabled) {
-    const std::unique_ptr<WebKitUserStyleSheet, FreeStyleSheet> sheet(webkit_user_style_sheet_new(
-        stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
+    const SheetPointer sheet(webkit_user_style_sheet_new(stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+                                                         WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
     webkit_user_content_manager_add_style_sheet(content_.get(), sheet.get());
   }
   if (const auto& color = settings.backgroundColor) {
@@ -241,6 +271,7 @@ void WebKitEngine::committed() {
   const char* const uri = webkit_web_view_get_uri(view_.get());
   documentUrl_ = uri ? uri : "";
   uncommitted_ = nullptr;
+  requests_.documentReplaced();
   // To WebKit the address never changed while the process was gone. The handler may end this engine.
   const bool isBack = std::exchange(processGone_, false);
   auto tellAddress = alive_.guard([this] { tellUri(); });
@@ -288,6 +319,7 @@ gboolean WebKitEngine::decidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecisio
     if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) {
       requests_.openWindow(action);
     } else {
+      requests_.navigates(action);
       policy = policyFor(action);
     }
   }
@@ -317,8 +349,8 @@ std::unique_ptr<WebEngine> WebKitEngineFactory::make(const WebEngineConfiguratio
                                                      WebEngineHandlers handlers) {
   auto context = context_.lock();
   if (!context) context_ = context = std::make_shared<WebProcessContext>(moduleFolder_);
-  return std::make_unique<WebKitEngine>(mainQueue_, session_.get(), std::move(context), downloads_, configuration,
-                                        std::move(handlers));
+  return std::make_unique<WebKitEngine>(mainQueue_, start_, session_.get(), std::move(context), downloads_,
+                                        configuration, std::move(handlers));
 }
 
 }  // namespace orivex::gtk

@@ -8,6 +8,8 @@
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "EngineStart.h"
+#include "HangWatch.h"
 #include "PageDownloads.h"
 #include "PageLimits.h"
 #include "PageRequests.h"
@@ -23,9 +25,9 @@ namespace orivex::gtk {
 /// One WebKitWebView. Its process ends with it.
 class WebKitEngine final : public WebEngine {
  public:
-  WebKitEngine(MainQueue& mainQueue, WebKitNetworkSession* session, std::shared_ptr<WebProcessContext> context,
-               std::shared_ptr<PageDownloads> downloads, const WebEngineConfiguration& configuration,
-               WebEngineHandlers handlers);
+  WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetworkSession* session,
+               std::shared_ptr<WebProcessContext> context, std::shared_ptr<PageDownloads> downloads,
+               const WebEngineConfiguration& configuration, WebEngineHandlers handlers);
   ~WebKitEngine() override;
 
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
@@ -40,7 +42,10 @@ class WebKitEngine final : public WebEngine {
 
  private:
   class MessageChannel;
+  using Start = Once<void(std::optional<std::string> failure)>;
 
+  /// Calls once it is known whether WebKit can start.
+  void whenStarted(Start call);
   void registerMessages(const std::vector<std::string>& names);
   void addUserScripts(const std::vector<UserScript>& scripts);
   void connectSignals();
@@ -61,6 +66,8 @@ class WebKitEngine final : public WebEngine {
   void tell(Function call);
 
   MainQueue& mainQueue_;
+  EngineStart& start_;
+  std::vector<Start> waiting_;
   const std::shared_ptr<WebProcessContext> context_;
   WebEngineHandlers handlers_;
   GRef<WebKitUserContentManager> content_;
@@ -70,6 +77,7 @@ class WebKitEngine final : public WebEngine {
   PageLimits limits_;
   ScriptDialogs dialogs_;
   PageRequests requests_;
+  HangWatch hangs_;
   std::vector<std::unique_ptr<MessageChannel>> channels_;
   std::vector<SignalConnection> signals_;
   std::optional<std::string> documentUrl_;
@@ -91,6 +99,7 @@ class WebKitEngineFactory final : public WebEngineFactory {
 
  private:
   MainQueue& mainQueue_;
+  EngineStart start_{mainQueue_};
   GRef<WebKitNetworkSession> session_;
   const std::string moduleFolder_;
   const std::shared_ptr<PageDownloads> downloads_ = std::make_shared<PageDownloads>();

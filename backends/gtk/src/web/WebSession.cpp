@@ -18,7 +18,7 @@ constexpr mode_t ownerOnly = 0700;
 
 // WebKit itself makes its folders readable for everyone, and what lies in them may hold tokens.
 std::optional<std::string> privateFolder(const char* base, const std::string& application) {
-  const GCharPtr folder(g_build_filename(base, application.c_str(), "orivex-sdk", "web", nullptr));
+  const GCharPtr folder(g_build_filename(base, "orivex-sdk", application.c_str(), "web", nullptr));
   const bool made = g_mkdir_with_parents(folder.get(), ownerOnly) == 0 && chmod(folder.get(), ownerOnly) == 0;
   if (made && access(folder.get(), W_OK | X_OK) == 0) return folder.get();
   log::print(std::string("Pages leave nothing on the disk: no folder ") + folder.get() + ": " + std::strerror(errno));

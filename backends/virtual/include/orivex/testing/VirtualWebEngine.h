@@ -81,6 +81,9 @@ class VirtualWebEngine final : public WebEngine {
   /// A download of the page ends.
   void endDownload(const EndedDownload& download);
 
+  /// The page hangs, and the visitor chooses to leave it.
+  void leave();
+
   /// The process behind the page goes away, with its address and with what it was about to do.
   void die();
 

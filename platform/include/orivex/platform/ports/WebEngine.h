@@ -55,7 +55,8 @@ struct FileChooserRequest {
   bool operator==(const FileChooserRequest&) const = default;
 };
 
-/// A download of a page that has ended.
+/// A download of a page that has ended. Each follows a gesture of the visitor, and a page has one at a time; others are
+/// refused with one log line.
 struct EndedDownload {
   std::string fileName;  ///< under which it was saved, or should have been
   bool saved = false;
@@ -64,8 +65,9 @@ struct EndedDownload {
 
 /// What a page asks of its surroundings. An engine without a handler answers as if the visitor had declined.
 struct PageRequestHandlers {
-  /// On a gesture of the visitor the page opens an address in a window of its own. The engine makes no window: the page
-  /// learns nothing of what becomes of the address. Without a gesture the engine refuses by itself, with one log line.
+  /// On a gesture of the visitor the page opens an address in a window of its own, which `decideNavigationAction` has
+  /// allowed. The engine makes no window: the page learns nothing of what becomes of the address. Without a gesture the
+  /// engine refuses by itself, with one log line.
   std::function<void(const std::string& url)> openWindow;
 
   /// The visitor has activated a file input. `completion` takes the paths of the files, none when the visitor cancels;
@@ -74,6 +76,9 @@ struct PageRequestHandlers {
       chooseFiles;
 
   std::function<void(const EndedDownload& download)> downloadEnded;
+
+  /// The page has stood still for long, and the visitor, asked by the engine, wants to leave it.
+  std::function<void()> leave;
 };
 
 /// Everything that comes out of an engine, all on the main thread and never inside a call into the engine.
@@ -85,6 +90,7 @@ struct WebEngineHandlers {
   std::function<void()> didFinishNavigation;
   std::function<void(const std::string& error)> didFailProvisionalNavigation;
   std::function<void(const std::string& error)> didFailNavigation;
+  /// Asked for each address to which the page or a frame of it wants to go, in a window of its own too.
   std::function<NavigationPolicy(const std::optional<std::string>& url)> decideNavigationAction;
   std::function<NavigationPolicy()> decideNavigationResponse;
   /// The address changed; absent when the process behind the page is gone.

@@ -45,6 +45,7 @@ class WebUIDelegate {
   virtual void chooseFiles(const FileChooserRequest& request,
                            Once<void(std::vector<std::string> paths)> completion) = 0;
   virtual void downloadEnded(const EndedDownload& download) = 0;
+  virtual void leave() = 0;
 };
 
 struct WebViewConfiguration {

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+
+#include <adwaita.h>
+#include <webkit/webkit.h>
+
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+/// Asks the visitor what to do about a page that does not answer: wait, and be asked again, or leave. A page that hangs
+/// when this object goes loses its process, which would otherwise go on for ever.
+class HangWatch {
+ public:
+  /// `view` outlives this object. `leave` may end it.
+  HangWatch(WebKitWebView* view, MainQueue& mainQueue, std::function<void()> leave);
+  HangWatch(const HangWatch&) = delete;
+  HangWatch& operator=(const HangWatch&) = delete;
+  ~HangWatch();
+
+ private:
+  void changed(WebKitWebView* view, GParamSpec* property);
+  void askLater();
+  void ask();
+  void responded(AdwMessageDialog* dialog, const char* response);
+  void dialogDestroyed(GtkWidget* dialog);
+  void dismiss();
+
+  WebKitWebView* const view_;
+  MainQueue& mainQueue_;
+  const std::function<void()> leave_;
+  int hang_ = 0;                 // counts them, so that a question for one that has ended is not asked
+  GtkWindow* dialog_ = nullptr;  // not kept alive: it must end with the window that it belongs to
+  SignalConnection response_;
+  SignalConnection destroyed_;
+  SignalConnection changed_;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

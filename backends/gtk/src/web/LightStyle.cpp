@@ -1,0 +1,44 @@
+#include "LightStyle.h"
+
+#include <memory>
+
+#include "../FreeWith.h"
+
+namespace orivex::gtk {
+namespace {
+
+constexpr const char* style = ":root { color-scheme: only light !important; }";
+
+// A question about the preference becomes one that every page answers in the same way, so that lists of several
+// conditions and listeners work as ever.
+constexpr const char* script = R"js(
+(() => {
+  const match = window.matchMedia;
+  const preference = /\(\s*prefers-color-scheme\s*(?::\s*(light|dark)\s*)?\)/gi;
+  window.matchMedia = function matchMedia(query) {
+    const asked = String(query);
+    const list = match.call(this, asked.replace(preference,
+        (whole, value) => value && value.toLowerCase() === 'dark' ? '(max-width: -1px)' : '(min-width: 0px)'));
+    return Object.defineProperty(list, 'media', {value: asked});
+  };
+})();
+)js";
+
+using StyleSheet = std::unique_ptr<WebKitUserStyleSheet, FreeWith<webkit_user_style_sheet_unref>>;
+using Script = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
+
+}  // namespace
+
+void addLightStyle(WebKitUserContentManager* content) {
+  const StyleSheet sheet(webkit_user_style_sheet_new(style, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                                                     WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
+  webkit_user_content_manager_add_style_sheet(content, sheet.get());
+}
+
+void addLightScript(WebKitUserContentManager* content) {
+  const Script made(webkit_user_script_new(script, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+                                           WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr));
+  webkit_user_content_manager_add_script(content, made.get());
+}
+
+}  // namespace orivex::gtk
