@@ -34,7 +34,7 @@ class Desktop : public ::testing::Environment {
     add("Paths", open + " paths %f", "application/pdf");
     add("Secret", open + " secret %u", "application/pdf", "NoDisplay=true\n");
     add("Java", open + " java %u", "application/x-java-archive");
-    add("Broken", "true %u", "application/x-odd", "DBusActivatable=true\n");  // by a service that nobody offers
+    add("Broken", "true %u", "application/x-odd", "Path=/no/such/folder\n");
     add("Texts", open + " texts %U", "text/plain");
     add("Browser", open + " browser %u", "x-scheme-handler/https");
     add("Mail", open + " mail %u", "x-scheme-handler/mailto");
