@@ -79,6 +79,12 @@ void OVKFApiHelper::showMessage(const std::string& message, double delay, Once<v
   });
 }
 
+void OVKFApiHelper::showNotice(const std::string& message, double delay) {
+  auto& queue = Platform::current().mainQueue;
+  queue.async([message] { VisitorOverlay::shared().showNotice(message); });
+  queue.asyncAfter(delay, [] { VisitorOverlay::shared().endMessage(); });
+}
+
 void OVKFApiHelper::checkPage(const Url& url, Once<void(PageCheckOutcome)> completion) {
   orivex::checkPage(url, std::move(completion));
 }

@@ -77,6 +77,7 @@ void post(const std::optional<std::string>& address, std::optional<FilePart> fil
           Once<void(UploadResult)> completion) {
   auto shown = std::make_shared<VisitorOverlay::Upload>();
   auto finish = [shown, completion = std::move(completion)](const UploadReply& reply) mutable {
+    shown->returnToWindow();  // what is said about the upload belongs there, too
     dismissLater(std::move(shown));
     std::move(completion)(interpret(reply));
   };

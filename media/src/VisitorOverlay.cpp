@@ -32,6 +32,11 @@ void VisitorOverlay::showMessage(const std::string& text) {
   overlay().showInfo(text);
 }
 
+void VisitorOverlay::showNotice(const std::string& text) {
+  hasMessage_ = true;
+  overlay().showNotice(text);
+}
+
 void VisitorOverlay::endMessage() {
   hasMessage_ = false;
   if (uploads_.empty()) {
@@ -41,7 +46,7 @@ void VisitorOverlay::endMessage() {
   }
 }
 
-VisitorOverlay::Upload::Upload() {
+VisitorOverlay::Upload::Upload() : window_(overlay().window()) {
   shared().uploads_.push_back(this);
   shared().hasMessage_ = false;
   show();
@@ -61,7 +66,12 @@ void VisitorOverlay::Upload::dismiss() {
   if (!shared().hasMessage_) shared().endMessage();
 }
 
+void VisitorOverlay::Upload::returnToWindow() const {
+  overlay().setWindow(window_);
+}
+
 void VisitorOverlay::Upload::show() const {
+  returnToWindow();
   if (fraction_) {
     overlay().showProgress(*fraction_, percentage(*fraction_));
   } else {

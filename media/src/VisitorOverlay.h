@@ -1,10 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace orivex {
+
+class Window;
 
 /// The one overlay as its users share it, so that none hides what another has to say: a message is never cut short by
 /// an upload that goes on or ends, and an upload that goes on is shown again once a message is over. Main thread.
@@ -12,8 +15,9 @@ class VisitorOverlay {
  public:
   static VisitorOverlay& shared();
 
-  /// Shows a message until `endMessage`, or until an upload begins.
+  /// Shows a message until `endMessage`, or until an upload begins; a notice takes no input from what lies behind.
   void showMessage(const std::string& text);
+  void showNotice(const std::string& text);
 
   /// Dismisses whatever is shown, unless an upload goes on.
   void endMessage();
@@ -30,6 +34,9 @@ class VisitorOverlay {
     /// `fraction` of the body is sent: a percentage below 1, then the spinner while the server works.
     void progress(float fraction);
 
+    /// Lets the overlay show over the window that it had when this upload began.
+    void returnToWindow() const;
+
     /// Takes this upload off the overlay. Without it, an upload that goes away leaves the overlay as it is.
     void dismiss();
 
@@ -37,6 +44,7 @@ class VisitorOverlay {
     friend VisitorOverlay;
     void show() const;
     std::optional<float> fraction_;  // nothing while the spinner shows
+    std::weak_ptr<Window> window_;   // of the overlay when the upload began
   };
 
   VisitorOverlay(const VisitorOverlay&) = delete;

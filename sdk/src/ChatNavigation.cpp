@@ -1,5 +1,7 @@
 #include "ChatNavigation.h"
 
+#include "ScreenOverlay.h"
+
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
@@ -12,14 +14,20 @@ namespace {
 constexpr double watchdogSeconds = 10.0;
 constexpr double messageSeconds = 2.0;
 
+// A visitor who has left is not told of a page that nobody waits for.
+void tell(OVKFApi& screen, const std::string& message) {
+  if (!screen.isViewInWindow()) return;
+  bringOverlayTo(screen);
+  OVKFApiHelper::showMessage(message, messageSeconds);
+}
+
 }  // namespace
 
 void ChatNavigation::didStartProvisionalNavigation() {
   log::debugPrint("Start Loading");
-  // Held weakly: a visitor who has left is not told of a page that nobody waits for.
   Platform::current().mainQueue.asyncAfter(watchdogSeconds, [weak = std::weak_ptr(screen_.hold())] {
     const auto screen = weak.lock();
-    if (screen && !screen->isLoaded()) OVKFApiHelper::showMessage("服务请求超时", messageSeconds);
+    if (screen && !screen->isLoaded()) tell(*screen, "服务请求超时");
   });
 }
 
@@ -38,7 +46,7 @@ void ChatNavigation::didFinishNavigation() {
 
 void ChatNavigation::didFailProvisionalNavigation(const std::string& error) {
   log::debugPrint("Load failed: " + error);
-  OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds);
+  tell(*screen_.hold(), "请求失败,请稍后重试");
 }
 
 void ChatNavigation::didFailNavigation(const std::string& error) {

@@ -21,7 +21,11 @@ void ChatPageRequests::chooseFiles(const FileChooserRequest& request,
 }
 
 void ChatPageRequests::downloadEnded(const EndedDownload& download) {
-  OVKFApiHelper::showMessage(download.saved ? "已保存到下载：" + download.fileName : "下载失败", downloadNoticeSeconds);
+  if (download.saved) {
+    OVKFApiHelper::showNotice("已保存到下载：" + download.fileName, downloadNoticeSeconds);
+  } else {
+    OVKFApiHelper::showMessage("下载失败", downloadNoticeSeconds);
+  }
 }
 
 }  // namespace orivex

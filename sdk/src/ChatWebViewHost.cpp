@@ -1,6 +1,7 @@
 #include "ChatWebViewHost.h"
 
 #include "Closing.h"
+#include "ScreenOverlay.h"
 #include "StartScripts.h"
 
 #include "orivex/media/OVKFApiHelper.h"
@@ -26,18 +27,13 @@ constexpr const char* messageNames[] = {
     "trackEvent",         "openUrl",    "openFile",  "openCamera", "openPhotoLibraryPicker",
     "openDocumentPicker", "initLoaded", "recording", "goBack"};
 
-// The areas of the current window that the page itself keeps clear of.
-struct Surroundings {
-  double statusBarHeight = 0;
-  EdgeInsets insets;
-};
-
-Surroundings surroundings() {
-  const auto window = firstWindow(Platform::current().application);
-  return {statusBarHeight(window.get()), window ? window->safeAreaInsets() : EdgeInsets{}};
-}
-
 }  // namespace
+
+ChatWebViewHost::Surroundings ChatWebViewHost::surroundings() const {
+  const auto current = firstWindow(Platform::current().application);
+  const auto* const window = screen_.window() ? screen_.window() : current.get();
+  return {statusBarHeight(window), window ? window->safeAreaInsets() : EdgeInsets{}};
+}
 
 Rect ChatWebViewHost::webViewFrame() const {
   // Taller than the screen on purpose: the page scrolls nothing itself and keeps its own margins.
@@ -118,6 +114,7 @@ void ChatWebViewHost::processGone() {
     return;
   }
   log::debugPrint("The page lost its process too often");
+  bringOverlayTo(screen_);
   OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds,
                              [screen = screen_.shared_from_this()] { closeScreenIfShown(*screen); });
 }

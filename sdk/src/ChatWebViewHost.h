@@ -41,6 +41,12 @@ class ChatWebViewHost {
   void reveal();
 
  private:
+  // The areas of the screen's window that the page itself keeps clear of.
+  struct Surroundings {
+    double statusBarHeight = 0;
+    EdgeInsets insets;
+  };
+  Surroundings surroundings() const;
   Rect webViewFrame() const;
   Rect loadViewFrame() const;
   void processGone();

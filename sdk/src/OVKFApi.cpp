@@ -6,6 +6,7 @@
 #include "Closing.h"
 #include "EdgePanBack.h"
 #include "PageOrigins.h"
+#include "ScreenOverlay.h"
 #include "ScriptMessageBridge.h"
 
 #include "orivex/media/ChatManager.h"
@@ -29,11 +30,14 @@ namespace {
 constexpr double pageFailureSeconds = 2.0;
 constexpr double cacheNoticeSeconds = 3.0;
 
-// What showed in `window`, at the size of its root view; null when there is nothing to take a picture of.
-std::shared_ptr<View> snapshotOf(const Window* window) {
-  const auto root = window ? window->rootViewController() : nullptr;
-  const auto snapshot = root ? root->view()->snapshotView() : nullptr;
-  if (snapshot) snapshot->setFrame(root->view()->bounds());
+// What shows in `window`, at its size; null when there is nothing to take a picture of.
+std::shared_ptr<View> snapshotOf(const Window& window) {
+  auto top = window.rootViewController();
+  while (top && top->presentedViewController() && top->presentedViewController()->isViewInWindow()) {
+    top = top->presentedViewController();
+  }
+  const auto snapshot = top ? top->view()->snapshotView() : nullptr;
+  if (snapshot) snapshot->setFrame(top->view()->bounds());
   return snapshot;
 }
 
@@ -91,7 +95,8 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
   if (callBack) callBack();
 
   const auto window = firstWindow(Platform::current().application);
-  if (auto snapshot = snapshotOf(window.get())) previousViewSnapshot_ = std::move(snapshot);
+  sessionWindow_ = window;
+  if (auto snapshot = window ? snapshotOf(*window) : nullptr) previousViewSnapshot_ = std::move(snapshot);
 
   const ChatPageAddress address{.host = store.host.get(),
                                 .entryId = entryId,
@@ -126,9 +131,13 @@ void OVKFApi::close() {
 void OVKFApi::clearWebViewCache() {
   auto& dataStore = Platform::current().websiteDataStore;
   const auto types = WebsiteDataStore::allTypes();
+  // A host may ask a screen for it that never shows.
+  auto* const shownIn = window();
+  Platform::current().progressOverlay.setWindow(shownIn ? shownIn->weak_from_this() : std::weak_ptr<Window>());
   const auto tell = [](const std::optional<Failure>& failure) {
-    if (failure) log::print("Error clearing website data: " + failure->description);
-    OVKFApiHelper::showMessage(failure ? "缓存清理失败" : "缓存清理完成", cacheNoticeSeconds);
+    if (!failure) return OVKFApiHelper::showNotice("缓存清理完成", cacheNoticeSeconds);
+    log::print("Error clearing website data: " + failure->description);
+    OVKFApiHelper::showMessage("缓存清理失败", cacheNoticeSeconds);
   };
   dataStore.fetchRecords(types, [&dataStore, types, tell](const auto& result) {
     if (const auto* failure = std::get_if<Failure>(&result)) {
@@ -155,6 +164,9 @@ void OVKFApi::viewDidLoad() {
   setOverrideInterfaceStyle(InterfaceStyle::light);
   configureOverlay();
   observeApplication();
+  if (auto* const shownIn = window(); shownIn && shownIn != sessionWindow_.lock().get()) {
+    previousViewSnapshot_ = snapshotOf(*shownIn);  // the visitor comes from another window than the session did
+  }
   if (previousViewSnapshot_) installBackGesture();
   view()->addSubview(webView());
   view()->addSubview(loadView());
@@ -206,6 +218,7 @@ void OVKFApi::loadPage() {
     if (const auto* request = std::get_if<UrlRequest>(&outcome)) {
       screen->webView()->load(*request);
     } else if (const auto& message = std::get<PageCheckFailure>(outcome).message) {
+      bringOverlayTo(*screen);
       OVKFApiHelper::showMessage(*message, pageFailureSeconds, [screen] { screen->close(); });
     }
   });
@@ -217,6 +230,11 @@ void OVKFApi::viewWillAppear(bool animated) {
   addRecordingView();
   if (backGesture_) backGesture_->reset();
   hideHostChrome();
+}
+
+void OVKFApi::viewDidAppear(bool animated) {
+  ViewController::viewDidAppear(animated);
+  bringOverlayTo(*this);
 }
 
 void OVKFApi::viewWillDisappear(bool animated) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Closing.h"
+#include "ScreenOverlay.h"
 
 #include "orivex/media/ChatManager.h"
 #include "orivex/media/OVKFApiHelper.h"
@@ -63,6 +64,7 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
     const auto text = message.body.starts_with('"') ? decodeText(message.body) : std::nullopt;
     log::debugPrint("Received message from JavaScript: " + message.name + " " + (text ? *text : message.body));
   }
+  bringOverlayTo(*screen_.hold());
   const auto* const service = std::find_if(std::begin(services), std::end(services),
                                            [&](const Service& candidate) { return candidate.name == message.name; });
   if (service == std::end(services)) return;

@@ -10,15 +10,19 @@
 namespace orivex::testing {
 
 void VirtualProgressOverlay::show() {
-  put({Kind::spinner, {}, 0});
+  put({Kind::spinner, {}, 0}, mask_);
 }
 
 void VirtualProgressOverlay::showProgress(float fraction, const std::string& status) {
-  put({Kind::progress, status, fraction});
+  put({Kind::progress, status, fraction}, mask_);
 }
 
 void VirtualProgressOverlay::showInfo(const std::string& status) {
-  put({Kind::info, status, 0});
+  put({Kind::info, status, 0}, mask_);
+}
+
+void VirtualProgressOverlay::showNotice(const std::string& status) {
+  put({Kind::info, status, 0}, OverlayMask::none);
 }
 
 void VirtualProgressOverlay::dismiss() {
@@ -34,13 +38,16 @@ std::vector<std::string> VirtualProgressOverlay::infoTexts() const {
   return texts;
 }
 
-void VirtualProgressOverlay::put(Panel panel) {
+void VirtualProgressOverlay::put(Panel panel, OverlayMask mask) {
   requireMainThread(queue_, "ProgressOverlay::show");
-  if (!firstWindow(application_)) return;
+  const auto over = shownIn(application_);
+  if (!over) return;
+  shownOver_ = over;
+  shownMask_ = mask;
   shown_ = std::move(panel);
   history_.push_back({queue_.now(), Event::shown, *shown_});
   const int showing = ++showings_;
-  if (!std::isfinite(maximumDismissTime_)) return;
+  if (shown_->kind != Kind::info || !std::isfinite(maximumDismissTime_)) return;
   queue_.asyncAfter(maximumDismissTime_, alive_.guard([this, showing] {
     if (showing == showings_) take(Event::expired);
   }));

@@ -42,14 +42,23 @@ std::shared_ptr<View> ViewController::makeView(const Rect& frame) {
 
 const std::shared_ptr<View>& ViewController::view() {
   if (!view_) {
-    const auto window = firstWindow(Platform::current().application);
-    view_ = makeView(window ? window->bounds() : Rect{});
+    const auto current = firstWindow(Platform::current().application);
+    const auto* const shownIn = window() ? window() : current.get();
+    view_ = makeView(shownIn ? shownIn->bounds() : Rect{});
     view_->setLayoutHandler([weak = weak_from_this()] {
       if (const auto self = weak.lock()) self->viewDidLayoutSubviews();
     });
     viewDidLoad();
   }
   return view_;
+}
+
+Window* ViewController::window() const {
+  for (const auto* screen = this; screen; screen = screen->presentingViewController()) {
+    if (screen->isViewInWindow()) return screen->view_->window();
+    if (screen->outermost().isViewInWindow()) return screen->outermost().view_->window();
+  }
+  return nullptr;
 }
 
 void ViewController::beginAppearance(bool appearing, bool animated) {

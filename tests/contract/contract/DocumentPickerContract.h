@@ -5,7 +5,7 @@
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/DocumentPicker.h"
-#include "orivex/platform/ui/View.h"
+#include "orivex/platform/ui/Window.h"
 
 namespace orivex::contract {
 
@@ -18,7 +18,8 @@ class DocumentPickerContract : public Suite<Fixture> {
   DocumentPicker& picker() { return this->fixture_.platform().documentPicker; }
 
   void present(Told& told) {
-    picker().present({}, view_, [&told](const DocumentPickerOutcome& outcome) {
+    const auto window = firstWindow(this->fixture_.platform().application);
+    picker().present({}, *window->contentView(), [&told](const DocumentPickerOutcome& outcome) {
       const auto* picked = std::get_if<PickedDocuments>(&outcome);
       if (!picked) {
         told.push_back("cancelled");
@@ -32,8 +33,6 @@ class DocumentPickerContract : public Suite<Fixture> {
   bool waitFor(const Told& told) {
     return this->wait([&] { return !told.empty(); });
   }
-
-  View view_;
 };
 TYPED_TEST_SUITE_P(DocumentPickerContract);
 

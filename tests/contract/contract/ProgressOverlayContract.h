@@ -3,6 +3,7 @@
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/ProgressOverlay.h"
+#include "orivex/platform/ui/Window.h"
 
 namespace orivex::contract {
 
@@ -41,7 +42,7 @@ TYPED_TEST_P(ProgressOverlayContract, APanelShownWhileAnotherIsLeavingStays) {
   EXPECT_EQ(this->fixture_.overlayStatus(), "new");
 }
 
-TYPED_TEST_P(ProgressOverlayContract, WhateverIsShownGoesAfterTheMaximumDismissTimeOfItsOwn) {
+TYPED_TEST_P(ProgressOverlayContract, AMessageGoesAfterTheMaximumDismissTimeOfItsOwnAndProgressStays) {
   this->overlay().setMaximumDismissTime(0.6);
   this->overlay().showInfo("first");
   this->pass(0.4);
@@ -49,6 +50,16 @@ TYPED_TEST_P(ProgressOverlayContract, WhateverIsShownGoesAfterTheMaximumDismissT
   this->pass(0.4);
   EXPECT_EQ(this->fixture_.overlayStatus(), "second") << "the first panel's time ended the second";
   EXPECT_TRUE(this->becomes(std::nullopt));
+  this->overlay().showNotice("third");
+  EXPECT_TRUE(this->becomes("third"));
+  EXPECT_TRUE(this->becomes(std::nullopt));
+  this->overlay().showInfo("fourth");
+  this->overlay().showProgress(0.5F, "50%");
+  this->pass(1);
+  EXPECT_EQ(this->fixture_.overlayStatus(), "50%");
+  this->overlay().show();
+  this->pass(1);
+  EXPECT_EQ(this->fixture_.overlayStatus(), "");
 }
 
 TYPED_TEST_P(ProgressOverlayContract, WithoutAWindowNothingShowsAndNothingFails) {
@@ -60,9 +71,24 @@ TYPED_TEST_P(ProgressOverlayContract, WithoutAWindowNothingShowsAndNothingFails)
   EXPECT_EQ(this->fixture_.overlayStatus(), std::nullopt);
 }
 
+TYPED_TEST_P(ProgressOverlayContract, ThePanelShowsOverTheChosenWindowOnly) {
+  this->overlay().setWindow(std::make_shared<Window>());  // gone at once
+  this->overlay().showInfo("unseen");
+  this->pass(0.05);
+  EXPECT_EQ(this->fixture_.overlayStatus(), std::nullopt);
+  const auto hidden = std::make_shared<Window>();
+  this->overlay().setWindow(hidden);
+  this->overlay().show();
+  this->pass(0.05);
+  EXPECT_EQ(this->fixture_.overlayStatus(), std::nullopt) << "it shows over a window that is on no screen";
+  this->overlay().setWindow({});
+  this->overlay().showInfo("seen");
+  EXPECT_TRUE(this->becomes("seen"));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(ProgressOverlayContract, ALaterCallReplacesAnEarlierOneAndDismissTakesItAway,
                             APanelShownWhileAnotherIsLeavingStays,
-                            WhateverIsShownGoesAfterTheMaximumDismissTimeOfItsOwn,
-                            WithoutAWindowNothingShowsAndNothingFails);
+                            AMessageGoesAfterTheMaximumDismissTimeOfItsOwnAndProgressStays,
+                            ThePanelShowsOverTheChosenWindowOnly, WithoutAWindowNothingShowsAndNothingFails);
 
 }  // namespace orivex::contract

@@ -41,7 +41,7 @@ CameraFixture::CameraFixture() {
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
   gtk_window_set_child(window_, gtk_label_new("Chat"));
-  application_.attach(window_, {});
+  view_ = application_.attach(window_, {}).window()->contentView();
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(window_)) != FALSE; }, hangs);
 }

@@ -70,7 +70,7 @@ class CameraFixture : public ::testing::Test {
   GtkApplicationPort application_{mainQueue_};
   GtkCamera camera_{mainQueue_, application_};
   GtkWindow* window_ = nullptr;
-  std::shared_ptr<View> view_ = std::make_shared<View>();
+  std::shared_ptr<View> view_;
 };
 
 }  // namespace orivex::gtk

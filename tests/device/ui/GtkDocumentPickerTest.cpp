@@ -17,7 +17,6 @@
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/DocumentPicker.h"
-#include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 namespace {
@@ -27,7 +26,7 @@ class GtkDocumentPickerTest : public ::testing::Test {
   DocumentPicker& picker() { return Platform::current().documentPicker; }
 
   void present(const DocumentPickerOptions& options = {}) {
-    picker().present(options, view_, [answers = answers_](const DocumentPickerOutcome&) { ++*answers; });
+    picker().present(options, visitor_.view(), [answers = answers_](const DocumentPickerOutcome&) { ++*answers; });
   }
   std::string failureOf(const Url& file) {
     const auto outcome = picker().startAccess(file);
@@ -45,7 +44,6 @@ class GtkDocumentPickerTest : public ::testing::Test {
     return folder ? g_file_peek_path(folder.get()) : "";
   }
 
-  View view_;
   const TemporaryFolder folder_;
   VisitorWindow visitor_;
   const std::shared_ptr<int> answers_ = std::make_shared<int>(0);  // an answer may come after the test

@@ -4,14 +4,15 @@
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/DocumentInteraction.h"
-#include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 namespace {
 
 class OpenWithMenuTest : public ::testing::Test {
  protected:
-  bool present(const Url& file) { return Platform::current().documentInteraction.presentOptionsMenu(file, {}, view_); }
+  bool present(const Url& file) {
+    return Platform::current().documentInteraction.presentOptionsMenu(file, {}, visitor_.view());
+  }
   GtkWidget* sheet() const { return findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-sheet"); }
   bool waitUntilGone() const {
     return wait([&] { return !sheet(); }, 5);
@@ -35,7 +36,6 @@ class OpenWithMenuTest : public ::testing::Test {
 
   static Url web(const std::string& path) { return *Url::parse("https://example.org/" + path); }
 
-  View view_;
   VisitorWindow visitor_;
 };
 

@@ -24,7 +24,7 @@ VisitorWindow::VisitorWindow() {
   gtk_window_set_default_size(window_, 360, 720);
   entry_ = gtk_entry_new();
   gtk_window_set_child(window_, entry_);
-  attach(window_);
+  view_ = attach(window_)->contentView();
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(entry_) != FALSE; }, 10);
   focusWindow(window_, title);

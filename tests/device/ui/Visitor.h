@@ -1,9 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "device/Widgets.h"
+
+#include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 
@@ -18,6 +21,8 @@ class VisitorWindow {
 
   GtkWindow* window() const { return window_; }
   GtkOverlay* overlay() const;
+  /// Of what the window shows; outlives the window.
+  View& view() const { return *view_; }
   GtkWidget* entry() const { return entry_; }
   GtkWidget* focus() const { return gtk_window_get_focus(window_); }
 
@@ -32,6 +37,7 @@ class VisitorWindow {
  private:
   GtkWindow* window_ = nullptr;
   GtkWidget* entry_ = nullptr;
+  std::shared_ptr<View> view_;
 };
 
 }  // namespace orivex::gtk

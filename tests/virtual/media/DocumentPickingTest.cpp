@@ -51,6 +51,24 @@ TEST_F(DocumentPickingTest, UploadsTheFirstOfTheFilesAndTellsThePage) {
   EXPECT_EQ(device_.documentPicker().openAccesses(), 0);
 }
 
+TEST_F(DocumentPickingTest, WhatIsSaidOfAnUploadStaysInTheWindowOfItsScreen) {
+  const auto second = std::make_shared<Window>();
+  device_.application().scene()->addWindow(second);
+  second->setRootViewController(std::make_shared<ViewController>());
+  const auto other = started();
+  second->rootViewController()->present(other, false);
+  device_.httpClient().setUploadServer(
+      [](const UploadRequest&) { return VirtualUploadReply::respond(400, R"({"msg":"no"})", 2, {0.5}); });
+  pick({file("a.txt")});
+  pageOf(*other).post("trackEvent", "{}");
+  auto& overlay = device_.progressOverlay();
+  for (const auto* text : {"50%", "no"}) {
+    ASSERT_TRUE(device_.mainQueue().advanceUntil([&] { return overlay.shown() && overlay.shown()->status == text; }, 5))
+        << text;
+    EXPECT_NE(overlay.shownOver(), second) << text;
+  }
+}
+
 TEST_F(DocumentPickingTest, DescribesAnImageWithThePictureItself) {
   const auto picture = file("p.png");
   device_.imageCodec().put(picture, {"abc", {40, 30}});

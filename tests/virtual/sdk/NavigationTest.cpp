@@ -69,6 +69,10 @@ TEST_F(NavigationTest, DoesNotTellAVisitorWhoHasLeftOfAPageThatNobodyWaitsFor) {
   hostStack_->dismiss(false);
   device_.runUntilIdle();
   EXPECT_TRUE(screen.expired()) << "nothing but the watchdog is still to come";
+  const auto kept = present();  // by its host
+  pageOf(*kept).startProvisional();
+  pageOf(*kept).failProvisional("unreachable");
+  hostStack_->dismiss(false);
   device_.advance(20);
   EXPECT_EQ(overlayStory(device_), Lines{});
 }

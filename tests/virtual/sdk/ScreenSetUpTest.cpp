@@ -155,7 +155,11 @@ TEST_F(ScreenSetUpTest, ClearsTheDataOfEverySiteAndSaysSo) {
   auto& store = device_.websiteDataStore();
   store.put("chat.example", {WebsiteDataType::cookies, WebsiteDataType::localStorage});
   store.put("other.example", WebsiteDataStore::allTypes());
+  const auto screen = present();
+  device_.runUntilIdle();
   std::make_shared<OVKFApi>()->clearWebViewCache();
+  device_.runUntilIdle();
+  EXPECT_FALSE(device_.progressOverlay().blocksInput()) << "good news keep the visitor from going on";
   device_.advance(10);
   EXPECT_TRUE(store.sites().empty());
   store.breakDown({"disk full"});

@@ -198,6 +198,13 @@ TEST_F(StartSessionTest, TakesAPictureOfWhatShowsOrKeepsTheEarlierOne) {
   application.window()->setRootViewController(hostScreen_);
   start();
   EXPECT_NE(screen_->previousViewSnapshot(), kept);
+  const auto root = std::make_shared<ViewController>();
+  const auto over = std::make_shared<ViewController>();
+  application.window()->setRootViewController(root);
+  root->present(over, false);
+  start();
+  EXPECT_EQ(std::dynamic_pointer_cast<VirtualSnapshot>(screen_->previousViewSnapshot())->original(), over->view())
+      << "what showed is the screen over the root";
 }
 
 TEST_F(StartSessionTest, StopsTheProcessWithoutAUserOrABody) {

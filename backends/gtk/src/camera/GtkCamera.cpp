@@ -5,6 +5,8 @@
 
 #include "../ui/GtkApplicationPort.h"
 
+#include "orivex/platform/base/Log.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -18,12 +20,13 @@ GtkCamera::GtkCamera(MainQueue& mainQueue, GtkApplicationPort& application)
 
 GtkCamera::~GtkCamera() = default;
 
-void GtkCamera::present(const CameraOptions& options, View& /*view*/, Once<void(CameraOutcome)> completion) {
-  auto* const front = application_.frontWindow();
-  if (screen_ || !front) return;
+void GtkCamera::present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) {
+  if (screen_) return;
+  auto* const host = application_.find(view);
+  if (!host) return log::print("The camera needs a screen in a window to open over.");
   completion_ = std::move(completion);
-  screen_ = std::make_unique<CameraScreen>(PipelineThreads{mainQueue_, worker_}, front->overlay(),
-                                           front->window()->safeAreaInsets(), options,
+  screen_ = std::make_unique<CameraScreen>(PipelineThreads{mainQueue_, worker_}, host->overlay(),
+                                           host->window()->safeAreaInsets(), options,
                                            [this](CameraScreen::Result result) { done(std::move(result)); });
   resigns_ = application_.observe(ApplicationEvent::willResignActive, [this] { screen_->pause(); });
   becomesActive_ = application_.observe(ApplicationEvent::didBecomeActive, [this] { screen_->resume(); });

@@ -14,15 +14,15 @@ namespace orivex::gtk {
 
 class GtkApplicationPort;
 
-/// The camera as GStreamer reaches it, on a screen over the whole front window. The camera is open only while its
+/// The camera as GStreamer reaches it, on a screen over the whole window that asks. The camera is open only while its
 /// live picture shows and the application is active.
 class GtkCamera final : public Camera {
  public:
   GtkCamera(MainQueue& mainQueue, GtkApplicationPort& application);
   ~GtkCamera() override;
 
-  /// Captured files lie in a folder of the user's runtime folder, readable for this user only. Without a window
-  /// nothing happens.
+  /// Captured files lie in a folder of the user's runtime folder, readable for this user only. A view in no
+  /// window is one log line.
   void present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) override;
 
  private:

@@ -8,6 +8,8 @@
 #include "DocumentFilter.h"
 #include "HeldFile.h"
 
+#include "orivex/platform/base/Log.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -33,16 +35,16 @@ GtkDocumentPicker::~GtkDocumentPicker() {
   close();
 }
 
-void GtkDocumentPicker::present(const DocumentPickerOptions& options, View& /*view*/, Completion completion) {
+void GtkDocumentPicker::present(const DocumentPickerOptions& options, View& view, Completion completion) {
   if (chooser_) {
     bringToFront();
     answerLater(mainQueue_, std::move(completion), PickingCancelled{});
     return;
   }
-  auto* const front = application_.frontWindow();
-  if (!front) return;
+  auto* const host = application_.find(view);
+  if (!host) return log::print("The file chooser needs a screen in a window to open over.");
   completion_ = std::move(completion);
-  open(options, front->gtkWindow());
+  open(options, host->gtkWindow());
 }
 
 void GtkDocumentPicker::open(const DocumentPickerOptions& options, GtkWindow* window) {

@@ -12,7 +12,7 @@ namespace orivex::gtk {
 
 class GtkApplicationPort;
 
-/// The desktop's own file chooser over the front window, through the desktop's portal in a sandbox. It offers local
+/// The desktop's own file chooser over the window that asks, through the desktop's portal in a sandbox. It offers local
 /// files only; it opens in the visitor's documents, later where the last file was picked.
 class GtkDocumentPicker final : public DocumentPicker {
  public:

@@ -120,16 +120,16 @@ OpenWithMenu::OpenWithMenu(MainQueue& mainQueue, const GtkApplicationPort& appli
 
 OpenWithMenu::~OpenWithMenu() = default;
 
-bool OpenWithMenu::presentOptionsMenu(const Url& file, const Rect& /*rect*/, View& /*view*/) {
-  auto* const front = application_.frontWindow();
-  if (!front) return false;
+bool OpenWithMenu::presentOptionsMenu(const Url& file, const Rect& /*rect*/, View& view) {
+  auto* const host = application_.find(view);
+  if (!host) return false;
   auto applications = applicationsFor(file, types_);
   if (applications.empty()) return false;
   static const bool styled = (installStyle(css), true);
   static_cast<void>(styled);
   menu_ = std::make_unique<Menu>(file, std::move(applications));
   menu_->sheet =
-      std::make_unique<Sheet>(front->overlay(), mainQueue_, menu_->contentNew(), title, [this] { menu_.reset(); });
+      std::make_unique<Sheet>(host->overlay(), mainQueue_, menu_->contentNew(), title, [this] { menu_.reset(); });
   return true;
 }
 

@@ -17,13 +17,13 @@ namespace orivex::gtk {
 
 class GtkApplicationPort;
 
-/// A sheet over the front window that lists the applications for a file. A second menu replaces one that is open.
+/// A sheet over the window that asks, which lists the applications for a file. A second menu replaces one that is open.
 class OpenWithMenu final : public DocumentInteraction {
  public:
   OpenWithMenu(MainQueue& mainQueue, const GtkApplicationPort& application, const TypeRegistry& types);
   ~OpenWithMenu() override;
 
-  /// `rect` does not matter: the sheet comes from the window's bottom. False without a window, too.
+  /// `rect` does not matter: the sheet comes from the window's bottom. False for a view in no window, too.
   bool presentOptionsMenu(const Url& file, const Rect& rect, View& view) override;
 
  private:

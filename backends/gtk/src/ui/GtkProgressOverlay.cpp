@@ -10,19 +10,15 @@ GtkProgressOverlay::GtkProgressOverlay(MainQueue& mainQueue, const GtkApplicatio
 GtkProgressOverlay::~GtkProgressOverlay() = default;
 
 OverlayPanel* GtkProgressOverlay::panel() {
-  auto* const front = application_.frontWindow();
-  if (!front) {
-    panel_.reset();
-  } else if (!panel_ || !panel_->isOver(front->overlay())) {
-    panel_ = std::make_unique<OverlayPanel>(front->overlay());
-  }
-  restartLimit();
-  return panel_.get();
-}
-
-void GtkProgressOverlay::restartLimit() {
   limit_.reset();
-  if (maximumSeconds_ > 0) limit_ = mainQueue_.repeat(maximumSeconds_, [this] { dismiss(); });
+  const auto window = shownIn(application_);
+  auto* const host = window ? application_.find(*window->contentView()) : nullptr;
+  if (!host) {
+    panel_.reset();
+  } else if (!panel_ || !panel_->isOver(host->overlay())) {
+    panel_ = std::make_unique<OverlayPanel>(host->overlay());
+  }
+  return panel_.get();
 }
 
 void GtkProgressOverlay::show() {
@@ -34,7 +30,18 @@ void GtkProgressOverlay::showProgress(float fraction, const std::string& status)
 }
 
 void GtkProgressOverlay::showInfo(const std::string& status) {
-  if (auto* const shown = panel()) shown->showInfo(look_, status);
+  showMessage(look_, status);
+}
+
+void GtkProgressOverlay::showNotice(const std::string& status) {
+  auto look = look_;
+  look.mask = OverlayMask::none;
+  showMessage(look, status);
+}
+
+void GtkProgressOverlay::showMessage(const OverlayLook& look, const std::string& status) {
+  if (auto* const shown = panel()) shown->showInfo(look, status);
+  if (maximumSeconds_ > 0) limit_ = mainQueue_.repeat(maximumSeconds_, [this] { dismiss(); });
 }
 
 void GtkProgressOverlay::dismiss() {

@@ -12,7 +12,7 @@ namespace orivex::gtk {
 
 class GtkApplicationPort;
 
-/// The panel over the front window.
+/// The panel over one of the attached windows.
 class GtkProgressOverlay final : public ProgressOverlay {
  public:
   GtkProgressOverlay(MainQueue& mainQueue, const GtkApplicationPort& application);
@@ -21,6 +21,7 @@ class GtkProgressOverlay final : public ProgressOverlay {
   void show() override;
   void showProgress(float fraction, const std::string& status) override;
   void showInfo(const std::string& status) override;
+  void showNotice(const std::string& status) override;
   void dismiss() override;
   void setMinimumSize(Size size) override { look_.minimumSize = size; }
   void setStyle(OverlayStyle style) override { look_.style = style; }
@@ -28,9 +29,9 @@ class GtkProgressOverlay final : public ProgressOverlay {
   void setMaximumDismissTime(double seconds) override { maximumSeconds_ = seconds; }
 
  private:
-  /// The panel over the window that is in front now; null without a window.
+  /// The panel over the window in which it belongs now; null without a window.
   OverlayPanel* panel();
-  void restartLimit();
+  void showMessage(const OverlayLook& look, const std::string& status);
 
   MainQueue& mainQueue_;
   const GtkApplicationPort& application_;

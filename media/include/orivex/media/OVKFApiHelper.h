@@ -36,6 +36,9 @@ class OVKFApiHelper {
   /// calls `completion` if there is one. Any thread; `completion` runs on the main thread.
   static void showMessage(const std::string& message, double delay, Once<void()> completion = nullptr);
 
+  /// The same for what is good to know but asks for nothing: the visitor goes on meanwhile.
+  static void showNotice(const std::string& message, double delay);
+
   /// See `orivex::checkPage`.
   static void checkPage(const Url& url, Once<void(PageCheckOutcome)> completion);
 

@@ -76,11 +76,13 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   /// The placeholder that shows while the page loads; made on first use.
   const std::shared_ptr<WebView>& loadView();
 
-  /// Picture of what showed when the session started; null when there was none.
+  /// Picture of what showed when the session started or, if that was in another window, when the screen came up; null
+  /// when there was none.
   const std::shared_ptr<View>& previousViewSnapshot() const { return previousViewSnapshot_; }
 
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
+  void viewDidAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
   void viewDidDisappear(bool animated) override;
   void viewDidLayoutSubviews() override;
@@ -101,6 +103,7 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
 
   std::shared_ptr<View> previousViewSnapshot_;
   std::unique_ptr<PageOrigins> origins_;
+  std::weak_ptr<Window> sessionWindow_;  // of which the picture is
   std::unique_ptr<ChatWebViewHost> host_;
   std::shared_ptr<ChatNavigation> navigation_;
   std::unique_ptr<ScriptMessageBridge> bridge_;

@@ -39,6 +39,7 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   void show() override;
   void showProgress(float fraction, const std::string& status) override;
   void showInfo(const std::string& status) override;
+  void showNotice(const std::string& status) override;
   void dismiss() override;
   void setMinimumSize(Size size) override { minimumSize_ = size; }
   void setStyle(OverlayStyle style) override { style_ = style; }
@@ -47,6 +48,12 @@ class VirtualProgressOverlay final : public ProgressOverlay {
 
   /// Nothing while no panel is up.
   const std::optional<Panel>& shown() const { return shown_; }
+
+  /// The window over which the last panel came up; null when it is gone.
+  std::shared_ptr<Window> shownOver() const { return shownOver_.lock(); }
+
+  /// Whether a mask keeps the visitor from what lies behind the panel that is up.
+  bool blocksInput() const { return shown_ && shownMask_ == OverlayMask::black; }
 
   /// Every change since the start, the oldest first. A dismissal with nothing shown changes nothing.
   const std::vector<Entry>& history() const { return history_; }
@@ -63,12 +70,14 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   double maximumDismissTime() const { return maximumDismissTime_; }
 
  private:
-  void put(Panel panel);
+  void put(Panel panel, OverlayMask mask);
   void take(Event event);
 
   MainQueue& queue_;
   const Application& application_;
   std::optional<Panel> shown_;
+  std::weak_ptr<Window> shownOver_;
+  OverlayMask shownMask_ = OverlayMask::none;
   std::vector<Entry> history_;
   Size minimumSize_;
   OverlayStyle style_ = OverlayStyle::light;

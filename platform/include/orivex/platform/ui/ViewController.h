@@ -21,10 +21,14 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   ViewController& operator=(const ViewController&) = delete;
   virtual ~ViewController();
 
-  /// The root view, made on first use with the size of the current window; `viewDidLoad` follows at once.
+  /// The root view, made on first use with the size of its window; `viewDidLoad` follows at once.
   const std::shared_ptr<View>& view();
   bool isViewLoaded() const { return view_ != nullptr; }
   bool isViewInWindow() const { return view_ && view_->window(); }
+
+  /// The window that shows the screen or is about to: that of the screen which presents it, or of the stack into which
+  /// it was pushed. Null for a screen that neither happened to.
+  Window* window() const;
 
   virtual void viewDidLoad() {}
   virtual void viewWillAppear(bool /*animated*/) {}
