@@ -51,7 +51,10 @@ export function prepareTalk(button) {
   button.addEventListener("contextmenu", (event) => event.preventDefault());
 
   button.addEventListener("keydown", (event) => {
-    if (event.key === "Escape") finish("cancel");
+    if (event.key === "Escape" && state !== "idle") {
+      event.preventDefault(); // a key that the page takes does not leave the chat
+      finish("cancel");
+    }
     if (event.key !== " " && event.key !== "Enter") return;
     event.preventDefault();
     if (!event.repeat) start();

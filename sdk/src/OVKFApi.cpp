@@ -30,15 +30,11 @@ namespace {
 constexpr double pageFailureSeconds = 2.0;
 constexpr double cacheNoticeSeconds = 3.0;
 
-// What shows in `window`, at its size; null when there is nothing to take a picture of.
-std::shared_ptr<View> snapshotOf(const Window& window) {
-  auto top = window.rootViewController();
-  while (top && top->presentedViewController() && top->presentedViewController()->isViewInWindow()) {
-    top = top->presentedViewController();
-  }
-  const auto snapshot = top ? top->view()->snapshotView() : nullptr;
-  if (snapshot) snapshot->setFrame(top->view()->bounds());
-  return snapshot;
+// Points from the top of its window; a view that is not in one counts as far as it goes.
+double topOf(const View& view) {
+  double top = 0;
+  for (const auto* part = &view; part; part = part->superview()) top += part->frame().y;
+  return top;
 }
 
 // The queue ends empty and the last element wins.
@@ -96,7 +92,7 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
 
   const auto window = firstWindow(Platform::current().application);
   sessionWindow_ = window;
-  if (auto snapshot = window ? snapshotOf(*window) : nullptr) previousViewSnapshot_ = std::move(snapshot);
+  if (window) takeSnapshot(*window);
 
   const ChatPageAddress address{.host = store.host.get(),
                                 .entryId = entryId,
@@ -165,7 +161,8 @@ void OVKFApi::viewDidLoad() {
   configureOverlay();
   observeApplication();
   if (auto* const shownIn = window(); shownIn && shownIn != sessionWindow_.lock().get()) {
-    previousViewSnapshot_ = snapshotOf(*shownIn);  // the visitor comes from another window than the session did
+    previousViewSnapshot_ = nullptr;  // the visitor comes from another window than the session did
+    takeSnapshot(*shownIn);
   }
   if (previousViewSnapshot_) installBackGesture();
   view()->addSubview(webView());
@@ -193,12 +190,36 @@ void OVKFApi::observeApplication() {
   }));
 }
 
+// Of what shows in the window, at its size, if there is anything to take a picture of.
+void OVKFApi::takeSnapshot(const Window& window) {
+  auto top = window.rootViewController();
+  while (top && top->presentedViewController() && top->presentedViewController()->isViewInWindow()) {
+    top = top->presentedViewController();
+  }
+  auto snapshot = top ? top->view()->snapshotView() : nullptr;
+  if (!snapshot) return;
+  snapshot->setFrame(top->view()->bounds());
+  snapshotTop_ = topOf(*top->view());
+  previousViewSnapshot_ = std::move(snapshot);
+}
+
+// Where what it shows stood: under a title bar, the screen begins lower than what it covers.
+void OVKFApi::placeSnapshot() {
+  if (!previousViewSnapshot_) return;
+  const auto bounds = view()->bounds();
+  const double y = snapshotTop_ - topOf(*view());
+  previousViewSnapshot_->setFrame({0, y, bounds.width, bounds.height - y});
+}
+
 void OVKFApi::installBackGesture() {
   backGesture_ = std::make_unique<EdgePanBack>(*this);
   // The view may outlive the screen, with its gesture.
   view()->addGesture(std::make_shared<ScreenEdgePanGesture>([weak = weak_from_this()](const auto& gesture) {
     if (const auto kept = weak.lock()) static_cast<OVKFApi&>(*kept).backGesture_->handle(gesture);
   }));
+  // Under a title bar it reaches beyond the screen.
+  previousViewSnapshot_->setUserInteractionEnabled(false);
+  view()->setClipsToBounds(true);
   view()->insertSubview(previousViewSnapshot_, 0);
 }
 
@@ -279,7 +300,12 @@ void OVKFApi::restoreHostChrome() {
 void OVKFApi::viewDidLayoutSubviews() {
   host_->layout();
   RecordManager::shared().recordingView()->setCenter(view()->center());
-  if (previousViewSnapshot_) previousViewSnapshot_->setFrame(view()->bounds());
+  placeSnapshot();
+}
+
+bool OVKFApi::goBack() {
+  closeScreen(*this, true);
+  return true;
 }
 
 void OVKFApi::didReceive(const ScriptMessage& message) {

@@ -92,7 +92,7 @@ const ViewController& ViewController::outermost() const {
 void ViewController::present(const std::shared_ptr<ViewController>& controller, bool animated,
                              Once<void()> completion) {
   if (navigation_) return navigation_->present(controller, animated, std::move(completion));
-  const Window* window = isViewLoaded() ? view()->window() : nullptr;
+  Window* const window = isViewLoaded() ? view()->window() : nullptr;
   if (!window || presented_ || controller->presenting_ || controller->navigation_ || controller->isViewInWindow()) {
     log::print("Cannot present a screen: the presenter is in no window, or one of the two is busy");
     return;
@@ -100,17 +100,19 @@ void ViewController::present(const std::shared_ptr<ViewController>& controller, 
   presented_ = controller;
   controller->presenting_ = this;
   const auto arriving = controller->view();
-  arriving->setFrame(window->bounds());
+  arriving->setFrame(window->screenFrame());
   const auto self = shared_from_this();
   beginAppearance(false, animated);
   controller->beginAppearance(true, animated);
   window->contentView()->addSubview(arriving);
   const auto wanted = [self, controller] { return self->presented_ == controller; };
   slideVertically(arriving, true, animated, wanted,
-                  [self, controller, wanted, animated, completion = std::move(completion)]() mutable {
+                  [self, controller, wanted, window = window->shared_from_this(), animated,
+                   completion = std::move(completion)]() mutable {
                     if (wanted()) {
                       // Hidden, not removed: what is covered need not be drawn, and comes back as it was.
-                      self->view_->setHidden(true);
+                      // A title bar in it stays usable.
+                      self->view_->setHidden(window->screenFrame() == window->bounds());
                       self->endAppearance(animated);
                       controller->endAppearance(animated);
                     }

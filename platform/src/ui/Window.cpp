@@ -32,7 +32,19 @@ Window::~Window() {
 void Window::setSize(Size size) {
   content_->setFrame({0, 0, size.width, size.height});
   const auto views = content_->subviews();  // a screen that is laid out may change what the window shows
-  for (const auto& view : views) view->setFrame(content_->bounds());
+  const auto over = screenFrame();
+  for (const auto& view : views) view->setFrame(root_ && root_->view_ == view ? bounds() : over);
+}
+
+Rect Window::screenFrame() const {
+  const double top = titleBarHeight_ && root_ && root_->isViewInWindow() ? titleBarHeight_() : 0;
+  return {0, top, bounds().width, bounds().height - top};
+}
+
+bool Window::goBack() const {
+  auto top = root_;
+  while (top && top->presentedViewController()) top = top->presentedViewController();
+  return top && top->goBack();
 }
 
 void Window::setRootViewController(const std::shared_ptr<ViewController>& controller) {

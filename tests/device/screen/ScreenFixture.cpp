@@ -5,6 +5,7 @@
 #include <webkit/webkit.h>
 
 #include "WebTools.h"
+#include "device/Input.h"
 #include "device/Widgets.h"
 #include "ui/GtkApplicationPort.h"
 #include "web/WebKitEngine.h"
@@ -15,30 +16,40 @@
 namespace orivex::gtk {
 namespace {
 
-GtkWindow* makeWindow() {
+constexpr const char* title = "orivex-screen";
+
+GtkWindow* prepared(GtkWindow* window) {
   adw_init();
   install();
-  auto* const window = GTK_WINDOW(gtk_window_new());
-  gtk_window_set_decorated(window, FALSE);
+  if (!window) {
+    window = GTK_WINDOW(gtk_window_new());
+    gtk_window_set_decorated(window, FALSE);
+    gtk_window_set_child(window, gtk_label_new("Shop"));
+  }
+  gtk_window_set_title(window, title);
   gtk_window_set_default_size(window, 360, 720);
-  gtk_window_set_child(window, gtk_label_new("Shop"));
   return window;
 }
 
 }  // namespace
 
-ScreenFixture::ScreenFixture(const Surroundings& surroundings)
-    : gtkWindow_(makeWindow()), window_(attach(gtkWindow_, surroundings)) {
+ScreenFixture::ScreenFixture(const Surroundings& surroundings, GtkWindow* window)
+    : gtkWindow_(prepared(window)), window_(attach(gtkWindow_, surroundings)) {
   gtk_window_present(gtkWindow_);
   // Until the shop has been painted, as it is when a visitor asks for the chat.
   auto* const clock = gtk_widget_get_frame_clock(GTK_WIDGET(gtkWindow_));
   const auto frame = gdk_frame_clock_get_frame_counter(clock);
   gtk_widget_queue_draw(GTK_WIDGET(gtkWindow_));
-  wait([&] { return window_->bounds().height == 720 && gdk_frame_clock_get_frame_counter(clock) > frame + 1; }, 10);
+  wait([&] { return window_->bounds().height > 600 && gdk_frame_clock_get_frame_counter(clock) > frame + 1; }, 10);
 }
 
 ScreenFixture::~ScreenFixture() {
   gtk_window_destroy(gtkWindow_);
+}
+
+void ScreenFixture::takeKeyboard() const {
+  xdotool({"search", "--sync", "--onlyvisible", "--name", title, "windowfocus", "--sync"});
+  EXPECT_TRUE(wait([&] { return gtk_window_is_active(gtkWindow_) != FALSE; }, 10));
 }
 
 std::shared_ptr<OVKFApi> ScreenFixture::startChat(const std::string& server) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 
 #include "GtkFixture.h"
 #include "LogLines.h"
@@ -30,10 +31,10 @@ struct EventRecorder final : OVKFApiConversationDelegate {
   }
 };
 
-/// A host window of 360 by 720 points on the screen, and the chat screens that it shows.
+/// A host window of 360 by 720 points on the screen, its own or a given one, and the chat screens that it shows.
 class ScreenFixture : public ::testing::Test {
  protected:
-  explicit ScreenFixture(const Surroundings& surroundings = {});
+  explicit ScreenFixture(const Surroundings& surroundings = {}, GtkWindow* window = nullptr);
   ~ScreenFixture() override;
 
   /// A chat screen whose session runs against `server`, not shown yet.
@@ -48,6 +49,10 @@ class ScreenFixture : public ::testing::Test {
   static std::string evaluate(OVKFApi& chat, const std::string& script);
 
   const std::shared_ptr<Window>& window() const { return window_; }
+  GtkWindow* gtkWindow() const { return gtkWindow_; }
+
+  /// Gives the window the keyboard: no window manager does it.
+  void takeKeyboard() const;
 
   /// What the visitor reads in the component's panel over the window; empty while none shows.
   std::string panelText() const;

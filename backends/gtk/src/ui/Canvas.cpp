@@ -74,6 +74,10 @@ GtkWidget* canvasNew(CanvasDelegate& delegate) {
   return widget;
 }
 
+bool isCanvas(GtkWidget* widget) {
+  return G_TYPE_CHECK_INSTANCE_TYPE(widget, canvasType()) != FALSE;
+}
+
 void canvasForget(GtkWidget* widget) {
   canvas(widget)->delegate = nullptr;
 }

@@ -22,6 +22,8 @@ class CanvasDelegate {
 /// A fresh floating widget that has children but no opinion of its own about where they stand.
 GtkWidget* canvasNew(CanvasDelegate& delegate);
 
+bool isCanvas(GtkWidget* widget);
+
 /// Ends the tie to the delegate: the canvas is then empty and inert.
 void canvasForget(GtkWidget* canvas);
 

@@ -3,6 +3,11 @@
 #include <algorithm>
 
 namespace orivex::gtk {
+namespace {
+
+constexpr double focusPassing = 0.1;  // seconds that a display server takes at most
+
+}  // namespace
 
 HostWindow* GtkApplicationPort::find(GtkWindow* window) const {
   const auto found = std::find_if(windows_.begin(), windows_.end(),
@@ -19,10 +24,48 @@ HostWindow* GtkApplicationPort::find(const View& view) const {
 
 HostWindow& GtkApplicationPort::attach(GtkWindow* window, const Surroundings& surroundings) {
   if (auto* const known = find(window)) return *known;
-  windows_.push_back(std::make_unique<HostWindow>(
-      window, surroundings, [this, window] { activityChanged(window); }, [this, window] { forget(window); }));
-  activityChanged(window);
+  if (!toplevels_) watchToplevels(gtk_window_get_toplevels());
+  windows_.push_back(
+      std::make_unique<HostWindow>(window, surroundings, mainQueue_, [this, window] { forget(window); }));
+  activityChanged(window, nullptr);
   return *find(window);
+}
+
+void GtkApplicationPort::watchToplevels(GListModel* toplevels) {
+  toplevels_ = GRef<GListModel>::share(toplevels);
+  toplevelsChanged_ =
+      SignalConnection::connect<&GtkApplicationPort::toplevelsChanged>(toplevels, "items-changed", this);
+  toplevelsChanged(toplevels, 0, 0, 0);
+}
+
+void GtkApplicationPort::toplevelsChanged(GListModel* toplevels, guint /*position*/, guint /*removed*/,
+                                          guint /*added*/) {
+  activity_.clear();
+  for (guint index = 0; index < g_list_model_get_n_items(toplevels); ++index) {
+    const auto window = GRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(toplevels, index)));
+    activity_.push_back(
+        SignalConnection::connect<&GtkApplicationPort::activityChanged>(window.get(), "notify::is-active", this));
+  }
+  settleSoon();
+}
+
+// The focus passes from one window to another in two steps; only where it ends counts.
+void GtkApplicationPort::settleSoon() {
+  auto settle = alive_.guard([this] { settleActivity(); });
+  if (hasActiveWindow()) {
+    mainQueue_.async(std::move(settle));
+  } else {
+    mainQueue_.asyncAfter(focusPassing, std::move(settle));
+  }
+}
+
+// A dialog of ours or a window that shows no screens is still the application that the visitor is at.
+bool GtkApplicationPort::hasActiveWindow() const {
+  for (guint index = 0; toplevels_ && index < g_list_model_get_n_items(toplevels_.get()); ++index) {
+    const auto window = GRef<GtkWindow>::adopt(GTK_WINDOW(g_list_model_get_item(toplevels_.get(), index)));
+    if (gtk_window_is_active(window.get())) return true;
+  }
+  return false;
 }
 
 HostWindow* GtkApplicationPort::frontWindow() const {
@@ -40,17 +83,15 @@ Subscription GtkApplicationPort::observe(ApplicationEvent event, std::function<v
   return observers.add(std::move(handler));
 }
 
-void GtkApplicationPort::activityChanged(GtkWindow* window) {
+void GtkApplicationPort::activityChanged(GtkWindow* window, GParamSpec* /*property*/) {
   const auto changed = std::find_if(windows_.begin(), windows_.end(),
                                     [&](const auto& candidate) { return candidate->gtkWindow() == window; });
   if (changed != windows_.end() && (*changed)->isActive()) std::rotate(windows_.begin(), changed, changed + 1);
-  // The focus passes from one of our windows to another in two steps; only where it ends counts.
-  mainQueue_.async(alive_.guard([this] { settleActivity(); }));
+  settleSoon();
 }
 
 void GtkApplicationPort::settleActivity() {
-  const bool active = !session_.isAway() && std::any_of(windows_.begin(), windows_.end(),
-                                                        [](const auto& window) { return window->isActive(); });
+  const bool active = !session_.isAway() && hasActiveWindow();
   if (std::exchange(active_, active) == active) return;
   (active ? becameActive_ : willResignActive_).notify();
 }
@@ -61,7 +102,7 @@ void GtkApplicationPort::forget(GtkWindow* window) {
   if (gone == windows_.end()) return;
   const auto kept = std::move(*gone);  // its screens may ask for windows while they end
   windows_.erase(gone);
-  mainQueue_.async(alive_.guard([this] { settleActivity(); }));
+  settleSoon();
 }
 
 }  // namespace orivex::gtk

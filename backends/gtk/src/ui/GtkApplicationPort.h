@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "../DesktopLauncher.h"
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
 #include "HostWindow.h"
 #include "SessionWatch.h"
 
@@ -14,8 +16,8 @@
 
 namespace orivex::gtk {
 
-/// The windows that the host has attached, whether one of them is active in front of a visitor, and the desktop's way
-/// to open addresses.
+/// The windows that the host has attached, whether the visitor is at one of the application's windows, attached or not,
+/// and the desktop's way to open addresses.
 class GtkApplicationPort final : public Application {
  public:
   explicit GtkApplicationPort(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
@@ -41,13 +43,20 @@ class GtkApplicationPort final : public Application {
   void allow(std::string scheme) { launcher_.allow(std::move(scheme)); }
 
  private:
-  void activityChanged(GtkWindow* window);
+  void watchToplevels(GListModel* toplevels);
+  void toplevelsChanged(GListModel* toplevels, guint position, guint removed, guint added);
+  void activityChanged(GtkWindow* window, GParamSpec* property);
+  bool hasActiveWindow() const;
+  void settleSoon();
   void settleActivity();
   void forget(GtkWindow* window);
 
   MainQueue& mainQueue_;
   DesktopLauncher launcher_;
   std::vector<std::unique_ptr<HostWindow>> windows_;  // the one that was active last comes first
+  GRef<GListModel> toplevels_;
+  SignalConnection toplevelsChanged_;
+  std::vector<SignalConnection> activity_;  // of every window of the application
   Observers<> becameActive_;
   Observers<> willResignActive_;
   bool active_ = false;

@@ -5,6 +5,7 @@
 #include "../glib/GRef.h"
 
 #include "orivex/platform/ui/View.h"
+#include "orivex/platform/ui/ViewController.h"
 
 namespace orivex::gtk {
 
@@ -12,10 +13,33 @@ namespace orivex::gtk {
 class WidgetView : public View {
  public:
   explicit WidgetView(GRef<GtkWidget> widget) : widget_(std::move(widget)) {}
+
+  /// Null for a view that shows nothing.
   GtkWidget* widget() const { return widget_.get(); }
+  void setWidget(GRef<GtkWidget> widget) {
+    widget_ = std::move(widget);
+    changed(ViewChange::content);
+  }
 
  private:
   GRef<GtkWidget> widget_;
+};
+
+/// A screen whose view shows a widget of the host.
+class WidgetScreen final : public ViewController {
+ public:
+  explicit WidgetScreen(GRef<GtkWidget> widget) : shown_(std::make_shared<WidgetView>(std::move(widget))) {}
+
+  void setWidget(GRef<GtkWidget> widget) { shown_->setWidget(std::move(widget)); }
+
+ protected:
+  std::shared_ptr<View> makeView(const Rect& frame) override {
+    shown_->setFrame(frame);
+    return shown_;
+  }
+
+ private:
+  const std::shared_ptr<WidgetView> shown_;
 };
 
 /// A view that shows an unmoving picture.

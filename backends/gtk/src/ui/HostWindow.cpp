@@ -1,76 +1,71 @@
 #include "HostWindow.h"
 
+#include <algorithm>
+
 #include <adwaita.h>
 
 #include "HostViews.h"
+#include "TitleBar.h"
 
 namespace orivex::gtk {
 namespace {
 
-/// A screen whose view shows a widget of the host.
-class WidgetScreen final : public ViewController {
- public:
-  explicit WidgetScreen(GRef<GtkWidget> widget) : widget_(std::move(widget)) {}
+bool isAdwaita(GtkWindow* window) {
+  return ADW_IS_APPLICATION_WINDOW(window) || ADW_IS_WINDOW(window);
+}
 
- protected:
-  std::shared_ptr<View> makeView(const Rect& frame) override {
-    auto view = std::make_shared<WidgetView>(std::move(widget_));
-    view->setFrame(frame);
-    return view;
-  }
+// The property in which this kind of window holds its content.
+const char* contentProperty(GtkWindow* window) {
+  return isAdwaita(window) ? "content" : "child";
+}
 
- private:
-  GRef<GtkWidget> widget_;
-};
-
-// What the window holds, in whichever way its kind holds it, replaced by `next`.
-GRef<GtkWidget> exchangeContent(GtkWindow* window, GtkWidget* next) {
-  GRef<GtkWidget> old;
-  if (ADW_IS_APPLICATION_WINDOW(window)) {
-    auto* const adw = ADW_APPLICATION_WINDOW(window);
-    old = GRef<GtkWidget>::share(adw_application_window_get_content(adw));
-    adw_application_window_set_content(adw, next);
-  } else if (ADW_IS_WINDOW(window)) {
-    old = GRef<GtkWidget>::share(adw_window_get_content(ADW_WINDOW(window)));
-    adw_window_set_content(ADW_WINDOW(window), next);
-  } else {
-    old = GRef<GtkWidget>::share(gtk_window_get_child(window));
-    gtk_window_set_child(window, next);
-  }
-  return old;
+GRef<GtkWidget> contentOf(GtkWindow* window) {
+  GtkWidget* content = nullptr;
+  g_object_get(window, contentProperty(window), &content, nullptr);
+  return GRef<GtkWidget>::adopt(content);
 }
 
 }  // namespace
 
-HostWindow::HostWindow(GtkWindow* window, const Surroundings& surroundings, std::function<void()> activityChanged,
+HostWindow::HostWindow(GtkWindow* window, const Surroundings& surroundings, MainQueue& mainQueue,
                        std::function<void()> closed)
-    : gtkWindow_(window), activityChanged_(std::move(activityChanged)), closed_(std::move(closed)) {
+    : gtkWindow_(window),
+      overlay_(GRef<GtkOverlay>::sink(GTK_OVERLAY(gtk_overlay_new()))),
+      content_(std::make_shared<WidgetScreen>(contentOf(window))),
+      closed_(std::move(closed)) {
   scene_->addWindow(window_);
   setSurroundings(surroundings);
   int width = 0;
   int height = 0;
   gtk_window_get_default_size(window, &width, &height);
   window_->setSize({static_cast<double>(std::max(width, 0)), static_cast<double>(std::max(height, 0))});
-  window_->setEndEditingHandler([window](const View& /*view*/) { gtk_window_set_focus(window, nullptr); });
+  // Only these windows leave their title bar to their content.
+  if (isAdwaita(window)) window_->setTitleBarHeight([this] { return titleBarHeight(root_->widget()); });
 
   root_ = std::make_unique<ViewNode>(*window_->contentView(), nullptr);
   root_->setResizeHandler([this](int newWidth, int newHeight) {
     window_->setSize({static_cast<double>(newWidth), static_cast<double>(newHeight)});
+    focus_->settleLater();
   });
-  overlay_ = GTK_OVERLAY(gtk_overlay_new());
-  gtk_overlay_set_child(overlay_, root_->widget());
-  auto content = exchangeContent(window, GTK_WIDGET(overlay_));
-  window_->setRootViewController(content ? std::make_shared<WidgetScreen>(std::move(content))
-                                         : std::make_shared<ViewController>());
-  active_ = SignalConnection::connect<&HostWindow::activeChanged>(window, "notify::is-active", this);
+  gtk_overlay_set_child(overlay_.get(), root_->widget());
+  focus_ = std::make_unique<FocusKeeper>(window, root_->widget(), mainQueue);
+  window_->setEndEditingHandler([this](const View& /*view*/) { focus_->rest(); });
+  backInput_ = std::make_unique<BackInput>(root_->widget(), [this] { return window_->goBack(); });
+  g_object_set(window, contentProperty(window), overlay_.get(), nullptr);
+  window_->setRootViewController(content_);
+  contentChanged_ = SignalConnection::connect<&HostWindow::contentChanged>(
+      window, isAdwaita(window) ? "notify::content" : "notify::child", this);
   destroy_ = SignalConnection::connect<&HostWindow::destroyed>(window, "destroy", this);
 }
 
 HostWindow::~HostWindow() {
-  active_.disconnect();
+  contentChanged_.disconnect();
   destroy_.disconnect();
+  window_->setEndEditingHandler(nullptr);
+  window_->setTitleBarHeight(nullptr);
   // The screens end before the widgets that show them.
   window_->setRootViewController(nullptr);
+  gtk_overlay_set_child(overlay_.get(), nullptr);
   scene_->removeWindow(*window_);
 }
 
@@ -80,8 +75,19 @@ void HostWindow::setSurroundings(const Surroundings& surroundings) {
   window_->contentView()->layOut();
 }
 
-void HostWindow::activeChanged(GtkWindow* /*window*/, GParamSpec* /*property*/) {
-  activityChanged_();
+// A host that has put our widget into one of its own, or taken it out to do so, shows the screens itself. Another
+// widget is the root screen's new content, whatever lies over that.
+void HostWindow::contentChanged(GtkWindow* window, GParamSpec* /*property*/) {
+  auto next = contentOf(window);
+  auto* const ours = GTK_WIDGET(overlay_.get());
+  if (!next || next.get() == ours || gtk_widget_is_ancestor(ours, next.get())) return;
+  g_object_set(window, contentProperty(window), ours, nullptr);
+  if (window_->rootViewController() == content_) {
+    content_->setWidget(std::move(next));
+  } else {
+    content_ = std::make_shared<WidgetScreen>(std::move(next));
+    window_->setRootViewController(content_);
+  }
 }
 
 void HostWindow::destroyed(GtkWidget* /*window*/) {

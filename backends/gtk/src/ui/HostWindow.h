@@ -5,27 +5,32 @@
 
 #include <gtk/gtk.h>
 
+#include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "BackInput.h"
+#include "FocusKeeper.h"
+#include "HostViews.h"
 #include "ViewNode.h"
 
 #include "orivex/gtk/Gtk.h"
+#include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ui/Window.h"
 
 namespace orivex::gtk {
 
-/// A GTK window that shows screens, with its scene: the window's own content is the root screen.
+/// A GTK window that shows screens, with its scene: the window's own content, whatever the host puts there in its time,
+/// is the root screen.
 class HostWindow {
  public:
   /// `closed` is called once, when the GTK window is destroyed; it may destroy this object.
-  HostWindow(GtkWindow* window, const Surroundings& surroundings, std::function<void()> activityChanged,
-             std::function<void()> closed);
+  HostWindow(GtkWindow* window, const Surroundings& surroundings, MainQueue& mainQueue, std::function<void()> closed);
   HostWindow(const HostWindow&) = delete;
   HostWindow& operator=(const HostWindow&) = delete;
   ~HostWindow();
 
   GtkWindow* gtkWindow() const { return gtkWindow_; }
   /// Covers the whole window; its child shows the screens.
-  GtkOverlay* overlay() const { return overlay_; }
+  GtkOverlay* overlay() const { return overlay_.get(); }
   const std::shared_ptr<Window>& window() const { return window_; }
   const std::shared_ptr<WindowScene>& scene() const { return scene_; }
   bool isActive() const { return gtk_window_is_active(gtkWindow_) != FALSE; }
@@ -33,17 +38,19 @@ class HostWindow {
   void setSurroundings(const Surroundings& surroundings);
 
  private:
-  void activeChanged(GtkWindow* window, GParamSpec* property);
+  void contentChanged(GtkWindow* window, GParamSpec* property);
   void destroyed(GtkWidget* window);
 
   GtkWindow* const gtkWindow_;
-  GtkOverlay* overlay_ = nullptr;
+  GRef<GtkOverlay> overlay_;
   std::shared_ptr<Window> window_ = std::make_shared<Window>();
   std::shared_ptr<WindowScene> scene_ = std::make_shared<WindowScene>();
+  std::shared_ptr<WidgetScreen> content_;
   std::unique_ptr<ViewNode> root_;
-  std::function<void()> activityChanged_;
+  std::unique_ptr<FocusKeeper> focus_;
+  std::unique_ptr<BackInput> backInput_;
   std::function<void()> closed_;
-  SignalConnection active_;
+  SignalConnection contentChanged_;
   SignalConnection destroy_;
 };
 

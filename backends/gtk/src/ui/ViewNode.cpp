@@ -83,9 +83,22 @@ void ViewNode::viewChanged(ViewChange change) {
       syncGestures();
       break;
     case ViewChange::content:
-      if (content_) updateContentWidget(content_.get(), *view_);
+      if (dynamic_cast<const WidgetView*>(view_)) {
+        exchangeContent();
+      } else if (content_) {
+        updateContentWidget(content_.get(), *view_);
+      }
       break;
   }
+}
+
+// A host has put another widget in the place of the one that showed.
+void ViewNode::exchangeContent() {
+  auto next = contentWidgetFor(*view_);
+  if (next.get() == content_.get()) return;
+  if (content_) gtk_widget_unparent(content_.get());
+  content_ = std::move(next);
+  if (content_) gtk_widget_insert_after(content_.get(), canvas_.get(), nullptr);
 }
 
 // With the window's background, on which the host's widgets lie and which their own picture would lack.
@@ -155,7 +168,7 @@ void ViewNode::queuePlacement() const {
 int ViewNode::minimumSize(GtkOrientation orientation) {
   int minimum = 0;
   // A widget of the host must not be squeezed under its own minimum; what the component shows fits any size.
-  if (view_ && dynamic_cast<WidgetView*>(view_)) {
+  if (content_ && view_ && dynamic_cast<WidgetView*>(view_)) {
     gtk_widget_measure(content_.get(), orientation, -1, &minimum, nullptr, nullptr, nullptr);
   }
   for (const auto& child : children_) {

@@ -35,6 +35,7 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   void allocate(int width, int height) override;
   void snapshot(GtkSnapshot* snapshot) override;
 
+  void exchangeContent();
   void applyVisibility();
   void syncSubviews();
   void syncGestures();

@@ -112,6 +112,7 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       view_(makeView(context_->get(), session, content_.get())),
       cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
       limits_(view_.get()),
+      backKeys_(view_.get()),
       dialogs_(view_.get(), mainQueue_),
       requests_(view_.get(), session, std::move(downloads), mainQueue_, askingFirst(handlers_)),
       hangs_(view_.get(), mainQueue_, [this] {

@@ -10,6 +10,7 @@
 #include "../glib/SignalConnection.h"
 #include "EngineStart.h"
 #include "HangWatch.h"
+#include "PageBackKeys.h"
 #include "PageDownloads.h"
 #include "PageLimits.h"
 #include "PageRequests.h"
@@ -75,6 +76,7 @@ class WebKitEngine final : public WebEngine {
   GRef<WebKitURIRequest> uncommitted_;  // what was asked for last, until it commits
   GRef<GCancellable> cancellable_;
   PageLimits limits_;
+  PageBackKeys backKeys_;
   ScriptDialogs dialogs_;
   PageRequests requests_;
   HangWatch hangs_;

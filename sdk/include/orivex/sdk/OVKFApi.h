@@ -87,12 +87,17 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   void viewDidDisappear(bool animated) override;
   void viewDidLayoutSubviews() override;
 
+  /// Leaves, as the page's "goBack" does.
+  bool goBack() override;
+
   /// What the page posts.
   void didReceive(const ScriptMessage& message) override;
 
  private:
   static void configureOverlay();
   void observeApplication();
+  void takeSnapshot(const Window& window);
+  void placeSnapshot();
   void installBackGesture();
   void addRecordingView();
   void closeMicrophone();
@@ -103,6 +108,7 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
 
   std::shared_ptr<View> previousViewSnapshot_;
   std::unique_ptr<PageOrigins> origins_;
+  double snapshotTop_ = 0;               // points from the top of its window
   std::weak_ptr<Window> sessionWindow_;  // of which the picture is
   std::unique_ptr<ChatWebViewHost> host_;
   std::shared_ptr<ChatNavigation> navigation_;

@@ -39,6 +39,7 @@ class NavigationController : public ViewController {
   const std::shared_ptr<View>& hostTabBar() const { return tabBar_; }
   void setHostTabBar(std::shared_ptr<View> tabBar) { tabBar_ = std::move(tabBar); }
 
+  bool goBack() override { return topViewController()->goBack(); }
   void viewDidLoad() override;
   void viewDidLayoutSubviews() override { layout(); }
   void beginAppearance(bool appearing, bool animated) override;

@@ -36,12 +36,15 @@ class ViewController : public std::enable_shared_from_this<ViewController> {
   virtual void viewWillDisappear(bool /*animated*/) {}
   virtual void viewDidDisappear(bool /*animated*/) {}
 
+  /// The visitor has asked to go back with a key or a button. True when the screen does so.
+  virtual bool goBack() { return false; }
+
   /// The view's size has changed: place what it holds.
   virtual void viewDidLayoutSubviews() {}
 
-  /// Shows `controller` over the whole window; a pushed screen leaves that to its navigation controller. Without a
-  /// window, while another one is presented, or when `controller` is on a screen already, it is dropped with one log
-  /// line.
+  /// Shows `controller` over the whole window, but for a title bar in it; a pushed screen leaves that to its navigation
+  /// controller. Without a window, while another one is presented, or when `controller` is on a screen already, it is
+  /// dropped with one log line.
   void present(const std::shared_ptr<ViewController>& controller, bool animated, Once<void()> completion = nullptr);
 
   /// Sends away what this screen presents; when it presents nothing, the screen itself or the one around it that was

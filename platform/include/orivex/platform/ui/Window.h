@@ -43,6 +43,15 @@ class Window : public std::enable_shared_from_this<Window> {
   Rect bounds() const { return content_->bounds(); }
   void setSize(Size size);
 
+  /// Where presented screens stand: all of the window but its title bar, if the root screen holds that.
+  Rect screenFrame() const;
+
+  /// The backend's way to tell the height in points, from the top, of a title bar that stays usable.
+  void setTitleBarHeight(std::function<double()> height) { titleBarHeight_ = std::move(height); }
+
+  /// The visitor has asked to go back with a key or a button: asks the uppermost screen. False when it stays.
+  bool goBack() const;
+
   const EdgeInsets& safeAreaInsets() const { return insets_; }
   /// The screens keep their places until `contentView()->layOut()`.
   void setSafeAreaInsets(EdgeInsets insets) { insets_ = insets; }
@@ -69,6 +78,7 @@ class Window : public std::enable_shared_from_this<Window> {
   std::weak_ptr<WindowScene> scene_;
   EdgeInsets insets_;
   std::function<void(const View&)> endEditing_;
+  std::function<double()> titleBarHeight_;
 };
 
 class Application;

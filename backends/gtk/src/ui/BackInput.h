@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+
+#include <gtk/gtk.h>
+
+#include "../glib/SignalConnection.h"
+
+namespace orivex::gtk {
+
+/// What a visitor without a finger goes back with: Escape, Alt and the arrow to the left, the back key, and the mouse's
+/// back button. A page sees the keys first and hands on what it does not take; see `PageBackKeys`.
+class BackInput {
+ public:
+  /// Listens on `screens`, the canvas around all pages of a window, which outlives this object. `goBack` returns
+  /// whether something went back; what did not stays for the host.
+  BackInput(GtkWidget* screens, std::function<bool()> goBack);
+  BackInput(const BackInput&) = delete;
+  BackInput& operator=(const BackInput&) = delete;
+  ~BackInput() = default;
+
+ private:
+  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  void pressed(GtkGestureClick* click, int count, double x, double y);
+  void activated(GSimpleAction* action, GVariant* parameter);
+
+  GtkWidget* const screens_;
+  std::function<bool()> goBack_;
+  SignalConnection keyPressed_;
+  SignalConnection pressed_;
+  SignalConnection activated_;
+};
+
+}  // namespace orivex::gtk

@@ -1,0 +1,119 @@
+#include "FocusKeeper.h"
+
+#include <webkit/webkit.h>
+
+#include "../glib/GRef.h"
+#include "Canvas.h"
+#include "TitleBar.h"
+
+namespace orivex::gtk {
+namespace {
+
+// Enough for the screens that may lie over each other.
+constexpr std::size_t mostKnown = 16;
+
+bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
+  return widget == ancestor || gtk_widget_is_ancestor(widget, ancestor);
+}
+
+bool takesFocus(GtkWidget* widget) {
+  if (!gtk_widget_get_mapped(widget) || !gtk_widget_is_sensitive(widget) || !gtk_widget_get_focusable(widget)) {
+    return false;
+  }
+  for (; widget; widget = gtk_widget_get_parent(widget)) {
+    if (!gtk_widget_get_can_focus(widget)) return false;
+  }
+  return true;
+}
+
+// A page that is left by its last control passes the focus on to the text view in which WebKit looks up the keys of its
+// fields, and which never shows.
+bool isLost(GtkWidget* focus) {
+  auto* const parent = gtk_widget_get_parent(focus);
+  return parent && GTK_IS_TEXT_VIEW(focus) && WEBKIT_IS_WEB_VIEW(parent);
+}
+
+// The uppermost page below a canvas; what a host's own widget holds is the host's.
+GtkWidget* pageBelow(GtkWidget* canvas) {
+  for (auto* child = gtk_widget_get_last_child(canvas); child; child = gtk_widget_get_prev_sibling(child)) {
+    if (WEBKIT_IS_WEB_VIEW(child) && takesFocus(child)) return child;
+    if (auto* const page = isCanvas(child) ? pageBelow(child) : nullptr) return page;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+FocusKeeper::FocusKeeper(GtkWindow* window, GtkWidget* screens, MainQueue& mainQueue)
+    : window_(window), screens_(screens), mainQueue_(mainQueue) {
+  focus_ = SignalConnection::connect<&FocusKeeper::focusChanged>(window_, "notify::focus-widget", this);
+  if (auto* const focus = gtk_window_get_focus(window_)) remember(focus);
+}
+
+FocusKeeper::~FocusKeeper() = default;
+
+void FocusKeeper::rest() {
+  settled_ = shown();
+  resting_ = true;
+  gtk_window_set_focus(window_, nullptr);
+}
+
+void FocusKeeper::focusChanged(GtkWindow* window, GParamSpec* /*property*/) {
+  if (gtk_widget_in_destruction(GTK_WIDGET(window))) return;
+  if (auto* const focus = gtk_window_get_focus(window)) {
+    resting_ = false;
+    if (!isLost(focus)) remember(focus);
+  }
+  settleLater();
+}
+
+void FocusKeeper::remember(GtkWidget* widget) {
+  known_.remove_if([&](Known& known) {
+    const auto kept = GRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&known.reference)));
+    return !kept || kept.get() == widget;
+  });
+  known_.emplace_front(widget);
+  if (known_.size() > mostKnown) known_.pop_back();
+}
+
+// From the queue: whoever changes what shows, or moves the focus, has its own steps still to take.
+void FocusKeeper::settleLater() {
+  if (std::exchange(pending_, true)) return;
+  mainQueue_.async(alive_.guard([this] {
+    pending_ = false;
+    settle();
+  }));
+}
+
+void FocusKeeper::settle() {
+  const auto now = shown();
+  const auto [screen, page] = now;
+  // A screen that keeps what is below it from the focus, such as the camera, has it itself.
+  if (!screen || !gtk_widget_get_can_focus(screens_)) return;
+  const bool changed = std::exchange(settled_, now) != now;
+  resting_ = resting_ && !changed;
+  if (resting_ || (!page && !changed)) return;
+  GtkWidget* const focus = gtk_window_get_focus(window_);
+  if (focus && !isLost(focus) && (isInside(focus, screen) || !isInside(focus, screens_) || isInTitleBar(focus))) return;
+  if (focusKnownIn(screen) || (!page && !focus)) return;
+  gtk_window_set_focus(window_, page);
+}
+
+bool FocusKeeper::focusKnownIn(GtkWidget* screen) {
+  for (auto& known : known_) {
+    const auto widget = GRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&known.reference)));
+    if (!widget || !isInside(widget.get(), screen) || !takesFocus(widget.get())) continue;
+    gtk_window_set_focus(window_, widget.get());
+    return true;
+  }
+  return false;
+}
+
+FocusKeeper::Shown FocusKeeper::shown() const {
+  for (auto* screen = gtk_widget_get_last_child(screens_); screen; screen = gtk_widget_get_prev_sibling(screen)) {
+    if (gtk_widget_get_mapped(screen) && gtk_widget_get_can_target(screen)) return {screen, pageBelow(screen)};
+  }
+  return {};
+}
+
+}  // namespace orivex::gtk

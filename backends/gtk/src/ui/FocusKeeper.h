@@ -1,0 +1,62 @@
+#pragma once
+
+#include <list>
+#include <utility>
+
+#include <gtk/gtk.h>
+
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/ports/MainQueue.h"
+
+namespace orivex::gtk {
+
+/// Sees to it that keys reach what shows in one window. While a page shows, some control of the screen around it has
+/// the focus, whatever takes it away; when the page has gone, the widget has it that had it before, if that still
+/// shows. What lies above the screens, and a focus that the host gives up without a page, are left alone. Main thread.
+class FocusKeeper {
+ public:
+  /// `screens` is the canvas of the window's content, which outlives this object as the window does.
+  FocusKeeper(GtkWindow* window, GtkWidget* screens, MainQueue& mainQueue);
+  FocusKeeper(const FocusKeeper&) = delete;
+  FocusKeeper& operator=(const FocusKeeper&) = delete;
+  ~FocusKeeper();
+
+  /// What shows may have changed.
+  void settleLater();
+
+  /// Takes the focus away until something else shows or the visitor puts it somewhere.
+  void rest();
+
+ private:
+  /// The uppermost screen that takes input, and the uppermost page in it.
+  using Shown = std::pair<GtkWidget*, GtkWidget*>;
+
+  /// Does not keep its widget alive.
+  struct Known {
+    explicit Known(GtkWidget* widget) { g_weak_ref_init(&reference, widget); }
+    Known(const Known&) = delete;
+    Known& operator=(const Known&) = delete;
+    ~Known() { g_weak_ref_clear(&reference); }
+    GWeakRef reference{};
+  };
+
+  void focusChanged(GtkWindow* window, GParamSpec* property);
+  void remember(GtkWidget* widget);
+  void settle();
+  bool focusKnownIn(GtkWidget* screen);
+  Shown shown() const;
+
+  GtkWindow* const window_;
+  GtkWidget* const screens_;
+  MainQueue& mainQueue_;
+  std::list<Known> known_;  // that had the focus, the latest first
+  Shown settled_;           // compared only
+  bool resting_ = false;
+  bool pending_ = false;
+  SignalConnection focus_;
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk
