@@ -48,8 +48,7 @@ ScreenFixture::~ScreenFixture() {
 }
 
 void ScreenFixture::takeKeyboard() const {
-  xdotool({"search", "--sync", "--onlyvisible", "--name", title, "windowfocus", "--sync"});
-  EXPECT_TRUE(wait([&] { return gtk_window_is_active(gtkWindow_) != FALSE; }, 10));
+  focusWindow(gtkWindow_, title);
 }
 
 std::shared_ptr<OVKFApi> ScreenFixture::startChat(const std::string& server) {

@@ -17,9 +17,9 @@ bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
 }
 
 bool takesFocus(GtkWidget* widget) {
-  if (!gtk_widget_get_mapped(widget) || !gtk_widget_is_sensitive(widget) || !gtk_widget_get_focusable(widget)) {
-    return false;
-  }
+  // A page's view takes the focus without calling itself focusable.
+  const bool isFocusable = WEBKIT_IS_WEB_VIEW(widget) || gtk_widget_get_focusable(widget);
+  if (!isFocusable || !gtk_widget_get_mapped(widget) || !gtk_widget_is_sensitive(widget)) return false;
   for (; widget; widget = gtk_widget_get_parent(widget)) {
     if (!gtk_widget_get_can_focus(widget)) return false;
   }
