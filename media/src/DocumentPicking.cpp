@@ -61,6 +61,24 @@ bool isImage(const std::string& path) {
   return registry.conformsToImage(std::get<std::string>(type));
 }
 
+std::string unusableText(const std::string& path) {
+  return "无效的路径:" + path;
+}
+
+// What is no file, or is there no more. A file that the visitor may not read is not his fault.
+bool isUnusable(const std::string& path) {
+  std::error_code error;
+  return !std::filesystem::is_regular_file(path, error) && error != std::errc::permission_denied;
+}
+
+// Of what cannot be opened, only what is no file is the visitor's to know.
+void tellIfUnusable(const std::string& path) {
+  auto& queue = Platform::current().mainQueue;
+  queue.global([&queue, path] {
+    if (isUnusable(path)) queue.async([path] { tellAboutAttachment(unusableText(path)); });
+  });
+}
+
 // On a worker thread: files may lie on slow disks, and pictures take their time.
 void inspect(Document& document) {
   auto& description = document.description;
@@ -69,9 +87,8 @@ void inspect(Document& document) {
     document.refusal = documentTooLargeText(document.sizeLimit);
     return;
   }
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(document.path, error)) {
-    document.refusal = "无效的路径:" + document.path;
+  if (isUnusable(document.path)) {
+    document.refusal = unusableText(document.path);
     return;
   }
   description.type = rawValue(FileType::File);
@@ -112,6 +129,7 @@ void startWith(const Url& file, ChatManager::PickedFiles completion) {
   auto access = Platform::current().documentPicker.startAccess(file);
   if (const auto* failure = std::get_if<Failure>(&access)) {
     log::debugPrint("Access to the selected file was refused: " + failure->description);
+    tellIfUnusable(file.filePath().value_or(""));
     return;
   }
   auto document = std::make_unique<Document>(Document{file,

@@ -1,5 +1,6 @@
 #include "orivex/testing/VirtualDocumentPicker.h"
 
+#include <filesystem>
 #include <utility>
 
 #include "ThreadCheck.h"
@@ -31,7 +32,10 @@ void VirtualDocumentPicker::present(const DocumentPickerOptions& options, View& 
 
 std::variant<std::unique_ptr<FileAccess>, Failure> VirtualDocumentPicker::startAccess(const Url& file) {
   requireMainThread(queue_, "DocumentPicker::startAccess");
-  if (refused_.contains(file.filePath().value_or(""))) return Failure{"Permission denied"};
+  const auto path = file.filePath().value_or("");
+  if (refused_.contains(path)) return Failure{"Permission denied"};
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return Failure{error ? error.message() : "Invalid argument"};
   return std::make_unique<CountedAccess>(openAccesses_);
 }
 

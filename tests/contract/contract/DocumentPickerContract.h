@@ -72,9 +72,11 @@ TYPED_TEST_P(DocumentPickerContract, AccessIsGrantedToAFileAndRefusedWithAReason
   const auto granted = this->picker().startAccess(Url::fromFilePath(this->fixture_.file("a.txt")));
   ASSERT_TRUE(std::holds_alternative<std::unique_ptr<FileAccess>>(granted));
   EXPECT_TRUE(std::get<std::unique_ptr<FileAccess>>(granted));
-  const auto refused = this->picker().startAccess(Url::fromFilePath(this->fixture_.lostFile("b.txt")));
-  ASSERT_TRUE(std::holds_alternative<Failure>(refused));
-  EXPECT_FALSE(std::get<Failure>(refused).description.empty());
+  for (const auto& path : {this->fixture_.lostFile("b.txt"), std::string("/")}) {
+    const auto refused = this->picker().startAccess(Url::fromFilePath(path));
+    ASSERT_TRUE(std::holds_alternative<Failure>(refused)) << path;
+    EXPECT_FALSE(std::get<Failure>(refused).description.empty());
+  }
 }
 
 REGISTER_TYPED_TEST_SUITE_P(DocumentPickerContract, EachAnswerIsToldOnceAndTheChooserIsFreeAgain,

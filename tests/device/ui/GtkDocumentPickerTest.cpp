@@ -75,11 +75,13 @@ TEST_F(GtkDocumentPickerTest, ItOpensInTheFolderOfTheLastChoice) {
   cancelFileChooser();
 }
 
-TEST_F(GtkDocumentPickerTest, OnlyTheRequestedTypesAreOffered) {
+TEST_F(GtkDocumentPickerTest, TheRequestedTypesAreOfferedFirstAndAllFilesSecond) {
   present({{"application/pdf", "image/*"}});
   ASSERT_TRUE(openFileChooser());
   const auto filters = GRef<GListModel>::adopt(gtk_file_chooser_get_filters(GTK_FILE_CHOOSER(openFileChooser())));
-  ASSERT_EQ(g_list_model_get_n_items(filters.get()), 1U);
+  ASSERT_EQ(g_list_model_get_n_items(filters.get()), 2U);
+  const auto all = GRef<GtkFileFilter>::adopt(GTK_FILE_FILTER(g_list_model_get_item(filters.get(), 1)));
+  EXPECT_STREQ(gtk_file_filter_get_name(all.get()), "所有文件");
   const auto filter = GRef<GtkFileFilter>::adopt(GTK_FILE_FILTER(g_list_model_get_item(filters.get(), 0)));
   const auto offers = [&](const char* type) {
     const auto info = GRef<GFileInfo>::adopt(g_file_info_new());
@@ -89,6 +91,7 @@ TEST_F(GtkDocumentPickerTest, OnlyTheRequestedTypesAreOffered) {
   EXPECT_TRUE(offers("application/pdf"));
   EXPECT_TRUE(offers("image/webp"));
   EXPECT_FALSE(offers("text/plain"));
+  EXPECT_EQ(gtk_file_chooser_get_filter(GTK_FILE_CHOOSER(openFileChooser())), filter.get());
   cancelFileChooser();
 }
 

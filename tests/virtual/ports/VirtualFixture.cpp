@@ -1,5 +1,8 @@
 #include "VirtualFixture.h"
 
+#include <cstdlib>
+#include <fstream>
+
 namespace orivex::testing {
 namespace {
 
@@ -106,6 +109,19 @@ const UserDefaults& VirtualFixture::userDefaultsWith(const contract::Settings& s
     }
   }
   return defaults;
+}
+
+VirtualFixture::~VirtualFixture() {
+  if (!folder_.empty()) std::filesystem::remove_all(folder_);
+}
+
+std::string VirtualFixture::file(const std::string& name) {
+  if (folder_.empty()) {
+    std::string pattern = (std::filesystem::temp_directory_path() / "contract-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+  }
+  std::ofstream(folder_ / name).put('x');
+  return (folder_ / name).string();
 }
 
 std::string VirtualFixture::lostFile(const std::string& name) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -17,6 +18,9 @@ namespace orivex::testing {
 class VirtualFixture {
  public:
   VirtualFixture();
+  VirtualFixture(const VirtualFixture&) = delete;
+  VirtualFixture& operator=(const VirtualFixture&) = delete;
+  ~VirtualFixture();
 
   const Platform& platform() { return device_.platform(); }
   bool wait(const std::function<bool()>& condition, double seconds) {
@@ -31,7 +35,7 @@ class VirtualFixture {
   const Bundle& bundleWith(const std::map<std::string, std::string>& files);
   const Bundle& missingBundle();
   const UserDefaults& userDefaultsWith(const contract::Settings& settings);
-  std::string file(const std::string& name) { return "/files/" + name; }
+  std::string file(const std::string& name);
   std::string lostFile(const std::string& name);
   void pick(const std::string& path) { device_.documentPicker().pick({path}); }
   void cancelPicking() { device_.documentPicker().cancel(); }
@@ -45,6 +49,7 @@ class VirtualFixture {
   void play(VirtualWebEngine& engine);
   void playPage(VirtualWebEngine& engine, const std::string& address);
 
+  std::filesystem::path folder_;  // empty until a file is asked for
   VirtualDevice device_;
   contract::Site site_;
   std::vector<std::pair<std::string, std::string>> userAgents_;  // by address

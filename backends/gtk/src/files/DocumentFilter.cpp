@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "../glib/GMemory.h"
 
@@ -75,6 +76,15 @@ GRef<GtkFileFilter> documentFilter(const std::vector<std::string>& mimeTypes) {
   if (names.empty()) return nullptr;
   gtk_file_filter_set_name(filter.get(), joined(names).c_str());
   return filter;
+}
+
+std::vector<GRef<GtkFileFilter>> documentFilters(const std::vector<std::string>& mimeTypes) {
+  auto requested = documentFilter(mimeTypes);
+  if (!requested) return {};
+  auto all = GRef<GtkFileFilter>::sink(gtk_file_filter_new());
+  gtk_file_filter_set_name(all.get(), "所有文件");
+  gtk_file_filter_add_pattern(all.get(), "*");
+  return {std::move(requested), std::move(all)};
 }
 
 }  // namespace orivex::gtk

@@ -14,4 +14,8 @@ namespace orivex::gtk {
 /// What is no MIME type is passed over.
 GRef<GtkFileFilter> documentFilter(const std::vector<std::string>& mimeTypes);
 
+/// What the chooser offers: the requested types, unless that is every file, and then every file: the visitor may know
+/// better what he wants to send. Empty where there is nothing to choose between.
+std::vector<GRef<GtkFileFilter>> documentFilters(const std::vector<std::string>& mimeTypes);
+
 }  // namespace orivex::gtk

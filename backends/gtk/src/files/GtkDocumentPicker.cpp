@@ -51,7 +51,7 @@ void GtkDocumentPicker::open(const DocumentPickerOptions& options, GtkWindow* wi
   chooser_ = GRef<GtkFileChooserNative>::adopt(
       gtk_file_chooser_native_new("选择文件", window, GTK_FILE_CHOOSER_ACTION_OPEN, "打开", "取消"));
   auto* const chooser = GTK_FILE_CHOOSER(chooser_.get());
-  if (const auto filter = documentFilter(options.mimeTypes)) gtk_file_chooser_add_filter(chooser, filter.get());
+  for (const auto& filter : documentFilters(options.mimeTypes)) gtk_file_chooser_add_filter(chooser, filter.get());
   gtk_file_chooser_set_select_multiple(chooser, options.multiple);
   // The chooser would greet the visitor with an error about a folder that has gone.
   if (!folder_ || !g_file_query_exists(folder_.get(), nullptr)) folder_ = documentsFolder();

@@ -11,7 +11,7 @@
 
 namespace orivex::testing {
 
-/// A chooser that a test answers.
+/// A chooser that a test answers, with files that the test has made: as on a real device, nothing else is opened.
 class VirtualDocumentPicker final : public DocumentPicker {
  public:
   explicit VirtualDocumentPicker(MainQueue& queue) : queue_(queue) {}

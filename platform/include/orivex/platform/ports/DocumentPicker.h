@@ -49,7 +49,7 @@ class DocumentPicker {
   virtual void present(const DocumentPickerOptions& options, View& view,
                        Once<void(DocumentPickerOutcome)> completion) = 0;
 
-  /// Starts access to a picked file. A failure when the device refuses it or the file is gone.
+  /// Starts access to a picked file. A failure when the device refuses it, and when it is gone or no regular file.
   virtual std::variant<std::unique_ptr<FileAccess>, Failure> startAccess(const Url& file) = 0;
 };
 
