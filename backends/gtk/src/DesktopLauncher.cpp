@@ -8,6 +8,7 @@
 #include <gio/gio.h>
 
 #include "Contained.h"
+#include "Sandbox.h"
 #include "glib/GMemory.h"
 #include "glib/GRef.h"
 
@@ -17,10 +18,6 @@ namespace orivex::gtk {
 namespace {
 
 constexpr std::int64_t leastInterval = G_USEC_PER_SEC;
-
-bool runsInSandbox() {
-  return g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS) || g_getenv("SNAP");
-}
 
 GRef<GAppInfo> schemeHandler(const std::string& scheme) {
   return GRef<GAppInfo>::adopt(g_app_info_get_default_for_uri_scheme(scheme.c_str()));

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "../Sandbox.h"
 #include "../video/PreviewBranch.h"
 #include "PhotoWriter.h"
 
@@ -92,6 +93,7 @@ void CameraScreen::finish(Result result) {
   player_.reset();
   recorder_.reset();
   camera_.reset();
+  portal_.reset();
   orientation_.reset();
   threads_.main.async(alive_.guard([this, result = std::move(result)]() mutable {
     const auto done = std::exchange(done_, nullptr);
@@ -100,6 +102,9 @@ void CameraScreen::finish(Result result) {
 }
 
 void CameraScreen::findSources() {
+  // Named sources are nobody's camera.
+  const char* const named = g_getenv(cameraSourceVariable);
+  if (runsInSandbox() && (!named || !*named)) return askPortal();
   threads_.worker.run([&main = threads_.main, found = std::function<void(std::vector<CameraSource>)>(
                                                   alive_.guard([this](std::vector<CameraSource> sources) {
                                                     sources_ = std::move(sources);
@@ -108,6 +113,16 @@ void CameraScreen::findSources() {
                                                   }))] {
     prepareGStreamer();
     main.async([found, sources = findCameras()]() mutable { found(std::move(sources)); });
+  });
+}
+
+void CameraScreen::askPortal() {
+  portal_ = std::make_unique<CameraPortal>([this](std::optional<CameraFailure> failure) {
+    if (phase_ != Phase::opening) return;
+    if (failure) return finish(*failure);
+    // Which of several, the desktop decides; the one that it offers looks at the visitor more often than not.
+    sources_ = {{CameraFacing::front, CameraSource::Portal{}}};
+    openCamera();
   });
 }
 

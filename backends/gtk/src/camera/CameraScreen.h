@@ -12,6 +12,7 @@
 #include "../video/ClipPlayer.h"
 #include "../video/PipelineThreads.h"
 #include "CameraPipeline.h"
+#include "CameraPortal.h"
 #include "CameraView.h"
 #include "CaptureFile.h"
 #include "ClipRecorder.h"
@@ -63,6 +64,7 @@ class CameraScreen {
   void finish(Result result);
 
   void findSources();
+  void askPortal();
   void openCamera();
   void frameShown(GRef<GdkTexture> frame);
   void cameraFailed(CameraFailure failure);
@@ -95,6 +97,7 @@ class CameraScreen {
   CameraView view_;
   std::unique_ptr<DeviceOrientation> orientation_;
   std::unique_ptr<CameraPipeline> camera_;
+  std::unique_ptr<CameraPortal> portal_;  // while it asks, and after
   std::unique_ptr<ClipRecorder> recorder_;
   std::unique_ptr<Timer> recordingTicks_;
   double recordingBegan_ = 0;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "../glib/GMemory.h"
+#include "CameraPortal.h"
 #include "CaptureFormat.h"
 
 namespace orivex::gtk {
@@ -76,6 +77,7 @@ ElementOrError makeSource(const CameraSource& source) {
     if (!element) return pipelineError("the device has no source");
     return element;
   }
+  if (std::holds_alternative<CameraSource::Portal>(source.origin)) return CameraPortal::makeSource();
   GError* error = nullptr;
   // A fragment may end with what the frames have to be, which is no element of its own.
   const auto fragment = std::get<CameraSource::LaunchFragment>(source.origin) + " ! identity";

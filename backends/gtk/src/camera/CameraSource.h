@@ -18,9 +18,10 @@ enum class CameraFacing { back, front };
 /// A camera that can be opened.
 struct CameraSource {
   using LaunchFragment = std::string;
+  struct Portal {};  ///< the one that the desktop lends to a host in a sandbox
 
   CameraFacing facing = CameraFacing::back;
-  std::variant<GRef<GstDevice>, LaunchFragment> origin;
+  std::variant<GRef<GstDevice>, LaunchFragment, Portal> origin;
 };
 
 /// The environment variable that names sources to use instead of the device's cameras: GStreamer launch fragments, one

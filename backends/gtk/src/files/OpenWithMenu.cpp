@@ -4,10 +4,12 @@
 #include <string_view>
 #include <utility>
 
+#include "../Sandbox.h"
 #include "../glib/GMemory.h"
 #include "../ui/GtkApplicationPort.h"
 #include "../ui/StyleSheet.h"
 #include "Applications.h"
+#include "OpenPortal.h"
 
 namespace orivex::gtk {
 namespace {
@@ -123,6 +125,11 @@ OpenWithMenu::~OpenWithMenu() = default;
 bool OpenWithMenu::presentOptionsMenu(const Url& file, const Rect& /*rect*/, View& view) {
   auto* const host = application_.find(view);
   if (!host) return false;
+  if (const auto scheme = file.scheme(); runsInSandbox()) {
+    const bool opens = scheme == "file" || scheme == "http" || scheme == "https";
+    if (opens) openThroughPortal(file);
+    return opens;
+  }
   auto applications = applicationsFor(file, types_);
   if (applications.empty()) return false;
   static const bool styled = (installStyle(css), true);
