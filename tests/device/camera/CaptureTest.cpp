@@ -204,5 +204,27 @@ TEST_F(CaptureTest, TheOtherCameraTakesThePictureAfterASwitch) {
   EXPECT_EQ(expectUsed(MediaType::image).width, 640U);
 }
 
+TEST_F(CaptureTest, APhoneHeldSidewaysShowsEveryControlAtTheLargestText) {
+  auto* const window = hostWindow().gtkWindow();
+  auto* const settings = gtk_settings_get_default();
+  int usual = 0;
+  g_object_get(settings, "gtk-xft-dpi", &usual, nullptr);
+  g_object_set(settings, "gtk-xft-dpi", 96 * 1024 * 2, nullptr);
+  gtk_window_set_default_size(window, 640, 360);
+  openLive();
+  const auto isInside = [&](GtkWidget* control) {
+    graphene_rect_t place;
+    return control && gtk_widget_compute_bounds(control, GTK_WIDGET(window), &place) && place.origin.x >= 0 &&
+           place.origin.y >= 0 && place.origin.x + place.size.width <= 640 && place.origin.y + place.size.height <= 360;
+  };
+  EXPECT_TRUE(isInside(button("shutter")));
+  EXPECT_TRUE(isInside(button("window-close-symbolic")));
+  tapShutter();
+  ASSERT_TRUE(waitForReview());
+  EXPECT_TRUE(isInside(button("重拍")));
+  EXPECT_TRUE(isInside(button("使用")));
+  g_object_set(settings, "gtk-xft-dpi", usual, nullptr);
+}
+
 }  // namespace
 }  // namespace orivex::gtk

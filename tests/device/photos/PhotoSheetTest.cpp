@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "FileChooser.h"
 #include "LogLines.h"
 #include "PhotoStage.h"
 #include "VideoFiles.h"
@@ -139,8 +140,123 @@ TEST_F(PhotoSheetTest, AlbumsNarrowTheGridAndKeepTheSelection) {
   EXPECT_EQ(names(results_.at(0)), "p01.jpg c1.jpg ");
 }
 
+TEST_F(PhotoSheetTest, WhatIsChosenElsewhereFollowsTheRulesOfTheSheet) {
+  fill(2);
+  for (const char* const name : {"a.jpg", "b.jpg"})
+    folder_.write("elsewhere/" + std::string(name), pictureData(8, 8, 0xffffffff, "jpeg"));
+  open({.maxSelectCount = 2});
+  settle();
+  clickCircle("p01.jpg");
+  clickText("最近项目");
+  settle();
+  clickText("浏览…");
+  ASSERT_TRUE(wait([] { return openFileChooser() != nullptr; }, 5));
+  EXPECT_TRUE(gtk_file_chooser_get_select_multiple(GTK_FILE_CHOOSER(openFileChooser())));
+  ASSERT_TRUE(chooseFile(folder_.path() / "elsewhere/a.jpg"));
+  EXPECT_TRUE(reads("完成(2)"));
+  ASSERT_TRUE(cell("a.jpg")) << "it shows, to look at it and to think better of it";
+  EXPECT_EQ(cell("p01.jpg"), nullptr);
+  clickText("浏览");
+  settle();
+  clickText("浏览…");
+  ASSERT_TRUE(wait([] { return openFileChooser() != nullptr; }, 5));
+  ASSERT_TRUE(chooseFile(folder_.path() / "elsewhere/b.jpg"));
+  EXPECT_TRUE(reads("最多只能选择2项"));
+  clickText("完成(2)");
+  EXPECT_TRUE(isGone());
+  EXPECT_EQ(names(results_.at(0)), "p01.jpg a.jpg ");
+}
+
+TEST_F(PhotoSheetTest, WhereNoFolderCanBeReadTheDesktopsChooserOpensAtOnce) {
+  const auto file = folder_.write("elsewhere/a.jpg", pictureData(8, 8, 0xffffffff, "jpeg"));
+  open();
+  ASSERT_TRUE(wait([] { return openFileChooser() != nullptr; }, 5));
+  cancelFileChooser();
+  EXPECT_TRUE(reads("没有照片或视频"));
+  clickText("浏览…");
+  ASSERT_TRUE(wait([] { return openFileChooser() != nullptr; }, 5));
+  ASSERT_TRUE(chooseFile(file));
+  clickText("完成(1)");
+  EXPECT_TRUE(isGone());
+  EXPECT_EQ(names(results_.at(0)), "a.jpg ");
+}
+
+TEST_F(PhotoSheetTest, TabStaysInThePreviewAndReachesItsButtons) {
+  fill(3);
+  open();
+  settle();
+  ASSERT_TRUE(cell("p01.jpg"));
+  visitor_.click(cell("p01.jpg")->widget());
+  settle();
+  auto* const preview = findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-preview");
+  auto* const mark = findByClass(preview, "mark");
+  bool hasReachedMark = false;
+  for (int step = 0; step < 6; ++step) {
+    VisitorWindow::press({"Tab"});
+    ASSERT_TRUE(visitor_.focus());
+    EXPECT_FALSE(gtk_widget_is_ancestor(visitor_.focus(), library_.content()->grid().widget())) << step;
+    EXPECT_FALSE(gtk_widget_has_css_class(visitor_.focus(), "album")) << step;
+    if (visitor_.focus() != mark) continue;
+    hasReachedMark = true;
+    VisitorWindow::press({"space"});
+    EXPECT_TRUE(reads("完成(1)"));
+    break;
+  }
+  EXPECT_TRUE(hasReachedMark);
+}
+
+TEST_F(PhotoSheetTest, ChoosingAnAlbumWhileOthersComeTakesTheOneUnderTheFinger) {
+  fill(3);
+  folder_.write("root/Zoo/z1.jpg", pictureData(8, 8, 0xffffffff, "jpeg"));
+  open();
+  settle();
+  clickText("最近项目");
+  ASSERT_TRUE(reads("Zoo"));
+  settle();
+  auto* const row = findByText(GTK_WIDGET(visitor_.overlay()), "Zoo");
+  folder_.write("root/Aquarium/a1.jpg", pictureData(8, 8, 0xffffffff, "jpeg"));
+  EXPECT_TRUE(reads("Aquarium"));
+  EXPECT_EQ(findByText(GTK_WIDGET(visitor_.overlay()), "Zoo"), row) << "the list was filled anew";
+  clickText("Zoo");
+  ASSERT_TRUE(cell("z1.jpg"));
+  EXPECT_FALSE(findCell(GTK_WIDGET(visitor_.overlay()), "a1.jpg"));
+  EXPECT_TRUE(wait([&] { return gtk_widget_is_ancestor(visitor_.focus(), library_.content()->grid().widget()); }, 5));
+}
+
+TEST_F(PhotoSheetTest, APhoneHeldSidewaysShowsItsButtonsAtEveryTextSize) {
+  std::filesystem::create_directory(folder_.path() / "root");
+  gtk_window_set_default_size(visitor_.window(), 640, 360);
+  auto* const settings = gtk_settings_get_default();
+  int usual = 0;
+  g_object_get(settings, "gtk-xft-dpi", &usual, nullptr);
+  for (const int percent : {100, 150, 200}) {
+    SCOPED_TRACE(percent);
+    g_object_set(settings, "gtk-xft-dpi", 96 * 1024 * percent / 100, nullptr);
+    open();
+    settle();
+    for (const char* const name : {"photos-original", "photos-confirm"}) {
+      auto* const button = findBelow(GTK_WIDGET(visitor_.overlay()), [&](GtkWidget* widget) {
+        return std::string(gtk_widget_get_name(widget)) == name;
+      });
+      double right = 0;
+      double bottom = 0;
+      gtk_widget_translate_coordinates(button, GTK_WIDGET(visitor_.window()), gtk_widget_get_width(button),
+                                       gtk_widget_get_height(button), &right, &bottom);
+      EXPECT_LE(right, 640) << name;
+      EXPECT_LE(bottom, 360) << name;
+      EXPECT_GT(bottom, 300) << name;
+    }
+    EXPECT_TRUE(reads("没有照片或视频")) << "the empty page";
+    clickText("取消");
+    EXPECT_TRUE(isGone());
+  }
+  g_object_set(settings, "gtk-xft-dpi", usual, nullptr);
+}
+
 TEST_F(PhotoSheetTest, AnEmptyLibraryTellsWhereItLooked) {
   open({.allowSelectVideo = false});
+  ASSERT_TRUE(wait([] { return openFileChooser() != nullptr; }, 5));
+  cancelFileChooser();
   EXPECT_TRUE(reads("没有照片"));
   EXPECT_TRUE(reads("在这些文件夹里没有找到:\n" + (folder_.path() / "root").string()));
   folder_.write("root/first.jpg", pictureData(8, 8, 0xffffffff, "jpeg"));

@@ -16,6 +16,7 @@ constexpr int sideWidth = 56;      // points for what stands beside the shutter
 constexpr int sideSpacing = 36;    // points between it and the shutter
 constexpr int roundIconSize = 22;  // points
 
+// Sizes of texts are in pt, which grow with the text size that the visitor has chosen; px do not.
 // White on black or on a veil that is dark enough to read on over any picture.
 constexpr const char* css = R"css(
 .orivex-camera { background-color: black; color: white; }
@@ -25,16 +26,16 @@ constexpr const char* css = R"css(
 .orivex-camera button:hover { background-color: rgba(60, 60, 60, 0.6); }
 .orivex-camera button:active { background-color: rgba(110, 110, 110, 0.7); }
 .orivex-camera button.shutter { background-color: transparent; border-radius: 48px; }
-.orivex-camera button.text { padding: 0 28px; font-size: 17px; font-weight: 600; background-color: rgba(60, 60, 60, 0.85); }
+.orivex-camera button.text { padding: 0 28px; font-size: 12.75pt; font-weight: 600; background-color: rgba(60, 60, 60, 0.85); }
 .orivex-camera button.use { background-color: white; color: black; }
 .orivex-camera button.use:hover { background-color: #e6e6e6; }
 .orivex-camera button.use:active { background-color: #c4c4c4; }
 .orivex-camera .bottom { padding-top: 48px;
   background-image: linear-gradient(to bottom, rgba(0, 0, 0, 0), rgba(0, 0, 0, 0.5) 35%, rgba(0, 0, 0, 0.7)); }
-.orivex-camera .hint { font-size: 14px; text-shadow: 0 1px rgba(0, 0, 0, 0.8); }
-.orivex-camera .clock { font-size: 16px; font-weight: 600; font-feature-settings: "tnum"; padding: 6px 14px;
+.orivex-camera .hint { font-size: 10.5pt; text-shadow: 0 1px rgba(0, 0, 0, 0.8); }
+.orivex-camera .clock { font-size: 12pt; font-weight: 600; font-feature-settings: "tnum"; padding: 6px 14px;
   border-radius: 16px; background-color: rgba(215, 0, 21, 0.9); }
-.orivex-camera .notice { font-size: 16px; padding: 12px 20px; border-radius: 22px; background-color: rgba(0, 0, 0, 0.7); }
+.orivex-camera .notice { font-size: 12pt; padding: 12px 20px; border-radius: 22px; background-color: rgba(0, 0, 0, 0.7); }
 )css";
 
 void name(GtkWidget* widget, const char* label) {
@@ -56,8 +57,15 @@ GtkWidget* textButton(const char* label) {
   return button;
 }
 
+void wrap(GtkWidget* label) {
+  gtk_label_set_wrap(GTK_LABEL(label), TRUE);
+  gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
+}
+
 GtkWidget* hiddenLabel(const char* styleClass) {
   GtkWidget* const label = gtk_label_new(nullptr);
+  wrap(label);
   gtk_widget_add_css_class(label, styleClass);
   gtk_widget_set_halign(label, GTK_ALIGN_CENTER);
   gtk_widget_set_visible(label, FALSE);
@@ -154,6 +162,7 @@ GtkWidget* CameraView::liveControls(const std::string& hint) {
   gtk_box_append(GTK_BOX(row), beside);
 
   hint_ = gtk_label_new(hint.c_str());
+  wrap(hint_);
   gtk_widget_add_css_class(hint_, "hint");
   GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, margin);
   gtk_box_append(GTK_BOX(column), hint_);

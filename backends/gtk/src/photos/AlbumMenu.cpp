@@ -39,11 +39,9 @@ GtkWidget* squareAround(GtkWidget* picture) {
 
 }  // namespace
 
-AlbumMenu::AlbumMenu(ThumbnailLoader& thumbnails, std::function<void(const std::string& folder)> chosen,
-                     std::function<void()> closed)
+AlbumMenu::AlbumMenu(ThumbnailLoader& thumbnails, Handlers handlers)
     : thumbnails_(thumbnails),
-      chosen_(std::move(chosen)),
-      closed_(std::move(closed)),
+      handlers_(std::move(handlers)),
       names_(GRef<GtkStringList>::adopt(gtk_string_list_new(nullptr))) {
   build();
 }
@@ -72,7 +70,14 @@ void AlbumMenu::build() {
   gtk_scrolled_window_set_child(scrolled, view_);
   revealer_ = gtk_revealer_new();
   gtk_revealer_set_transition_type(GTK_REVEALER(revealer_), GTK_REVEALER_TRANSITION_TYPE_SLIDE_DOWN);
-  gtk_revealer_set_child(GTK_REVEALER(revealer_), GTK_WIDGET(scrolled));
+  GtkWidget* const elsewhere = gtk_button_new_with_label("浏览…");
+  gtk_widget_add_css_class(elsewhere, "browse");
+  connections_.push_back(SignalConnection::connect<&AlbumMenu::browseClicked>(elsewhere, "clicked", this));
+  GtkWidget* const all = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_widget_add_css_class(all, "orivex-albums-menu");
+  gtk_box_append(GTK_BOX(all), GTK_WIDGET(scrolled));
+  gtk_box_append(GTK_BOX(all), elsewhere);
+  gtk_revealer_set_child(GTK_REVEALER(revealer_), all);
   gtk_widget_set_valign(revealer_, GTK_ALIGN_START);
 
   mask_ = GRef<GtkWidget>::sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
@@ -92,6 +97,23 @@ void AlbumMenu::open(const MediaCatalog& catalog, const std::string& folder) {
   albums_ = catalog.albums();
   folder_ = folder;
   gtk_string_list_splice(names_.get(), 0, g_list_model_get_n_items(G_LIST_MODEL(names_.get())), nullptr);
+  addLater();
+  gtk_widget_set_can_target(mask_.get(), TRUE);
+  gtk_widget_add_css_class(mask_.get(), "open");
+  gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_), TRUE);
+  gtk_widget_grab_focus(view_);
+}
+
+void AlbumMenu::learn(const MediaCatalog& catalog) {
+  if (!isOpen()) return;
+  for (const auto& album : catalog.albums()) {
+    const auto isSame = [&](const Album& known) { return known.folder == album.folder; };
+    if (std::none_of(albums_.begin(), albums_.end(), isSame)) albums_.push_back(album);
+  }
+  addLater();
+}
+
+void AlbumMenu::addLater() {
   addSome();
   if (adding_ == 0) {
     adding_ = gtk_widget_add_tick_callback(
@@ -101,10 +123,6 @@ void AlbumMenu::open(const MediaCatalog& catalog, const std::string& folder) {
         },
         this, nullptr);
   }
-  gtk_widget_set_can_target(mask_.get(), TRUE);
-  gtk_widget_add_css_class(mask_.get(), "open");
-  gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_), TRUE);
-  gtk_widget_grab_focus(view_);
 }
 
 // A list widget makes hundreds of rows at once when it may, and each takes its moment.
@@ -123,7 +141,7 @@ void AlbumMenu::close() {
   gtk_widget_set_can_target(mask_.get(), FALSE);
   gtk_widget_remove_css_class(mask_.get(), "open");
   gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_), FALSE);
-  closed_();
+  handlers_.closed();
 }
 
 void AlbumMenu::setUp(GtkSignalListItemFactory* /*factory*/, GtkListItem* item) {
@@ -175,7 +193,12 @@ void AlbumMenu::tearDown(GtkSignalListItemFactory* /*factory*/, GtkListItem* ite
 void AlbumMenu::activated(GtkListView* /*view*/, guint position) {
   const auto folder = albums_.at(position).folder;
   close();
-  chosen_(folder);
+  handlers_.chosen(folder);
+}
+
+void AlbumMenu::browseClicked(GtkButton* /*button*/) {
+  close();
+  handlers_.browse();
 }
 
 void AlbumMenu::maskPressed(GtkGestureClick* /*click*/, int /*count*/, double x, double y) {

@@ -21,9 +21,13 @@ namespace orivex::gtk {
 class AlbumMenu {
  public:
   /// `chosen` gets the folder of the album, empty for the album of everything. `closed` is called when the menu goes,
-  /// chosen from or not.
-  AlbumMenu(ThumbnailLoader& thumbnails, std::function<void(const std::string& folder)> chosen,
-            std::function<void()> closed);
+  /// chosen from or not. `browse`: the visitor looks elsewhere.
+  struct Handlers {
+    std::function<void(const std::string& folder)> chosen;
+    std::function<void()> browse;
+    std::function<void()> closed;
+  };
+  AlbumMenu(ThumbnailLoader& thumbnails, Handlers handlers);
   AlbumMenu(const AlbumMenu&) = delete;
   AlbumMenu& operator=(const AlbumMenu&) = delete;
   ~AlbumMenu();
@@ -34,6 +38,10 @@ class AlbumMenu {
   /// Drops down with the albums of `catalog`; the one of `folder` has the check mark.
   void open(const MediaCatalog& catalog, const std::string& folder);
   void close();
+
+  /// While it is open: albums that have come join at the end, and nothing moves under the finger. What has changed
+  /// besides shows at the next opening.
+  void learn(const MediaCatalog& catalog);
 
  private:
   struct Row {
@@ -50,12 +58,13 @@ class AlbumMenu {
   void unbind(GtkSignalListItemFactory* factory, GtkListItem* item);
   void tearDown(GtkSignalListItemFactory* factory, GtkListItem* item);
   void activated(GtkListView* view, guint position);
+  void browseClicked(GtkButton* button);
   void maskPressed(GtkGestureClick* click, int count, double x, double y);
+  void addLater();
   gboolean addSome();
 
   ThumbnailLoader& thumbnails_;
-  const std::function<void(const std::string& folder)> chosen_;
-  const std::function<void()> closed_;
+  const Handlers handlers_;
   std::vector<Album> albums_;
   std::string folder_;
   GRef<GtkStringList> names_;

@@ -106,7 +106,9 @@ GRef<PangoLayout> text(GtkWidget* widget, const std::string& contents, int point
   auto layout = GRef<PangoLayout>::adopt(gtk_widget_create_pango_layout(widget, contents.c_str()));
   auto* const font =
       pango_font_description_copy(pango_context_get_font_description(pango_layout_get_context(layout.get())));
-  pango_font_description_set_absolute_size(font, points * PANGO_SCALE);
+  // Not absolute: it grows with the text size that the visitor has chosen.
+  constexpr double pointsPerPixel = 0.75;
+  pango_font_description_set_size(font, static_cast<int>(points * pointsPerPixel * PANGO_SCALE));
   pango_font_description_set_weight(font, PANGO_WEIGHT_MEDIUM);
   pango_layout_set_font_description(layout.get(), font);
   pango_font_description_free(font);

@@ -105,13 +105,16 @@ void PhotoCell::drawLength(GtkSnapshot* snapshot, float side) {
 }
 
 void PhotoCell::drawCircle(GtkSnapshot* snapshot, float side) {
-  const drawing::Area place{side - circleInset - circleSide, circleInset, circleSide, circleSide};
+  if (number_ != 0 && !numberText_) {
+    numberText_ = drawing::text(widget_, std::to_string(number_), drawing::numberText);
+  }
+  const auto size = number_ != 0 ? drawing::sizeOf(numberText_.get()) : drawing::Extent{0, 0};
+  const float circle = std::max({circleSide, size.width, size.height});  // large texts need more
+  const drawing::Area place{side - circleInset - circle, circleInset, circle, circle};
   drawing::circle(snapshot, place, number_ != 0);
   if (number_ == 0) return;
-  if (!numberText_) numberText_ = drawing::text(widget_, std::to_string(number_), drawing::numberText);
-  const auto size = drawing::sizeOf(numberText_.get());
   drawing::write(snapshot, numberText_.get(),
-                 {place.x + (circleSide - size.width) / 2, place.y + (circleSide - size.height) / 2}, drawing::bright);
+                 {place.x + (circle - size.width) / 2, place.y + (circle - size.height) / 2}, drawing::bright);
 }
 
 }  // namespace orivex::gtk

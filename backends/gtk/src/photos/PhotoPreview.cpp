@@ -198,6 +198,7 @@ gboolean PhotoPreview::keyPressed(GtkEventControllerKey* /*keys*/, guint key, gu
       strip_.step(1);
       return TRUE;
     case GDK_KEY_space:
+      if (!gtk_widget_has_focus(strip_.widget())) return FALSE;
       handlers_.toggle(MediaItemPtr(shown_));
       return TRUE;
     case GDK_KEY_Return:

@@ -1,7 +1,11 @@
 #include "PhotoSheet.h"
 
 #include <algorithm>
+#include <utility>
 
+#include <unistd.h>
+
+#include "FolderScan.h"
 #include "MediaTexts.h"
 #include "PhotoStyle.h"
 
@@ -47,7 +51,7 @@ GtkWidget* tall(GtkWidget* child) {
 PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, PhotoSources sources,
                        const PhotoLibraryOptions& options, Handlers handlers)
     : roots_(sources.roots),
-      options_(options),
+      filter_{options.allowSelectImage, options.allowSelectVideo},
       handlers_(std::move(handlers)),
       selection_(options),
       thumbnails_(threads.main, reader, std::move(sources.thumbnails), thumbnailSize()),
@@ -55,18 +59,13 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, Photo
       grid_(thumbnails_, selection_,
             {[this](const MediaItemPtr& item) { toggle(item); }, [this](std::size_t position) { open(position); },
              [this](GtkDirectionType direction) { leaveGrid(direction); }}),
-      menu_(
-          thumbnails_,
-          [this](const std::string& folder) {
-            folder_ = folder;
-            showAlbum(true);
-          },
-          [this] { gtk_widget_remove_css_class(albumButton_, "open"); }),
+      menu_(thumbnails_, {[this](const std::string& folder) { chooseAlbum(folder); }, [this] { browse(); },
+                          [this] { gtk_widget_remove_css_class(albumButton_, "open"); }}),
       preview_(threads, reader, thumbnails_, selection_,
                {[this](const MediaItemPtr& item) { toggle(item); },
                 [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { toast_.show("无法播放此视频"); }}),
       catalog_(std::make_shared<MediaCatalog>(MediaItems{}, roots_, false)),
-      library_(threads.main, sources.roots, {options.allowSelectImage, options.allowSelectVideo},
+      library_(threads.main, sources.roots, filter_,
                [this](std::shared_ptr<const MediaCatalog> catalog) { learn(std::move(catalog)); }) {
   build();
 }
@@ -74,6 +73,8 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, Photo
 void PhotoSheet::build() {
   installPhotoStyle();
   pages_ = gtk_stack_new();
+  gtk_stack_set_vhomogeneous(GTK_STACK(pages_), FALSE);
+  gtk_stack_set_hhomogeneous(GTK_STACK(pages_), FALSE);
   gtk_stack_add_named(GTK_STACK(pages_), gtk_box_new(GTK_ORIENTATION_VERTICAL, 0), "waiting");
   gtk_stack_add_named(GTK_STACK(pages_), grid_.widget(), "grid");
   gtk_stack_add_named(GTK_STACK(pages_), emptyPage(), "empty");
@@ -82,11 +83,11 @@ void PhotoSheet::build() {
   gtk_overlay_add_overlay(GTK_OVERLAY(below), menu_.widget());
   gtk_widget_set_vexpand(below, TRUE);
 
-  GtkWidget* const browser = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-  gtk_box_append(GTK_BOX(browser), header());
-  gtk_box_append(GTK_BOX(browser), below);
+  browser_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_box_append(GTK_BOX(browser_), header());
+  gtk_box_append(GTK_BOX(browser_), below);
   GtkWidget* const layers = gtk_overlay_new();
-  gtk_overlay_set_child(GTK_OVERLAY(layers), browser);
+  gtk_overlay_set_child(GTK_OVERLAY(layers), browser_);
   gtk_overlay_add_overlay(GTK_OVERLAY(layers), preview_.widget());
   gtk_overlay_add_overlay(GTK_OVERLAY(layers), toast_.widget());
 
@@ -98,6 +99,7 @@ void PhotoSheet::build() {
   connections_.push_back(SignalConnection::connect<&PhotoSheet::keyPressed>(keys, "key-pressed", this));
   gtk_widget_add_controller(all, keys);
   content_ = GRef<GtkWidget>::sink(tall(all));
+  connections_.push_back(SignalConnection::connect<&PhotoSheet::mapped>(content_.get(), "map", this));
   selectionChanged();
 }
 
@@ -125,7 +127,10 @@ GtkWidget* PhotoSheet::header() {
 }
 
 GtkWidget* PhotoSheet::footer() {
-  original_ = gtk_check_button_new_with_label("");
+  originalText_ = gtk_label_new(nullptr);
+  gtk_label_set_ellipsize(GTK_LABEL(originalText_), PANGO_ELLIPSIZE_END);
+  original_ = gtk_check_button_new();
+  gtk_check_button_set_child(GTK_CHECK_BUTTON(original_), originalText_);
   gtk_widget_add_css_class(original_, "original");
   gtk_widget_set_name(original_, "photos-original");
   confirm_ = button("", "confirm");
@@ -144,9 +149,9 @@ GtkWidget* PhotoSheet::footer() {
 GtkWidget* PhotoSheet::emptyPage() {
   std::string places;
   for (const auto& root : roots_) places += "\n" + root.path;
-  const char* const what = options_.allowSelectImage && options_.allowSelectVideo ? "没有照片或视频"
-                           : options_.allowSelectImage                            ? "没有照片"
-                                                                                  : "没有视频";
+  const char* const what = filter_.images && filter_.videos ? "没有照片或视频"
+                           : filter_.images                 ? "没有照片"
+                                                            : "没有视频";
   GtkWidget* const icon = gtk_image_new_from_icon_name("image-x-generic-symbolic");
   gtk_image_set_pixel_size(GTK_IMAGE(icon), 72);
   GtkWidget* const title = gtk_label_new(what);
@@ -159,22 +164,79 @@ GtkWidget* PhotoSheet::emptyPage() {
   GtkWidget* const page = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
   gtk_widget_add_css_class(page, "orivex-photos-empty");
   gtk_widget_set_valign(page, GTK_ALIGN_CENTER);
-  for (GtkWidget* const part : {icon, title, hint}) gtk_box_append(GTK_BOX(page), part);
-  return page;
+  GtkWidget* const elsewhere = button("浏览…", "browse");
+  connections_.push_back(SignalConnection::connect<&PhotoSheet::browseClicked>(elsewhere, "clicked", this));
+  for (GtkWidget* const part : {icon, title, hint, elsewhere}) gtk_box_append(GTK_BOX(page), part);
+  // A phone that is held sideways has no room for it.
+  GtkWidget* const scrolled = gtk_scrolled_window_new();
+  gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scrolled), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
+  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled), page);
+  return scrolled;
 }
 
 void PhotoSheet::learn(std::shared_ptr<const MediaCatalog> catalog) {
   const bool isFirst = catalog_->albums().front().items->empty();
   catalog_ = std::move(catalog);
-  if (selection_.refresh([this](const std::string& path) { return catalog_->find(path); })) selectionChanged();
+  if (selection_.refresh([this](const std::string& path) { return find(path); })) selectionChanged();
   showAlbum(false);
-  if (menu_.isOpen()) menu_.open(*catalog_, folder_);
+  menu_.learn(*catalog_);
   preview_.refresh(grid_.items());
   if (isFirst && !grid_.items()->empty() && !menu_.isOpen()) grid_.focus(0);
 }
 
+void PhotoSheet::chooseAlbum(const std::string& folder) {
+  folder_ = folder;
+  showAlbum(true);
+  if (!grid_.items()->empty()) {
+    grid_.focus(0);
+  } else {
+    gtk_widget_grab_focus(albumButton_);
+  }
+}
+
+void PhotoSheet::browse() {
+  auto* const window = gtk_widget_get_root(content_.get());
+  if (!GTK_IS_WINDOW(window)) return;
+  chooser_ = std::make_unique<MediaChooser>(GTK_WINDOW(window), filter_,
+                                            [this](const std::vector<std::string>& paths) { browsed(paths); });
+}
+
+// What was chosen elsewhere is an album of its own, in which all of it is selected already as far as the rules allow.
+void PhotoSheet::browsed(const std::vector<std::string>& paths) {
+  chooser_.reset();
+  auto items = *browsed_.items;
+  std::optional<std::string> refusal;
+  for (const auto& path : paths) {
+    const auto found = FolderScan::itemAt(path, filter_);
+    if (!found) {
+      refusal = "无法打开:" + std::string(nameOf(MediaItem{path}));
+      continue;
+    }
+    const auto isSame = [&](const MediaItemPtr& known) { return known->path == path; };
+    std::erase_if(items, isSame);
+    items.push_back(std::make_shared<MediaItem>(*found));
+    if (const auto reason = selection_.refusal(*found)) {
+      refusal = reason;
+    } else if (selection_.numberOf(*found) == 0) {
+      selection_.toggle(items.back());
+    }
+  }
+  if (items.empty()) return;
+  browsed_.items = std::make_shared<MediaItems>(std::move(items));
+  chooseAlbum(browsed_.folder);
+  selectionChanged();
+  if (refusal) toast_.show(*refusal);
+}
+
+MediaItemPtr PhotoSheet::find(const std::string& path) const {
+  const auto& items = *browsed_.items;
+  const auto found = std::find_if(items.begin(), items.end(), [&](const auto& item) { return item->path == path; });
+  return found != items.end() ? *found : catalog_->find(path);
+}
+
 // An album that has gone gives way to that of everything.
 const Album& PhotoSheet::album() {
+  if (folder_ == browsed_.folder) return browsed_;
   const auto& albums = catalog_->albums();
   const auto found =
       std::find_if(albums.begin(), albums.end(), [&](const auto& album) { return album.folder == folder_; });
@@ -204,10 +266,13 @@ void PhotoSheet::toggle(const MediaItemPtr& item) {
 void PhotoSheet::open(std::size_t position) {
   const auto& item = grid_.items()->at(position);
   if (selection_.isKindExcluded(*item)) return toast_.show(selection_.refusal(*item).value_or(""));
+  // The preview covers it.
+  gtk_widget_set_can_focus(browser_, FALSE);
   preview_.open(grid_.items(), position);
 }
 
 void PhotoSheet::previewClosed(const MediaItemPtr& last) {
+  gtk_widget_set_can_focus(browser_, TRUE);
   const auto& items = *grid_.items();
   const auto place = std::find(items.begin(), items.end(), last);
   if (place != items.end()) grid_.focus(static_cast<std::size_t>(place - items.begin()));
@@ -215,7 +280,7 @@ void PhotoSheet::previewClosed(const MediaItemPtr& last) {
 
 void PhotoSheet::selectionChanged() {
   const auto count = selection_.items().size();
-  gtk_check_button_set_label(GTK_CHECK_BUTTON(original_), originalText(count, selection_.bytes()).c_str());
+  gtk_label_set_text(GTK_LABEL(originalText_), originalText(count, selection_.bytes()).c_str());
   gtk_button_set_label(GTK_BUTTON(confirm_), confirmText(count).c_str());
   gtk_widget_set_sensitive(confirm_, count > 0);
   grid_.selectionChanged();
@@ -224,6 +289,17 @@ void PhotoSheet::selectionChanged() {
 
 void PhotoSheet::leaveGrid(GtkDirectionType direction) {
   gtk_widget_grab_focus(direction == GTK_DIR_TAB_BACKWARD ? albumButton_ : original_);
+}
+
+void PhotoSheet::browseClicked(GtkButton* /*button*/) {
+  browse();
+}
+
+// In a sandbox there may be nothing else to look at.
+void PhotoSheet::mapped(GtkWidget* /*content*/) {
+  const bool isFirst = !std::exchange(wasMapped_, true);
+  const auto isReadable = [](const MediaRoot& root) { return access(root.path.c_str(), R_OK | X_OK) == 0; };
+  if (isFirst && std::none_of(roots_.begin(), roots_.end(), isReadable)) browse();
 }
 
 void PhotoSheet::cancelClicked(GtkButton* /*button*/) {

@@ -10,6 +10,7 @@
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
 #include "AlbumMenu.h"
+#include "MediaChooser.h"
 #include "MediaLibrary.h"
 #include "MediaSelection.h"
 #include "PhotoGrid.h"
@@ -60,19 +61,25 @@ class PhotoSheet {
   void learn(std::shared_ptr<const MediaCatalog> catalog);
   void showAlbum(bool fromTop);
   const Album& album();
+  void chooseAlbum(const std::string& folder);
+  void browse();
+  void browsed(const std::vector<std::string>& paths);
+  MediaItemPtr find(const std::string& path) const;
   void toggle(const MediaItemPtr& item);
   void open(std::size_t position);
   void previewClosed(const MediaItemPtr& last);
   void selectionChanged();
   void leaveGrid(GtkDirectionType direction);
 
+  void mapped(GtkWidget* content);
+  void browseClicked(GtkButton* button);
   void cancelClicked(GtkButton* button);
   void albumsClicked(GtkButton* button);
   void confirmClicked(GtkButton* button);
   gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
 
   const std::vector<MediaRoot> roots_;
-  const PhotoLibraryOptions options_;
+  const MediaFilter filter_;
   const Handlers handlers_;
   MediaSelection selection_;
   ThumbnailLoader thumbnails_;
@@ -81,14 +88,19 @@ class PhotoSheet {
   AlbumMenu menu_;
   PhotoPreview preview_;
   std::shared_ptr<const MediaCatalog> catalog_;
+  Album browsed_{"浏览", "browsed:", std::make_shared<MediaItems>()};  // no folder has this name
   std::string folder_;  // of the album that is shown; empty for that of everything
   GRef<GtkWidget> content_;
+  bool wasMapped_ = false;
   GtkWidget* pages_ = nullptr;
   GtkWidget* albumName_ = nullptr;
   GtkWidget* albumButton_ = nullptr;
+  GtkWidget* browser_ = nullptr;  // header and albums, which the preview covers
   GtkWidget* original_ = nullptr;
+  GtkWidget* originalText_ = nullptr;
   GtkWidget* confirm_ = nullptr;
   std::vector<SignalConnection> connections_;
+  std::unique_ptr<MediaChooser> chooser_;
   MediaLibrary library_;  // last: it tells the others
 };
 
