@@ -16,15 +16,16 @@ PageCheckOutcome judge(const TransportError& error) {
     return PageCheckFailure{"服务请求超时"};
   }
   log::debugPrint("请求失败：" + error.description);
+  if (!error.detail.empty()) log::debugPrint(error.detail);
   // Told like a failed load, so that the visitor is not left with the placeholder.
   return PageCheckFailure{"请求失败,请稍后重试"};
 }
 
-PageCheckOutcome judge(const HttpResponse& response, UrlRequest request) {
+PageCheckOutcome judge(int status, UrlRequest request) {
   log::debugPrint("请求成功");
-  log::debugPrint("Response Status Code: " + std::to_string(response.status));
+  log::debugPrint("Response Status Code: " + std::to_string(status));
   // The server answers the page address with any such status when it does not accept the token in it.
-  if (response.status >= 400 && response.status <= 599) return PageCheckFailure{"令牌无效或者已过期"};
+  if (status >= 400 && status <= 599) return PageCheckFailure{"令牌无效或者已过期"};
   return request;
 }
 
@@ -33,9 +34,9 @@ PageCheckOutcome judge(const HttpResponse& response, UrlRequest request) {
 void checkPage(const Url& url, Once<void(PageCheckOutcome)> completion) {
   UrlRequest request{url, timeoutSeconds, {{"User-Agent", OVKFApiHelper::userAgent()}}};
   Platform::current().httpClient.send(
-      request, [request, completion = std::move(completion)](const HttpResult& result) mutable {
+      request, [request, completion = std::move(completion)](const StatusResult& result) mutable {
         const auto* error = std::get_if<TransportError>(&result);
-        std::move(completion)(error ? judge(*error) : judge(std::get<HttpResponse>(result), std::move(request)));
+        std::move(completion)(error ? judge(*error) : judge(std::get<int>(result), std::move(request)));
       });
 }
 

@@ -14,6 +14,10 @@ constexpr int mostRedirects = 20;
 
 constexpr std::size_t longestBody = 1024 * 1024;
 
+TransportError timedOut() {
+  return {TransportError::timedOut, "请求超时", "the virtual server did not answer"};
+}
+
 VirtualUploadReply storedFile(const UploadRequest& request) {
   const std::string type = request.file ? request.file->mimeType : "";
   return VirtualUploadReply::respond(200, R"({"url":"https://files.test/1","inputContentType":")" + type +
@@ -22,11 +26,10 @@ VirtualUploadReply storedFile(const UploadRequest& request) {
 
 }  // namespace
 
-void VirtualHttpClient::send(const UrlRequest& request, Once<void(HttpResult)> completion) {
+void VirtualHttpClient::send(const UrlRequest& request, Once<void(StatusResult)> completion) {
   requireMainThread(queue_, "HttpClient::send");
   requests_.push_back(request);
-  auto exchange = std::make_unique<Exchange>(
-      Exchange{request, queue_.now() + request.timeout, 0, HttpResult(), std::move(completion)});
+  auto exchange = std::make_unique<Exchange>(Exchange{request, 0, StatusResult(), std::move(completion)});
   queue_.async(alive_.guard([this, exchange = std::move(exchange)]() mutable { ask(std::move(exchange)); }));
 }
 
@@ -34,12 +37,16 @@ void VirtualHttpClient::upload(UploadRequest request, std::function<void(double 
                                Once<void(UploadReply)> completion) {
   requireMainThread(queue_, "HttpClient::upload");
   auto served = uploadServer_ ? uploadServer_(request) : storedFile(request);
+  const auto steps = static_cast<double>(served.progress.size());
   if (served.isSilent) {
     served.delay += request.idleTimeout;
-    served.reply = {std::nullopt, TransportError{TransportError::timedOut, "The request timed out"}};
+    served.reply.error = timedOut();
+  } else if (served.delay / std::max(steps, 1.0) > request.idleTimeout) {
+    served.delay = request.idleTimeout;
+    served.progress.resize(std::min<std::size_t>(served.progress.size(), 1));
+    served.reply = {std::nullopt, timedOut()};
   }
   uploads_.push_back(std::move(request));
-  const auto steps = static_cast<double>(served.progress.size());
   for (std::size_t step = 0; step < served.progress.size(); ++step) {
     queue_.asyncAfter(served.delay * static_cast<double>(step) / steps,
                       alive_.guard([progress, fraction = served.progress[step]] { progress(fraction); }));
@@ -56,24 +63,26 @@ void VirtualHttpClient::upload(UploadRequest request, std::function<void(double 
 
 void VirtualHttpClient::ask(std::unique_ptr<Exchange> exchange) {
   auto reply = server_ ? server_(exchange->request) : VirtualReply::respond(200);
-  const double left = exchange->deadline - queue_.now();
-  if (std::holds_alternative<VirtualReply::Silence>(reply.outcome) || reply.delay > left) {
-    endAfter(left, std::move(exchange), TransportError{TransportError::timedOut, "The request timed out"});
-  } else if (auto* response = std::get_if<HttpResponse>(&reply.outcome)) {
-    response->body.resize(std::min(response->body.size(), longestBody));
-    endAfter(reply.delay, std::move(exchange), std::move(*response));
+  const double timeout = exchange->request.timeout;
+  if (std::holds_alternative<VirtualReply::Silence>(reply.outcome) || reply.delay > timeout) {
+    endAfter(timeout, std::move(exchange), timedOut());
+  } else if (const int* const status = std::get_if<int>(&reply.outcome)) {
+    endAfter(reply.delay, std::move(exchange), *status);
   } else if (auto* error = std::get_if<TransportError>(&reply.outcome)) {
     endAfter(reply.delay, std::move(exchange), std::move(*error));
   } else if (++exchange->redirects > mostRedirects) {
-    endAfter(reply.delay, std::move(exchange), TransportError{TransportError::other, "Too many redirects"});
+    endAfter(reply.delay, std::move(exchange), TransportError{TransportError::other, "重定向次数过多"});
+  } else if (const auto& location = std::get<VirtualReply::Redirect>(reply.outcome).location;
+             exchange->request.url.scheme() == "https" && location.scheme() != "https") {
+    endAfter(reply.delay, std::move(exchange), TransportError{TransportError::other, "不支持的地址"});
   } else {
-    exchange->request.url = std::get<VirtualReply::Redirect>(reply.outcome).location;
+    exchange->request.url = location;
     queue_.asyncAfter(reply.delay,
                       alive_.guard([this, exchange = std::move(exchange)]() mutable { ask(std::move(exchange)); }));
   }
 }
 
-void VirtualHttpClient::endAfter(double seconds, std::unique_ptr<Exchange> exchange, HttpResult result) {
+void VirtualHttpClient::endAfter(double seconds, std::unique_ptr<Exchange> exchange, StatusResult result) {
   exchange->result = std::move(result);
   queue_.asyncAfter(seconds, [exchange = std::move(exchange)]() mutable {
     std::move(exchange->completion)(std::move(exchange->result));

@@ -55,6 +55,7 @@ struct ServedReply {
   std::string body = {};
   std::string location = {};              ///< Of a redirect: a target of the same server.
   bool silent = false;                    ///< Takes the request and never answers.
+  bool endless = false;                   ///< Answers with a head and never ends the body.
   std::string cookie = {};                ///< "name=value" that the reply sets.
   std::vector<ScriptMessage> posts = {};  ///< What the scripts in `body` post, for an engine that runs none.
 };

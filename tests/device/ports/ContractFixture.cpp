@@ -12,6 +12,7 @@ namespace {
 
 SocketServer::Answer answer(const contract::ServedReply& served) {
   if (served.silent) return {"", SocketServer::Then::silence};
+  if (served.endless) return {"HTTP/1.1 200 OK\r\n\r\nx", SocketServer::Then::silence};
   std::string headers = "Content-Type: text/html; charset=utf-8\r\n";
   if (!served.location.empty()) headers += "Location: " + served.location + "\r\n";
   if (!served.cookie.empty()) headers += "Set-Cookie: " + served.cookie + "; Max-Age=3600\r\n";

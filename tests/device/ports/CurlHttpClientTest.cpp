@@ -1,16 +1,14 @@
-#include <functional>
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include <gio/gio.h>
 #include <gtest/gtest.h>
 
 #include "../GtkFixture.h"
 #include "GlibMainQueue.h"
 #include "SocketServer.h"
 #include "TlsServer.h"
-#include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
 
 namespace orivex::gtk {
@@ -25,35 +23,24 @@ UrlRequest get(const std::string& url, double timeout = patience) {
   return {*Url::parse(url), timeout, {}};
 }
 
-std::string gzip(const std::string& text) {
-  const auto compressor = GRef<GZlibCompressor>::adopt(g_zlib_compressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP, 1));
-  std::string packed(text.size(), '\0');
-  gsize read = 0;
-  gsize written = 0;
-  g_converter_convert(G_CONVERTER(compressor.get()), text.data(), text.size(), packed.data(), packed.size(),
-                      G_CONVERTER_INPUT_AT_END, &read, &written, nullptr);
-  packed.resize(written);
-  return packed;
-}
-
 class CurlHttpClientTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { g_setenv("no_proxy", "*", TRUE); }
 
-  std::optional<HttpResult> fetch(const UrlRequest& request) {
-    std::optional<HttpResult> result;
-    client_->send(request, [&](HttpResult got) { result = std::move(got); });
+  std::optional<StatusResult> fetch(const UrlRequest& request) {
+    std::optional<StatusResult> result;
+    client_->send(request, [&](StatusResult got) { result = std::move(got); });
     EXPECT_FALSE(result) << "answered inside the call";
     EXPECT_TRUE(wait([&] { return result.has_value(); }, patience)) << request.url.absoluteString();
     return result;
   }
 
-  HttpResponse response(const UrlRequest& request) {
+  int status(const UrlRequest& request) {
     const auto result = fetch(request);
-    if (result && std::holds_alternative<HttpResponse>(*result)) return std::get<HttpResponse>(*result);
+    if (result && std::holds_alternative<int>(*result)) return std::get<int>(*result);
     ADD_FAILURE() << "no reply from " << request.url.absoluteString() << ": "
-                  << (result ? std::get<TransportError>(*result).description : "nothing");
-    return {};
+                  << (result ? std::get<TransportError>(*result).detail : "nothing");
+    return 0;
   }
 
   GlibMainQueue queue_;
@@ -64,7 +51,7 @@ TEST_F(CurlHttpClientTest, SendsTheHeadersOfTheRequestAndNothingOfItsOwnInTheirP
   SocketServer server([](const std::string&) { return Answer{reply(200, "")}; });
   auto request = get(server.url("/chat?a=%7B1%7D"));
   request.headers = {{"User-Agent", "Kit/1.0(x86_64)"}, {"x-empty", ""}, {"Accept", "text/html"}};
-  EXPECT_EQ(response(request).status, 200);
+  EXPECT_EQ(status(request), 200);
   ASSERT_EQ(server.requests().size(), 1U);
   const auto head = server.requests().front();
   EXPECT_TRUE(head.starts_with("GET /chat?a=%7B1%7D HTTP/1.1\r\n")) << head;
@@ -74,22 +61,12 @@ TEST_F(CurlHttpClientTest, SendsTheHeadersOfTheRequestAndNothingOfItsOwnInTheirP
   }
 }
 
-TEST_F(CurlHttpClientTest, GoesThroughTheProxyOfTheEnvironment) {
-  SocketServer proxy([](const std::string&) { return Answer{reply(200, "by proxy")}; });
-  g_unsetenv("no_proxy");
-  g_setenv("http_proxy", proxy.url("").c_str(), TRUE);
-  EXPECT_EQ(response(get("http://chat.invalid/page")).body, "by proxy");
-  g_unsetenv("http_proxy");
-  g_setenv("no_proxy", "*", TRUE);
-  EXPECT_TRUE(proxy.requests().front().starts_with("GET http://chat.invalid/page HTTP/1.1\r\n"));
-}
-
-TEST_F(CurlHttpClientTest, TransportFailuresAreToldInWordsAndTimeOutsByTheirCode) {
+TEST_F(CurlHttpClientTest, TransportFailuresAreToldInTheVisitorsWordsAndTimeOutsByTheirCode) {
   SocketServer server([](const std::string& target) -> Answer {
     if (target == "/silent") return {"", Then::silence};
-    if (target == "/stalls") return {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Then::silence};
+    if (target == "/stalls") return {"HTTP/1.1 200 OK\r\nContent-", Then::silence};
     if (target == "/reset") return {"", Then::reset};
-    if (target == "/cut") return {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Then::close};
+    if (target == "/cut") return {"HTTP/1.1 200 OK\r\nContent-", Then::close};
     if (target == "/loop") return {reply(302, "", "Location: /loop\r\n")};
     if (target == "/file") return {reply(302, "", "Location: file:///etc/hostname\r\n")};
     return {"this is no HTTP", Then::close};
@@ -101,18 +78,19 @@ TEST_F(CurlHttpClientTest, TransportFailuresAreToldInWordsAndTimeOutsByTheirCode
     const char* words;
   };
   const Case cases[] = {
-      {server.url("/silent"), TransportError::timedOut, "timed out"},
-      {server.url("/stalls"), TransportError::timedOut, "timed out"},
-      {server.url("/reset"), TransportError::other, "reset"},
-      {server.url("/cut"), TransportError::other, "remaining"},
-      {server.url("/loop"), TransportError::other, "20"},
-      {server.url("/file"), TransportError::other, "file"},
-      {server.url("/nonsense"), TransportError::other, "HTTP/0.9"},
-      {selfSigned.url(), TransportError::other, "certificate"},
-      {"http://127.0.0.1:1/", TransportError::other, "connect"},
-      {"ftp://127.0.0.1/", TransportError::other, "ftp"},
-      {"file:///etc/hostname", TransportError::other, "file"},
-      {"127.0.0.1/path", TransportError::other, "not supported"},
+      {server.url("/silent"), TransportError::timedOut, "请求超时"},
+      {server.url("/stalls"), TransportError::timedOut, "请求超时"},
+      {server.url("/reset"), TransportError::other, "连接已断开"},
+      {server.url("/cut"), TransportError::other, ""},
+      {server.url("/loop"), TransportError::other, "重定向次数过多"},
+      {server.url("/file"), TransportError::other, "不支持的地址"},
+      {server.url("/nonsense"), TransportError::other, ""},
+      {selfSigned.url(), TransportError::other, "无法建立安全连接"},
+      {"http://127.0.0.1:1/", TransportError::other, "无法连接到服务器"},
+      {"http://chat.invalid/", TransportError::other, "找不到服务器"},
+      {"ftp://127.0.0.1/", TransportError::other, "不支持的地址"},
+      {"file:///etc/hostname", TransportError::other, "不支持的地址"},
+      {"127.0.0.1/path", TransportError::other, ""},
       {"/path", TransportError::other, ""},
   };
   for (const auto& [url, code, words] : cases) {
@@ -120,82 +98,85 @@ TEST_F(CurlHttpClientTest, TransportFailuresAreToldInWordsAndTimeOutsByTheirCode
     const auto result = fetch(get(url, code == TransportError::timedOut ? 0.3 : patience));
     ASSERT_TRUE(result && std::holds_alternative<TransportError>(*result));
     const auto& error = std::get<TransportError>(*result);
-    EXPECT_EQ(error.code, code);
-    EXPECT_FALSE(error.description.empty());
-    EXPECT_NE(error.description.find(words), std::string::npos) << error.description;
+    EXPECT_EQ(error.code, code) << error.detail;
+    EXPECT_TRUE(*words ? error.description == words : error.description.find(' ') == std::string::npos)
+        << error.description;
+    EXPECT_NE(error.detail, "");
   }
 }
 
 TEST_F(CurlHttpClientTest, FollowsAsManyRedirectsAsABrowserWithTheirCookies) {
   SocketServer server([](const std::string& target) -> Answer {
     const int left = std::stoi(target.substr(1));
-    if (left == 0) return {reply(200, "arrived")};
+    if (left == 0) return {reply(204, "")};
     return {reply(left % 2 ? 302 : 308, "",
                   "Set-Cookie: step=" + std::to_string(left) + "\r\nLocation: /" + std::to_string(left - 1) + "\r\n")};
   });
-  EXPECT_EQ(response(get(server.url("/20"))).body, "arrived");
+  EXPECT_EQ(status(get(server.url("/20"))), 204);
   ASSERT_EQ(server.requests().size(), 21U);
   EXPECT_NE(server.requests().back().find("\r\nCookie: step=1\r\n"), std::string::npos) << server.requests().back();
-  response(get(server.url("/0")));
+  status(get(server.url("/0")));
   EXPECT_EQ(server.requests().back().find("Cookie"), std::string::npos) << "a cookie outlived its exchange";
 }
 
-TEST_F(CurlHttpClientTest, TheTimeOutCoversAllRedirectsTogether) {
-  SocketServer server([](const std::string& target) -> Answer {
-    std::this_thread::sleep_for(std::chrono::milliseconds(150));
-    return {reply(302, "", "Location: " + target + "x\r\n")};
-  });
-  const auto result = fetch(get(server.url("/"), 0.5));
-  ASSERT_TRUE(result && std::holds_alternative<TransportError>(*result));
-  EXPECT_EQ(std::get<TransportError>(*result).code, TransportError::timedOut);
-  EXPECT_LT(server.requests().size(), 5U);
+TEST_F(CurlHttpClientTest, ASlowServerThatMovesIsNotGivenUp) {
+  SocketServer server(SocketServer::Session([](SocketConnection& connection) {
+    const auto head = connection.readHead();
+    const int left = head.empty() ? 0 : head[5] - '0';
+    const auto lines = {std::string("HTTP/1.1 ") + (left ? "302 Found" : "404 No") + "\r\n", std::string("a: b\r\n"),
+                        "Location: /" + std::to_string(left - 1) + "\r\n", std::string("\r\n")};
+    for (const auto& line : lines) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      connection.send(line);
+    }
+  }));
+  const double start = queue_.now();
+  EXPECT_EQ(status(get(server.url("/2"), 0.6)), 404);
+  EXPECT_GT(queue_.now() - start, 0.6);
 }
 
-TEST_F(CurlHttpClientTest, KeepsTheFirstMebibyteOfALongBodyAndReadsTheRest) {
-  std::string body(10U << 20U, 'x');
-  body.replace((1U << 20U) - 3, 6, "abcdef");
-  SocketServer server([&](const std::string& target) {
-    return Answer{target == "/packed" ? reply(200, gzip(body), "Content-Encoding: gzip\r\n") : reply(200, body)};
-  });
-  for (const char* target : {"/plain", "/packed"}) {
-    const auto got = response(get(server.url(target)));
-    EXPECT_EQ(got.body.size(), 1U << 20U) << target;
-    EXPECT_TRUE(got.body.ends_with("xabc")) << target;
-  }
-  EXPECT_EQ(server.connections(), 1) << "a body that is not read to its end costs the connection";
+TEST_F(CurlHttpClientTest, IsOverWithTheHeadAndLeavesTheBodyWithTheServer) {
+  std::atomic<std::size_t> sent = 0;
+  std::atomic<bool> ended = false;
+  SocketServer server(SocketServer::Session([&](SocketConnection& connection) {
+    const bool sends = connection.readHead().starts_with("GET /endless ");
+    connection.send("HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\nHTTP/1.1 403 No\r\nContent-Length: 1000000000\r\n\r\n");
+    while (sends && connection.send(std::string(64 * 1024, 'x'))) sent += 64 * 1024;
+    connection.waitForEnd();
+    ended = true;
+  }));
+  EXPECT_EQ(status(get(server.url("/endless"))), 403);
+  EXPECT_TRUE(wait([&] { return ended.load(); }, patience));
+  EXPECT_LT(sent, 50'000'000U);
+  EXPECT_EQ(status(get(server.url("/no-body-ever"))), 403);
 }
 
 TEST_F(CurlHttpClientTest, FiveHundredRequestsLeaveNoDescriptorAndNoThreadBehind) {
-  SocketServer server([](const std::string& target) { return Answer{reply(200, target)}; });
+  SocketServer server([](const std::string&) { return Answer{reply(200, "x")}; });
+  ASSERT_EQ(status(get(server.url("/"))), 200);  // what is kept for later requests is there now
   client_.reset();
+  pass(0.1);
   const auto descriptorsBefore = entriesOf("/proc/self/fd");
   const auto threadsBefore = entriesOf("/proc/self/task");
   client_ = std::make_unique<CurlHttpClient>(queue_);
   for (int index = 0; index < 500; ++index) {
-    const auto target = "/" + std::to_string(index);
-    ASSERT_EQ(response(get(server.url(target))).body, target);
+    ASSERT_EQ(status(get(server.url("/"))), 200);
   }
-  EXPECT_EQ(server.connections(), 1);
   client_.reset();
-  // The server's side of the one connection ends on its own threads.
+  // The server's side of the last connections ends on its own threads.
   EXPECT_TRUE(wait([&] { return entriesOf("/proc/self/fd") <= descriptorsBefore; }, patience));
   EXPECT_LE(entriesOf("/proc/self/task"), threadsBefore + 1)
       << "only the server's thread for the connection may still be there";
 }
 
 TEST_F(CurlHttpClientTest, DestroyedWhileRunningItDropsItsRequestsAtOnceAndOnThisThread) {
-  SocketServer server([](const std::string& target) -> Answer {
-    if (target == "/silent") return {"", Then::silence};
-    return {reply(200, "")};
-  });
+  SocketServer server([](const std::string&) { return Answer{"", Then::silence}; });
   std::thread::id destroyedOn;
   const auto note = [&](void*) { destroyedOn = std::this_thread::get_id(); };
   bool called = false;
   client_->send(get(server.url("/silent"), 60),
-                [&, witness = std::shared_ptr<void>(nullptr, note)](HttpResult) { called = true; });
-  client_->send(get(server.url("/quick")), [&](HttpResult) { called = true; });
-  while (server.requests().size() < 2) std::this_thread::yield();
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));  // the quick reply now waits in the main queue
+                [&, witness = std::shared_ptr<void>(nullptr, note)](StatusResult) { called = true; });
+  ASSERT_TRUE(wait([&] { return !server.requests().empty(); }, patience));
   const double start = queue_.now();
   client_.reset();
   EXPECT_LT(queue_.now() - start, 5) << "waited for the silent server";

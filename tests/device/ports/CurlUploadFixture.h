@@ -27,8 +27,9 @@ class CurlUploadFixture : public ::testing::Test {
       return reply && reply->response ? std::optional(reply->response->status) : std::nullopt;
     }
     std::string body() const { return reply && reply->response ? reply->response->body : ""; }
-    /// Empty without an error.
+    /// What a visitor may read, and the log's words; both empty without an error.
     std::string error() const { return reply && reply->error ? reply->error->description : ""; }
+    std::string detail() const { return reply && reply->error ? reply->error->detail : ""; }
   };
 
   /// Seconds after which something that should have happened is taken not to happen.

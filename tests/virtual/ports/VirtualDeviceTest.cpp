@@ -95,15 +95,17 @@ TEST_F(VirtualDeviceTest, ABundlesFolderGoesWithIt) {
   EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
-TEST_F(VirtualDeviceTest, RedirectsInACircleEndInAnErrorAndWithinTheTimeOut) {
-  for (const auto& [delay, end, code] :
-       {std::tuple{0.1, 2.1, TransportError::other}, {2.0, 5.0, TransportError::timedOut}}) {
-    const auto reply = VirtualReply::redirect(*Url::parse("https://chat.test/there"), delay);
+TEST_F(VirtualDeviceTest, RedirectsInACircleOrOutOfHttpsEndInAnError) {
+  for (const auto& [target, delay, end, code] :
+       {std::tuple{"https://chat.test/there", 2.0, 42.0, TransportError::other},
+        {"https://chat.test/there", 6.0, 5.0, TransportError::timedOut},
+        {"http://chat.test/there", 2.0, 2.0, TransportError::other}}) {
+    const auto reply = VirtualReply::redirect(*Url::parse(target), delay);
     device_.httpClient().setServer([&](const UrlRequest&) { return reply; });
     const double start = device_.mainQueue().now();
     bool ended = false;
     device_.httpClient().send({*Url::parse("https://chat.test/"), 5, {}},
-                              [&, code = code, end = end](const HttpResult& result) {
+                              [&, code = code, end = end](const StatusResult& result) {
                                 EXPECT_EQ(std::get<TransportError>(result).code, code);
                                 EXPECT_NEAR(device_.mainQueue().now() - start, end, 1e-6);
                                 ended = true;

@@ -41,15 +41,17 @@ VirtualReply VirtualFixture::reply(const UrlRequest& request) const {
   const auto served = servedAt(address);
   if (served.silent) return VirtualReply::never();
   if (!served.location.empty()) return VirtualReply::redirect(*Url::parse(servedOrigin + served.location), 0.01);
-  return VirtualReply::respond(served.status, served.body, 0.01);
+  return VirtualReply::respond(served.status, 0.01);
 }
 
 VirtualUploadReply VirtualFixture::reply(const UploadRequest& request) const {
   const auto& address = request.url.absoluteString();
   if (!address.starts_with(servedOrigin)) return VirtualUploadReply::fail("Connection refused");
-  const auto served = servedAt(address);
+  auto served = servedAt(address);
+  if (served.status == 307) served = servedAt(servedOrigin + served.location);
   auto reply = VirtualUploadReply::respond(served.status, served.body, 0.1, {0.5, 1});
-  reply.isSilent = served.silent;
+  reply.isSilent = served.silent || served.endless;
+  if (served.silent) reply.reply.response.reset();
   return reply;
 }
 

@@ -28,7 +28,7 @@ TEST_F(PageLoadTest, ChecksThePageOnceAndLoadsTheRequestItChecked) {
 
 TEST_F(PageLoadTest, LoadsThePageOrSaysWhyAndCloses) {
   const std::string token = "令牌无效或者已过期";
-  const auto status = [](int code) { return VirtualReply::respond(code, "", 0.5); };
+  const auto status = [](int code) { return VirtualReply::respond(code, 0.5); };
   const struct {
     const char* what;
     VirtualReply reply;
@@ -45,7 +45,7 @@ TEST_F(PageLoadTest, LoadsThePageOrSaysWhyAndCloses) {
       {"599", status(599), 0.5, token, {"\"请求成功\"", "\"Response Status Code: 599\""}},
       {"600", status(600), 0.5, "", {"\"请求成功\"", "\"Response Status Code: 600\""}},
       {"silence", VirtualReply::never(), 5, "服务请求超时", {"\"请求超时\""}},
-      {"an answer too late", VirtualReply::respond(200, "", 5.5), 5, "服务请求超时", {"\"请求超时\""}},
+      {"an answer too late", VirtualReply::respond(200, 5.5), 5, "服务请求超时", {"\"请求超时\""}},
       {"refused",
        VirtualReply::fail("Connection refused", 0.5),
        0.5,
@@ -89,8 +89,7 @@ TEST_F(PageLoadTest, LoadsThePageOrSaysWhyAndCloses) {
 }
 
 TEST_F(PageLoadTest, LeavesAVisitorAloneWhoHasGoneBeforeTheAnswer) {
-  for (const auto& reply :
-       {VirtualReply::respond(200, "", 3), VirtualReply::respond(404, "", 3), VirtualReply::never()}) {
+  for (const auto& reply : {VirtualReply::respond(200, 3), VirtualReply::respond(404, 3), VirtualReply::never()}) {
     serve(reply);
     std::weak_ptr<OVKFApi> gone = present();
     hostStack_->dismiss(true);

@@ -1,6 +1,5 @@
 #include "CurlHttpClient.h"
 
-#include <memory>
 #include <utility>
 
 #include "CurlRequest.h"
@@ -8,14 +7,21 @@
 
 namespace orivex::gtk {
 
-void CurlHttpClient::send(const UrlRequest& request, Once<void(HttpResult)> completion) {
+CurlHttpClient::CurlHttpClient(MainQueue& mainQueue, ProxyLookup proxies)
+    : mainQueue_(mainQueue),
+      proxies_(std::move(proxies)),
+      worker_([this](Transfer transfer, CURLcode code) { ended(std::move(transfer), code); }) {
+  restart_ = alive_.guard([this](Transfer transfer) { start(std::move(transfer)); });
+}
+
+void CurlHttpClient::send(const UrlRequest& request, Once<void(StatusResult)> completion) {
   // The guard is made here and run through the queue: it only travels through the background thread.
   auto onMain = alive_.guard(
-      [completion = std::move(completion)](HttpResult result) mutable { std::move(completion)(std::move(result)); });
-  auto finished = [&queue = mainQueue_, onMain = std::move(onMain)](HttpResult result) mutable {
+      [completion = std::move(completion)](StatusResult result) mutable { std::move(completion)(std::move(result)); });
+  auto finished = [&queue = mainQueue_, onMain = std::move(onMain)](StatusResult result) mutable {
     queue.async([onMain = std::move(onMain), result = std::move(result)]() mutable { onMain(std::move(result)); });
   };
-  worker_.add(std::make_unique<CurlRequest>(request, std::move(finished)));
+  start(std::make_unique<CurlRequest>(request, std::move(finished)));
 }
 
 void CurlHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
@@ -23,7 +29,33 @@ void CurlHttpClient::upload(UploadRequest request, std::function<void(double fra
   auto onMain = alive_.guard(
       [completion = std::move(completion)](UploadReply reply) mutable { std::move(completion)(std::move(reply)); });
   UploadReporter reporter(mainQueue_, alive_.guard(std::move(progress)), std::move(onMain));
-  worker_.add(std::make_unique<CurlUpload>(std::move(request), std::move(reporter)));
+  start(std::make_unique<CurlUpload>(std::move(request), std::move(reporter)));
+}
+
+void CurlHttpClient::start(Transfer transfer) {
+  const auto id = ++lastId_;
+  const auto& kept = waiting_[id] = std::move(transfer);
+  proxies_.find(kept->address(), kept->idleSeconds(),
+                alive_.guard([this, id](ProxyLookup::Proxies proxies) { goOn(id, std::move(proxies)); }));
+}
+
+void CurlHttpClient::goOn(std::size_t id, ProxyLookup::Proxies proxies) {
+  auto waiting = waiting_.extract(id);
+  auto& transfer = waiting.mapped();
+  if (!proxies) return transfer->finish(CURLE_OPERATION_TIMEDOUT);
+  transfer->setProxies(*std::move(proxies));
+  worker_.add(std::move(transfer));
+}
+
+void CurlHttpClient::ended(Transfer transfer, CURLcode code) {
+  if (transfer->takesNextProxy(code)) {
+    worker_.add(std::move(transfer));
+  } else if (transfer->isRedirected(code)) {
+    // Another proxy may lead there.
+    mainQueue_.async([restart = restart_, transfer = std::move(transfer)]() mutable { restart(std::move(transfer)); });
+  } else {
+    transfer->finish(code);
+  }
 }
 
 }  // namespace orivex::gtk

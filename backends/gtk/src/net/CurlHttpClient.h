@@ -1,6 +1,11 @@
 #pragma once
 
+#include <functional>
+#include <map>
+#include <memory>
+
 #include "CurlMultiWorker.h"
+#include "ProxyLookup.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/HttpClient.h"
@@ -8,20 +13,30 @@
 
 namespace orivex::gtk {
 
-/// HTTP(S) over libcurl on a background thread. Certificates are verified against the system's authorities, and a
-/// proxy is taken from the usual environment variables (http_proxy, https_proxy, all_proxy, no_proxy). Destroying the
-/// client drops the requests that are still under way: their completions are not called.
+/// HTTP(S) over libcurl on a background thread, through the proxies of the desktop. Certificates are verified against
+/// the system's authorities. Destroying the client drops the requests that are still under way: their completions are
+/// not called.
 class CurlHttpClient final : public HttpClient {
  public:
   /// `mainQueue` must outlive the client.
-  explicit CurlHttpClient(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
+  explicit CurlHttpClient(MainQueue& mainQueue, ProxyLookup proxies = ProxyLookup());
 
-  void send(const UrlRequest& request, Once<void(HttpResult)> completion) override;
+  void send(const UrlRequest& request, Once<void(StatusResult)> completion) override;
   void upload(UploadRequest request, std::function<void(double fraction)> progress,
               Once<void(UploadReply)> completion) override;
 
  private:
+  using Transfer = std::unique_ptr<CurlTransfer>;
+
+  void start(Transfer transfer);
+  void goOn(std::size_t id, ProxyLookup::Proxies proxies);
+  void ended(Transfer transfer, CURLcode code);
+
   MainQueue& mainQueue_;
+  ProxyLookup proxies_;
+  std::size_t lastId_ = 0;
+  std::map<std::size_t, Transfer> waiting_;  // for their proxies
+  std::function<void(Transfer)> restart_;    // the background thread copies it
   CurlMultiWorker worker_;
   Alive alive_;
 };

@@ -17,7 +17,7 @@ int pollMilliseconds(CurlTransfer::Clock::duration wait) {
 
 }  // namespace
 
-CurlMultiWorker::CurlMultiWorker() {
+CurlMultiWorker::CurlMultiWorker(Ended ended) : ended_(std::move(ended)) {
   static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
   static_cast<void>(initialised);
   multi_.reset(curl_multi_init());
@@ -68,7 +68,7 @@ void CurlMultiWorker::begin(std::unique_ptr<CurlTransfer> transfer) {
   auto code = CURLE_OUT_OF_MEMORY;
   contained([&] { code = transfer->prepare(); });
   if (code != CURLE_OK) {
-    contained([&] { transfer->finish(code); });
+    contained([&] { ended_(std::move(transfer), code); });
     return;
   }
   curl_multi_add_handle(multi_.get(), transfer->handle());
@@ -100,10 +100,10 @@ int CurlMultiWorker::lookAtRunning() {
 }
 
 void CurlMultiWorker::end(Transfers::iterator running, CURLcode code) {
-  const auto transfer = std::move(*running);
+  auto transfer = std::move(*running);
   running_.erase(running);
   curl_multi_remove_handle(multi_.get(), transfer->handle());
-  contained([&] { transfer->finish(code); });
+  contained([&] { ended_(std::move(transfer), code); });
 }
 
 }  // namespace orivex::gtk

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -14,7 +15,10 @@ namespace orivex::gtk {
 /// Destroying it ends the thread and drops the unfinished transfers without a report.
 class CurlMultiWorker {
  public:
-  CurlMultiWorker();
+  /// Gets each transfer that libcurl is done with, on the background thread.
+  using Ended = std::function<void(std::unique_ptr<CurlTransfer> transfer, CURLcode code)>;
+
+  explicit CurlMultiWorker(Ended ended);
   CurlMultiWorker(const CurlMultiWorker&) = delete;
   CurlMultiWorker& operator=(const CurlMultiWorker&) = delete;
   ~CurlMultiWorker();
@@ -32,6 +36,7 @@ class CurlMultiWorker {
   int lookAtRunning();
   void end(Transfers::iterator running, CURLcode code);
 
+  Ended ended_;
   CurlMulti multi_;
   Transfers running_;  // the background thread's own until that has ended
   std::mutex mutex_;

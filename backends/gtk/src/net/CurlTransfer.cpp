@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <utility>
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
 #include "../Contained.h"
+#include "TransportWords.h"
 
 namespace orivex::gtk {
 namespace {
@@ -18,8 +20,10 @@ constexpr std::size_t keptBody = std::size_t{1} << 20U;
 // Far beyond any page and any error: who sends more may never end.
 constexpr std::size_t longestBody = std::size_t{64} << 20U;
 
-// 1xx replies only announce the final one.
-constexpr long firstFinalStatus = 200;
+// What browsers' loaders allow.
+constexpr int mostRedirects = 20;
+
+constexpr int proxyAuthenticationRequired = 407;
 
 // What the system may hold that it has not sent yet. Without a bound, it takes megabytes at once, and progress and
 // standstill cannot be told from what libcurl has handed over.
@@ -53,9 +57,12 @@ CurlList headerList(const std::vector<HttpHeader>& headers) {
 
 }  // namespace
 
-CurlTransfer::CurlTransfer(const Url& url, const std::vector<HttpHeader>& headers)
-    : headers_(headerList(headers)), easy_(curl_easy_init()) {
-  curl_easy_setopt(handle(), CURLOPT_URL, url.absoluteString().c_str());
+CurlTransfer::CurlTransfer(const Url& url, const std::vector<HttpHeader>& headers, double idleSeconds)
+    : address_(url.absoluteString()),
+      idleSeconds_(idleSeconds),
+      idleWatch_(idleSeconds),
+      headers_(headerList(headers)),
+      easy_(curl_easy_init()) {
   curl_easy_setopt(handle(), CURLOPT_HTTPHEADER, headers_.get());
   setRules();
 }
@@ -64,6 +71,9 @@ void CurlTransfer::setRules() {
   curl_easy_setopt(handle(), CURLOPT_ERRORBUFFER, error_.data());
   curl_easy_setopt(handle(), CURLOPT_WRITEFUNCTION, receive);
   curl_easy_setopt(handle(), CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(handle(), CURLOPT_HEADERFUNCTION, receiveHead);
+  curl_easy_setopt(handle(), CURLOPT_HEADERDATA, this);
+  curl_easy_setopt(handle(), CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   curl_easy_setopt(handle(), CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(handle(), CURLOPT_DEFAULT_PROTOCOL, "none");  // an address without a scheme fails, not guessed at
   curl_easy_setopt(handle(), CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
@@ -73,20 +83,61 @@ void CurlTransfer::setRules() {
   curl_easy_setopt(handle(), CURLOPT_QUICK_EXIT, 1L);
 }
 
-std::optional<int> CurlTransfer::status() const {
-  long status = 0;
-  curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
-  if (status < firstFinalStatus) return std::nullopt;
-  return static_cast<int>(status);
+void CurlTransfer::setProxies(std::vector<std::string> proxies) {
+  proxies_ = std::move(proxies);
+}
+
+CURLcode CurlTransfer::prepare() {
+  head_ = {};
+  idleWatch_.restart();
+  curl_easy_setopt(handle(), CURLOPT_URL, address_.c_str());
+  const bool isKnown = !proxies_.empty();
+  curl_easy_setopt(handle(), CURLOPT_PROXY, isKnown ? proxies_.front().c_str() : nullptr);
+  curl_easy_setopt(handle(), CURLOPT_NOPROXY, isKnown ? "" : nullptr);  // the exceptions were looked at
+  return CURLE_OK;
+}
+
+std::optional<CurlTransfer::Clock::duration> CurlTransfer::look(Clock::time_point now) {
+  return idleWatch_.look(position(), now);
+}
+
+bool CurlTransfer::takesNextProxy(CURLcode code) {
+  if (code != CURLE_COULDNT_CONNECT && code != CURLE_COULDNT_RESOLVE_PROXY && code != CURLE_PROXY) return false;
+  if (proxies_.size() < 2) return false;
+  proxies_.erase(proxies_.begin());
+  return true;
+}
+
+bool CurlTransfer::isRedirected(CURLcode code) {
+  if (!head_.hasEnded() || hasFailed() || (code != CURLE_OK && wantsBody())) return false;
+  if (head_.status() < 300 || head_.status() > 399 || head_.location().empty()) return false;
+  auto redirect = Redirect::of(address_, head_.location());
+  if (!redirect) redirect.emplace();
+  if (!follows(*redirect)) return false;
+  if (++redirects_ > mostRedirects) {
+    fail(CURLE_TOO_MANY_REDIRECTS, "More than " + std::to_string(mostRedirects) + " redirects");
+    return false;
+  }
+  address_ = std::move(redirect->address);
+  body_.clear();
+  received_ = 0;
+  return true;
+}
+
+bool CurlTransfer::isRefusedByProxy() const {
+  long statusOfTunnel = 0;
+  curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &statusOfTunnel);
+  if (statusOfTunnel == proxyAuthenticationRequired) return true;
+  const bool hasProxy = !proxies_.empty() && !proxies_.front().empty();
+  return hasProxy && head_.status() == proxyAuthenticationRequired;
 }
 
 TransportError CurlTransfer::error(CURLcode code) const {
-  return {code == CURLE_OPERATION_TIMEDOUT ? TransportError::timedOut : TransportError::other, description(code)};
-}
-
-std::string CurlTransfer::description(CURLcode code) const {
-  if (!failure_.empty()) return failure_;
-  return error_.front() != '\0' ? error_.data() : curl_easy_strerror(code);
+  if (hasFailed()) return {TransportError::other, transportWords(failure_.code), failure_.detail};
+  const std::string detail = error_.front() != '\0' ? error_.data() : curl_easy_strerror(code);
+  if (isRefusedByProxy()) return {TransportError::other, proxyWantsCredentials, detail};
+  return {code == CURLE_OPERATION_TIMEDOUT ? TransportError::timedOut : TransportError::other, transportWords(code),
+          detail};
 }
 
 // libcurl takes 0 as "no time-out" and keeps the value in an int.
@@ -101,8 +152,16 @@ std::size_t CurlTransfer::receive(const char* data, std::size_t, std::size_t len
     self.body_.append(data, std::min(length, keptBody - self.body_.size()));
     self.received_ += length;
     if (self.received_ <= longestBody) return length;
-    self.fail("The reply is too long");
+    self.fail(CURLE_FILESIZE_EXCEEDED, "The reply is too long");
     return 0;
+  });
+}
+
+std::size_t CurlTransfer::receiveHead(const char* line, std::size_t, std::size_t length, void* transfer) noexcept {
+  auto& self = *static_cast<CurlTransfer*>(transfer);
+  return contained([&]() -> std::size_t {
+    self.head_.take({line, length});
+    return self.head_.hasEnded() && !self.wantsBody() ? 0 : length;
   });
 }
 

@@ -1,14 +1,17 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "CurlHandles.h"
+#include "IdleWatch.h"
+#include "Redirect.h"
+#include "ReplyHead.h"
 
 #include "orivex/platform/ports/HttpClient.h"
 
@@ -18,7 +21,7 @@ namespace orivex::gtk {
 /// is until it is destroyed, and it must not be destroyed while its handle is in a multi handle.
 class CurlTransfer {
  public:
-  using Clock = std::chrono::steady_clock;
+  using Clock = IdleWatch::Clock;
 
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
@@ -26,27 +29,55 @@ class CurlTransfer {
 
   CURL* handle() const { return easy_.get(); }
 
+  /// Where it is sent, the next time that it is.
+  const std::string& address() const { return address_; }
+
+  /// Seconds without a move after which it is given up.
+  double idleSeconds() const { return idleSeconds_; }
+
+  /// The proxies that lead to the address, in libcurl's words, to be tried in this order; without any, those of the
+  /// environment.
+  void setProxies(std::vector<std::string> proxies);
+
   /// Does what may block, before libcurl begins. A code other than CURLE_OK ends the transfer with that code.
-  virtual CURLcode prepare() { return CURLE_OK; }
+  virtual CURLcode prepare();
 
   /// Looks at how far the transfer got. Returns for how long it needs no further look; nothing once it is to be given
   /// up as timed out. Called whenever something may have moved.
-  virtual std::optional<Clock::duration> look(Clock::time_point /*now*/) { return Clock::duration::max(); }
+  std::optional<Clock::duration> look(Clock::time_point now);
+
+  /// Whether libcurl shall begin again, as no connection came about by the proxy that it had.
+  bool takesNextProxy(CURLcode code);
+
+  /// Whether libcurl shall begin again at another address, the new `address`, as the reply says.
+  bool isRedirected(CURLcode code);
 
   /// Reports how the transfer ended. Once.
   virtual void finish(CURLcode code) = 0;
 
  protected:
-  CurlTransfer(const Url& url, const std::vector<HttpHeader>& headers);
+  CurlTransfer(const Url& url, const std::vector<HttpHeader>& headers, double idleSeconds);
 
-  /// Of the final status line; nothing when none came.
-  std::optional<int> status() const;
+  /// A number that changes whenever the transfer moves on.
+  virtual std::int64_t position() = 0;
+
+  /// Whether to go on once the final reply's head is there.
+  virtual bool wantsBody() const { return true; }
+
+  /// Whether to go where the final reply says; `fail` makes it an error.
+  virtual bool follows(const Redirect& redirect) = 0;
+
+  const ReplyHead& head() const { return head_; }
+
+  /// Whether the reply is that of a proxy that wants to know who asks.
+  bool isRefusedByProxy() const;
 
   /// The first mebibyte of what came of the reply's body, decompressed.
   std::string takeBody() { return std::move(body_); }
 
-  /// Says what went wrong on this side; libcurl only knows that something did.
-  void fail(std::string description) { failure_ = std::move(description); }
+  /// Says what went wrong on this side, in English; libcurl only knows that something did.
+  void fail(CURLcode code, std::string detail) { failure_ = {code, std::move(detail)}; }
+  bool hasFailed() const { return failure_.code != CURLE_OK; }
 
   TransportError error(CURLcode code) const;
 
@@ -54,14 +85,24 @@ class CurlTransfer {
   static long milliseconds(double seconds);
 
  private:
+  struct Failure {
+    CURLcode code = CURLE_OK;
+    std::string detail;
+  };
+
   static std::size_t receive(const char* data, std::size_t one, std::size_t length, void* transfer) noexcept;
+  static std::size_t receiveHead(const char* line, std::size_t one, std::size_t length, void* transfer) noexcept;
 
   void setRules();
 
-  std::string description(CURLcode code) const;
-
+  std::string address_;
+  double idleSeconds_;
+  IdleWatch idleWatch_;
+  std::vector<std::string> proxies_;  // the one in use and those to try next
+  int redirects_ = 0;
+  ReplyHead head_;
   std::array<char, CURL_ERROR_SIZE> error_{};
-  std::string failure_;
+  Failure failure_;
   std::string body_;
   std::size_t received_ = 0;  // of the body
   CurlList headers_;

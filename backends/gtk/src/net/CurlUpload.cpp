@@ -16,9 +16,8 @@ constexpr long goAheadMilliseconds = 250;
 }  // namespace
 
 CurlUpload::CurlUpload(UploadRequest request, UploadReporter reporter)
-    : CurlTransfer(request.url, request.headers),
+    : CurlTransfer(request.url, request.headers, request.idleTimeout),
       request_(std::move(request)),
-      idleWatch_(request_.idleTimeout),
       reporter_(std::move(reporter)),
       form_(curl_mime_init(handle())) {
   setRules();
@@ -27,6 +26,9 @@ CurlUpload::CurlUpload(UploadRequest request, UploadReporter reporter)
 void CurlUpload::setRules() {
   // A form has its connection to itself: HTTP/2 would gain nothing, and lose the refusal before the body is sent.
   curl_easy_setopt(handle(), CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
+  // A server may close a kept connection at any time, and a form that was lost with one is not sent again.
+  curl_easy_setopt(handle(), CURLOPT_FRESH_CONNECT, 1L);
+  curl_easy_setopt(handle(), CURLOPT_FORBID_REUSE, 1L);
   curl_easy_setopt(handle(), CURLOPT_CONNECTTIMEOUT_MS, milliseconds(request_.idleTimeout));
   curl_easy_setopt(handle(), CURLOPT_EXPECT_100_TIMEOUT_MS, goAheadMilliseconds);
   curl_easy_setopt(handle(), CURLOPT_UPLOAD_BUFFERSIZE, bytesAtATime);
@@ -34,15 +36,18 @@ void CurlUpload::setRules() {
 }
 
 CURLcode CurlUpload::prepare() {
-  if (request_.file && !addFile(std::move(*request_.file))) return CURLE_READ_ERROR;
-  addFields();
-  return CURLE_OK;
+  if (!isFilled_) {
+    isFilled_ = true;
+    if (request_.file && !addFile(std::move(*request_.file))) return CURLE_READ_ERROR;
+    addFields();
+  }
+  return CurlTransfer::prepare();
 }
 
 bool CurlUpload::addFile(FilePart file) {
   content_ = std::visit([](auto&& content) { return FormContent::of(std::move(content)); }, std::move(file.content));
   if (!content_->open()) {
-    fail(content_->failure());
+    fail(CURLE_READ_ERROR, content_->failure());
     return false;
   }
   auto* const part = curl_mime_addpart(form_.get());
@@ -61,45 +66,53 @@ void CurlUpload::addFields() {
   }
 }
 
-std::optional<CurlTransfer::Clock::duration> CurlUpload::look(Clock::time_point now) {
-  noteProgress();
-  return idleWatch_.look(handle(), now);
-}
-
-void CurlUpload::noteProgress() {
+// Only what is sent counts: a reply that comes byte by byte would never be over.
+std::int64_t CurlUpload::position() {
   curl_off_t sent = 0;
   curl_off_t all = 0;
   curl_easy_getinfo(handle(), CURLINFO_SIZE_UPLOAD_T, &sent);
   curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_UPLOAD_T, &all);
-  if (all <= 0) return;
-  reporter_.progress(sent < all ? static_cast<double>(sent) / static_cast<double>(all) : 1);
+  if (all > 0) reporter_.progress(sent < all ? static_cast<double>(sent) / static_cast<double>(all) : 1);
+  return sent;
+}
+
+// Where the same server says, and only by the replies that ask for the same form again.
+bool CurlUpload::follows(const Redirect& redirect) {
+  const auto status = head().status();
+  maySendAgain_ = (status == 307 || status == 308) && redirect.isWeb && redirect.isSameHost && !redirect.isDowngrade;
+  return maySendAgain_;
 }
 
 void CurlUpload::finish(CURLcode code) {
-  noteProgress();
+  position();
   UploadReply reply;
-  if (const auto known = status()) reply.response = {*known, takeBody()};
-  if (code != CURLE_OK) reply.error = error(code);
+  if (head().isFinal()) reply.response = {head().status(), takeBody()};
+  if (code != CURLE_OK || hasFailed() || isRefusedByProxy()) reply.error = error(code);
   reporter_.finish(std::move(reply));
 }
 
 std::size_t CurlUpload::read(char* buffer, std::size_t, std::size_t length, void* upload) noexcept {
   auto& self = *static_cast<CurlUpload*>(upload);
-  if (self.position_ == self.content_->size()) return 0;
-  const auto got = contained([&] { return self.content_->read(self.position_, buffer, length); });
+  if (self.read_ == self.content_->size()) return 0;
+  const auto got = contained([&] { return self.content_->read(self.read_, buffer, length); });
   if (got == 0) {
-    contained([&] { self.fail(self.content_->failure()); });
+    contained([&] { self.fail(CURLE_READ_ERROR, self.content_->failure()); });
     return CURL_READFUNC_ABORT;
   }
-  self.position_ += static_cast<std::int64_t>(got);
+  self.read_ += static_cast<std::int64_t>(got);
   return got;
 }
 
-// libcurl would begin again on a new connection when a kept one breaks before a reply. What the server took by then is
-// not known, and a form is not sent twice.
-int CurlUpload::seek(void* upload, curl_off_t, int) noexcept {
-  contained([&] { static_cast<CurlUpload*>(upload)->fail("The connection was lost"); });
-  return CURL_SEEKFUNC_CANTSEEK;
+// What the server took of a form is not known when its connection broke: it is not sent twice, unless the server said
+// that it did not take it.
+int CurlUpload::seek(void* upload, curl_off_t offset, int) noexcept {
+  auto& self = *static_cast<CurlUpload*>(upload);
+  if (!self.maySendAgain_ || offset != 0) {
+    contained([&] { self.fail(CURLE_SEND_ERROR, "The connection was lost"); });
+    return CURL_SEEKFUNC_CANTSEEK;
+  }
+  self.read_ = 0;
+  return CURL_SEEKFUNC_OK;
 }
 
 }  // namespace orivex::gtk

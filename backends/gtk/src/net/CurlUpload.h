@@ -6,7 +6,6 @@
 
 #include "CurlTransfer.h"
 #include "FormContent.h"
-#include "IdleWatch.h"
 #include "UploadReporter.h"
 
 namespace orivex::gtk {
@@ -17,7 +16,6 @@ class CurlUpload final : public CurlTransfer {
   CurlUpload(UploadRequest request, UploadReporter reporter);
 
   CURLcode prepare() override;
-  std::optional<Clock::duration> look(Clock::time_point now) override;
   void finish(CURLcode code) override;
 
  private:
@@ -27,13 +25,15 @@ class CurlUpload final : public CurlTransfer {
   void setRules();
   bool addFile(FilePart file);
   void addFields();
-  void noteProgress();
+  std::int64_t position() override;
+  bool follows(const Redirect& redirect) override;
 
   UploadRequest request_;
-  IdleWatch idleWatch_;
   UploadReporter reporter_;
   std::unique_ptr<FormContent> content_;
-  std::int64_t position_ = 0;  // in the content
+  std::int64_t read_ = 0;  // of the content
+  bool isFilled_ = false;
+  bool maySendAgain_ = false;
   CurlForm form_;
 };
 

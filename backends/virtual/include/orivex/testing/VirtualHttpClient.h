@@ -19,12 +19,10 @@ struct VirtualReply {
   };
   struct Silence {};
 
-  std::variant<HttpResponse, Redirect, TransportError, Silence> outcome;
+  std::variant<int, Redirect, TransportError, Silence> outcome;  ///< the number is a status
   double delay = 0;
 
-  static VirtualReply respond(int status, std::string body = "", double delay = 0) {
-    return {HttpResponse{status, std::move(body)}, delay};
-  }
+  static VirtualReply respond(int status, double delay = 0) { return {status, delay}; }
 
   /// The client then asks for `location`, as for any other request.
   static VirtualReply redirect(Url location, double delay = 0) { return {Redirect{std::move(location)}, delay}; }
@@ -38,12 +36,15 @@ struct VirtualReply {
   static VirtualReply never() { return {Silence{}, 0}; }
 };
 
-/// What a virtual server does with one upload. The body is on its way for `delay` seconds.
+/// What a virtual server does with one upload, after all redirects. The body is on its way for `delay` seconds, or,
+/// where the upload's idle time-out is shorter than from one progress to the next, until that ends it.
 struct VirtualUploadReply {
   UploadReply reply;
   double delay = 0;
   std::vector<double> progress{};  ///< Fractions as they are reported, evenly spread over `delay`.
-  bool isSilent = false;           ///< Never answers: the upload ends by its idle time-out after the last progress.
+  /// Never answers, or, with a response, never to the end: the upload ends by its idle time-out after the last
+  /// progress.
+  bool isSilent = false;
 
   static VirtualUploadReply respond(int status, std::string body, double delay = 0, std::vector<double> progress = {}) {
     return {{HttpResponse{status, std::move(body)}, std::nullopt}, delay, std::move(progress), false};
@@ -55,15 +56,14 @@ struct VirtualUploadReply {
   }
 };
 
-/// Exchanges with a server that is a function. Without one, every request is answered at once with status 200 and no
-/// body.
+/// Exchanges with a server that is a function. Without one, every request is answered at once with status 200.
 class VirtualHttpClient final : public HttpClient {
  public:
   using Server = std::function<VirtualReply(const UrlRequest&)>;
 
   explicit VirtualHttpClient(MainQueue& queue) : queue_(queue) {}
 
-  void send(const UrlRequest& request, Once<void(HttpResult)> completion) override;
+  void send(const UrlRequest& request, Once<void(StatusResult)> completion) override;
   void upload(UploadRequest request, std::function<void(double fraction)> progress,
               Once<void(UploadReply)> completion) override;
 
@@ -86,14 +86,13 @@ class VirtualHttpClient final : public HttpClient {
  private:
   struct Exchange {
     UrlRequest request;
-    double deadline = 0;  // of the queue's time
     int redirects = 0;
-    HttpResult result;
-    Once<void(HttpResult)> completion;
+    StatusResult result;
+    Once<void(StatusResult)> completion;
   };
 
   void ask(std::unique_ptr<Exchange> exchange);
-  void endAfter(double seconds, std::unique_ptr<Exchange> exchange, HttpResult result);
+  void endAfter(double seconds, std::unique_ptr<Exchange> exchange, StatusResult result);
 
   MainQueue& queue_;
   Server server_;

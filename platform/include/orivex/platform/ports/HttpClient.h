@@ -11,23 +11,26 @@
 
 namespace orivex {
 
-/// What a server answered: of a redirected request, the final reply.
+/// What a server answered to an upload.
 struct HttpResponse {
   int status = 0;
   std::string body;
 };
 
-/// No reply came. Whatever a server says, an error status included, is an `HttpResponse` instead.
+/// No reply came, or not the whole. Whatever a server says, an error status included, is no such error; a proxy that
+/// wants a name and a password is one.
 struct TransportError {
-  /// The value by which the described behaviour tells a time-out from other transport errors.
+  /// Tells a time-out, which visitors read as such, from other errors.
   static constexpr int timedOut = -1001;
   static constexpr int other = -1;
 
   int code = other;
-  std::string description;
+  std::string description;  ///< for the visitor, in Chinese
+  std::string detail{};     ///< for the log, in English; may be empty
 };
 
-using HttpResult = std::variant<HttpResponse, TransportError>;
+/// The status of the final reply.
+using StatusResult = std::variant<int, TransportError>;
 
 /// How an upload ended. Both may be there: a connection can break in the middle of a reply.
 struct UploadReply {
@@ -43,16 +46,18 @@ class HttpClient {
   HttpClient& operator=(const HttpClient&) = delete;
   virtual ~HttpClient() = default;
 
-  /// Sends `request`, following redirects as a browser's loader does. Main thread; `completion` is called exactly once,
-  /// on the main thread and not inside this call. An exchange that is not over after `request.timeout` seconds ends in
-  /// `TransportError::timedOut`; of a body, at most the first mebibyte is kept.
-  virtual void send(const UrlRequest& request, Once<void(HttpResult)> completion) = 0;
+  /// Sends `request`, following redirects as a browser's loader does, but never from https to http, and reads the
+  /// final reply's head; its body stays with the server. Main thread; `completion` is called exactly once, on the main
+  /// thread and not inside this call. Where nothing moves for `request.timeout` seconds, the exchange ends in
+  /// `TransportError::timedOut`.
+  virtual void send(const UrlRequest& request, Once<void(StatusResult)> completion) = 0;
 
   /// Sends a form without holding its file in memory. Main thread; both callbacks come on the main thread and not
   /// inside this call. `progress` gets the sent share of the body, from 0 to 1, never falling, at most 30 times a
   /// second and once with 1 when all of it was sent; `completion` is called exactly once, after the last progress.
-  /// Redirects are not followed: a form is not sent twice. A file that cannot be read, or that shrinks while it is
-  /// being sent, ends in an error; of a reply's body, at most the first mebibyte is kept.
+  /// Of redirects, only 307 and 308 to the same host are followed, never from https to http: any other reply is
+  /// told as it is. A form is not sent again after its connection broke. A file that cannot be read, or that shrinks
+  /// while it is being sent, ends in an error; of a reply's body, at most the first mebibyte is kept.
   virtual void upload(UploadRequest request, std::function<void(double fraction)> progress,
                       Once<void(UploadReply)> completion) = 0;
 };

@@ -54,7 +54,8 @@ struct UploadRequest {
   std::optional<FilePart> file;
   std::vector<FormField> fields;  ///< after the file, in this order
 
-  /// Seconds without a byte in either direction after which the exchange is given up: what common clients allow.
+  /// Seconds without a byte sent after which the exchange is given up; so the whole reply has as long after the last
+  /// byte. What common clients allow.
   double idleTimeout = 60.0;
   bool operator==(const UploadRequest&) const = default;
 };

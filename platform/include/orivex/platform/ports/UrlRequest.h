@@ -16,7 +16,7 @@ struct HttpHeader {
 /// A GET request as it is checked and then loaded. Caching follows the protocol's own policy.
 struct UrlRequest {
   Url url;
-  double timeout = 60.0;  ///< Seconds until the whole exchange must be over.
+  double timeout = 60.0;  ///< Seconds in which nothing moves, after which it is given up.
   std::vector<HttpHeader> headers;
   bool operator==(const UrlRequest&) const = default;
 };
