@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "orivex/media/OVKFApiHelper.h"
+#include "orivex/platform/base/Text.h"
 
 namespace orivex {
 namespace {
@@ -16,12 +17,12 @@ std::string quoted(std::int64_t limit) {
 
 std::string fileName(const std::string& path) {
   auto name = std::filesystem::path(path).filename().string();
-  return name.empty() ? path : name;
+  return validUtf8(name.empty() ? path : name);
 }
 
 std::string fileExtension(const std::string& path) {
   const auto extension = std::filesystem::path(path).extension().string();
-  return extension.empty() ? "" : extension.substr(1);
+  return extension.empty() ? "" : validUtf8(extension.substr(1));
 }
 
 void tellAboutAttachment(const std::string& message) {

@@ -8,7 +8,8 @@
 /// What the pickers share: how an attachment is named, and what the visitor reads when one cannot be sent.
 namespace orivex {
 
-/// Last component of a path; the path itself without one.
+/// Last component of a path; the path itself without one. Made valid UTF-8, as is the extension: what is described to
+/// the page, sent in a form or shown is text, and a name on disk may be none.
 std::string fileName(const std::string& path);
 
 /// Extension of a path without its dot, as written; empty without one.

@@ -12,6 +12,7 @@
 #include "orivex/media/UploadManager.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Text.h"
 #include "orivex/platform/ports/DocumentInteraction.h"
 #include "orivex/platform/ports/DocumentPicker.h"
 #include "orivex/platform/ports/ImageCodec.h"
@@ -62,7 +63,7 @@ bool isImage(const std::string& path) {
 }
 
 std::string unusableText(const std::string& path) {
-  return "无效的路径:" + path;
+  return "无效的路径:" + validUtf8(path);
 }
 
 // What is no file, or is there no more. A file that the visitor may not read is not his fault.

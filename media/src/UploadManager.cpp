@@ -1,5 +1,6 @@
 #include "orivex/media/UploadManager.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "orivex/models/FailModel.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Text.h"
 #include "orivex/platform/ports/HttpClient.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/TypeRegistry.h"
@@ -22,8 +24,20 @@ namespace {
 constexpr const char* uploadPath = "/api/chat/outside/guest/file/upload";
 constexpr const char* fileField = "file";
 
+// Servers of some makers begin every text with it.
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+// Controls and the spaces of all scripts.
+bool isBlank(const std::string& text) {
+  const auto points = codePoints(text);
+  return std::all_of(points.begin(), points.end(), [](char32_t c) {
+    return c <= 0x20 || c == 0xA0 || (c >= 0x2000 && c <= 0x200B) || c == 0x3000 || c == 0xFEFF;
+  });
+}
+
 template <class Record>
-std::optional<Record> decodeReply(const std::string& body) {
+std::optional<Record> decodeReply(std::string_view body) {
+  if (body.starts_with(byteOrderMark)) body.remove_prefix(byteOrderMark.size());
   try {
     return decode<Record>(body);
   } catch (const DecodingError& error) {
@@ -39,11 +53,15 @@ UploadResult storedFile(const std::string& body) {
 
 UploadResult refusal(const std::string& body) {
   const auto failure = decodeReply<FailModel>(body);
-  return UploadFailure{failure ? failure->msg.value_or("服务器错误") : "未知错误"};
+  if (!failure) return UploadFailure{"未知错误"};
+  // A blank text would be an empty panel.
+  return UploadFailure{failure->msg && !isBlank(*failure->msg) ? *failure->msg : "服务器错误"};
 }
 
 UploadResult interpret(const UploadReply& reply) {
-  if (reply.error) log::debugPrint("Upload ended by its connection: " + reply.error->description);
+  if (reply.error) {
+    log::debugPrint("Upload ended by its connection: " + reply.error->description + " " + reply.error->detail);
+  }
   const auto& response = reply.response;
   if (!response || response->body.empty()) return UploadFailure{"未知错误"};
   if (reply.error) return UploadFailure{reply.error->description.empty() ? "上传失败" : reply.error->description};
@@ -54,8 +72,9 @@ UploadResult interpret(const UploadReply& reply) {
 
 std::optional<FilePart> filePart(const std::optional<Url>& file, std::optional<std::string> bytes,
                                  const std::string& fileName, const std::string& mimeType) {
-  if (file) return FilePart{fileField, FilePart::Path{file->filePath().value_or("")}, fileName, mimeType};
-  if (bytes) return FilePart{fileField, FilePart::Bytes{*std::move(bytes)}, fileName, mimeType};
+  auto name = validUtf8(fileName);
+  if (file) return FilePart{fileField, FilePart::Path{file->filePath().value_or("")}, std::move(name), mimeType};
+  if (bytes) return FilePart{fileField, FilePart::Bytes{*std::move(bytes)}, std::move(name), mimeType};
   return std::nullopt;
 }
 
@@ -85,7 +104,7 @@ void post(const std::optional<std::string>& address, std::optional<FilePart> fil
   const auto url = Url::parse(target);
   if (!url) {
     Platform::current().mainQueue.async([finish = std::move(finish), target]() mutable {
-      finish({std::nullopt, TransportError{TransportError::other, "no address: " + target}});
+      finish({std::nullopt, TransportError{TransportError::other, "不支持的地址", target}});
     });
     return;
   }

@@ -58,4 +58,17 @@ bool isValidUtf8(std::string_view text) {
   return true;
 }
 
+std::string validUtf8(std::string_view text) {
+  std::string valid;
+  valid.reserve(text.size());
+  while (!text.empty()) {
+    auto rest = text;
+    const bool isValid = takeCodePoint(rest).has_value();
+    if (!isValid) rest.remove_prefix(1);
+    valid += isValid ? text.substr(0, text.size() - rest.size()) : "\xEF\xBF\xBD";
+    text = rest;
+  }
+  return valid;
+}
+
 }  // namespace orivex

@@ -69,6 +69,18 @@ TEST_F(DocumentPickingTest, WhatIsSaidOfAnUploadStaysInTheWindowOfItsScreen) {
   }
 }
 
+TEST_F(DocumentPickingTest, MakesANameThatIsNoTextOne) {
+  const auto chosen = file("\xBA\xCF\xCD\xAC.p\xE4\xBD.d\xFF");  // of an old archive, and cut
+  const std::string name = "\uFFFD\uFFFD\u036C.p\uFFFD\uFFFD.d\uFFFD";
+  EXPECT_EQ(pick({chosen}), Lines{"handleSelectedFiles([{\"name\":\"" + name +
+                                  R"(","type":"File","url":"https://files.test/1","suffix":"d)" + "\uFFFD" +
+                                  R"(","size":3,"mimeType":"application/octet-stream"}]);)"});
+  EXPECT_EQ(device_.httpClient().uploads()[0].file,
+            (FilePart{"file", FilePart::Path{chosen}, name, "application/octet-stream"}));
+  pick({folder_ / "\xBA"});
+  EXPECT_EQ(device_.progressOverlay().shown()->status, "无效的路径:" + folder_.string() + "/\uFFFD");
+}
+
 TEST_F(DocumentPickingTest, DescribesAnImageWithThePictureItself) {
   const auto picture = file("p.png");
   device_.imageCodec().put(picture, {"abc", {40, 30}});

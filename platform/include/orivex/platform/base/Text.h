@@ -16,4 +16,8 @@ std::u32string codePoints(std::string_view utf8);
 
 bool isValidUtf8(std::string_view text);
 
+/// `text` with U+FFFD in place of every byte that is no part of a valid UTF-8 sequence, as the name of an old file may
+/// have them.
+std::string validUtf8(std::string_view text);
+
 }  // namespace orivex
