@@ -49,8 +49,8 @@ TEST_F(PageRequest, AFileInputGetsWhatTheVisitorChose) {
   evaluate("many.click(); 0");
   ASSERT_TRUE(wait([&] { return web_->fileRequests.size() == 2; }, 10));
   EXPECT_EQ(web_->fileRequests.back(), (FileChooserRequest{{}, true}));
-  std::move(web_->fileAnswer)({first, second});
-  EXPECT_TRUE(becomes("window.all", "发票 1.pdf=one;2.txt=second;"));
+  std::move(web_->fileAnswer)({first, second, folder.write("\xBA\xCF.txt", "of an old archive")});
+  EXPECT_TRUE(becomes("window.all", "发票 1.pdf=one;2.txt=second;\uFFFD\uFFFD.txt=of an old archive;"));
 }
 
 TEST_F(PageRequest, AFileInputIsAnsweredHoweverItsRequestEnds) {

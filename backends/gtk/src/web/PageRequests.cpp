@@ -14,7 +14,8 @@ namespace {
 /// The answer to a file input. One that is never given cancels.
 class FileAnswer {
  public:
-  explicit FileAnswer(WebKitFileChooserRequest* request) : request_(GRef<WebKitFileChooserRequest>::share(request)) {}
+  FileAnswer(WebKitFileChooserRequest* request, std::shared_ptr<NamedLinks> links)
+      : request_(GRef<WebKitFileChooserRequest>::share(request)), links_(std::move(links)) {}
   FileAnswer(const FileAnswer&) = delete;
   FileAnswer& operator=(const FileAnswer&) = delete;
   ~FileAnswer() { give({}); }
@@ -26,14 +27,17 @@ class FileAnswer {
       webkit_file_chooser_request_cancel(request.get());
       return;
     }
+    std::vector<std::string> readable;
+    for (const auto& path : paths) readable.push_back(links_->textPath(path));
     std::vector<const char*> list;
-    for (const auto& path : paths) list.push_back(path.c_str());
+    for (const auto& path : readable) list.push_back(path.c_str());
     list.push_back(nullptr);
     webkit_file_chooser_request_select_files(request.get(), list.data());
   }
 
  private:
   GRef<WebKitFileChooserRequest> request_;
+  std::shared_ptr<NamedLinks> links_;
 };
 
 FileChooserRequest described(WebKitFileChooserRequest* request) {
@@ -89,7 +93,7 @@ gboolean PageRequests::runFileChooser(WebKitWebView* /*view*/, WebKitFileChooser
     webkit_file_chooser_request_cancel(request);
     return TRUE;
   }
-  auto answer = std::make_unique<FileAnswer>(request);
+  auto answer = std::make_unique<FileAnswer>(request, links_);
   mainQueue_.async(alive_.guard([this, description = described(request), answer = std::move(answer)]() mutable {
     handlers_.chooseFiles(description,
                           [answer = std::move(answer)](const std::vector<std::string>& paths) { answer->give(paths); });

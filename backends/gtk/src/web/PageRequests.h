@@ -6,6 +6,7 @@
 #include <webkit/webkit.h>
 
 #include "../glib/SignalConnection.h"
+#include "NamedLinks.h"
 #include "PageDownloads.h"
 
 #include "orivex/platform/base/Alive.h"
@@ -45,6 +46,7 @@ class PageRequests {
   const PageRequestHandlers handlers_;
   bool gesture_ = false;  // one that no download has followed yet
   bool downloading_ = false;
+  const std::shared_ptr<NamedLinks> links_ = std::make_shared<NamedLinks>();  // a page reads its files when it likes
   std::vector<SignalConnection> signals_;
   Alive alive_;
 };
