@@ -174,16 +174,6 @@ TEST_F(CurlUploadFaultTest, ARefusalBeforeTheEndOfTheBodyIsTold) {
   }
 }
 
-TEST_F(CurlUploadFaultTest, ARefusalThatAResetFollowsIsToldOrIsAnError) {
-  const auto refusal = reply(413, "too large", "Connection: close\r\n");
-  const auto large = folder_.write("large", std::string(20'000'000, 'x')).string();
-  for (std::size_t quarters = 0; quarters < 4; ++quarters) {
-    SocketServer server(once(breakAfter(quarters, refusal, false)));
-    const auto upload = send(form(server.url("/"), path(large)));
-    EXPECT_TRUE(upload.status() == 413 || !upload.error().empty()) << quarters;
-  }
-}
-
 TEST_F(CurlUploadFaultTest, TimesOutWhenNothingIsSentOrTheReplyIsNeverWhole) {
   struct Case {
     const char* name;

@@ -105,5 +105,32 @@ TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
   expectThatAChatOpensAndWorks(address);
 }
 
+// The page's network process and the component's own client ask the same desktop.
+TEST_F(Network, AProxyLeadsToTheChatUnlessItsHostIsAnException) {
+  const std::string origin = "http://chat.invalid";
+  const auto serve = servePage("<p>chat<script>" + raise("ready") + "</script>");
+  const SocketServer proxy([&](const std::string& target) {
+    return target.starts_with(origin) ? serve(target.substr(origin.size())) : SocketServer::Answer{reply(502, "")};
+  });
+  const SocketServer server(serve);
+  g_setenv("http_proxy", proxy.url("").c_str(), TRUE);
+  g_setenv("no_proxy", "127.0.0.1", TRUE);
+  for (const auto& address : {origin, server.url("")}) {
+    recorder->events.clear();
+    openChat(address);
+    window()->rootViewController()->dismiss(false);
+  }
+}
+
+TEST_F(Network, AProxyThatWantsAPasswordIsToldAsAFailure) {
+  const SocketServer proxy([](const std::string&) {
+    return SocketServer::Answer{reply(407, "x", "Proxy-Authenticate: Basic realm=\"x\"\r\n")};
+  });
+  g_setenv("http_proxy", proxy.url("").c_str(), TRUE);
+  const auto chat = present("http://chat.invalid");
+  EXPECT_TRUE(reads({"请求失败,请稍后重试"}));
+  EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5)) << "no placeholder for ever";
+}
+
 }  // namespace
 }  // namespace orivex::gtk

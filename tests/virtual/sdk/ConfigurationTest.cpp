@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "DeviceTest.h"
 
 #include "orivex/media/DeviceIdentifier.h"
@@ -6,8 +8,7 @@
 namespace orivex::testing {
 namespace {
 
-// The identifier lives as long as the process: the test counts on a process of its own, which it has under ctest.
-TEST(FreshProcessTest, AsksForTheDeviceIdentifierUntilThereIsOne) {
+void askForTheIdentifier() {
   VirtualDevice device;
   device.identity().setIdentifierForVendor(std::nullopt);
   EXPECT_EQ(deviceIdentifier(), "");
@@ -15,6 +16,12 @@ TEST(FreshProcessTest, AsksForTheDeviceIdentifierUntilThereIsOne) {
   EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
   device.identity().setIdentifierForVendor("00000000-0000-0000-0000-000000000000");
   EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
+  std::exit(::testing::Test::HasFailure() ? 1 : 0);
+}
+
+TEST(DeviceIdentifier, IsAskedForUntilThereIsOne) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process of its own: the identifier lives as long as that
+  EXPECT_EXIT(askForTheIdentifier(), ::testing::ExitedWithCode(0), "");
 }
 
 class VersionTest : public DeviceTest {};
