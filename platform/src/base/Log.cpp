@@ -3,8 +3,10 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace orivex {
 namespace log {
@@ -28,8 +30,9 @@ std::atomic<bool>& enabledFlag() {
 }
 
 struct SinkHolder {
-  std::mutex mutex;
-  Sink sink;
+  std::recursive_mutex mutex;
+  std::shared_ptr<const Sink> sink;
+  bool isInSink = false;
 };
 
 SinkHolder& holder() {
@@ -107,11 +110,25 @@ std::string entry(std::string_view text, bool quoted) {
   return line;
 }
 
+// Marks the time in which a sink runs, however it ends.
+class InSink {
+ public:
+  explicit InSink(bool& mark) : mark_(mark) { mark_ = true; }
+  InSink(const InSink&) = delete;
+  InSink& operator=(const InSink&) = delete;
+  ~InSink() { mark_ = false; }
+
+ private:
+  bool& mark_;
+};
+
 void write(const std::string& line) {
-  auto& [mutex, sink] = holder();
-  const std::lock_guard lock(mutex);
-  if (sink) {
-    sink(line);
+  auto& target = holder();
+  const std::lock_guard lock(target.mutex);
+  if (target.sink && !target.isInSink) {
+    const auto sink = target.sink;  // which may replace itself
+    const InSink mark(target.isInSink);
+    (*sink)(line);
   } else {
     std::fprintf(stderr, "%s\n", line.c_str());
   }
@@ -122,7 +139,7 @@ void write(const std::string& line) {
 void setSink(Sink sink) {
   auto& target = holder();
   const std::lock_guard lock(target.mutex);
-  target.sink = std::move(sink);
+  target.sink = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
 }
 
 void setEnabled(bool enabled) {

@@ -66,6 +66,20 @@ TEST_F(LogTest, EntriesOfSeveralThreadsComeOneAtATime) {
   EXPECT_EQ(log_.get(), std::vector<std::string>(1000, "entry"));
 }
 
+TEST_F(LogTest, ASinkMayLogAndReplaceItself) {
+  std::string lines;
+  log::setSink([&](std::string_view line) {
+    lines += line;
+    log::print("from inside");
+    log::setSink([&](std::string_view later) { lines.append(" ").append(later); });
+  });
+  ::testing::internal::CaptureStderr();
+  log::print("one");
+  log::print("two");
+  EXPECT_EQ(lines, "one two");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "from inside\n");
+}
+
 TEST(FatalError, EndsTheProcessWithOneLine) {
   EXPECT_DEATH(fatalError("OrivexSDK/ChatManager:30", "no address"),
                "^OrivexSDK/ChatManager:30: Fatal error: no address\n$");

@@ -7,7 +7,8 @@
 /// `setEnabled`, or by a value other than 0 in the environment variable ORIVEX_DEBUG_LOG.
 namespace orivex::log {
 
-/// Receives one line without its line break; may be called on any thread, one call at a time.
+/// Receives one line without its line break; may be called on any thread, one call at a time. What it logs itself goes
+/// to standard error.
 using Sink = std::function<void(std::string_view line)>;
 
 /// Replaces the sink; an empty one brings back standard error.
