@@ -91,8 +91,10 @@ void OVKFApiHelper::checkPage(const Url& url, Once<void(PageCheckOutcome)> compl
 
 void OVKFApiHelper::openExternalURL(const std::optional<std::string>& text) {
   if (!text || text->empty()) return;
-  const auto address = needsPercentEncoding(*text) ? percentEncodeQuery(*text).value_or("") : *text;
-  const auto url = Url::parse(address);
+  std::optional<Url> url;
+  if (text->size() <= longestAddress) {
+    url = Url::parse(needsPercentEncoding(*text) ? percentEncodeQuery(*text).value_or("") : *text);
+  }
   if (!url) {
     log::debugPrint("无效的URL");
     return;

@@ -5,6 +5,7 @@
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/sdk/OVKFApi.h"
 
@@ -36,6 +37,7 @@ void ChatNavigation::didReceiveServerRedirect() {
 }
 
 void ChatNavigation::didCommitNavigation() {
+  hasCommitted_ = true;
   log::debugPrint("Loading");
   screen_.pageCommitted();
 }
@@ -55,7 +57,17 @@ void ChatNavigation::didFailNavigation(const std::string& error) {
 
 NavigationPolicy ChatNavigation::decideNavigationAction(const std::optional<std::string>& url) {
   if (url) log::debugPrint("URL: " + *url);
-  return NavigationPolicy::allow;
+  if (!leavesHttps(url)) return NavigationPolicy::allow;
+  log::print("The page's first load was led from https to http and ends");
+  OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds);
+  return NavigationPolicy::cancel;
+}
+
+bool ChatNavigation::leavesHttps(const std::optional<std::string>& url) {
+  const auto address = url && !hasCommitted_ ? Url::parse(*url) : std::nullopt;
+  if (!address) return false;
+  if (address->scheme() == "https") isSecret_ = true;
+  return isSecret_ && address->scheme() == "http";
 }
 
 }  // namespace orivex

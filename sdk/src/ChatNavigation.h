@@ -9,7 +9,8 @@ namespace orivex {
 
 class OVKFApi;
 
-/// Follows the navigations of the chat page: the watchdog, the failure messages, the log. The page may go anywhere.
+/// Follows the navigations of the chat page: the watchdog, the failure messages, the log. The page may go anywhere;
+/// only its first load must not be led from https to http, with the visitor's token.
 class ChatNavigation : public NavigationDelegate {
  public:
   /// What the navigation asks and tells the screen.
@@ -31,7 +32,11 @@ class ChatNavigation : public NavigationDelegate {
   NavigationPolicy decideNavigationResponse() override { return NavigationPolicy::allow; }
 
  private:
+  bool leavesHttps(const std::optional<std::string>& url);
+
   Screen screen_;
+  bool isSecret_ = false;  // the first load, from the first https address on
+  bool hasCommitted_ = false;
 };
 
 }  // namespace orivex

@@ -19,6 +19,9 @@ struct ChatPageAddress {
   /// The whole address by plain concatenation: only the payload is percent-encoded, a value that holds "&" or "="
   /// changes the query.
   std::string text() const;
+
+  /// For the log, which of the values keeps the text from being an address.
+  std::string fault() const;
 };
 
 }  // namespace orivex

@@ -103,10 +103,12 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
                                 .payload = drain(store.elements)};
   const auto text = address.text();
   log::debugPrint(text);
-  if (auto url = Url::parse(text)) {
+  auto url = Url::parse(text);
+  hasAddress_ = url.has_value();
+  if (url) {
     ChatManager::shared().instanceURL = std::move(url);
   } else {
-    log::print("The chat page address does not parse; the session has no new address");
+    log::print("The chat page address does not parse: " + address.fault());
   }
 }
 
@@ -231,8 +233,16 @@ void OVKFApi::addRecordingView() {
 }
 
 void OVKFApi::loadPage() {
+  if (!hasAddress_) {  // the shared one is that of another session, with another visitor's token
+    OVKFApiHelper::showMessage("请求失败,请稍后重试", pageFailureSeconds, [screen = self()] { screen->close(); });
+    return;
+  }
   const auto& address = ChatManager::shared().instanceURL;
-  if (!address) fatalError("OrivexSDK/ChatManager:30", "instanceURL not set. Call setUrl() first.");
+  if (!address) {
+    fatalError("OrivexSDK/ChatManager:30",
+               "instanceURL not set. Call setUrl() first. (OVKFApi::startSession sets it; call that before the screen "
+               "shows.)");
+  }
   OVKFApiHelper::checkPage(*address, [weak = weak_from_this()](const PageCheckOutcome& outcome) {
     const auto screen = std::static_pointer_cast<OVKFApi>(weak.lock());
     if (!screen) return;

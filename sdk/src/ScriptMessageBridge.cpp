@@ -19,6 +19,9 @@
 namespace orivex {
 namespace {
 
+// Far beyond what a page has to say; larger ones would hold the main thread.
+constexpr std::size_t longestBody = std::size_t{8} << 20U;
+
 // Lets the page paint what it announced before the placeholder fades.
 constexpr double initLoadedDelay = 0.1;
 
@@ -60,6 +63,10 @@ const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
 };
 
 void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
+  if (message.body.size() > longestBody) {
+    log::print("A message of " + std::to_string(message.body.size()) + " bytes was refused: " + message.name);
+    return;
+  }
   if (log::isEnabled()) {
     const auto text = message.body.starts_with('"') ? decodeText(message.body) : std::nullopt;
     log::debugPrint("Received message from JavaScript: " + message.name + " " + (text ? *text : message.body));
@@ -92,7 +99,8 @@ void ScriptMessageBridge::openUrl(std::string_view body) {
 
 void ScriptMessageBridge::openFile(std::string_view body) {
   const auto address = decodeText(body);
-  if (const auto file = address ? Url::parse(*address) : std::nullopt) {
+  if (!address || address->size() > OVKFApiHelper::longestAddress) return;
+  if (const auto file = Url::parse(*address)) {
     ChatManager::shared().openFile(*file, *screen_.hold());
   }
 }

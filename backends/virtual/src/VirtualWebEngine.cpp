@@ -144,8 +144,10 @@ void VirtualWebEngine::startProvisional() {
   });
 }
 
-void VirtualWebEngine::redirect() {
-  queueEvent([](Page& page) {
+void VirtualWebEngine::redirect(const std::string& url) {
+  queueEvent([url](Page& page) {
+    if (page.refused) return;
+    page.refused = !isAllowed(page.handlers.decideNavigationAction, url);
     if (!page.refused) tell(page, page.handlers.didReceiveServerRedirect);
   });
 }

@@ -114,12 +114,47 @@ void appendEscaped(std::string& text, char c) {
   text += hex[byte & 0xFU];
 }
 
+bool isControl(char c) {
+  return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
+// Where the path begins in an address that has a scheme and a host; nothing without them.
+std::optional<std::size_t> authorityEnd(std::string_view text) {
+  const auto scheme = schemeLength(text);
+  if (scheme == 0 || text.substr(scheme, 3) != "://") return std::nullopt;
+  const auto end = std::min(text.find_first_of("/?#", scheme + 3), text.size());
+  auto host = text.substr(scheme + 3, end - scheme - 3);
+  host.remove_prefix(host.rfind('@') + 1);  // 0 when there is none
+  return host.empty() || host.front() == ':' ? std::nullopt : std::optional(end);
+}
+
 template <class Keep>
 std::string escape(std::string_view text, Keep keep) {
   std::string escaped;
   escaped.reserve(text.size());
   for (const char c : text) {
     if (keep(c)) {
+      escaped += c;
+    } else {
+      appendEscaped(escaped, c);
+    }
+  }
+  return escaped;
+}
+
+bool isEscape(std::string_view text) {
+  return text.size() >= 3 && text[0] == '%' && isHex(text[1]) && isHex(text[2]);
+}
+
+// Path, query and fragment with all escaped that may not stand there as it is.
+std::string escapedTail(std::string_view tail) {
+  const auto fragment = tail.find('#');
+  std::string escaped;
+  escaped.reserve(tail.size());
+  for (std::size_t index = 0; index < tail.size(); ++index) {
+    const char c = tail[index];
+    const bool isAllowed = (isAscii(c) && (isPlain(c) || isOneOf(c, ":@/?"))) || isEscape(tail.substr(index, 3));
+    if (isAllowed || index == fragment) {
       escaped += c;
     } else {
       appendEscaped(escaped, c);
@@ -135,8 +170,11 @@ int hexValue(char c) {
 }  // namespace
 
 std::optional<Url> Url::parse(std::string_view text) {
-  if (text.empty() || !isValidUtf8(text) || !isReference(text)) return std::nullopt;
-  return Url(escape(text, isAscii));
+  if (text.empty() || !isValidUtf8(text) || std::any_of(text.begin(), text.end(), isControl)) return std::nullopt;
+  // Visitors' names and pages' own habits stand behind the host as they are; what the host itself is must be clear.
+  const auto strict = text.substr(0, authorityEnd(text).value_or(text.size()));
+  if (!isReference(strict)) return std::nullopt;
+  return Url(escape(strict, isAscii) + escapedTail(text.substr(strict.size())));
 }
 
 Url Url::fromFilePath(std::string_view path) {

@@ -46,6 +46,7 @@ TYPED_TEST_P(WebEngineContract, ARedirectIsToldBetweenStartAndCommit) {
       this->fixture_.serve({{"/old", {.status = 302, .location = "/new"}}, {"/new", {.body = "<p>new"}}});
   EXPECT_EQ(this->courseOf(origin + "/old"), "start redirect commit finish");
   EXPECT_EQ(this->web_->addresses.back(), origin + "/new");
+  EXPECT_TRUE(this->web_->has("ask " + origin + "/new"));
 }
 
 TYPED_TEST_P(WebEngineContract, AnErrorPageOfTheServerIsAPage) {

@@ -29,6 +29,11 @@ TEST(Url, ParsesWhatTheSyntaxAllowsAndKeepsItEncoded) {
       {"https://例子.example/路?名=值#段",
        "https://%E4%BE%8B%E5%AD%90.example/%E8%B7%AF?%E5%90%8D=%E5%80%BC#%E6%AE%B5"},
       {"http://host/😀", "http://host/%F0%9F%98%80"},
+      {"http://host/a b?My Shop#x y", "http://host/a%20b?My%20Shop#x%20y"},
+      {"http://host?\"<>\\^{}|`[]'", "http://host?%22%3C%3E%5C%5E%7B%7D%7C%60%5B%5D'"},
+      {"http://host/%?p=50%&q=%4#%zz%4a", "http://host/%25?p=50%25&q=%254#%25zz%4a"},
+      {"http://host/a?b?c/d#e#f?#", "http://host/a?b?c/d#e%23f?%23"},
+      {"weixin://host?{\"名\":1}", "weixin://host?%7B%22%E5%90%8D%22:1%7D"},
   };
   for (const auto& [text, absolute] : rows) {
     const auto url = Url::parse(text);
@@ -40,22 +45,21 @@ TEST(Url, ParsesWhatTheSyntaxAllowsAndKeepsItEncoded) {
 TEST(Url, DoesNotParseWhatTheSyntaxForbids) {
   const std::string rows[] = {
       "",
-      "http://host/a b",
       " http://host",
+      "http://ho st/",
+      "http://host\\@other/",
+      "http://host/a\nb",
+      "mailto:a b@host",
+      "file:///a b",
+      "http:///a b",
+      "http://:80/{}",
+      "//host/a b",
+      "a?b|c",
+      "?p=50%",
+      "#a#b",
       "http://host\n",
       std::string("http://host/\0", 13),
       "http://host/\x7F",
-      "http://host/\"quoted\"",
-      "http://host/<tag>",
-      "http://host/back\\slash",
-      "http://host/^",
-      "http://host/{id}",
-      "http://host/a|b",
-      "http://host/`",
-      "http://host/?q=[1]",
-      "http://host/%",
-      "http://host/%4",
-      "http://host/%zz",
       "http://host/\xFF",
       "http://host/\xC0\xAF",
       "http://host:65536/",
@@ -70,7 +74,6 @@ TEST(Url, DoesNotParseWhatTheSyntaxForbids) {
       "1http://host",
       ":path",
       "路:径",
-      "http://host/#a#b",
   };
   for (const auto& text : rows) EXPECT_FALSE(Url::parse(text)) << text;
 }

@@ -62,7 +62,10 @@ TEST_F(OVKFApiHelperTest, OpensAddressesOutsideOfTheApplication) {
       {"weixin://pay", nullptr, {R"("weixin://pay")", R"("地址无法打开")"}},
       {"no-scheme", nullptr, {R"("no-scheme")", R"("地址无法打开")"}},
       {"你好", nullptr, {R"("%E4%BD%A0%E5%A5%BD")", R"("地址无法打开")"}},
-      {"https://a.example/<b>", nullptr, {R"("无效的URL")"}},
+      {"https://a.example/?ids[]=1&q=a|b",
+       "https://a.example/?ids%5B%5D=1&q=a%7Cb",
+       {R"("https://a.example/?ids%5B%5D=1&q=a%7Cb")"}},
+      {"https://a.example/" + std::string(65536, 'x'), nullptr, {R"("无效的URL")"}},
       {"https://[", nullptr, {R"("无效的URL")"}},
       {"a \xFF", nullptr, {R"("无效的URL")"}},
   };

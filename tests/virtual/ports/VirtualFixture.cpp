@@ -64,8 +64,8 @@ void VirtualFixture::play(VirtualWebEngine& engine) {
     return;
   }
   if (const auto found = site_.find(address); found != site_.end() && !found->second.location.empty()) {
-    engine.redirect();
     address = servedOrigin + found->second.location;
+    engine.redirect(address);
   }
   playPage(engine, address);
 }

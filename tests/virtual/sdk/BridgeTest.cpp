@@ -210,5 +210,19 @@ TEST_F(BridgeTest, KeepsTheDelegateAsLongAsTheScreen) {
   EXPECT_TRUE(kept.expired());
 }
 
+TEST_F(BridgeTest, RefusesWhatIsTooLongBeforeAnyWork) {
+  const auto event = [](std::size_t length) {
+    const std::string opening = R"({"name":"n","attributes":{"a":")";
+    return opening + std::string(length - opening.size() - 3, 'x') + R"("}})";
+  };
+  constexpr std::size_t longest = 8U << 20U;
+  post("trackEvent", event(longest));
+  screen_->didReceive({"trackEvent", event(longest + 1)});
+  EXPECT_EQ(log_.take(), Lines{"A message of 8388609 bytes was refused: trackEvent"});
+  EXPECT_EQ(delegate_->events.size(), 1U);
+  post("openFile", "\"https://a.example/" + std::string(65536, 'x') + "\"");
+  EXPECT_EQ(pickers_.openedFiles, Lines{});
+}
+
 }  // namespace
 }  // namespace orivex::testing

@@ -84,14 +84,15 @@ TEST_F(NavigationTest, LogsEachStepOfALoad) {
   const auto address = "\"URL: " + *page.requestedUrl() + '"';
   log_.take();
   page.startProvisional();
-  page.redirect();
+  page.redirect("https://chat.example/login");
   page.commit("https://chat.example/");
   page.finish();
   device_.runUntilIdle();
   auto lines = log_.take();
-  ASSERT_EQ(lines.size(), 5U);
-  lines.erase(lines.begin() + 2);  // of the redirect, in words of our own
-  EXPECT_EQ(lines, (Lines{address, "\"Start Loading\"", "\"Loading\"", "\"Loaded\""}));
+  ASSERT_EQ(lines.size(), 6U);
+  lines.erase(lines.begin() + 3);  // of the redirect, in words of our own
+  EXPECT_EQ(lines,
+            (Lines{address, "\"Start Loading\"", "\"URL: https://chat.example/login\"", "\"Loading\"", "\"Loaded\""}));
 
   page.failProvisional("no route");
   page.fail("cut");
@@ -123,6 +124,29 @@ TEST_F(NavigationTest, HasNoAddressToLogForANavigationWithoutOne) {
   pageOf(*screen).startProvisional();
   device_.runUntilIdle();
   EXPECT_EQ(log_.take("\"URL"), Lines{});
+}
+
+TEST_F(NavigationTest, AFirstLoadThatIsLedOutOfHttpsEnds) {
+  const auto screen = present();
+  device_.runUntilIdle();
+  auto& page = pageOf(*screen);
+  const auto messageAfterRedirect = [&](const std::string& from, const std::string& to) {
+    screen->webView()->load({*Url::parse(from), 5, {}});
+    page.startProvisional();
+    page.redirect(to);
+    device_.advance(1);
+    const auto shown = device_.progressOverlay().shown();
+    device_.advance(5);
+    return shown ? shown->status : "";
+  };
+  EXPECT_EQ(messageAfterRedirect("http://chat.example/", "http://login.example/"), "") << "as the host asked for";
+  EXPECT_EQ(messageAfterRedirect("https://chat.example/", "http://login.example/?token"), failed);
+  page.commit("http://login.example/?token");
+  device_.runUntilIdle();
+  EXPECT_EQ(log_.take("\"Loading\""), Lines{});
+  EXPECT_EQ(messageAfterRedirect("https://chat.example/", "https://login.example/"), "");
+  page.commit("https://login.example/");
+  EXPECT_EQ(messageAfterRedirect("https://login.example/", "http://elsewhere.example/"), "") << "it may go anywhere";
 }
 
 }  // namespace

@@ -98,6 +98,43 @@ TEST_F(StartSessionTest, KeepsTheEarlierAddressWhenTheNewOneDoesNotParse) {
   EXPECT_EQ(objectValue(), "");
 }
 
+TEST_F(StartSessionTest, NeverShowsTheAddressOfAnotherSessionInPlaceOfItsOwn) {
+  const struct {
+    const char* host;
+    const char* key;
+    const char* entry;
+    const char* name;
+    const char* fault;
+  } rows[] = {
+      {"https://chat example", "K", "E", "n", "host \"https://chat example\""},
+      {"https://chat.example", "K\n", "E", "n", "the application key"},
+      {"https://chat.example", "K", "E\t", "n", "\"x-entry=E\\t\""},
+      {"https://chat.example", "K", "E", "n\xFF", "\"app_name=n\uFFFD\""},
+  };
+  for (const bool isFirst : {true, false}) {
+    for (const auto& row : rows) {
+      SCOPED_TRACE(row.fault);
+      ChatManager::shared().instanceURL.reset();
+      if (!isFirst) std::make_shared<OVKFApi>()->startSession("https://chat.example", "other", "secret", user_);
+      const auto screen = std::make_shared<OVKFApi>();
+      user_->app_name = row.name;
+      log_.take();
+      screen->startSession(row.host, row.entry, row.key, user_);
+      EXPECT_EQ(log_.take("The chat page"), Lines{std::string("The chat page address does not parse: ") + row.fault});
+      hostStack_->present(screen, false);
+      device_.advance(1);
+      const auto& shown = device_.progressOverlay().shown();
+      EXPECT_EQ(shown ? shown->status : "", "请求失败,请稍后重试");
+      device_.advance(10);
+      EXPECT_EQ(screen->presentingViewController(), nullptr) << "an endless placeholder";
+      EXPECT_TRUE(device_.httpClient().requests().empty());
+      user_->app_name = "My \"Shop\" [50%]";
+      screen->startSession("https://chat.example", "E", "K", user_);
+      EXPECT_NE(address().value_or("").find("&app_name=My%20%22Shop%22%20%5B50%25%5D&"), std::string::npos);
+    }
+  }
+}
+
 TEST_F(StartSessionTest, SendsTheLastQueuedBodyAndEmptiesTheQueue) {
   auto unencodable = body("never");
   unencodable->duration = std::numeric_limits<double>::infinity();

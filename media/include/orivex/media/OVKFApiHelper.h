@@ -42,6 +42,9 @@ class OVKFApiHelper {
   /// See `orivex::checkPage`.
   static void checkPage(const Url& url, Once<void(PageCheckOutcome)> completion);
 
+  /// Bytes of the longest address that a page may have opened: far beyond what servers take.
+  static constexpr std::size_t longestAddress = std::size_t{64} << 10U;
+
   /// Opens an address outside of the application. Bad or unanswered addresses are one log line.
   static void openExternalURL(const std::optional<std::string>& text);
 

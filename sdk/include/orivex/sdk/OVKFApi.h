@@ -110,6 +110,7 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   std::unique_ptr<PageOrigins> origins_;
   double snapshotTop_ = 0;               // points from the top of its window
   std::weak_ptr<Window> sessionWindow_;  // of which the picture is
+  bool hasAddress_ = true;  // unless its own session has none
   std::unique_ptr<ChatWebViewHost> host_;
   std::shared_ptr<ChatNavigation> navigation_;
   std::unique_ptr<ScriptMessageBridge> bridge_;

@@ -58,7 +58,9 @@ class VirtualWebEngine final : public WebEngine {
 
   /// Asks whether the navigation to the requested address may go on and starts it; refused, the rest of it is void.
   void startProvisional();
-  void redirect();
+
+  /// Asks the same about the address that the server names instead.
+  void redirect(const std::string& url);
 
   /// Asks whether the response is welcome and commits to it; then the address changes to `url`.
   void commit(const std::string& url);

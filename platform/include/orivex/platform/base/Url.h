@@ -6,11 +6,13 @@
 
 namespace orivex {
 
-/// An address that parses by the syntax of RFC 3986. Non-ASCII characters are accepted and kept percent-encoded.
+/// An address that parses by the syntax of RFC 3986, kept percent-encoded.
 class Url {
  public:
-  /// Nothing when `text` is empty or does not parse: blanks, controls, `"<>\^{}|` and the backquote outside an escape,
-  /// a broken percent escape, an invalid UTF-8 sequence, a bad port, an unclosed bracket.
+  /// Behind a scheme and a host everything is taken: what may not stand in path, query and fragment is percent-encoded,
+  /// a "%" that begins no escape too. Elsewhere only non-ASCII characters are. Nothing when `text` is empty or does not
+  /// parse: a bad scheme, host or port, an unclosed bracket, controls, an invalid UTF-8 sequence; without a scheme and
+  /// a host also blanks, `"<>\^{}|[]`, the backquote and a broken escape.
   static std::optional<Url> parse(std::string_view text);
 
   /// The address of a file: "file://" and the percent-encoded path.

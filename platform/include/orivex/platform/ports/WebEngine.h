@@ -90,7 +90,8 @@ struct WebEngineHandlers {
   std::function<void()> didFinishNavigation;
   std::function<void(const std::string& error)> didFailProvisionalNavigation;
   std::function<void(const std::string& error)> didFailNavigation;
-  /// Asked for each address to which the page or a frame of it wants to go, in a window of its own too.
+  /// Asked for each address to which the page or a frame of it wants to go, in a window of its own too, and for each to
+  /// which a server redirects it.
   std::function<NavigationPolicy(const std::optional<std::string>& url)> decideNavigationAction;
   std::function<NavigationPolicy()> decideNavigationResponse;
   /// The address changed; absent when the process behind the page is gone.

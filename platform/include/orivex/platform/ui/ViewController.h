@@ -12,8 +12,8 @@ class Window;
 
 enum class InterfaceStyle { unspecified, light, dark };
 
-/// A screen: owns a view and is told about its life. Made with std::make_shared; main thread. The order of the calls is
-/// that of the platform this component was described on: a full-screen presentation sends the presenter away.
+/// A screen: owns a view and is told about its life. Made with std::make_shared; main thread. A full-screen
+/// presentation sends the presenter away: it is told that it disappears, and after the dismissal that it appears.
 class ViewController : public std::enable_shared_from_this<ViewController> {
  public:
   ViewController() = default;
