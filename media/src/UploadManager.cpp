@@ -72,9 +72,8 @@ UploadResult interpret(const UploadReply& reply) {
 
 std::optional<FilePart> filePart(const std::optional<Url>& file, std::optional<std::string> bytes,
                                  const std::string& fileName, const std::string& mimeType) {
-  auto name = validUtf8(fileName);
-  if (file) return FilePart{fileField, FilePart::Path{file->filePath().value_or("")}, std::move(name), mimeType};
-  if (bytes) return FilePart{fileField, FilePart::Bytes{*std::move(bytes)}, std::move(name), mimeType};
+  if (file) return FilePart{fileField, FilePart::Path{file->filePath().value_or("")}, fileName, mimeType};
+  if (bytes) return FilePart{fileField, FilePart::Bytes{*std::move(bytes)}, fileName, mimeType};
   return std::nullopt;
 }
 
@@ -108,6 +107,7 @@ void post(const std::optional<std::string>& address, std::optional<FilePart> fil
     });
     return;
   }
+  if (file) file->fileName = validUtf8(file->fileName);
   UploadRequest request{*url, UploadManager::makeUploadHeaders(), std::move(file), std::move(fields)};
   Platform::current().httpClient.upload(
       std::move(request), [shown](double fraction) { shown->progress(static_cast<float>(fraction)); },

@@ -60,8 +60,8 @@ TEST_F(UploadManagerTest, SendsTheSixHeadersInOrder) {
 
 TEST_F(UploadManagerTest, TakesTheFileBeforeTheBytesAndTheOverrideBeforeTheServer) {
   const auto file = Url::fromFilePath("/a b/合同.pdf");
-  const FilePart fromDisk{"file", FilePart::Path{"/a b/合同.pdf"}, "name", "type"};
-  const FilePart fromMemory{"file", FilePart::Bytes{"bytes"}, "name", "type"};
+  const FilePart fromDisk{"file", FilePart::Path{"/a b/合同.pdf"}, "na\uFFFDme", "type"};
+  const FilePart fromMemory{"file", FilePart::Bytes{"bytes"}, "na\uFFFDme", "type"};
   const struct {
     std::optional<std::string> address;
     std::optional<Url> file;
@@ -75,7 +75,7 @@ TEST_F(UploadManagerTest, TakesTheFileBeforeTheBytesAndTheOverrideBeforeTheServe
       {std::nullopt, std::nullopt, std::nullopt, "https://chat.example/api/chat/outside/guest/file/upload", {}},
   };
   for (const auto& row : rows) {
-    UploadManager().uploadFile(row.address, row.file, row.bytes, "name", "type", {{{"k", "v"}, {"l", ""}}}, nullptr);
+    UploadManager().uploadFile(row.address, row.file, row.bytes, "na\xFFme", "type", {{{"k", "v"}, {"l", ""}}}, nullptr);
     device_.advance(1);
     const auto& sent = device_.httpClient().uploads().back();
     EXPECT_EQ(sent.url.absoluteString(), row.target);
