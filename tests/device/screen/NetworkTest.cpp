@@ -105,29 +105,39 @@ TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
   expectThatAChatOpensAndWorks(address);
 }
 
-// The page's network process and the component's own client ask the same desktop.
-TEST_F(Network, AProxyLeadsToTheChatUnlessItsHostIsAnException) {
-  const std::string origin = "http://chat.invalid";
-  const auto serve = servePage("<p>chat<script>" + raise("ready") + "</script>");
-  const SocketServer proxy([&](const std::string& target) {
-    return target.starts_with(origin) ? serve(target.substr(origin.size())) : SocketServer::Answer{reply(502, "")};
-  });
+/// The network behind a proxy, which the page's network process learns when it starts.
+class ProxiedNetwork : public Network {
+ protected:
+  static void SetUpTestSuite() {
+    proxy_ = std::make_unique<SocketServer>([](const std::string& target) {
+      if (target.starts_with(origin)) return serve(target.substr(std::string(origin).size()));
+      return SocketServer::Answer{reply(407, "x", "Proxy-Authenticate: Basic realm=\"x\"\r\n")};
+    });
+    g_setenv("http_proxy", proxy_->url("").c_str(), TRUE);
+    g_setenv("no_proxy", "127.0.0.1", TRUE);
+  }
+  static void TearDownTestSuite() {
+    g_unsetenv("http_proxy");
+    proxy_.reset();
+  }
+
+  static constexpr const char* origin = "http://chat.invalid";
+  static inline const SocketServer::Handler serve = servePage("<p>chat<script>" + raise("ready") + "</script>");
+  static inline std::unique_ptr<SocketServer> proxy_;
+};
+
+// The page and the component's own client ask the same desktop.
+TEST_F(ProxiedNetwork, LeadsToTheChatUnlessItsHostIsAnException) {
   const SocketServer server(serve);
-  g_setenv("http_proxy", proxy.url("").c_str(), TRUE);
-  g_setenv("no_proxy", "127.0.0.1", TRUE);
-  for (const auto& address : {origin, server.url("")}) {
+  for (const auto& address : {std::string(origin), server.url("")}) {
     recorder->events.clear();
     openChat(address);
     window()->rootViewController()->dismiss(false);
   }
 }
 
-TEST_F(Network, AProxyThatWantsAPasswordIsToldAsAFailure) {
-  const SocketServer proxy([](const std::string&) {
-    return SocketServer::Answer{reply(407, "x", "Proxy-Authenticate: Basic realm=\"x\"\r\n")};
-  });
-  g_setenv("http_proxy", proxy.url("").c_str(), TRUE);
-  const auto chat = present("http://chat.invalid");
+TEST_F(ProxiedNetwork, AProxyThatWantsAPasswordIsToldAsAFailure) {
+  const auto chat = present("http://refused.invalid");
   EXPECT_TRUE(reads({"请求失败,请稍后重试"}));
   EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5)) << "no placeholder for ever";
 }
