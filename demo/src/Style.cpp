@@ -27,7 +27,11 @@ void addStyle() {
   // The chat is light; a dark shop around it would flash.
   adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_FORCE_LIGHT);
   const ObjectPtr<GtkCssProvider> provider(gtk_css_provider_new());
+#if GTK_CHECK_VERSION(4, 12, 0)
+  gtk_css_provider_load_from_string(provider.get(), rules);
+#else
   gtk_css_provider_load_from_data(provider.get(), rules, -1);
+#endif
   gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }

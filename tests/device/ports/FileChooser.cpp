@@ -12,6 +12,8 @@ constexpr double readingTime = 0.4;
 
 }  // namespace
 
+// Newer GTK deprecates the chooser, and yet shows it where there is no portal.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
 GtkWindow* openFileChooser() {
   const GListPtr toplevels(gtk_window_list_toplevels());
   for (const GList* item = toplevels.get(); item; item = item->next) {
@@ -38,9 +40,33 @@ bool chooseFile(const std::string& path) {
   return selected;
 }
 
+std::string fileChooserFolder() {
+  const auto folder = GRef<GFile>::adopt(gtk_file_chooser_get_current_folder(GTK_FILE_CHOOSER(openFileChooser())));
+  return folder ? g_file_peek_path(folder.get()) : "";
+}
+
+bool fileChooserOffers(const char* type) {
+  const auto filters = GRef<GListModel>::adopt(gtk_file_chooser_get_filters(GTK_FILE_CHOOSER(openFileChooser())));
+  const auto first = GRef<GtkFilter>::adopt(GTK_FILTER(g_list_model_get_item(filters.get(), 0)));
+  const auto info = GRef<GFileInfo>::adopt(g_file_info_new());
+  g_file_info_set_content_type(info.get(), type);
+  return first && gtk_filter_match(first.get(), info.get()) != FALSE;
+}
+
+std::vector<std::string> fileChooserFilters() {
+  const auto filters = GRef<GListModel>::adopt(gtk_file_chooser_get_filters(GTK_FILE_CHOOSER(openFileChooser())));
+  std::vector<std::string> names;
+  for (guint index = 0; index < g_list_model_get_n_items(filters.get()); ++index) {
+    const auto filter = GRef<GtkFileFilter>::adopt(GTK_FILE_FILTER(g_list_model_get_item(filters.get(), index)));
+    names.emplace_back(gtk_file_filter_get_name(filter.get()));
+  }
+  return names;
+}
+
 void cancelFileChooser() {
   pass(readingTime);
   if (auto* const window = openFileChooser()) gtk_dialog_response(GTK_DIALOG(window), GTK_RESPONSE_CANCEL);
 }
+G_GNUC_END_IGNORE_DEPRECATIONS
 
 }  // namespace orivex::gtk

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <gtk/gtk.h>
 
@@ -12,6 +13,13 @@ GtkWindow* openFileChooser();
 
 /// Selects the file once the chooser has read its folder, and confirms. Returns whether that worked.
 bool chooseFile(const std::string& path);
+
+/// The folder that it shows, "" while it has none.
+std::string fileChooserFolder();
+
+/// The names of its filters, and whether the first of them offers files of a type.
+std::vector<std::string> fileChooserFilters();
+bool fileChooserOffers(const char* type);
 
 /// Closes the chooser without a choice.
 void cancelFileChooser();

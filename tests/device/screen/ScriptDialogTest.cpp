@@ -5,16 +5,18 @@ namespace {
 
 class ScriptDialog : public PageFixture {
  protected:
-  static void answer(const char* response) {
-    adw_message_dialog_response(openDialog(), response);
+  static void answer(const char* label) {
+    EXPECT_TRUE(pressInDialog(label)) << label;
     EXPECT_TRUE(wait([] { return !openDialog(); }, 5));
   }
 
   static std::string message() {
-    return gtk_label_get_text(GTK_LABEL(findByType(adw_message_dialog_get_extra_child(openDialog()), GTK_TYPE_LABEL)));
+    GtkWidget* content = nullptr;
+    g_object_get(openDialog(), "extra-child", &content, nullptr);
+    return gtk_label_get_text(GTK_LABEL(findByType(GRef<GtkWidget>::adopt(content).get(), GTK_TYPE_LABEL)));
   }
 
-  static GtkWidget* inDialog(GType type) { return findByType(GTK_WIDGET(openDialog()), type); }
+  static GtkWidget* inDialog(GType type) { return findByType(openDialog(), type); }
 };
 
 TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
@@ -27,21 +29,21 @@ TEST_F(ScriptDialog, AsksUnderThePagesOriginAndBringsTheAnswerBack) {
     const char* response;
     const char* result;
   } cases[] = {
-      {"alert", "alert('<b>1 & 2</b>')", "<b>1 & 2</b>", nullptr, "accept", "undefined"},
-      {"confirmed", "confirm('好吗？')", "好吗？", nullptr, "accept", "true"},
-      {"not confirmed", "confirm('好吗？')", "好吗？", nullptr, "decline", "false"},
-      {"prompt taken as it is", "prompt('名字', '李')", "名字", nullptr, "accept", "李"},
-      {"prompt answered", "prompt('名字', '李')", "名字", "林\"\\", "accept", "林\"\\"},
-      {"prompt emptied", "prompt('名字', '李')", "名字", "", "accept", ""},
-      {"prompt declined", "prompt('名字', '李')", "名字", "林", "decline", "null"},
+      {"alert", "alert('<b>1 & 2</b>')", "<b>1 & 2</b>", nullptr, "确定", "undefined"},
+      {"confirmed", "confirm('好吗？')", "好吗？", nullptr, "确定", "true"},
+      {"not confirmed", "confirm('好吗？')", "好吗？", nullptr, "取消", "false"},
+      {"prompt taken as it is", "prompt('名字', '李')", "名字", nullptr, "确定", "李"},
+      {"prompt answered", "prompt('名字', '李')", "名字", "林\"\\", "确定", "林\"\\"},
+      {"prompt emptied", "prompt('名字', '李')", "名字", "", "确定", ""},
+      {"prompt declined", "prompt('名字', '李')", "名字", "林", "取消", "null"},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.what);
     run(std::string("window.result = 'none'; window.result = String(") + row.script + ")");
     ASSERT_TRUE(waitForDialog());
-    EXPECT_EQ(adw_message_dialog_get_heading(openDialog()), url("").substr(std::string("http://").size()) + " 的消息");
+    EXPECT_EQ(headingOf(openDialog()), url("").substr(std::string("http://").size()) + " 的消息");
     EXPECT_EQ(message(), row.message);
-    EXPECT_TRUE(gtk_window_get_modal(GTK_WINDOW(openDialog())));
+    EXPECT_TRUE(gtk_window_get_modal(GTK_WINDOW(gtk_widget_get_root(openDialog()))));
     if (row.typed) gtk_editable_set_text(GTK_EDITABLE(inDialog(GTK_TYPE_ENTRY)), row.typed);
     answer(row.response);
     EXPECT_TRUE(becomes("window.result", row.result));
@@ -55,12 +57,12 @@ TEST_F(ScriptDialog, LeavingAPageWithUnsavedTextIsAskedInOurWords) {
   hands({"type", "x"});
   run("location.href = '/next'");
   ASSERT_TRUE(waitForDialog());
-  EXPECT_STREQ(adw_message_dialog_get_heading(openDialog()), "要离开此页面吗？");
-  answer("decline");
+  EXPECT_EQ(headingOf(openDialog()), "要离开此页面吗？");
+  answer("留下");
   EXPECT_EQ(evaluate("location.pathname"), "/");
   run("location.href = '/next'");
   ASSERT_TRUE(waitForDialog());
-  answer("accept");
+  answer("离开");
   EXPECT_TRUE(becomes("location.pathname", "/next"));
 }
 
@@ -70,8 +72,8 @@ TEST_F(ScriptDialog, ALongTextIsCutBetweenCharacters) {
   ASSERT_TRUE(waitForDialog());
   EXPECT_EQ(g_utf8_strlen(message().c_str(), -1), 2001);
   EXPECT_TRUE(message().ends_with("字…"));
-  EXPECT_LE(gtk_widget_get_height(GTK_WIDGET(openDialog())), 600) << "its buttons must be on the screen";
-  answer("accept");
+  EXPECT_LE(gtk_widget_get_height(openDialog()), 600) << "its buttons must be on the screen";
+  answer("确定");
 }
 
 TEST_F(ScriptDialog, EndsWithItsPageAndWithItsProcess) {
@@ -106,13 +108,13 @@ TEST_F(ScriptDialog, APageThatFloodsTheVisitorCanBeSilenced) {
   for (int count = 1; count <= 2; ++count) {
     ASSERT_TRUE(waitForDialog());
     EXPECT_FALSE(inDialog(GTK_TYPE_CHECK_BUTTON)) << count;
-    adw_message_dialog_response(openDialog(), "accept");
+    EXPECT_TRUE(pressInDialog("确定"));
     ASSERT_TRUE(wait([&] { return !openDialog() || std::to_string(count) == message(); }, 5));
   }
   ASSERT_TRUE(waitForDialog());
   ASSERT_TRUE(inDialog(GTK_TYPE_CHECK_BUTTON));
   gtk_check_button_set_active(GTK_CHECK_BUTTON(inDialog(GTK_TYPE_CHECK_BUTTON)), TRUE);
-  answer("accept");
+  answer("确定");
   EXPECT_TRUE(becomes("window.shown", "40"));
   EXPECT_EQ(evaluate("window.result"), "false,");
   EXPECT_FALSE(openDialog());

@@ -31,14 +31,8 @@ class GtkRecordPermissionTest : public ::testing::Test {
     permission.request("小店", [this](bool granted) { answers_.push_back(granted); });
   }
 
-  // Presses the button, as a visitor does.
   void choose(const char* label) {
-    ASSERT_NE(openDialog(), nullptr);
-    GtkWidget* const button = findBelow(GTK_WIDGET(openDialog()), [&](GtkWidget* widget) {
-      return GTK_IS_BUTTON(widget) && g_strcmp0(gtk_button_get_label(GTK_BUTTON(widget)), label) == 0;
-    });
-    ASSERT_NE(button, nullptr) << label;
-    g_signal_emit_by_name(button, "clicked");
+    ASSERT_TRUE(pressInDialog(label)) << label;
     EXPECT_TRUE(wait([] { return openDialog() == nullptr; }, patience));
   }
 
@@ -59,7 +53,7 @@ TEST_F(GtkRecordPermissionTest, AsksOnceAndRemembersForEachApplicationByItself) 
   auto shop = permission("org.example.Shop");
   ask(shop);
   ASSERT_NE(openDialog(), nullptr);
-  EXPECT_STREQ(adw_message_dialog_get_heading(openDialog()), "“小店”想使用麦克风");
+  EXPECT_EQ(headingOf(openDialog()), "“小店”想使用麦克风");
   ask(shop);
   pass(0.05);
   EXPECT_TRUE(answers_.empty());
@@ -89,7 +83,7 @@ TEST_F(GtkRecordPermissionTest, AnswersNoAtOnceAfterARefusalAndOffersAWayBack) {
   ask(shop);
   EXPECT_EQ(answers(2), (Answers{false, false})) << "the page waits for the dialog";
   ASSERT_NE(openDialog(), nullptr);
-  EXPECT_STREQ(adw_message_dialog_get_heading(openDialog()), "“小店”不能使用麦克风");
+  EXPECT_EQ(headingOf(openDialog()), "“小店”不能使用麦克风");
   choose("关闭");
   ask(shop);
   EXPECT_EQ(answers(3).back(), false);
@@ -102,7 +96,7 @@ TEST_F(GtkRecordPermissionTest, AnswersNoAtOnceAfterARefusalAndOffersAWayBack) {
 TEST_F(GtkRecordPermissionTest, TakesADialogThatGoesWithoutAnAnswerForARefusalThatIsNotRemembered) {
   auto shop = permission("shop");
   ask(shop);
-  gtk_window_close(GTK_WINDOW(openDialog()));
+  closeDialog();
   EXPECT_EQ(answers(1), Answers{false});
   ask(shop);
   EXPECT_NE(openDialog(), nullptr);

@@ -2,9 +2,7 @@
 
 #include <string>
 
-#include <adwaita.h>
-
-#include "../glib/SignalConnection.h"
+#include "../ui/AlertDialog.h"
 
 #include "orivex/platform/base/Once.h"
 
@@ -23,18 +21,9 @@ class MicrophoneDialog {
   /// `isRefused`: the visitor has refused before, and is offered a way to think again. `answered` is called once and
   /// may destroy this object.
   MicrophoneDialog(GtkWindow* parent, const std::string& applicationName, bool isRefused, Once<void(Answer)> answered);
-  MicrophoneDialog(const MicrophoneDialog&) = delete;
-  MicrophoneDialog& operator=(const MicrophoneDialog&) = delete;
-  ~MicrophoneDialog();
 
  private:
-  void responded(AdwMessageDialog* dialog, const char* response);
-  void destroyed(GtkWidget* dialog);
-
-  GtkWindow* dialog_;
-  Once<void(Answer)> answered_;
-  SignalConnection response_;
-  SignalConnection destroy_;
+  AlertDialog dialog_;
 };
 
 }  // namespace orivex::gtk

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <memory>
+
 #include <gtk/gtk.h>
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "FileDialog.h"
 
 #include "orivex/platform/ports/DocumentPicker.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -24,18 +27,14 @@ class GtkDocumentPicker final : public DocumentPicker {
 
  private:
   void open(const DocumentPickerOptions& options, GtkWindow* window);
-  void close();
-  void bringToFront() const;
-  void responded(GtkNativeDialog* dialog, int response);
   void windowDestroyed(GtkWidget* window);
-  DocumentPickerOutcome outcome(int response);
+  void answered(const FileDialog::Files& files);
 
   MainQueue& mainQueue_;
   const GtkApplicationPort& application_;
-  GRef<GtkFileChooserNative> chooser_;  // null while none is open
+  std::unique_ptr<FileDialog> dialog_;  // null while none is open
   Once<void(DocumentPickerOutcome)> completion_;
   GRef<GFile> folder_;
-  SignalConnection responded_;
   SignalConnection destroyed_;
 };
 

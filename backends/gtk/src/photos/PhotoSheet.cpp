@@ -197,8 +197,8 @@ void PhotoSheet::chooseAlbum(const std::string& folder) {
 void PhotoSheet::browse() {
   auto* const window = gtk_widget_get_root(content_.get());
   if (!GTK_IS_WINDOW(window)) return;
-  chooser_ = std::make_unique<MediaChooser>(GTK_WINDOW(window), filter_,
-                                            [this](const std::vector<std::string>& paths) { browsed(paths); });
+  chooser_ =
+      chooseMedia(GTK_WINDOW(window), filter_, [this](const std::vector<std::string>& paths) { browsed(paths); });
 }
 
 // What was chosen elsewhere is an album of its own, in which all of it is selected already as far as the rules allow.

@@ -100,7 +100,7 @@ class PhotoSheet {
   GtkWidget* originalText_ = nullptr;
   GtkWidget* confirm_ = nullptr;
   std::vector<SignalConnection> connections_;
-  std::unique_ptr<MediaChooser> chooser_;
+  std::unique_ptr<FileDialog> chooser_;
   MediaLibrary library_;  // last: it tells the others
 };
 

@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "../Contained.h"
+#include "Compatibility.h"
 
 namespace orivex::gtk {
 namespace {
@@ -40,8 +41,7 @@ GtkWidget* OverlayIndicator::drawingNew(GtkAccessibleRole role) {
   gtk_drawing_area_set_draw_func(
       GTK_DRAWING_AREA(drawing),
       [](GtkDrawingArea* area, cairo_t* context, int width, int height, gpointer indicator) noexcept {
-        GdkRGBA color;
-        gtk_style_context_get_color(gtk_widget_get_style_context(GTK_WIDGET(area)), &color);
+        const auto color = foregroundOf(GTK_WIDGET(area));
         gdk_cairo_set_source_rgba(context, &color);
         cairo_translate(context, width / 2.0, height / 2.0);
         cairo_set_line_width(context, lineWidth);

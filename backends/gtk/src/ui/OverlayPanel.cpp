@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Compatibility.h"
 #include "StyleSheet.h"
 
 namespace orivex::gtk {
@@ -94,6 +95,9 @@ void OverlayPanel::appear(const OverlayLook& look, const std::string& status, co
   gtk_label_set_lines(GTK_LABEL(label_), linesThatFit());
   gtk_widget_set_visible(label_, !status.empty());
   gtk_accessible_update_property(GTK_ACCESSIBLE(panel_), GTK_ACCESSIBLE_PROPERTY_LABEL, spoken, -1);
+  // A percentage comes many times with the same words.
+  if (parent_ && (!shown_ || spoken_ != spoken)) announce(GTK_WIDGET(parent_), spoken);
+  spoken_ = spoken;
   takeInput(look.mask == OverlayMask::black);
   if (shown_ || !parent_) return;
   shown_ = true;

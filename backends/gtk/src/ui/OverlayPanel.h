@@ -54,6 +54,7 @@ class OverlayPanel {
   GRef<GtkWidget> mask_;
   GtkWidget* panel_ = nullptr;
   GtkWidget* label_ = nullptr;
+  std::string spoken_;
   bool shown_ = false;  // false while it fades out, too
   GRef<AdwAnimation> fade_;
   GRef<GtkEventController> keys_;  // of the parent, while the mask takes input

@@ -1,6 +1,7 @@
 #include "StyleSheet.h"
 
 #include "../glib/GRef.h"
+#include "Compatibility.h"
 
 namespace orivex::gtk {
 namespace {
@@ -16,7 +17,7 @@ constexpr const char* light = R"css(
 
 void installStyle(const char* css) {
   const auto provider = GRef<GtkCssProvider>::adopt(gtk_css_provider_new());
-  gtk_css_provider_load_from_data(provider.get(), css, -1);
+  loadCss(provider.get(), css);
   gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Compatibility.h"
 #include "ContentWidgets.h"
 #include "HostViews.h"
 
@@ -110,7 +111,7 @@ std::shared_ptr<View> ViewNode::snapshot() {
   const auto image = GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get()));
   auto* const window = GTK_WIDGET(gtk_widget_get_root(canvas_.get()));
   auto* const drawing = gtk_snapshot_new();
-  gtk_snapshot_render_background(drawing, gtk_widget_get_style_context(window), 0, 0, size.width, size.height);
+  paintBackground(drawing, window, size);
   gdk_paintable_snapshot(image.get(), drawing, size.width, size.height);
   return std::make_shared<PaintableView>(GRef<GdkPaintable>::adopt(gtk_snapshot_free_to_paintable(drawing, &size)));
 }

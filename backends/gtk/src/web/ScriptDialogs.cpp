@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "../glib/GMemory.h"
-#include "../ui/StyleSheet.h"
 
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Url.h"
@@ -150,20 +149,13 @@ void ScriptDialogs::show(std::unique_ptr<Question> question, GtkWindow* window) 
   // The page's words for leaving are not shown anywhere else either: they are a way to frighten.
   const auto heading = leaving ? "要离开此页面吗？" : headingFor(view_);
   const auto body = leaving ? "尚未保存的内容可能会丢失。" : question_->message();
-  auto* const dialog = window_ = ADW_MESSAGE_DIALOG(adw_message_dialog_new(window, heading.c_str(), nullptr));
-  makeLight(GTK_WIDGET(dialog));
-  adw_message_dialog_set_extra_child(dialog, makeContent(body));
-  if (type != WEBKIT_SCRIPT_DIALOG_ALERT) {
-    adw_message_dialog_add_response(dialog, decline, leaving ? "留下" : "取消");
-  }
-  adw_message_dialog_add_response(dialog, accept, leaving ? "离开" : "确定");
-  adw_message_dialog_set_response_appearance(dialog, accept,
-                                             leaving ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);
-  adw_message_dialog_set_default_response(dialog, leaving ? decline : accept);
-  adw_message_dialog_set_close_response(dialog, type == WEBKIT_SCRIPT_DIALOG_ALERT ? accept : decline);
-  response_ = SignalConnection::connect<&ScriptDialogs::responded>(dialog, "response", this);
-  destroyed_ = SignalConnection::connect<&ScriptDialogs::windowDestroyed>(dialog, "destroy", this);
-  gtk_window_present(GTK_WINDOW(dialog));
+  const bool isAlert = type == WEBKIT_SCRIPT_DIALOG_ALERT;
+  dialog_ = std::make_unique<AlertDialog>(window, heading, nullptr);
+  dialog_->setContent(makeContent(body));
+  if (!isAlert) dialog_->addAnswer(decline, leaving ? "留下" : "取消");
+  dialog_->addAnswer(accept, leaving ? "离开" : "确定", leaving ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);
+  dialog_->setDefaults(leaving ? decline : accept, isAlert ? accept : decline);
+  dialog_->present(true, [this](const char* response) { answered(response); });
   if (GtkEditable* const entry = question_->entry()) gtk_widget_grab_focus(GTK_WIDGET(entry));
 }
 
@@ -178,7 +170,11 @@ GtkWidget* ScriptDialogs::makeContent(const std::string& body) {
   return content;
 }
 
-void ScriptDialogs::responded(AdwMessageDialog* /*window*/, const char* response) {
+void ScriptDialogs::answered(const char* response) {
+  if (!response) {  // it goes with its window, and WebKit may be at work there
+    answerLater(std::move(question_), false);
+    return dismiss();
+  }
   const bool accepted = std::string_view(response) == accept;
   const auto question = std::move(question_);
   silenced_ = silence_ && gtk_check_button_get_active(silence_.get());
@@ -187,21 +183,10 @@ void ScriptDialogs::responded(AdwMessageDialog* /*window*/, const char* response
   dismiss();
 }
 
-void ScriptDialogs::windowDestroyed(GtkWidget* /*window*/) {
-  window_ = nullptr;
-  if (question_) answerLater(std::move(question_), false);
-  dismiss();
-}
-
 void ScriptDialogs::dismiss() {
-  response_.disconnect();
-  destroyed_.disconnect();
   question_.reset();
   silence_ = nullptr;
-  if (const auto window = std::exchange(window_, nullptr)) {
-    lastClosed_ = mainQueue_.now();
-    gtk_window_destroy(GTK_WINDOW(window));
-  }
+  if (std::exchange(dialog_, nullptr)) lastClosed_ = mainQueue_.now();
 }
 
 }  // namespace orivex::gtk

@@ -4,11 +4,11 @@
 #include <optional>
 #include <string>
 
-#include <adwaita.h>
 #include <webkit/webkit.h>
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "../ui/AlertDialog.h"
 
 #include "orivex/platform/ports/MainQueue.h"
 
@@ -36,17 +36,14 @@ class ScriptDialogs {
   void answerLater(std::unique_ptr<Question> question, bool accepted);
   void show(std::unique_ptr<Question> question, GtkWindow* window);
   GtkWidget* makeContent(const std::string& body);
-  void responded(AdwMessageDialog* window, const char* response);
-  void windowDestroyed(GtkWidget* window);
+  void answered(const char* response);
   bool isInARow() const;
 
   WebKitWebView* const view_;
   MainQueue& mainQueue_;
   std::unique_ptr<Question> question_;  // the open one
-  AdwMessageDialog* window_ = nullptr;  // not kept alive: it must end with the window that it belongs to
-  GRef<GtkCheckButton> silence_;        // null while it is not offered
-  SignalConnection response_;
-  SignalConnection destroyed_;
+  std::unique_ptr<AlertDialog> dialog_;
+  GRef<GtkCheckButton> silence_;  // null while it is not offered
   int countInARow_ = 0;
   std::optional<double> lastClosed_;
   bool silenced_ = false;

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Once.h"
+
+namespace orivex::gtk {
+
+/// The desktop's own file chooser over a window, through the desktop's portal in a sandbox. Destroying it closes it
+/// without an answer. Main thread.
+class FileDialog {
+ public:
+  using Files = std::vector<GRef<GFile>>;
+
+  struct Options {
+    const char* title = "选择文件";
+    std::vector<GRef<GtkFileFilter>> filters{};  ///< the first is preset; none: every file is offered
+    GFile* folder = nullptr;                     ///< where it opens; null: the desktop chooses
+    bool multiple = false;
+  };
+
+  /// Opens at once. `answered` is called once, later, with no files when the visitor chose none; it may destroy this
+  /// object.
+  FileDialog(GtkWindow* parent, const Options& options, Once<void(Files)> answered);
+  FileDialog(const FileDialog&) = delete;
+  FileDialog& operator=(const FileDialog&) = delete;
+  ~FileDialog();
+
+  void bringToFront() const;
+
+  /// The paths of those of the files that have one: what only a network protocol reaches has none, and nobody here
+  /// could read it.
+  static std::vector<std::string> pathsOf(const Files& files);
+
+ private:
+  GtkWindow* const parent_;
+  Once<void(Files)> answered_;
+#if GTK_CHECK_VERSION(4, 10, 0)
+  static void finished(GObject* dialog, GAsyncResult* result, gpointer request) noexcept;
+
+  const GRef<GCancellable> closing_ = GRef<GCancellable>::adopt(g_cancellable_new());
+#else
+  void responded(GtkNativeDialog* dialog, int response);
+
+  GRef<GtkFileChooserNative> chooser_;
+  SignalConnection responded_;
+#endif
+  Alive alive_;
+};
+
+}  // namespace orivex::gtk

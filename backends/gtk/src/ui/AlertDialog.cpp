@@ -1,0 +1,124 @@
+#include "AlertDialog.h"
+
+#include <utility>
+
+#include "StyleSheet.h"
+
+namespace orivex::gtk {
+namespace {
+
+#if ADW_CHECK_VERSION(1, 5, 0)
+
+AdwAlertDialog* cast(const GRef<GtkWidget>& dialog) {
+  return ADW_ALERT_DIALOG(dialog.get());
+}
+
+GtkWidget* dialogNew(GtkWindow* /*parent*/, const char* heading, const char* body) {
+  return GTK_WIDGET(adw_alert_dialog_new(heading, body));
+}
+
+// The dialog itself reaches over the whole window.
+GtkWidget* surfaceOf(const GRef<GtkWidget>& dialog) {
+  return adw_dialog_get_child(ADW_DIALOG(dialog.get()));
+}
+
+void show(const GRef<GtkWidget>& dialog, GtkWindow* parent, bool isModal) {
+  adw_dialog_present(ADW_DIALOG(dialog.get()), GTK_WIDGET(parent));
+  // Over a window without room for dialogs it is a window too.
+  auto* const root = gtk_widget_get_root(dialog.get());
+  if (!isModal && GTK_IS_WINDOW(root) && GTK_WINDOW(root) != parent) gtk_window_set_modal(GTK_WINDOW(root), FALSE);
+}
+
+void hide(const GRef<GtkWidget>& dialog) {
+  adw_dialog_force_close(ADW_DIALOG(dialog.get()));
+}
+
+constexpr auto addResponse = adw_alert_dialog_add_response;
+constexpr auto setAppearance = adw_alert_dialog_set_response_appearance;
+constexpr auto setDefaultResponse = adw_alert_dialog_set_default_response;
+constexpr auto setCloseResponse = adw_alert_dialog_set_close_response;
+constexpr auto setExtraChild = adw_alert_dialog_set_extra_child;
+
+#else
+
+AdwMessageDialog* cast(const GRef<GtkWidget>& dialog) {
+  return ADW_MESSAGE_DIALOG(dialog.get());
+}
+
+GtkWidget* dialogNew(GtkWindow* parent, const char* heading, const char* body) {
+  return adw_message_dialog_new(parent, heading, body);
+}
+
+GtkWidget* surfaceOf(const GRef<GtkWidget>& dialog) {
+  return dialog.get();
+}
+
+void show(const GRef<GtkWidget>& dialog, GtkWindow* /*parent*/, bool isModal) {
+  gtk_window_set_modal(GTK_WINDOW(dialog.get()), isModal);
+  gtk_window_present(GTK_WINDOW(dialog.get()));
+}
+
+void hide(const GRef<GtkWidget>& dialog) {
+  gtk_window_destroy(GTK_WINDOW(dialog.get()));
+}
+
+constexpr auto addResponse = adw_message_dialog_add_response;
+constexpr auto setAppearance = adw_message_dialog_set_response_appearance;
+constexpr auto setDefaultResponse = adw_message_dialog_set_default_response;
+constexpr auto setCloseResponse = adw_message_dialog_set_close_response;
+constexpr auto setExtraChild = adw_message_dialog_set_extra_child;
+
+#endif
+
+}  // namespace
+
+AlertDialog::AlertDialog(GtkWindow* parent, const std::string& heading, const char* body)
+    : parent_(parent), dialog_(GRef<GtkWidget>::sink(dialogNew(parent, heading.c_str(), body))) {
+  makeLight(surfaceOf(dialog_));
+}
+
+AlertDialog::~AlertDialog() {
+  close();
+}
+
+void AlertDialog::addAnswer(const char* id, const char* label, AdwResponseAppearance appearance) {
+  addResponse(cast(dialog_), id, label);
+  setAppearance(cast(dialog_), id, appearance);
+}
+
+void AlertDialog::setDefaults(const char* entered, const char* closed) {
+  setDefaultResponse(cast(dialog_), entered);
+  setCloseResponse(cast(dialog_), closed);
+}
+
+void AlertDialog::setContent(GtkWidget* content) {
+  setExtraChild(cast(dialog_), content);
+}
+
+void AlertDialog::present(bool isModal, Once<void(const char*)> answered) {
+  answered_ = std::move(answered);
+  responded_ = SignalConnection::connect<&AlertDialog::responded>(dialog_.get(), "response", this);
+  destroyed_ = SignalConnection::connect<&AlertDialog::parentDestroyed>(parent_, "destroy", this);
+  show(dialog_, parent_, isModal);
+}
+
+void AlertDialog::close() {
+  responded_.disconnect();
+  destroyed_.disconnect();
+  if (const auto dialog = std::exchange(dialog_, nullptr)) hide(dialog);
+}
+
+// The dialog closes by itself after a response.
+void AlertDialog::responded(GtkWidget* /*dialog*/, const char* id) {
+  responded_.disconnect();
+  destroyed_.disconnect();
+  dialog_ = nullptr;
+  std::move(answered_)(id);
+}
+
+void AlertDialog::parentDestroyed(GtkWidget* /*parent*/) {
+  close();
+  std::move(answered_)(nullptr);
+}
+
+}  // namespace orivex::gtk

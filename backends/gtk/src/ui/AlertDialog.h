@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include <adwaita.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/base/Once.h"
+
+namespace orivex::gtk {
+
+/// A question with a button for each answer: inside its window where libadwaita has such dialogs (1.5), else a window
+/// of its own over it. Destroying it takes it off the screen. Main thread.
+class AlertDialog {
+ public:
+  AlertDialog(GtkWindow* parent, const std::string& heading, const char* body);
+  AlertDialog(const AlertDialog&) = delete;
+  AlertDialog& operator=(const AlertDialog&) = delete;
+  ~AlertDialog();
+
+  /// The last one added stands where the eye looks for the usual answer.
+  void addAnswer(const char* id, const char* label, AdwResponseAppearance appearance = ADW_RESPONSE_DEFAULT);
+  /// What Enter gives, and what Escape and closing give.
+  void setDefaults(const char* entered, const char* closed);
+  /// Lies below the body.
+  void setContent(GtkWidget* content);
+
+  /// `answered` is called once, with the answer's id or, when the dialog goes with its window, with null; it may
+  /// destroy this object. A dialog that is not modal leaves the window its keys and buttons where it is a window of its
+  /// own.
+  void present(bool isModal, Once<void(const char* id)> answered);
+
+ private:
+  void responded(GtkWidget* dialog, const char* id);
+  void parentDestroyed(GtkWidget* parent);
+  void close();
+
+  GtkWindow* const parent_;
+  GRef<GtkWidget> dialog_;  // null when it is off the screen
+  Once<void(const char*)> answered_;
+  SignalConnection responded_;
+  SignalConnection destroyed_;
+};
+
+}  // namespace orivex::gtk
