@@ -81,7 +81,7 @@ TEST(Upload, KeepsTheFileToTheByteUnderItsName) {
   };
   const Case cases[] = {
       {"photo.jpg", "image/jpeg", everyByte, "inline; filename*=UTF-8''photo.jpg", "image/jpeg"},
-      {"voice.wav", "audio/wav", "RIFF", "inline; filename*=UTF-8''voice.wav", "audio/x-wav"},
+      {"voice.flac", "audio/x-flac", "fLaC", "inline; filename*=UTF-8''voice.flac", "audio/flac"},
       {"page.html", "image/png", "<script>", "attachment; filename*=UTF-8''page.html", "text/html"},
       {"合同 “终”.pdf", "application/pdf", "%PDF-",
        "attachment; filename*=UTF-8''%E5%90%88%E5%90%8C%20%E2%80%9C%E7%BB%88%E2%80%9D.pdf", "application/pdf"},

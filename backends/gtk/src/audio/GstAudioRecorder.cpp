@@ -19,7 +19,7 @@ namespace orivex::gtk {
 namespace {
 
 // A microphone that gives nothing for so long is taken to be gone. The clock stands still while the machine sleeps.
-constexpr gint64 longestWait = 3 * G_USEC_PER_SEC;
+constexpr gint64 longestWait = gint64{3} * G_USEC_PER_SEC;
 
 constexpr double fullScale = 32768;
 
@@ -160,7 +160,7 @@ bool GstAudioRecorder::record() {
     });
     return made;
   };
-  run_ = PipelineRun::start(workers_, make, [capture = capture_](std::optional<Failure> failure) {
+  run_ = PipelineRun::start(workers_, make, [capture = capture_](const std::optional<Failure>& failure) {
     capture->fail(failure.value_or(Failure{"the microphone has nothing more"}));
   });
   return true;

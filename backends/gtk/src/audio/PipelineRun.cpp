@@ -30,7 +30,7 @@ std::optional<Failure> failureIn(GstMessage* message) {
 
 std::shared_ptr<PipelineRun> PipelineRun::start(WorkerPool& workers, std::function<Made()> make,
                                                 Once<void(std::optional<Failure>)> ended) {
-  const std::shared_ptr<PipelineRun> started(new PipelineRun);
+  std::shared_ptr<PipelineRun> started(new PipelineRun);
   workers.run(
       [started, make = std::move(make), ended = std::move(ended)]() mutable { started->run(make, std::move(ended)); });
   return started;

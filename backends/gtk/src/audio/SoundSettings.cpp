@@ -10,7 +10,7 @@
 
 #include "orivex/platform/base/Log.h"
 
-namespace orivex::gtk::SoundSettings {
+namespace orivex::gtk {
 namespace {
 
 // The nearest to the microphone's own switch first: GNOME, KDE Plasma, and what any desktop may have.
@@ -27,11 +27,11 @@ GRef<GDesktopAppInfo> find() {
 
 }  // namespace
 
-bool areAvailable() {
+bool SoundSettings::areAvailable() {
   return static_cast<bool>(find());
 }
 
-void open() {
+void SoundSettings::open() {
   const auto program = find();
   if (!program) return;
   const auto context = GRef<GdkAppLaunchContext>::adopt(gdk_display_get_app_launch_context(gdk_display_get_default()));
@@ -41,4 +41,4 @@ void open() {
     log::print("Cannot open the sound settings: " + std::string(error->message));
 }
 
-}  // namespace orivex::gtk::SoundSettings
+}  // namespace orivex::gtk

@@ -1,11 +1,13 @@
 #pragma once
 
-namespace orivex::gtk::SoundSettings {
+namespace orivex::gtk {
 
-/// Whether the desktop has a program in which the visitor can look after the microphone.
-bool areAvailable();
+/// The desktop's program in which the visitor can look after the microphone.
+struct SoundSettings {
+  static bool areAvailable();
 
-/// Opens it. A failure is one log line.
-void open();
+  /// A failure is one log line.
+  static void open();
+};
 
-}  // namespace orivex::gtk::SoundSettings
+}  // namespace orivex::gtk

@@ -51,7 +51,7 @@ GstClockTime timeOf(GstElement& pipeline, GstSample& sample) {
 
 ElementOrError build(const CameraSource& source, Size captureSize, Size screenArea,
                      const std::shared_ptr<FrameFeed>& feed, const std::shared_ptr<FrameTap>& frames) {
-  const auto made = makeSource(source);
+  auto made = makeSource(source);
   if (std::holds_alternative<PipelineError>(made)) return made;
   GError* error = nullptr;
   auto pipeline = GRef<GstElement>::sink(

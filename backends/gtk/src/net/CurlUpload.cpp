@@ -45,7 +45,8 @@ CURLcode CurlUpload::prepare() {
 }
 
 bool CurlUpload::addFile(FilePart file) {
-  content_ = std::visit([](auto&& content) { return FormContent::of(std::move(content)); }, std::move(file.content));
+  content_ = std::visit([](auto&& content) { return FormContent::of(std::forward<decltype(content)>(content)); },
+                        std::move(file.content));
   if (!content_->open()) {
     fail(CURLE_READ_ERROR, content_->failure());
     return false;
