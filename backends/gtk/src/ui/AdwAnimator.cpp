@@ -35,8 +35,7 @@ void play(GtkWidget* widget, double seconds, std::unique_ptr<Run> run) {
   auto* const animation = adw_timed_animation_new(widget, 0, 1, static_cast<guint>(seconds * 1000), target);
   adw_timed_animation_set_easing(ADW_TIMED_ANIMATION(animation), ADW_EASE_IN_OUT_CUBIC);
   run->animation = GRef<AdwAnimation>::adopt(animation);
-  g_signal_connect(animation, "done", G_CALLBACK(done), run.get());
-  run.release();  // owned by "done" from here on
+  g_signal_connect(animation, "done", G_CALLBACK(done), run.release());  // owned by "done" from here on
   adw_animation_play(animation);
 }
 
