@@ -82,6 +82,7 @@ bool PositionReporter::take(const ConversationEvent& event) {
 void PositionReporter::look() {
   Controls found;
   addNamed(GTK_WIDGET(window_), found);
+  addDialog(found);
   report(shop_, std::move(found));
   const auto chat = chat_();
   if (chat && canBeClicked(*chat)) {
@@ -105,6 +106,19 @@ void PositionReporter::addNamed(GtkWidget* widget, Controls& found) const {
   }
   for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
     addNamed(child, found);
+  }
+}
+
+void PositionReporter::addDialog(Controls& found) const {
+  auto* const windows = gtk_window_get_toplevels();
+  for (guint index = 0; index < g_list_model_get_n_items(windows); ++index) {
+    auto* const dialog = static_cast<GtkWidget*>(g_list_model_get_item(windows, index));
+    if (dialog != GTK_WIDGET(window_) && gtk_widget_get_mapped(dialog)) {
+      const char* const title = gtk_window_get_title(GTK_WINDOW(dialog));
+      found["dialog"] = "0 0 " + std::to_string(gtk_widget_get_width(dialog)) + ' ' +
+                        std::to_string(gtk_widget_get_height(dialog)) + ' ' + (title ? title : "");
+    }
+    g_object_unref(dialog);
   }
 }
 

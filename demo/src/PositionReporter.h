@@ -18,7 +18,8 @@ namespace orivex::demo {
 ///     hides NAME
 ///
 /// Controls of the page are those with a "data-testid", named "ID", or "ID.COMMAND" where they carry a command, with
-/// "#2", "#3" after the name from the second of a name on.
+/// "#2", "#3" after the name from the second of a name on. Another window than the shop's is the control "dialog", with
+/// its title as the text; where it lies on the screen its program does not know.
 class PositionReporter {
  public:
   /// `chat` gives the chat that shows, or null.
@@ -35,6 +36,7 @@ class PositionReporter {
 
   void look();
   void addNamed(GtkWidget* widget, Controls& found) const;
+  void addDialog(Controls& found) const;
   static void report(Controls& known, Controls found);
 
   AdwApplicationWindow* window_;

@@ -61,6 +61,7 @@ startCompositor() {
   startBus
   startDaemon pipewire
   startDaemon wireplumber
+  startDaemon pipewire-pulse
   startDaemon mutter --headless --no-x11 --wayland-display="$WAYLAND_DISPLAY" --virtual-monitor "${ORIVEX_SCREEN:-360x720}"
   startServer hands "$root/script/hands" serve
 }
@@ -70,24 +71,37 @@ startDaemon() {
   disown
 }
 
-# A microphone that hears a steady 440 Hz tone and a camera that sees a moving picture.
+# A microphone that hears a steady 440 Hz tone, a camera that sees a moving picture, and a speaker that nobody hears.
 startPipeWireSources() {
-  startSource microphone Audio/Source audiotestsrc is-live=true freq=440 ! audio/x-raw,rate=48000,channels=1
-  startSource camera Video/Source videotestsrc is-live=true pattern=ball ! \
-    video/x-raw,format=I420,width=1280,height=720,framerate=15/1
-  local tries
+  local node
+  waitForDevice "pipewire-pulse" pactl info
+  pactl load-module module-null-sink sink_name=speaker >/dev/null
+  pactl load-module module-null-sink sink_name=tone >/dev/null
+  pactl load-module module-remap-source source_name=microphone master=tone.monitor >/dev/null
+  pactl set-default-source microphone
+  pactl set-default-sink speaker
+  startSource sine audiotestsrc is-live=true freq=440 ! pulsesink device=tone
+  startSource camera videotestsrc is-live=true pattern=ball ! \
+    video/x-raw,format=I420,width=1280,height=720,framerate=15/1 ! pipewiresink mode=provide \
+    stream-properties="p,media.class=Video/Source,node.name=camera,node.description=camera"
+  for node in tone camera microphone; do waitForDevice "$node" hasNode "$node"; done
+}
+
+hasNode() { pw-cli ls Node | grep -F "node.name = \"$1\""; }
+
+# waitForDevice <name> <command...>: until the command succeeds.
+waitForDevice() {
+  local name=$1 tries
+  shift
   for tries in {1..100}; do
-    if [ "$(pw-cli ls Node | grep -c -E 'node.name = "(microphone|camera)"')" -eq 2 ]; then return 0; fi
+    if "$@" >/dev/null 2>&1; then return 0; fi
     sleep 0.1
   done
-  die "There is no microphone or no camera: $(tail -n 3 "$headlessHome/microphone.log" "$headlessHome/camera.log")"
+  die "$name did not start: $(tail -n 3 "$headlessHome/$name.log")"
 }
 
 startSource() {
-  local name=$1 class=$2
-  shift 2
-  gst-launch-1.0 "$@" ! pipewiresink mode=provide \
-    stream-properties="p,media.class=$class,node.name=$name,node.description=$name" >"$headlessHome/$name.log" 2>&1 &
+  gst-launch-1.0 "${@:2}" >"$headlessHome/$1.log" 2>&1 &
   disown
 }
 

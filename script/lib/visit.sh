@@ -1,7 +1,8 @@
-# Hands and eyes for a scripted visit to the demo. Source it after common.sh, on a display without a window manager.
+# A scripted visit to the demo, on a device of script/headless that is as large as the demo's window. Source it after
+# common.sh.
 #
-# The demo tells where its controls and those of the chat page are (--report-positions); clicks and key presses go
-# through the display's pointer and keyboard, as a person's do. Nothing waits for a time to pass: every wait looks for
+# The demo tells where its controls and those of the chat page are (--report-positions); taps and key presses go through
+# the display server, as a person's do: see script/hands. Nothing waits for a time to pass: every wait looks for
 # something to happen, and fails when it does not.
 #
 # Set visitFolder before use. Each step is a line with the milliseconds since the start, and pictures are numbered.
@@ -12,8 +13,10 @@ visitDemos=0
 demoPid=""
 demoLog=""
 demoErrors=""
-demoWindow=""
 mark=0
+
+hands() { "$root/script/hands" "$@"; }
+hasTouch() { [ -n "${ORIVEX_HANDS-}" ]; }
 
 milliseconds() {
   local now=$EPOCHREALTIME
@@ -24,7 +27,7 @@ note() { printf '%6d ms  %s\n' "$(milliseconds)" "$*" | tee -a "$visitFolder/tra
 
 fail() {
   note "FAILED: $*"
-  if [ -n "$demoWindow" ]; then import -window "$demoWindow" "$visitFolder/failed.png" 2>/dev/null || true; fi
+  hands screenshot "$visitFolder/failed.png" || true
   exit 1
 }
 
@@ -66,69 +69,66 @@ middleOf() {
     END { if (line == "") exit 1; print line }'
 }
 
-# click <name>: waits until the control shows and stands still, then clicks its middle.
-click() {
+# tap <name>: waits until the control shows and stands still, then taps its middle.
+tap() {
   local before="" now=""
-  waitFor 10 "$1 to click" middleOf "$1"
+  waitFor 10 "$1 to tap" middleOf "$1"
   until now=$(middleOf "$1") && [ "$now" = "$before" ]; do
     before=$now
     sleep 0.2
   done
-  xdotool mousemove $now click 1
+  hands tap $now
 }
 
-# clickTab <number from 1> <name>: one of the shop's three tabs, until the page with that control shows: a notice may
+# tapTab <number from 1> <name>: one of the shop's three tabs, until the page with that control shows: a notice may
 # cover the shop for a while.
-clickTab() {
+tapTab() {
   waitFor 10 "the tabs" control tabs
-  waitFor 10 "tab $1" clickedTab "$1" "$2"
+  waitFor 10 "tab $1" tappedTab "$1" "$2"
 }
 
 # The tabs stand in the middle, each 100 points wide at most.
-clickedTab() {
+tappedTab() {
   ! control "$2" || return 0
   set -- "$1" $(control tabs)
-  xdotool mousemove $((180 + ($1 - 2) * 100)) $(($4 + $6 / 2)) click 1
+  hands tap $((180 + ($1 - 2) * 100)) $(($4 + $6 / 2))
   sleep 0.3
   return 1
 }
 
-# typeText <text>: into what has the keyboard. A character that no key has is lent a key while it is typed, which must
-# last until the demo has looked it up.
-typeText() {
-  local piece
-  while IFS= read -r piece; do
-    if [[ $piece == *[^[:ascii:]]* ]]; then
-      xdotool type --delay 400 -- "$piece"
-    else
-      xdotool type --delay 15 -- "$piece"
-    fi
-  done < <(grep -oP '[[:ascii:]]+|[^[:ascii:]]' <<<"$1")
-}
-
 # write <text>: writes it into the chat's text field and sends it.
 write() {
-  click message-input
-  typeText "$1"
+  tap message-input
+  hands type "$1"
   waitFor 5 "typing “$1”" shows message-input "$1"
-  xdotool key Return
+  hands key Return
   waitFor 5 "sending “$1”" shows message-mine "$1"
 }
 
-screenSum() { import -window "$1" -depth 8 rgb:- | sha1sum; }
+look() {
+  hands screenshot "$visitFolder/.now.png"
+  sha1sum <"$visitFolder/.now.png"
+}
+isBlank() { [ "$(identify -format %k "$visitFolder/.now.png")" -le 100 ]; }
+hasContent() {
+  look >/dev/null
+  ! isBlank
+}
 
-# picture <name> [<window>]: the demo's window or another, once it stands still (a dot that blinks does not keep it for
-# longer than 1.5 s).
+# picture <name>: the screen, once it stands still (a dot that blinks does not keep it for longer than 1.5 s). A page's
+# first frame may take its time without graphics hardware.
 picture() {
-  local window=${2:-$demoWindow} before now deadline=$(($(milliseconds) + 1500)) file
+  local before now deadline file
   visitPictures=$((visitPictures + 1))
   file=$(printf '%s/%02d-%s.png' "$visitFolder" "$visitPictures" "$1")
-  before=$(screenSum "$window")
-  while sleep 0.1 && now=$(screenSum "$window") && [ "$now" != "$before" ] && [ "$(milliseconds)" -lt "$deadline" ]; do
+  waitFor 10 "something on the screen for ${file##*/}" hasContent
+  deadline=$(($(milliseconds) + 1500))
+  before=""
+  while now=$(look) && [ "$now" != "$before" ] && [ "$(milliseconds)" -lt "$deadline" ]; do
     before=$now
+    sleep 0.1
   done
-  import -window "$window" "$file"
-  [ "$(identify -format %k "$file")" -gt 100 ] || fail "the window is blank in $file"
+  mv "$visitFolder/.now.png" "$file"
   note "         picture ${file##*/}"
 }
 
@@ -148,10 +148,12 @@ startDemo() {
   demoPid=$!
   mark=0
   waitFor 20 "the shop's button" control contact
-  demoWindow=$(xdotool search --onlyvisible --pid "$demoPid" | head -n 1)
   demoServer=$(sed -n 's/^server //p' "$demoLog")
-  xdotool windowfocus "$demoWindow"
+  giveKeyboard
 }
+
+# To the newest window of the demo: X11 leaves it to a window manager, and a compositor does it by itself.
+giveKeyboard() { hasTouch || xdotool search --sync --onlyvisible --pid "$demoPid" windowfocus %@; }
 
 # Ends the demo like the desktop does, and holds its exit code and complaints against it.
 endDemo() {
@@ -159,7 +161,6 @@ endDemo() {
   kill -TERM "$demoPid"
   wait "$demoPid" || status=$?
   demoPid=""
-  demoWindow=""
   [ "$status" -eq 0 ] || fail "the demo ended with code $status"
   # The web engine's own processes may miss a bus or a parent that ends before them.
   if grep -E 'WARNING|CRITICAL' "$demoErrors" | grep -v '(WebKit'; then fail "the demo complained, see ${demoErrors##*/}"; fi
