@@ -3,7 +3,9 @@
 #include <filesystem>
 
 #include "orivex/media/OVKFApiHelper.h"
+#include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/ui/ViewController.h"
 
 namespace orivex {
 namespace {
@@ -25,8 +27,14 @@ std::string fileExtension(const std::string& path) {
   return extension.empty() ? "" : validUtf8(extension.substr(1));
 }
 
-void tellAboutAttachment(const std::string& message) {
-  OVKFApiHelper::showMessage(message, attachmentMessageSeconds);
+bool stillShows(const std::weak_ptr<ViewController>& screen) {
+  const auto kept = screen.lock();
+  return kept && kept->view()->isShowing();
+}
+
+void tellAboutAttachment(const std::weak_ptr<ViewController>& screen, const std::string& message) {
+  if (stillShows(screen)) return OVKFApiHelper::showMessage(message, attachmentMessageSeconds);
+  log::print("A screen that does not show has nothing to tell: " + message);
 }
 
 std::string documentTooLargeText(std::int64_t documentLimit) {

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "orivex/platform/base/Url.h"
 
 /// What the pickers share: how an attachment is named, and what the visitor reads when one cannot be sent.
 namespace orivex {
+
+class ViewController;
 
 /// Last component of a path; the path itself without one. Made valid UTF-8, as is the extension: what is described to
 /// the page, sent in a form or shown is text, and a name on disk may be none.
@@ -18,7 +21,11 @@ std::string fileExtension(const std::string& path);
 /// Seconds that a message about an attachment stays.
 inline constexpr double attachmentMessageSeconds = 3.0;
 
-void tellAboutAttachment(const std::string& message);
+/// Whether the screen for which an attachment was picked still shows. Main thread.
+bool stillShows(const std::weak_ptr<ViewController>& screen);
+
+/// Shows the visitor `message`, or, when `screen` has left by now, the log.
+void tellAboutAttachment(const std::weak_ptr<ViewController>& screen, const std::string& message);
 
 /// The texts for what is too large. Both quote `documentLimit`, the limit of documents, in whole MiB: what is checked
 /// differs, what the visitor reads is one number.

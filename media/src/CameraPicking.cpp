@@ -7,6 +7,7 @@
 #include "Attachments.h"
 #include "MediaDescriptions.h"
 
+#include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/ports/Camera.h"
@@ -19,12 +20,15 @@ namespace {
 // A photo from the camera is sent like one of the library.
 constexpr double photoQuality = 0.7;
 
-constexpr CameraOptions options{.allowTakePhoto = true,
-                                .allowRecordVideo = true,
-                                .minRecordDuration = 1,
-                                .maxRecordDuration = 10,
-                                .captureSize = {1280, 720},
-                                .videoExportType = VideoExportType::mp4};
+CameraOptions options() {
+  return {.allowTakePhoto = true,
+          .allowRecordVideo = true,
+          .minRecordDuration = 1,
+          .maxRecordDuration = 10,
+          .captureSize = {1280, 720},
+          .videoExportType = VideoExportType::mp4,
+          .applicationName = OVKFApiHelper::appDisplayName()};
+}
 
 std::string explanation(CameraFailure failure) {
   switch (failure) {
@@ -59,10 +63,10 @@ void describeCapture(const PickedMedia& capture, std::weak_ptr<ViewController> s
 
 void takeWithCamera(const PostMessageModel& /*request*/, ViewController& screen, ChatManager::PickedFiles completion) {
   Platform::current().camera.present(
-      options, *screen.view(),
+      options(), *screen.view(),
       [screen = screen.weak_from_this(), completion = std::move(completion)](const CameraOutcome& outcome) mutable {
         if (const auto* failure = std::get_if<CameraFailure>(&outcome)) {
-          tellAboutAttachment(explanation(*failure));
+          tellAboutAttachment(screen, explanation(*failure));
         } else if (const auto* capture = std::get_if<PickedMedia>(&outcome)) {
           describeCapture(*capture, screen, std::move(completion));
         } else {

@@ -32,6 +32,7 @@ struct Document {
   std::string path;
   std::int64_t sizeLimit;
   std::unique_ptr<FileAccess> access;  // until the reply is there
+  std::weak_ptr<ViewController> screen;
   ChatManager::PickedFiles completion;
 
   UploadFileInfoModel description;
@@ -104,7 +105,7 @@ void finish(Document& document, const UploadResult& result) {
   document.access.reset();
   if (const auto* failure = std::get_if<UploadFailure>(&result)) {
     log::debugPrint("Upload Failed: " + failure->message);
-    tellAboutAttachment(failure->message);
+    tellAboutAttachment(document.screen, failure->message);
     return;
   }
   log::debugPrint("Upload Success ");
@@ -113,10 +114,8 @@ void finish(Document& document, const UploadResult& result) {
 }
 
 void upload(std::unique_ptr<Document> document) {
-  if (document->refusal) {
-    tellAboutAttachment(*document->refusal);
-    return;
-  }
+  if (document->refusal) return tellAboutAttachment(document->screen, *document->refusal);
+  if (!stillShows(document->screen)) return log::print("The screen that asked for a document has left");
   FilePart::Path file{document->path, std::move(document->traces)};
   const auto name = *document->description.name;
   const auto mimeType = *document->description.mimeType;
@@ -125,7 +124,7 @@ void upload(std::unique_ptr<Document> document) {
       [document = std::move(document)](const UploadResult& result) { finish(*document, result); });
 }
 
-void startWith(const Url& file, ChatManager::PickedFiles completion) {
+void startWith(const Url& file, std::weak_ptr<ViewController> screen, ChatManager::PickedFiles completion) {
   log::debugPrint("Selected file URL: " + file.absoluteString());
   auto access = Platform::current().documentPicker.startAccess(file);
   if (const auto* failure = std::get_if<Failure>(&access)) {
@@ -137,6 +136,7 @@ void startWith(const Url& file, ChatManager::PickedFiles completion) {
                                                       file.filePath().value_or(""),
                                                       OVKFApiManager::shared().fileSize.get(),
                                                       std::get<std::unique_ptr<FileAccess>>(std::move(access)),
+                                                      std::move(screen),
                                                       std::move(completion),
                                                       {},
                                                       {},
@@ -151,22 +151,22 @@ void startWith(const Url& file, ChatManager::PickedFiles completion) {
 }  // namespace
 
 void pickDocument(const PostMessageModel& request, ViewController& screen, ChatManager::PickedFiles completion) {
-  Platform::current().documentPicker.present(
-      {request.mimeTypes.value_or(std::vector<std::string>())}, *screen.view(),
-      [completion = std::move(completion)](const DocumentPickerOutcome& outcome) mutable {
-        const auto* picked = std::get_if<PickedDocuments>(&outcome);
-        if (!picked) {
-          log::debugPrint("Document picker was cancelled");
-        } else if (!picked->files.empty()) {
-          startWith(picked->files.front(), std::move(completion));
-        }
-      });
+  Platform::current().documentPicker.present({request.mimeTypes.value_or(std::vector<std::string>())}, *screen.view(),
+                                             [screen = screen.weak_from_this(), completion = std::move(completion)](
+                                                 const DocumentPickerOutcome& outcome) mutable {
+                                               const auto* picked = std::get_if<PickedDocuments>(&outcome);
+                                               if (!picked) {
+                                                 log::debugPrint("Document picker was cancelled");
+                                               } else if (!picked->files.empty()) {
+                                                 startWith(picked->files.front(), screen, std::move(completion));
+                                               }
+                                             });
 }
 
 void openFileElsewhere(const Url& file, ViewController& screen) {
   auto& view = *screen.view();
   if (Platform::current().documentInteraction.presentOptionsMenu(file, view.bounds(), view)) return;
-  tellAboutAttachment("没有可以打开此文件的应用");
+  tellAboutAttachment(screen.weak_from_this(), "没有可以打开此文件的应用");
 }
 
 }  // namespace orivex

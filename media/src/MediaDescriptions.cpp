@@ -107,7 +107,7 @@ class Batch : public std::enable_shared_from_this<Batch> {
   static constexpr int atOnce = 2;
 
   void proceed() {
-    if (screen_.expired()) next_ = items_.size();
+    if (!stillShows(screen_)) next_ = items_.size();
     while (running_ < atOnce && next_ < items_.size()) begin(next_++);
     if (running_ == 0) finish();
   }
@@ -125,16 +125,14 @@ class Batch : public std::enable_shared_from_this<Batch> {
 
   void inspected(std::size_t index, Inspected result) {
     if (result.refusal) {
-      tellAboutAttachment(*result.refusal);
+      tellAboutAttachment(screen_, *result.refusal);
       end();
       return;
     }
+    const bool isVideo = items_[index].mediaType == MediaType::video;
+    if (isVideo && !stillShows(screen_)) return end();
     descriptions_[index] = std::move(result.description);
-    if (items_[index].mediaType == MediaType::video) {
-      upload(index, std::move(result.traces));
-    } else {
-      end();
-    }
+    isVideo ? upload(index, std::move(result.traces)) : end();
   }
 
   void upload(std::size_t index, std::vector<Overwrite> traces) {
@@ -148,7 +146,7 @@ class Batch : public std::enable_shared_from_this<Batch> {
   void uploaded(std::size_t index, const UploadResult& result) {
     if (const auto* failure = std::get_if<UploadFailure>(&result)) {
       log::debugPrint("Upload Failed: " + failure->message);
-      tellAboutAttachment(failure->message);
+      tellAboutAttachment(screen_, failure->message);
       descriptions_[index].reset();
     } else {
       log::debugPrint("Upload Success ");

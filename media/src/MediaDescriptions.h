@@ -15,8 +15,8 @@ class ViewController;
 /// uploaded and holds its first frame. What is too large, unreadable or not stored is told to the visitor and left out.
 ///
 /// Main thread; the work is done on worker threads, at most two items at once. `completion` is called once, on the main
-/// thread and not inside this call, with the descriptions in the order of `items`. Items that have not begun when
-/// `screen` goes are left out too.
+/// thread and not inside this call, with the descriptions in the order of `items`. Items that have not begun, or
+/// are not uploaded yet, when `screen` no longer shows are left out too.
 void describeMedia(std::vector<PickedMedia> items, double jpegQuality, std::weak_ptr<ViewController> screen,
                    Once<void(std::vector<UploadFileInfoModel>)> completion);
 

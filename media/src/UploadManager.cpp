@@ -129,6 +129,10 @@ void UploadManager::uploadFile(FilePart::Path file, const std::string& fileName,
   post(std::nullopt, FilePart{fileField, std::move(file), fileName, mimeType}, {}, std::move(completion));
 }
 
+void UploadManager::hideProgress() {
+  VisitorOverlay::shared().hideUploads();
+}
+
 std::string UploadManager::mimeType(std::string_view forExtension) {
   return Platform::current().typeRegistry.mimeType(forExtension).value_or("application/octet-stream");
 }

@@ -46,6 +46,12 @@ void VisitorOverlay::endMessage() {
   }
 }
 
+void VisitorOverlay::hideUploads() {
+  if (uploads_.empty()) return;
+  uploads_.clear();
+  if (!hasMessage_) overlay().dismiss();
+}
+
 VisitorOverlay::Upload::Upload() : window_(overlay().window()) {
   shared().uploads_.push_back(this);
   shared().hasMessage_ = false;
@@ -58,10 +64,16 @@ VisitorOverlay::Upload::~Upload() {
 
 void VisitorOverlay::Upload::progress(float fraction) {
   fraction_ = fraction < 1.0F ? std::optional(fraction) : std::nullopt;
-  if (!shared().hasMessage_) show();
+  if (isSeen() && !shared().hasMessage_) show();
+}
+
+bool VisitorOverlay::Upload::isSeen() const {
+  const auto& seen = shared().uploads_;
+  return std::find(seen.begin(), seen.end(), this) != seen.end();
 }
 
 void VisitorOverlay::Upload::dismiss() {
+  if (!isSeen()) return;
   std::erase(shared().uploads_, this);
   if (!shared().hasMessage_) shared().endMessage();
 }

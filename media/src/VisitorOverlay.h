@@ -22,6 +22,9 @@ class VisitorOverlay {
   /// Dismisses whatever is shown, unless an upload goes on.
   void endMessage();
 
+  /// Takes the uploads that go on off the overlay for good.
+  void hideUploads();
+
   /// One upload, from its start until this object goes.
   class Upload {
    public:
@@ -42,6 +45,7 @@ class VisitorOverlay {
 
    private:
     friend VisitorOverlay;
+    bool isSeen() const;
     void show() const;
     std::optional<float> fraction_;  // nothing while the spinner shows
     std::weak_ptr<Window> window_;   // of the overlay when the upload began
@@ -54,7 +58,7 @@ class VisitorOverlay {
   VisitorOverlay() = default;
   ~VisitorOverlay() = default;
 
-  std::vector<const Upload*> uploads_;  // that go on, the oldest first
+  std::vector<const Upload*> uploads_;  // that go on and are seen, the oldest first
   bool hasMessage_ = false;
 };
 

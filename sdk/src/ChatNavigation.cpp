@@ -28,7 +28,7 @@ void ChatNavigation::didStartProvisionalNavigation() {
   log::debugPrint("Start Loading");
   Platform::current().mainQueue.asyncAfter(watchdogSeconds, [weak = std::weak_ptr(screen_.hold())] {
     const auto screen = weak.lock();
-    if (screen && !screen->isLoaded()) tell(*screen, "服务请求超时");
+    if (screen && screen->view()->isShowing() && !screen->isLoaded()) tell(*screen, "服务请求超时");
   });
 }
 
@@ -48,7 +48,8 @@ void ChatNavigation::didFinishNavigation() {
 
 void ChatNavigation::didFailProvisionalNavigation(const std::string& error) {
   log::debugPrint("Load failed: " + error);
-  tell(*screen_.hold(), "请求失败,请稍后重试");
+  const auto screen = screen_.hold();
+  if (screen->view()->isShowing()) tell(*screen, "请求失败,请稍后重试");
 }
 
 void ChatNavigation::didFailNavigation(const std::string& error) {

@@ -22,6 +22,8 @@ class ChatPageRequests : public WebUIDelegate {
   void leave() override { close_(); }
 
  private:
+  bool declines(const char* what) const;
+
   View& page_;
   std::function<void()> close_;
   PageFileChooser files_;

@@ -114,6 +114,7 @@ void ChatWebViewHost::processGone() {
     return;
   }
   log::debugPrint("The page lost its process too often");
+  if (!screen_.view()->isShowing()) return;
   bringOverlayTo(screen_);
   OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds,
                              [screen = screen_.shared_from_this()] { closeScreenIfShown(*screen); });
@@ -128,7 +129,10 @@ void ChatWebViewHost::evaluate(const std::string& script) {
 void ChatWebViewHost::pageFinished() {
   log::debugPrint("Loaded");
   webView()->evaluate(std::string(viewportScript));
-  Platform::current().mainQueue.asyncAfter(revealDelay, [this, screen = screen_.shared_from_this()] { reveal(); });
+  // Held weakly: a screen that its host has let go of is not kept for a page that nobody sees.
+  Platform::current().mainQueue.asyncAfter(revealDelay, [this, weak = screen_.weak_from_this()] {
+    if (const auto kept = weak.lock()) reveal();
+  });
 }
 
 void ChatWebViewHost::reveal() {

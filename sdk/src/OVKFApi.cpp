@@ -12,6 +12,7 @@
 #include "orivex/media/ChatManager.h"
 #include "orivex/media/DeviceIdentifier.h"
 #include "orivex/media/OVKFApiHelper.h"
+#include "orivex/media/UploadManager.h"
 #include "orivex/models/MessageBody.h"
 #include "orivex/models/UserMappingModel.h"
 #include "orivex/platform/Platform.h"
@@ -228,6 +229,8 @@ void OVKFApi::installBackGesture() {
 void OVKFApi::addRecordingView() {
   const auto& overlay = RecordManager::shared().recordingView();
   if (view()->hasSubview(*overlay)) return;
+  // A press of another chat screen, which loses the overlay, must not be recorded on this one.
+  if (overlay->superview()) RecordManager::shared().closeMicrophone();
   overlay->setCenter(view()->center());
   view()->addSubview(overlay);
 }
@@ -248,6 +251,8 @@ void OVKFApi::loadPage() {
     if (!screen) return;
     if (const auto* request = std::get_if<UrlRequest>(&outcome)) {
       screen->webView()->load(*request);
+    } else if (!screen->view()->isShowing()) {
+      screen->mustLoadPage_ = true;
     } else if (const auto& message = std::get<PageCheckFailure>(outcome).message) {
       bringOverlayTo(*screen);
       OVKFApiHelper::showMessage(*message, pageFailureSeconds, [screen] { screen->close(); });
@@ -261,6 +266,7 @@ void OVKFApi::viewWillAppear(bool animated) {
   addRecordingView();
   if (backGesture_) backGesture_->reset();
   hideHostChrome();
+  if (std::exchange(mustLoadPage_, false)) loadPage();
 }
 
 void OVKFApi::viewDidAppear(bool animated) {
@@ -270,13 +276,10 @@ void OVKFApi::viewDidAppear(bool animated) {
 
 void OVKFApi::viewWillDisappear(bool animated) {
   ViewController::viewWillDisappear(animated);
+  closeMicrophone();
+  UploadManager::hideProgress();
   view()->endEditing();
   restoreHostChrome();
-}
-
-void OVKFApi::viewDidDisappear(bool animated) {
-  ViewController::viewDidDisappear(animated);
-  closeMicrophone();
 }
 
 // Another chat screen may have taken over the overlay, and with it the microphone.

@@ -13,6 +13,7 @@
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ui/ViewController.h"
 #include "orivex/sdk/OVKFApiManager.h"
 #include "orivex/voice/RecordManager.h"
 
@@ -52,13 +53,13 @@ std::optional<std::string> scriptCall(std::string_view function, const Value& ar
 
 const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
     {"trackEvent", false, &ScriptMessageBridge::trackEvent},
-    {"openUrl", true, &ScriptMessageBridge::openUrl},
-    {"openFile", false, &ScriptMessageBridge::openFile},
+    {"openUrl", true, &ScriptMessageBridge::openUrl, true},
+    {"openFile", false, &ScriptMessageBridge::openFile, true},
     {"goBack", true, &ScriptMessageBridge::goBack},
-    {"openCamera", false, &ScriptMessageBridge::openCamera},
-    {"openDocumentPicker", false, &ScriptMessageBridge::openDocumentPicker},
-    {"openPhotoLibraryPicker", false, &ScriptMessageBridge::openPhotoLibraryPicker},
-    {"recording", false, &ScriptMessageBridge::recording},
+    {"openCamera", false, &ScriptMessageBridge::openCamera, true},
+    {"openDocumentPicker", false, &ScriptMessageBridge::openDocumentPicker, true},
+    {"openPhotoLibraryPicker", false, &ScriptMessageBridge::openPhotoLibraryPicker, true},
+    {"recording", false, &ScriptMessageBridge::recording, true},
     {"initLoaded", true, &ScriptMessageBridge::initLoaded},
 };
 
@@ -77,6 +78,10 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
   if (service == std::end(services)) return;
   if (!service->isOpen && !screen_.showsChatPage()) {
     log::print("Declined \"" + message.name + "\" of a page that is not the chat's: " + screen_.origin());
+    return;
+  }
+  if (service->opensSomething && !screen_.hold()->view()->isShowing()) {
+    log::print("A screen that does not show was declined: " + message.name);
     return;
   }
   (this->*service->serve)(message.body);
@@ -131,10 +136,10 @@ void ScriptMessageBridge::recording(std::string_view body) {
 }
 
 void ScriptMessageBridge::initLoaded(std::string_view /*body*/) {
-  Platform::current().mainQueue.asyncAfter(initLoadedDelay, [screen = screen_.hold(), reveal = screen_.reveal] {
+  Platform::current().mainQueue.asyncAfter(initLoadedDelay, alive_.guard([this] {
     log::debugPrint("InitLoad");
-    reveal();
-  });
+    screen_.reveal();
+  }));
 }
 
 std::optional<PostMessageModel> ScriptMessageBridge::request(std::string_view body) {

@@ -19,7 +19,8 @@ namespace orivex {
 
 class ViewController;
 
-/// Serves what the page posts, and answers it by script. Bad input is one log line; nothing reaches page or host.
+/// Serves what the page posts, and answers it by script. Bad input is one log line; nothing reaches page or host. While
+/// the screen does not show, the page can open nothing over what does.
 class ScriptMessageBridge {
  public:
   /// What the bridge asks of the screen, which owns both.
@@ -64,6 +65,7 @@ class ScriptMessageBridge {
     std::string_view name;
     bool isOpen;  ///< also to a document that is not the chat's
     void (ScriptMessageBridge::*serve)(std::string_view body);
+    bool opensSomething = false;  ///< declined while the screen does not show
   };
   static const Service services[9];
 

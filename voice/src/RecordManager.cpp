@@ -29,8 +29,10 @@ constexpr double timeToHear = 1.0;
 
 constexpr double millisecondsPerSecond = 1000.0;
 
+// Says it to the log instead when the screen with the overlay does not show.
 void tell(const std::string& message) {
-  OVKFApiHelper::showMessage(message, messageDuration);
+  if (RecordManager::shared().recordingView()->isShowing()) return OVKFApiHelper::showMessage(message, messageDuration);
+  log::print("A screen that does not show has nothing to tell: " + message);
 }
 
 // The last component of an address' path, decoded.
@@ -93,7 +95,7 @@ void RecordManager::requestMicrophoneAndStart() {
     VoiceManager::shared().setRecordingAllowed(granted,
                                                [this, question](bool allowed) { answered(question, allowed); });
   };
-  Platform::current().recordPermission.request(OVKFApiHelper::appDisplayName(), answer);
+  Platform::current().recordPermission.request(OVKFApiHelper::appDisplayName(), *recordingView(), answer);
 }
 
 void RecordManager::answered(std::uint64_t question, bool allowed) {

@@ -59,9 +59,9 @@ class GtkDevice {
   GtkDocumentPicker documentPicker_{mainQueue_, application_};
   OpenWithMenu documentInteraction_{mainQueue_, application_, typeRegistry_};
   GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaReader_};
-  GtkCamera camera_{mainQueue_, application_};
   GstAudioSession audioSession_;
   GtkRecordPermission recordPermission_;
+  GtkCamera camera_{mainQueue_, application_, recordPermission_};
   const Platform platform_;
 };
 

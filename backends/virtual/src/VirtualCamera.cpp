@@ -5,13 +5,19 @@
 
 #include "ThreadCheck.h"
 
+#include "orivex/platform/ui/View.h"
+
 namespace orivex::testing {
 
-void VirtualCamera::present(const CameraOptions& options, View& /*view*/, Once<void(CameraOutcome)> completion) {
+void VirtualCamera::present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) {
   requireMainThread(queue_, "Camera::present");
   if (presented_) return;
   presented_ = options;
   completion_ = std::move(completion);
+  leaves_ = view.observeLeaving([this] {
+    presented_.reset();
+    completion_ = nullptr;
+  });
 }
 
 void VirtualCamera::finish(CameraOutcome outcome) {

@@ -5,6 +5,8 @@
 
 #include "ThreadCheck.h"
 
+#include "orivex/platform/ui/View.h"
+
 namespace orivex::testing {
 namespace {
 
@@ -19,7 +21,7 @@ class CountedAccess final : public FileAccess {
 
 }  // namespace
 
-void VirtualDocumentPicker::present(const DocumentPickerOptions& options, View& /*view*/,
+void VirtualDocumentPicker::present(const DocumentPickerOptions& options, View& view,
                                     Once<void(DocumentPickerOutcome)> completion) {
   requireMainThread(queue_, "DocumentPicker::present");
   if (presented_) {
@@ -28,6 +30,10 @@ void VirtualDocumentPicker::present(const DocumentPickerOptions& options, View& 
   }
   presented_ = options;
   completion_ = std::move(completion);
+  leaves_ = view.observeLeaving([this] {
+    presented_.reset();
+    completion_ = nullptr;
+  });
 }
 
 std::variant<std::unique_ptr<FileAccess>, Failure> VirtualDocumentPicker::startAccess(const Url& file) {

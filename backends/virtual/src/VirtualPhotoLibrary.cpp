@@ -4,14 +4,16 @@
 
 #include "ThreadCheck.h"
 
+#include "orivex/platform/ui/View.h"
+
 namespace orivex::testing {
 
-void VirtualPhotoLibrary::show(const PhotoLibraryOptions& options, View& /*view*/,
-                               Once<void(PhotoSelection)> selected) {
+void VirtualPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<void(PhotoSelection)> selected) {
   requireMainThread(queue_, "PhotoLibrary::show");
   if (shown_) return;
   shown_ = options;
   selected_ = std::move(selected);
+  leaves_ = view.observeLeaving([this] { close(); });
 }
 
 void VirtualPhotoLibrary::select(PhotoSelection selection) {

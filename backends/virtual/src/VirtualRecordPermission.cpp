@@ -4,15 +4,18 @@
 
 #include "ThreadCheck.h"
 
+#include "orivex/platform/ui/View.h"
+
 namespace orivex::testing {
 
-void VirtualRecordPermission::request(const std::string& applicationName, Once<void(bool granted)> answer) {
+void VirtualRecordPermission::request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) {
   requireMainThread(queue_, "RecordPermission::request");
   asked_.push_back(applicationName);
   if (remembered_) {
     give(std::move(answer), *remembered_);
   } else {
     open_.push_back(std::move(answer));
+    leaves_ = view.observeLeaving([this] { open_.clear(); });
   }
 }
 

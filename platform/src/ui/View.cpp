@@ -106,6 +106,27 @@ Window* View::window() const {
   return top->shownIn_;
 }
 
+bool View::isShowing() const {
+  bool shows = false;
+  for (const View* view = this; view; view = view->superview_) {
+    if (view->showing_ == false) return false;
+    shows |= view->showing_.has_value();
+  }
+  return shows;
+}
+
+void View::setShowing(bool showing) {
+  showing_ = showing;
+  if (!showing) tellLeaving();
+}
+
+void View::tellLeaving() const {
+  const auto kept = weak_from_this().lock();
+  leaving_.notify();
+  const auto views = subviews_;  // what closes may take views along
+  for (const auto& view : views) view->tellLeaving();
+}
+
 void View::addGesture(const std::shared_ptr<ScreenEdgePanGesture>& gesture) {
   gestures_.push_back(gesture);
   changed(ViewChange::gestures);

@@ -66,6 +66,7 @@ void ViewController::beginAppearance(bool appearing, bool animated) {
   const auto reached = appearing ? Appearance::appeared : Appearance::disappeared;
   if (appearance_ == wanted || appearance_ == reached) return;
   appearance_ = wanted;
+  if (view_) view_->setShowing(appearing);
   if (appearing) {
     viewWillAppear(animated);
   } else {

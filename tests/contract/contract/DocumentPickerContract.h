@@ -68,6 +68,18 @@ TYPED_TEST_P(DocumentPickerContract, ASecondCallIsCancelledAndTheFirstStillAnswe
   EXPECT_EQ(second.size(), 1U);
 }
 
+TYPED_TEST_P(DocumentPickerContract, TheChooserClosesWithItsScreenAndTellsNobody) {
+  typename TestFixture::Told first;
+  typename TestFixture::Told second;
+  this->present(first);
+  this->view_.setShowing(false);
+  this->present(second);
+  this->fixture_.pick(this->fixture_.file("a.txt"));
+  EXPECT_TRUE(this->waitFor(second));
+  EXPECT_NE(second, (typename TestFixture::Told{"cancelled"})) << "the first chooser is still open";
+  EXPECT_TRUE(first.empty());
+}
+
 TYPED_TEST_P(DocumentPickerContract, AccessIsGrantedToAFileAndRefusedWithAReason) {
   const auto granted = this->picker().startAccess(Url::fromFilePath(this->fixture_.file("a.txt")));
   ASSERT_TRUE(std::holds_alternative<std::unique_ptr<FileAccess>>(granted));
@@ -80,6 +92,7 @@ TYPED_TEST_P(DocumentPickerContract, AccessIsGrantedToAFileAndRefusedWithAReason
 }
 
 REGISTER_TYPED_TEST_SUITE_P(DocumentPickerContract, EachAnswerIsToldOnceAndTheChooserIsFreeAgain,
-                            ASecondCallIsCancelledAndTheFirstStillAnswers, AccessIsGrantedToAFileAndRefusedWithAReason);
+                            ASecondCallIsCancelledAndTheFirstStillAnswers, TheChooserClosesWithItsScreenAndTellsNobody,
+                            AccessIsGrantedToAFileAndRefusedWithAReason);
 
 }  // namespace orivex::contract

@@ -5,6 +5,7 @@
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/PhotoLibrary.h"
+#include "orivex/platform/ui/View.h"
 
 namespace orivex::contract {
 
@@ -62,6 +63,8 @@ TYPED_TEST_P(PhotoLibraryContract, ClosingTellsNobodyAndTheSheetOpensAgain) {
   this->show(first);
   this->fixture_.close();
   this->settle();
+  this->show(first);
+  this->fixture_.view().setShowing(false);  // as when its screen leaves
   this->show(second);
   this->fixture_.select({"a.jpg"});
   EXPECT_TRUE(this->fixture_.wait([&] { return !second.empty(); }, patience));

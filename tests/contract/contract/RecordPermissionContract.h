@@ -1,10 +1,12 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/RecordPermission.h"
+#include "orivex/platform/ui/View.h"
 
 namespace orivex::contract {
 
@@ -19,12 +21,13 @@ class RecordPermissionContract : public Suite<Fixture> {};
 TYPED_TEST_SUITE_P(RecordPermissionContract);
 
 TYPED_TEST_P(RecordPermissionContract, AKnownAnswerComesOnceAndNotInsideTheCall) {
+  const auto view = std::make_shared<View>();
   for (const bool granted : {true, false, true}) {
     this->fixture_.rememberPermission(granted);
     // The answer may come on any thread.
     std::atomic<int> answers = 0;
     std::atomic<bool> answer = !granted;
-    this->fixture_.platform().recordPermission.request("Shop", [&](bool given) {
+    this->fixture_.platform().recordPermission.request("Shop", *view, [&](bool given) {
       answer = given;
       ++answers;
     });

@@ -42,6 +42,7 @@ CameraFixture::CameraFixture() {
   gtk_window_set_default_size(window_, 360, 720);
   gtk_window_set_child(window_, gtk_label_new("Chat"));
   view_ = application_.attach(window_, {}).window()->contentView();
+  setConsent(true);
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(window_)) != FALSE; }, hangs);
 }
@@ -108,6 +109,11 @@ void CameraFixture::hold(int seconds) {
   beginHold();
   ASSERT_TRUE(wait([&] { return clock() == "0:0" + std::to_string(seconds); }, hangs));
   endHold();
+}
+
+void CameraFixture::setConsent(std::optional<bool> answer) {
+  if (answer) return consent_.remember(*answer);
+  std::filesystem::remove(folder_.path() / "permissions.ini");
 }
 
 void CameraFixture::closeWindow() {

@@ -10,6 +10,8 @@
 #include "GlibMainQueue.h"
 #include "GtkFixture.h"
 #include "LogLines.h"
+#include "TemporaryFolder.h"
+#include "audio/GtkRecordPermission.h"
 #include "camera/GtkCamera.h"
 #include "ui/GtkApplicationPort.h"
 
@@ -53,6 +55,11 @@ class CameraFixture : public ::testing::Test {
   /// Records until the clock over the picture shows this many seconds, and lets go.
   void hold(int seconds);
 
+  /// The visitor has answered the question for the microphone, with yes from the beginning; nothing: never.
+  void setConsent(std::optional<bool> answer);
+  /// The screen that opened the camera leaves.
+  void leave() { view_->setShowing(false); }
+
   void closeWindow();
   HostWindow& hostWindow() { return *application_.frontWindow(); }
   MainQueue& mainQueue() { return mainQueue_; }
@@ -68,7 +75,10 @@ class CameraFixture : public ::testing::Test {
  private:
   GlibMainQueue mainQueue_;
   GtkApplicationPort application_{mainQueue_};
-  GtkCamera camera_{mainQueue_, application_};
+  TemporaryFolder folder_;
+  const ConsentFile consent_{folder_.path() / "permissions.ini", "shop"};
+  GtkRecordPermission permission_{mainQueue_, application_, consent_};
+  GtkCamera camera_{mainQueue_, application_, permission_};
   GtkWindow* window_ = nullptr;
   std::shared_ptr<View> view_;
 };

@@ -8,6 +8,7 @@
 #include "CameraFixture.h"
 #include "FakeSensor.h"
 #include "device/Input.h"
+#include "device/Widgets.h"
 
 namespace orivex::gtk {
 namespace {
@@ -149,15 +150,66 @@ TEST_F(CaptureTest, ARecordingEndsByItselfAtItsGreatestLength) {
   EXPECT_LE(facts.seconds, 1.9);
 }
 
-TEST_F(CaptureTest, WithoutAMicrophoneAVideoIsSilent) {
-  const std::string server = g_getenv("PULSE_SERVER") ? g_getenv("PULSE_SERVER") : "";
-  g_setenv("PULSE_SERVER", "unix:/nonexistent", TRUE);
+// One microphone and one consent with voice messages.
+TEST_F(CaptureTest, SoundComesFromTheNamedSourceAndOnlyWithConsent) {
+  const struct {
+    const char* source;
+    bool consent;
+    const char* sound;
+  } cases[] = {
+      {"audiotestsrc is-live=true ! audio/x-raw,channels=1", true, "audio/mpeg"},
+      {"audiotestsrc is-live=true", false, ""},
+      {"no-such-element", true, ""},
+      {"pulsesrc server=unix:/nonexistent", true, ""},
+      {"audiotestsrc is-live=true ! identity error-after=3", true, ""},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.source);
+    g_setenv("ORIVEX_AUDIO_SOURCE", row.source, TRUE);
+    setConsent(row.consent);
+    openLive();
+    hold(1);
+    const auto facts = expectUsed(MediaType::video);
+    EXPECT_EQ(facts.video, "video/x-h264");
+    EXPECT_EQ(facts.sound, row.sound);
+  }
+  g_unsetenv("ORIVEX_AUDIO_SOURCE");
+}
+
+TEST_F(CaptureTest, TheFirstHoldAsksForTheMicrophoneAndRecordsNothing) {
+  setConsent(std::nullopt);
   openLive();
-  hold(3);
-  const auto facts = expectUsed(MediaType::video);
-  server.empty() ? g_unsetenv("PULSE_SERVER") : static_cast<void>(g_setenv("PULSE_SERVER", server.c_str(), TRUE));
-  EXPECT_EQ(facts.video, "video/x-h264");
-  EXPECT_EQ(facts.sound, "");
+  beginHold();
+  ASSERT_TRUE(wait([] { return openDialog() != nullptr; }, hangs));
+  endHold();
+  EXPECT_EQ(clock(), "");
+  EXPECT_TRUE(files().empty());
+  leave();
+  EXPECT_EQ(openDialog(), nullptr);
+  EXPECT_FALSE(button("shutter")) << "the camera outlives the screen that opened it";
+  pass(0.2);
+  EXPECT_TRUE(outcomes.empty());
+}
+
+// With real keys: a hold records, a tap takes a photo, and the key that did it answers nothing that comes after.
+TEST_F(CaptureTest, KeysDoAtTheShutterWhatThePointerDoes) {
+  openLive(testCamera, {.maxRecordDuration = 1.5});
+  gtk_widget_grab_focus(button("shutter"));
+  hands({"key-down", "space"});
+  ASSERT_TRUE(wait([&] { return clock() == "0:01"; }, hangs)) << "no video is recorded";
+  ASSERT_TRUE(waitForReview());
+  pass(1.5);  // the key repeats meanwhile
+  EXPECT_TRUE(outcomes.empty()) << "the video was sent unseen";
+  hands({"key-up", "space"});
+  pass(0.3);
+  EXPECT_TRUE(button("使用"));
+  click("重拍");
+  ASSERT_TRUE(waitForLive());
+  hands({"key", "Return"});
+  ASSERT_TRUE(waitForReview());
+  hands({"key", "Return"});
+  ASSERT_TRUE(waitForOutcome());
+  EXPECT_EQ(std::get<PickedMedia>(outcomes[0]).mediaType, MediaType::image);
 }
 
 TEST_F(CaptureTest, WhatIsTooShortOrNotUsedLeavesNoFile) {

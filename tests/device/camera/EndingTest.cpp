@@ -98,7 +98,8 @@ TEST_F(EndingTest, TheCameraIsClosedDuringTheReview) {
 TEST_F(EndingTest, AHiddenApplicationLetsGoOfTheCamera) {
   setSources(testCamera);
   WorkerPool worker(1, std::chrono::seconds(1));
-  CameraScreen screen({mainQueue(), worker}, hostWindow().overlay(), {}, {}, [](const auto&) {});
+  CameraScreen screen(
+      {mainQueue(), worker}, hostWindow(), {}, [] { return std::optional(true); }, [](const auto&) {});
   ASSERT_TRUE(waitForLive());
   screen.pause();
   EXPECT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));

@@ -26,7 +26,7 @@ class GtkDocumentPickerTest : public ::testing::Test {
   DocumentPicker& picker() { return Platform::current().documentPicker; }
 
   void present(const DocumentPickerOptions& options = {}) {
-    picker().present(options, visitor_.view(), [answers = answers_](const DocumentPickerOutcome&) { ++*answers; });
+    picker().present(options, *visitor_.view(), [answers = answers_](const DocumentPickerOutcome&) { ++*answers; });
   }
   std::string failureOf(const Url& file) {
     const auto outcome = picker().startAccess(file);

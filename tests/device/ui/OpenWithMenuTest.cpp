@@ -14,7 +14,7 @@ namespace {
 class OpenWithMenuTest : public ::testing::Test {
  protected:
   bool present(const Url& file) {
-    return Platform::current().documentInteraction.presentOptionsMenu(file, {}, visitor_.view());
+    return Platform::current().documentInteraction.presentOptionsMenu(file, {}, *visitor_.view());
   }
   GtkWidget* sheet() const { return findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-sheet"); }
   bool waitUntilGone() const {

@@ -36,19 +36,19 @@ class TwoWindowsTest : public ::testing::Test {
 
 TEST_F(TwoWindowsTest, WhatTheChatOpensComesUpOverItsOwnWindow) {
   const auto& platform = Platform::current();
-  platform.documentPicker.present({}, chat_.view(), nullptr);
+  platform.documentPicker.present({}, *chat_.view(), nullptr);
   ASSERT_TRUE(openFileChooser());
   EXPECT_EQ(gtk_window_get_transient_for(openFileChooser()), chat_.window());
   cancelFileChooser();
 
-  platform.progressOverlay.setWindow(chat_.view().window()->weak_from_this());
+  platform.progressOverlay.setWindow(chat_.view()->window()->weak_from_this());
   platform.progressOverlay.showInfo("文件过大");
   EXPECT_TRUE(shows("orivex-mask"));
   platform.progressOverlay.setWindow({});
   platform.progressOverlay.dismiss();
 
   setenv("ORIVEX_CAMERA_SOURCE", "videotestsrc is-live=true", 1);
-  platform.camera.present({}, chat_.view(), nullptr);
+  platform.camera.present({}, *chat_.view(), nullptr);
   EXPECT_TRUE(shows("orivex-camera"));
   EXPECT_EQ(findByClass(GTK_WIDGET(front_), "orivex-camera"), nullptr);
   chat_.destroy();

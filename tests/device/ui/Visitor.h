@@ -22,7 +22,7 @@ class VisitorWindow {
   GtkWindow* window() const { return window_; }
   GtkOverlay* overlay() const;
   /// Of what the window shows; outlives the window.
-  View& view() const { return *view_; }
+  const std::shared_ptr<View>& view() const { return view_; }
   GtkWidget* entry() const { return entry_; }
   GtkWidget* focus() const { return gtk_window_get_focus(window_); }
 

@@ -10,6 +10,7 @@
 #include "TemporaryFolder.h"
 #include "Visitor.h"
 #include "audio/GtkRecordPermission.h"
+#include "device/Input.h"
 #include "ui/GtkApplicationPort.h"
 
 #include "orivex/platform/Platform.h"
@@ -24,11 +25,11 @@ class GtkRecordPermissionTest : public ::testing::Test {
   GtkRecordPermission permission(const std::string& application) {
     const auto& ports = Platform::current();
     return {ports.mainQueue, dynamic_cast<GtkApplicationPort&>(ports.application),
-            ConsentFile(folder_.path() / "state" / "permissions.ini", application), false};
+            ConsentFile(folder_.path() / "state" / "permissions.ini", application)};
   }
 
   void ask(GtkRecordPermission& permission) {
-    permission.request("小店", [this](bool granted) { answers_.push_back(granted); });
+    permission.request("小店", *view_, [this](bool granted) { answers_.push_back(granted); });
   }
 
   void choose(const char* label) {
@@ -44,6 +45,7 @@ class GtkRecordPermissionTest : public ::testing::Test {
 
   TemporaryFolder folder_;
   VisitorWindow visitor_;
+  const std::shared_ptr<View> view_ = visitor_.view();
   std::vector<bool> answers_;
 };
 
@@ -105,6 +107,37 @@ TEST_F(GtkRecordPermissionTest, TakesADialogThatGoesWithoutAnAnswerForARefusalTh
   EXPECT_EQ(openDialog(), nullptr);
   ask(shop);
   EXPECT_EQ(answers(3).back(), false) << "there is no window to ask in";
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "state"));
+}
+
+// Somebody who holds the talk button down with a key must not have answered with that key.
+TEST_F(GtkRecordPermissionTest, TakesNoKeyForAnAnswerThatWasDownBeforeTheQuestion) {
+  auto shop = permission("shop");
+  gtk_widget_grab_focus(visitor_.entry());
+  hands({"key-down", "space"});
+  ASSERT_TRUE(wait([&] { return gtk_editable_get_text(GTK_EDITABLE(visitor_.entry()))[0] == ' '; }, patience));
+  ask(shop);
+  gtk_window_set_title(GTK_WINDOW(openDialog()), "orivex-question");
+  focusWindow(GTK_WINDOW(openDialog()), "orivex-question");
+  EXPECT_EQ(gtk_window_get_focus(GTK_WINDOW(openDialog())), nullptr) << "an answer is chosen beforehand";
+  EXPECT_EQ(gtk_window_get_default_widget(GTK_WINDOW(openDialog())), nullptr);
+  gtk_widget_child_focus(GTK_WIDGET(openDialog()), GTK_DIR_TAB_FORWARD);
+  pass(1.5);  // the key repeats meanwhile
+  EXPECT_TRUE(answers_.empty());
+  ASSERT_NE(openDialog(), nullptr);
+  hands({"key-up", "space"});
+  hands({"key", "space"});
+  EXPECT_EQ(answers(1), Answers{false}) << "a key that goes down now does not answer";
+}
+
+TEST_F(GtkRecordPermissionTest, EndsWithTheScreenThatAskedAndRemembersNothing) {
+  auto shop = permission("shop");
+  ask(shop);
+  ASSERT_NE(openDialog(), nullptr);
+  view_->setShowing(false);
+  EXPECT_EQ(openDialog(), nullptr);
+  pass(0.1);
+  EXPECT_TRUE(answers_.empty());
   EXPECT_FALSE(std::filesystem::exists(folder_.path() / "state"));
 }
 

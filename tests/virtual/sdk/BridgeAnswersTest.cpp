@@ -96,8 +96,10 @@ TEST_F(BridgeAnswersTest, ComeToNothingOnceTheScreenIsGone) {
   {
     const auto screen = started();
     gone = screen;
+    screen_->present(screen, false);
     ask(*screen);
     speak(*screen);
+    screen->dismiss(false);
   }
   EXPECT_TRUE(gone.expired());  // neither an open picker nor an upload holds the screen
   log_.take();

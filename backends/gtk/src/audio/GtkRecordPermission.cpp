@@ -2,32 +2,31 @@
 
 #include <utility>
 
-#include "MicrophonePortal.h"
 #include "SoundSettings.h"
+
+#include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 
-bool GtkRecordPermission::isSandboxed() {
-  return g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS);
-}
-
-void GtkRecordPermission::request(const std::string& applicationName, Once<void(bool granted)> answer) {
-  if (isSandboxed_) return MicrophonePortal::ask(std::move(answer));
+void GtkRecordPermission::request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) {
   const auto known = consent_.answer();
   if (known) {
     queue_.async([answer = std::move(answer), granted = *known]() mutable { std::move(answer)(granted); });
   } else {
     waiting_.push_back(std::move(answer));
   }
-  if (known != true && !dialog_) showDialog(applicationName, known == false);
+  if (known != true && !dialog_) showDialog(applicationName, view, known == false);
 }
 
-void GtkRecordPermission::showDialog(const std::string& applicationName, bool isRefused) {
-  const auto* const front = application_.frontWindow();
-  if (!front) return give(false);
-  dialog_ =
-      std::make_unique<MicrophoneDialog>(front->gtkWindow(), applicationName, isRefused,
-                                         alive_.guard([this](MicrophoneDialog::Answer answer) { answered(answer); }));
+void GtkRecordPermission::showDialog(const std::string& applicationName, View& view, bool isRefused) {
+  const auto* const window = application_.find(view);
+  if (!window) return give(false);
+  dialog_ = std::make_unique<MicrophoneDialog>(
+      *window, applicationName, isRefused, alive_.guard([this](MicrophoneDialog::Answer answer) { answered(answer); }));
+  leaves_ = view.observeLeaving([this] {
+    dialog_.reset();
+    waiting_.clear();
+  });
 }
 
 void GtkRecordPermission::answered(MicrophoneDialog::Answer answer) {

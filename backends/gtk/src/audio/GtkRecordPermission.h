@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,34 +10,36 @@
 #include "MicrophoneDialog.h"
 
 #include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/RecordPermission.h"
 
 namespace orivex::gtk {
 
-/// Asks the visitor with a dialog over the front window and remembers the answer. After a refusal, each later question
-/// is answered with no at once, and a dialog offers the ways out of it. A sandboxed application asks the portal.
+/// Asks the visitor with a dialog over the window of the view and remembers the answer, in a sandbox as elsewhere: no
+/// portal asks for microphones. After a refusal, each later question is answered with no at once, and a dialog offers
+/// the ways out of it.
 class GtkRecordPermission final : public RecordPermission {
  public:
-  GtkRecordPermission(MainQueue& queue, const GtkApplicationPort& application, ConsentFile consent, bool isSandboxed)
-      : queue_(queue), application_(application), consent_(std::move(consent)), isSandboxed_(isSandboxed) {}
+  GtkRecordPermission(MainQueue& queue, const GtkApplicationPort& application, ConsentFile consent)
+      : queue_(queue), application_(application), consent_(std::move(consent)) {}
 
-  /// Whether this process runs in a Flatpak sandbox.
-  static bool isSandboxed();
+  /// What the visitor has answered; nothing before the first answer.
+  std::optional<bool> answer() const { return consent_.answer(); }
 
-  void request(const std::string& applicationName, Once<void(bool granted)> answer) override;
+  void request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) override;
 
  private:
-  void showDialog(const std::string& applicationName, bool isRefused);
+  void showDialog(const std::string& applicationName, View& view, bool isRefused);
   void answered(MicrophoneDialog::Answer answer);
   void give(bool granted);
 
   MainQueue& queue_;
   const GtkApplicationPort& application_;
   const ConsentFile consent_;
-  const bool isSandboxed_;
   std::vector<Once<void(bool)>> waiting_;
   std::unique_ptr<MicrophoneDialog> dialog_;
+  Subscription leaves_;
   Alive alive_;
 };
 

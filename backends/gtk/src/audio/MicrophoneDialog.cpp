@@ -23,10 +23,11 @@ MicrophoneDialog::Answer answerOf(const char* response) {
 
 }  // namespace
 
-MicrophoneDialog::MicrophoneDialog(GtkWindow* parent, const std::string& applicationName, bool isRefused,
+MicrophoneDialog::MicrophoneDialog(const HostWindow& parent, const std::string& applicationName, bool isRefused,
                                    Once<void(Answer)> answered)
-    : dialog_(parent, "“" + applicationName + "”" + (isRefused ? "不能使用麦克风" : "想使用麦克风"),
-              isRefused ? "您之前没有允许。允许后，就可以按住说话发送语音消息。" : "用来录制您按住说话时的语音消息。") {
+    : dialog_(parent.gtkWindow(), "“" + applicationName + "”" + (isRefused ? "不能使用麦克风" : "想使用麦克风"),
+              isRefused ? "您之前没有允许。允许后，就可以发送语音消息和有声音的视频。"
+                        : "用来录制您的语音消息和视频的声音。") {
   if (isRefused) {
     dialog_.addAnswer(closeId, "关闭");
     if (SoundSettings::areAvailable()) dialog_.addAnswer(settingsId, "声音设置");
@@ -34,7 +35,8 @@ MicrophoneDialog::MicrophoneDialog(GtkWindow* parent, const std::string& applica
     dialog_.addAnswer(refuseId, "不允许");
   }
   dialog_.addAnswer(allowId, "允许", ADW_RESPONSE_SUGGESTED);
-  dialog_.setDefaults(allowId, closeId);
+  dialog_.setDefaults(nullptr, closeId);
+  dialog_.takeFreshKeysOnly(parent.heldKeys());
   // Not modal: the visitor still holds the button down, and the page must see it released.
   dialog_.present(false, [answered = std::move(answered)](const char* response) mutable {
     std::move(answered)(answerOf(response));

@@ -3,12 +3,14 @@
 #include <string>
 
 #include "../ui/AlertDialog.h"
+#include "../ui/HostWindow.h"
 
 #include "orivex/platform/base/Once.h"
 
 namespace orivex::gtk {
 
-/// Asks the visitor whether an application may use the microphone. Destroying it takes it off the screen.
+/// Asks the visitor whether an application may use the microphone. No answer is the default, and a key counts only when
+/// it goes down after the question has come. Destroying it takes it off the screen.
 class MicrophoneDialog {
  public:
   enum class Answer {
@@ -20,7 +22,8 @@ class MicrophoneDialog {
 
   /// `isRefused`: the visitor has refused before, and is offered a way to think again. `answered` is called once and
   /// may destroy this object.
-  MicrophoneDialog(GtkWindow* parent, const std::string& applicationName, bool isRefused, Once<void(Answer)> answered);
+  MicrophoneDialog(const HostWindow& parent, const std::string& applicationName, bool isRefused,
+                   Once<void(Answer)> answered);
 
  private:
   AlertDialog dialog_;

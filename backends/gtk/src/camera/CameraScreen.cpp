@@ -35,13 +35,14 @@ std::string hintFor(const CameraOptions& options) {
 
 }  // namespace
 
-CameraScreen::CameraScreen(PipelineThreads threads, GtkOverlay* parent, const EdgeInsets& insets,
-                           const CameraOptions& options, std::function<void(Result)> done)
+CameraScreen::CameraScreen(PipelineThreads threads, const HostWindow& window, const CameraOptions& options,
+                           MayRecordSound mayRecordSound, std::function<void(Result)> done)
     : threads_(threads),
       options_(options),
+      mayRecordSound_(std::move(mayRecordSound)),
       done_(std::move(done)),
-      parent_(parent),
-      view_(threads.main, insets, hintFor(options), viewHandlers()) {
+      parent_(window.overlay()),
+      view_(threads.main, window.window()->safeAreaInsets(), window.heldKeys(), hintFor(options), viewHandlers()) {
   attach();
   view_.showOpening(false);
   orientation_ = std::make_unique<DeviceOrientation>([this](int) { turn(); });
@@ -223,10 +224,12 @@ void CameraScreen::beginVideo() {
     view_.showNotice("轻触按钮即可拍照");
     return;
   }
+  const auto withSound = mayRecordSound_();
+  if (!withSound) return;
   phase_ = Phase::preparing;
   view_.showRecording(0, options_.maxRecordDuration);
   recorder_ = std::make_unique<ClipRecorder>(
-      threads_, camera_->frames(), options_,
+      threads_, camera_->frames(), options_, *withSound,
       ClipRecorder::Handlers{
           .began = [this] { videoBegan(); },
           .finished = [this](std::shared_ptr<CaptureFile> file) { captured(MediaType::video, std::move(file)); },

@@ -9,6 +9,7 @@
 #include <gtk/gtk.h>
 
 #include "../glib/SignalConnection.h"
+#include "../ui/HostWindow.h"
 #include "../video/ClipPlayer.h"
 #include "../video/PipelineThreads.h"
 #include "CameraPipeline.h"
@@ -31,9 +32,12 @@ class CameraScreen {
   /// Nothing, when the window went away first.
   using Result = std::optional<CameraOutcome>;
 
-  /// Opens over `parent`, a host window's overlay. `done` is called once, from the queue, and may destroy the screen.
-  CameraScreen(PipelineThreads threads, GtkOverlay* parent, const EdgeInsets& insets, const CameraOptions& options,
-               std::function<void(Result)> done);
+  /// Whether a video may have sound. Nothing: the visitor is being asked now, and holds the shutter again afterwards.
+  using MayRecordSound = std::function<std::optional<bool>()>;
+
+  /// Opens over a host's window. `done` is called once, from the queue, and may destroy the screen.
+  CameraScreen(PipelineThreads threads, const HostWindow& window, const CameraOptions& options,
+               MayRecordSound mayRecordSound, std::function<void(Result)> done);
   CameraScreen(const CameraScreen&) = delete;
   CameraScreen& operator=(const CameraScreen&) = delete;
   ~CameraScreen();
@@ -87,6 +91,7 @@ class CameraScreen {
 
   const PipelineThreads threads_;
   const CameraOptions options_;
+  const MayRecordSound mayRecordSound_;
   std::function<void(Result)> done_;
   GtkOverlay* parent_;
   GtkWidget* focusBefore_ = nullptr;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "../glib/GMemory.h"
+#include "../video/SourceBin.h"
 #include "CameraPortal.h"
 #include "CaptureFormat.h"
 
@@ -78,14 +79,7 @@ ElementOrError makeSource(const CameraSource& source) {
     return element;
   }
   if (std::holds_alternative<CameraSource::Portal>(source.origin)) return CameraPortal::makeSource();
-  GError* error = nullptr;
-  // A fragment may end with what the frames have to be, which is no element of its own.
-  const auto fragment = std::get<CameraSource::LaunchFragment>(source.origin) + " ! identity";
-  auto element = GRef<GstElement>::sink(gst_parse_bin_from_description_full(
-      fragment.c_str(), TRUE, nullptr,
-      static_cast<GstParseFlags>(GST_PARSE_FLAG_FATAL_ERRORS | GST_PARSE_FLAG_PLACE_IN_BIN), &error));
-  if (error || !element) return adoptError(error);
-  return element;
+  return makeSourceBin(std::get<CameraSource::LaunchFragment>(source.origin), nullptr);
 }
 
 GstCapsPtr formatFor(const CameraSource& source, Size captureSize) {

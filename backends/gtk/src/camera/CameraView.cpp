@@ -81,7 +81,8 @@ void setMargins(GtkWidget* widget, int top, int bottom, int sides) {
 
 }  // namespace
 
-CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const std::string& hint, Handlers handlers)
+CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys::Keys& heldKeys,
+                       const std::string& hint, Handlers handlers)
     : main_(main),
       handlers_(std::move(handlers)),
       shutter_(main, {handlers_.tapped, handlers_.held, handlers_.released}),
@@ -110,6 +111,9 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const std::str
   auto* const keys = gtk_event_controller_key_new();
   gtk_widget_add_controller(root_.get(), keys);
   keyPressed_ = SignalConnection::connect<&CameraView::keyPressed>(keys, "key-pressed", this);
+  keyReleased_ = SignalConnection::connect<&CameraView::keyReleased>(keys, "key-released", this);
+  // A key that is held from one step to the next must not answer there.
+  heldKeys_ = std::make_unique<HeldKeys>(root_.get(), heldKeys, HeldKeys::Repeats::stop);
 }
 
 CameraView::~CameraView() = default;
@@ -268,13 +272,18 @@ void CameraView::useClicked(GtkButton* /*button*/) {
   handlers_.use();
 }
 
-// What the focused button does not take: it takes Space and Enter itself.
+// What the focused button does not take.
 gboolean CameraView::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
                                 GdkModifierType /*modifiers*/) {
   if (key == GDK_KEY_Escape) handlers_.close();
-  if (key == GDK_KEY_space || key == GDK_KEY_Return || key == GDK_KEY_KP_Enter) handlers_.tapped();
+  shutter_.keyPressed(key);
   // Nothing goes on to the screen below.
   return key != GDK_KEY_Tab && key != GDK_KEY_ISO_Left_Tab;
+}
+
+void CameraView::keyReleased(GtkEventControllerKey* /*keys*/, guint /*key*/, guint /*code*/,
+                             GdkModifierType /*modifiers*/) {
+  shutter_.keyReleased();
 }
 
 }  // namespace orivex::gtk

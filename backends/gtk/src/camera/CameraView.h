@@ -1,12 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include <gtk/gtk.h>
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "../ui/HeldKeys.h"
 #include "../video/FramePaintable.h"
 #include "ShutterButton.h"
 
@@ -32,7 +34,9 @@ class CameraView {
   };
 
   /// `insets`: the window's edges that hold no buttons. `hint`: what the shutter can do, in a few words.
-  CameraView(MainQueue& main, const EdgeInsets& insets, const std::string& hint, Handlers handlers);
+  /// `heldKeys` are down when it opens; they do nothing here before they were let go of.
+  CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys::Keys& heldKeys, const std::string& hint,
+             Handlers handlers);
   CameraView(const CameraView&) = delete;
   CameraView& operator=(const CameraView&) = delete;
   ~CameraView();
@@ -64,6 +68,7 @@ class CameraView {
   void switchClicked(GtkButton* button);
   void retakeClicked(GtkButton* button);
   void useClicked(GtkButton* button);
+  void keyReleased(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
   gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
 
   MainQueue& main_;
@@ -86,7 +91,9 @@ class CameraView {
   SignalConnection switchClicked_;
   SignalConnection retakeClicked_;
   SignalConnection useClicked_;
+  std::unique_ptr<HeldKeys> heldKeys_;
   SignalConnection keyPressed_;
+  SignalConnection keyReleased_;
   Alive alive_;
 };
 

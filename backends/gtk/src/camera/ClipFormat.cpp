@@ -29,7 +29,6 @@ constexpr std::array soundEncoders{
     Encoder{"faac", "faac bitrate=96000"},
     Encoder{"opusenc", "opusenc bitrate=64000"},
 };
-constexpr std::array microphones{"pulsesrc", "pipewiresrc", "alsasrc"};
 
 bool isInstalled(const char* factory) {
   return static_cast<bool>(GRef<GstElementFactory>::adopt(gst_element_factory_find(factory)));
@@ -42,15 +41,6 @@ std::string firstInstalled(const std::array<Encoder, count>& encoders) {
   return found == encoders.end() ? "" : found->launch;
 }
 
-// Reaches the sound server, or the hardware, and lets go of it again.
-bool opens(const char* factory) {
-  const auto source = GRef<GstElement>::sink(gst_element_factory_make(factory, nullptr));
-  if (!source) return false;
-  const auto change = gst_element_set_state(source.get(), GST_STATE_READY);
-  gst_element_set_state(source.get(), GST_STATE_NULL);
-  return change != GST_STATE_CHANGE_FAILURE;
-}
-
 }  // namespace
 
 std::optional<ClipFormat> chooseClipFormat(VideoExportType type) {
@@ -58,11 +48,6 @@ std::optional<ClipFormat> chooseClipFormat(VideoExportType type) {
   ClipFormat format{firstInstalled(videoEncoders), firstInstalled(soundEncoders), muxer};
   if (format.video.empty() || !isInstalled(muxer)) return std::nullopt;
   return format;
-}
-
-std::string findMicrophone(std::string_view name) {
-  const auto* const found = std::find_if(microphones.begin(), microphones.end(), opens);
-  return found == microphones.end() ? "" : std::string(*found) + " name=" + std::string(name);
 }
 
 }  // namespace orivex::gtk

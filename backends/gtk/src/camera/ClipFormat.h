@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "orivex/platform/ports/Camera.h"
 
@@ -17,9 +16,5 @@ struct ClipFormat {
 
 /// The best that the installed plug-ins can do; nothing without an H.264 encoder or a muxer. Worker; may load plug-ins.
 std::optional<ClipFormat> chooseClipFormat(VideoExportType type);
-
-/// A source for the microphone in launch syntax, its first element called `name`; empty when there is no microphone.
-/// Worker; asks the sound server.
-std::string findMicrophone(std::string_view name);
 
 }  // namespace orivex::gtk

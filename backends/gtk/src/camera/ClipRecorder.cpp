@@ -5,6 +5,8 @@
 #include <gst/app/gstappsrc.h>
 #include <gst/gst.h>
 
+#include "../audio/AudioSource.h"
+#include "../video/SourceBin.h"
 #include "ClipFormat.h"
 #include "ClipInput.h"
 #include "ScratchFile.h"
@@ -14,9 +16,11 @@
 namespace orivex::gtk {
 namespace {
 
-// Every element between the microphone and the muxer has a name that begins so, which tells its errors from others.
-constexpr std::string_view soundPrefix = "sound";
+// Every element between the microphone and the muxer has a name that begins with this word or is inside one that has,
+// which tells its errors from others.
+constexpr std::string_view soundMark = ":sound";
 constexpr const char* microphoneName = "sound-source";
+constexpr const char* soundQueue = "sound-queue";
 
 // Seconds within which an encoder has to complete a file: it has to write what it holds, a few megabytes at most.
 constexpr double longestFinish = 8;
@@ -26,14 +30,14 @@ GRef<GstElement> elementOf(GstElement& bin, const char* name) {
 }
 
 // Pictures that the encoder has no time for are dropped before they fill the memory.
-std::string describe(const ClipFormat& format, const std::string& microphone) {
+std::string describe(const ClipFormat& format, bool withSound) {
   auto text = "appsrc name=pictures is-live=true format=time max-buffers=12 max-bytes=0 leaky-type=upstream ! " +
               format.video + " ! h264parse ! queue ! " + format.muxer +
               " name=mux faststart=true ! filesink name=file ";
-  if (!microphone.empty()) {
-    text += microphone +
-            " ! queue name=sound-queue max-size-time=3000000000 ! audioconvert name=sound-convert ! audioresample "
-            "name=sound-resample ! audio/x-raw,rate=48000,channels=1 ! " +
+  if (withSound) {
+    text += std::string("queue name=") + soundQueue +
+            " max-size-time=3000000000 ! audioconvert name=sound-convert ! audioresample name=sound-resample ! "
+            "audio/x-raw,rate=48000,channels=1 ! " +
             format.sound + " name=sound-encode ! queue ! mux.";
   }
   return text;
@@ -55,16 +59,30 @@ std::variant<ClipFiles, Failure> makeFiles(VideoExportType type) {
                    std::get<std::shared_ptr<ScratchFile>>(std::move(draft))};
 }
 
+// The microphone that voice messages use, ready; null when it does not open.
+GRef<GstElement> openMicrophone() {
+  const auto made = makeSourceBin(audioSource(), microphoneName);
+  const auto* const source = std::get_if<GRef<GstElement>>(&made);
+  if (source && gst_element_set_state(source->get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE) return *source;
+  if (source) gst_element_set_state(source->get(), GST_STATE_NULL);
+  log::print("camera: the microphone does not open");
+  return nullptr;
+}
+
 ElementOrError build(VideoExportType type, bool withSound, const ClipFiles& files) {
   const auto format = chooseClipFormat(type);
   if (!format) return pipelineError("no H.264 encoder is installed");
-  const auto microphone = withSound && !format->sound.empty() ? findMicrophone(microphoneName) : "";
-  log::print("camera: records " + format->video + (microphone.empty() ? ", silent" : ", " + format->sound));
+  const auto microphone = withSound && !format->sound.empty() ? openMicrophone() : nullptr;
+  log::print("camera: records " + format->video + (microphone ? ", " + format->sound : ", silent"));
 
   GError* error = nullptr;
-  auto pipeline = GRef<GstElement>::sink(
-      gst_parse_launch_full(describe(*format, microphone).c_str(), nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
+  auto pipeline = GRef<GstElement>::sink(gst_parse_launch_full(describe(*format, static_cast<bool>(microphone)).c_str(),
+                                                               nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
   if (error || !pipeline) return adoptError(error);
+  if (microphone) {
+    gst_bin_add(GST_BIN(pipeline.get()), microphone.get());
+    gst_element_link(microphone.get(), elementOf(*pipeline.get(), soundQueue).get());
+  }
   g_object_set(elementOf(*pipeline.get(), "file").get(), "location", files.clip->path().c_str(), nullptr);
   g_object_set(elementOf(*pipeline.get(), "mux").get(), "faststart-file", files.draft->path().c_str(), nullptr);
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
@@ -82,13 +100,13 @@ void endStreams(GstElement& pipeline) {
 }  // namespace
 
 ClipRecorder::ClipRecorder(PipelineThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
-                           Handlers handlers)
+                           bool withSound, Handlers handlers)
     : threads_(threads),
       frames_(std::move(frames)),
       type_(options.videoExportType),
       longest_(options.maxRecordDuration),
       handlers_(std::move(handlers)) {
-  start(true);
+  start(withSound);
 }
 
 ClipRecorder::~ClipRecorder() {
@@ -102,7 +120,7 @@ void ClipRecorder::warmUp(PipelineThreads threads, VideoExportType type) {
     const auto format = chooseClipFormat(type);
     if (!format) return;
     // Plug-ins stay loaded once an element of theirs was made.
-    const auto video = GRef<GstElement>::sink(gst_parse_launch(describe(*format, "").c_str(), nullptr));
+    const auto video = GRef<GstElement>::sink(gst_parse_launch(describe(*format, false).c_str(), nullptr));
     if (format->sound.empty()) return;
     const auto sound = GRef<GstElement>::sink(gst_parse_launch(format->sound.c_str(), nullptr));
   });
@@ -157,7 +175,7 @@ void ClipRecorder::ended() {
 
 // A microphone that is there and gives no sound, as when all are muted by a switch, must not cost the video.
 void ClipRecorder::pipelineFailed(const PipelineError& error) {
-  if (withSound_ && !finishing_ && std::string_view(error.origin).starts_with(soundPrefix)) {
+  if (withSound_ && !finishing_ && error.origin.find(soundMark) != std::string::npos) {
     log::print("camera: the microphone does not work: " + error.text);
     start(false);
   } else {

@@ -13,8 +13,8 @@
 
 namespace orivex::gtk {
 
-/// Writes a video, with the microphone's sound if there is one, from its making to `finish`. Destroyed earlier it
-/// leaves no file. Main thread.
+/// Writes a video, with the microphone's sound if that is wanted and there is one, from its making to `finish`.
+/// Destroyed earlier it leaves no file. Main thread.
 class ClipRecorder {
  public:
   /// One call of `finished` or `failed` is the last; either may destroy this object.
@@ -24,7 +24,7 @@ class ClipRecorder {
     std::function<void()> failed;                                ///< why is in the log
   };
 
-  ClipRecorder(PipelineThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options,
+  ClipRecorder(PipelineThreads threads, std::shared_ptr<FrameTap> frames, const CameraOptions& options, bool withSound,
                Handlers handlers);
   ClipRecorder(const ClipRecorder&) = delete;
   ClipRecorder& operator=(const ClipRecorder&) = delete;

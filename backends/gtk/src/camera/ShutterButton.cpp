@@ -43,7 +43,7 @@ void roundedSquare(cairo_t* context, double side, double corner) {
   cairo_close_path(context);
 }
 
-// Takes the pointer away from a button, whose keyboard and whose place in assistive technology stay.
+// Takes the pointer away from a button, whose place in assistive technology stays.
 void ignoreClicks(GtkWidget* button) {
   const auto controllers = GRef<GListModel>::adopt(gtk_widget_observe_controllers(button));
   for (guint i = 0; i < g_list_model_get_n_items(controllers.get()); ++i) {
@@ -81,14 +81,59 @@ ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
   released_ = SignalConnection::connect<&ShutterButton::released>(drag, "drag-end", this);
   cancelled_ = SignalConnection::connect<&ShutterButton::cancelled>(drag, "cancel", this);
   clicked_ = SignalConnection::connect<&ShutterButton::clicked>(button_.get(), "clicked", this);
+  listenToKeys();
 }
 
 ShutterButton::~ShutterButton() {
   gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(drawing_), nullptr, nullptr, nullptr);
 }
 
+// Before the button itself, to which a key that goes down is a click.
+void ShutterButton::listenToKeys() {
+  auto* const keys = gtk_event_controller_key_new();
+  gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
+  gtk_widget_add_controller(button_.get(), keys);
+  keyPressed_ = SignalConnection::connect<&ShutterButton::keyWentDown>(keys, "key-pressed", this);
+  keyReleased_ = SignalConnection::connect<&ShutterButton::keyWentUp>(keys, "key-released", this);
+  auto* const focus = gtk_event_controller_focus_new();
+  gtk_widget_add_controller(button_.get(), focus);
+  focusLeft_ = SignalConnection::connect<&ShutterButton::focusLeft>(focus, "leave", this);
+}
+
+bool ShutterButton::keyPressed(guint key) {
+  if (key != GDK_KEY_space && key != GDK_KEY_Return && key != GDK_KEY_KP_Enter) return false;
+  if (press_ == Press::none) {
+    byKey_ = true;
+    press();
+  }
+  return true;
+}
+
+void ShutterButton::keyReleased() {
+  if (std::exchange(byKey_, false)) release();
+}
+
+gboolean ShutterButton::keyWentDown(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
+                                    GdkModifierType /*modifiers*/) {
+  return keyPressed(key);
+}
+
+void ShutterButton::keyWentUp(GtkEventControllerKey* /*keys*/, guint /*key*/, guint /*code*/,
+                              GdkModifierType /*modifiers*/) {
+  keyReleased();
+}
+
+// The key will be let go of where nobody tells of it.
+void ShutterButton::focusLeft(GtkEventControllerFocus* /*focus*/) {
+  if (std::exchange(byKey_, false)) endHold();
+}
+
 void ShutterButton::pressed(GtkGestureDrag* gesture, double /*x*/, double /*y*/) {
   gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
+  press();
+}
+
+void ShutterButton::press() {
   press_ = Press::down;
   gtk_widget_queue_draw(drawing_);
   main_.asyncAfter(holdDelay, alive_.guard([this, number = ++presses_] {
@@ -99,6 +144,10 @@ void ShutterButton::pressed(GtkGestureDrag* gesture, double /*x*/, double /*y*/)
 }
 
 void ShutterButton::released(GtkGestureDrag* /*gesture*/, double /*x*/, double /*y*/) {
+  release();
+}
+
+void ShutterButton::release() {
   if (press_ == Press::down) {
     press_ = Press::none;
     gtk_widget_queue_draw(drawing_);

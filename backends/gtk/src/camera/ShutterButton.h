@@ -12,8 +12,8 @@
 
 namespace orivex::gtk {
 
-/// The round button of a camera: a tap, or the keyboard's activation, and a hold from its beginning to its end. A ring
-/// around it fills while a video is recorded. Main thread.
+/// The round button of a camera: a tap, and a hold from its beginning to its end, by the pointer or with Space or
+/// Enter. A ring around it fills while a video is recorded. Main thread.
 class ShutterButton {
  public:
   struct Handlers {
@@ -29,6 +29,10 @@ class ShutterButton {
 
   GtkWidget* widget() const { return button_.get(); }
 
+  /// A key that presses buttons goes down or up, here or where no button takes it.
+  bool keyPressed(guint key);
+  void keyReleased();
+
   /// `fraction` of the longest recording, from 0 to 1.
   void showRecording(double fraction);
   void showIdle();
@@ -36,10 +40,16 @@ class ShutterButton {
  private:
   enum class Press { none, down, held };
 
+  void listenToKeys();
+  void press();
+  void release();
   void pressed(GtkGestureDrag* gesture, double x, double y);
   void released(GtkGestureDrag* gesture, double x, double y);
   void cancelled(GtkGesture* gesture, GdkEventSequence* sequence);
   void clicked(GtkButton* button);
+  gboolean keyWentDown(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  void keyWentUp(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  void focusLeft(GtkEventControllerFocus* focus);
   void endHold();
   void draw(cairo_t* context) const;
 
@@ -49,12 +59,16 @@ class ShutterButton {
   GtkWidget* drawing_ = nullptr;
   Press press_ = Press::none;
   unsigned presses_ = 0;
+  bool byKey_ = false;
   bool recording_ = false;
   double fraction_ = 0;
   SignalConnection pressed_;
   SignalConnection released_;
   SignalConnection cancelled_;
   SignalConnection clicked_;
+  SignalConnection keyPressed_;
+  SignalConnection keyReleased_;
+  SignalConnection focusLeft_;
   Alive alive_;
 };
 

@@ -8,6 +8,7 @@
 #include "HeldFile.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 namespace {
@@ -42,15 +43,18 @@ void GtkDocumentPicker::present(const DocumentPickerOptions& options, View& view
   if (!host) return log::print("The file chooser needs a screen in a window to open over.");
   completion_ = std::move(completion);
   open(options, host->gtkWindow());
+  leaves_ = view.observeLeaving([this] { drop(); });
 }
 
 void GtkDocumentPicker::open(const DocumentPickerOptions& options, GtkWindow* window) {
   // The chooser would greet the visitor with an error about a folder that has gone.
   if (!folder_ || !g_file_query_exists(folder_.get(), nullptr)) folder_ = documentsFolder();
   destroyed_ = SignalConnection::connect<&GtkDocumentPicker::windowDestroyed>(window, "destroy", this);
-  const auto filter = documentFilter(options.mimeTypes);
-  dialog_ = std::make_unique<FileDialog>(window, FileDialog::Options{filter.get(), folder_.get(), options.multiple},
-                                         [this](const FileDialog::Files& files) { answered(files); });
+  dialog_ = std::make_unique<FileDialog>(
+      window,
+      FileDialog::Options{
+          .filters = documentFilters(options.mimeTypes), .folder = folder_.get(), .multiple = options.multiple},
+      [this](const FileDialog::Files& files) { answered(files); });
 }
 
 void GtkDocumentPicker::answered(const FileDialog::Files& files) {
@@ -64,6 +68,11 @@ void GtkDocumentPicker::answered(const FileDialog::Files& files) {
 }
 
 void GtkDocumentPicker::windowDestroyed(GtkWidget* /*window*/) {
+  drop();
+}
+
+void GtkDocumentPicker::drop() {
+  leaves_ = {};
   destroyed_.disconnect();
   dialog_ = nullptr;
   completion_ = nullptr;

@@ -8,6 +8,7 @@
 #include "../glib/SignalConnection.h"
 #include "FileDialog.h"
 
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/DocumentPicker.h"
 #include "orivex/platform/ports/MainQueue.h"
 
@@ -28,6 +29,7 @@ class GtkDocumentPicker final : public DocumentPicker {
  private:
   void open(const DocumentPickerOptions& options, GtkWindow* window);
   void windowDestroyed(GtkWidget* window);
+  void drop();
   void answered(const FileDialog::Files& files);
 
   MainQueue& mainQueue_;
@@ -35,6 +37,7 @@ class GtkDocumentPicker final : public DocumentPicker {
   std::unique_ptr<FileDialog> dialog_;  // null while none is open
   Once<void(DocumentPickerOutcome)> completion_;
   GRef<GFile> folder_;
+  Subscription leaves_;
   SignalConnection destroyed_;
 };
 

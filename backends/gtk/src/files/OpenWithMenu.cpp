@@ -11,6 +11,8 @@
 #include "Applications.h"
 #include "OpenPortal.h"
 
+#include "orivex/platform/ui/View.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -137,6 +139,7 @@ bool OpenWithMenu::presentOptionsMenu(const Url& file, const Rect& /*rect*/, Vie
   menu_ = std::make_unique<Menu>(file, std::move(applications));
   menu_->sheet =
       std::make_unique<Sheet>(host->overlay(), mainQueue_, menu_->contentNew(), title, [this] { menu_.reset(); });
+  leaves_ = view.observeLeaving([this] { menu_.reset(); });
   return true;
 }
 

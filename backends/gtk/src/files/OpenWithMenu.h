@@ -9,6 +9,7 @@
 #include "../glib/SignalConnection.h"
 #include "../ui/Sheet.h"
 
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/DocumentInteraction.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/TypeRegistry.h"
@@ -33,6 +34,7 @@ class OpenWithMenu final : public DocumentInteraction {
   const GtkApplicationPort& application_;
   const TypeRegistry& types_;
   std::unique_ptr<Menu> menu_;  // null while none is open
+  Subscription leaves_;
 };
 
 }  // namespace orivex::gtk

@@ -39,6 +39,7 @@ void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<
   resigns_ = application_.observe(ApplicationEvent::willResignActive, [this] {
     if (content_) content_->pause();
   });
+  leaves_ = view.observeLeaving([this] { forget(); });
 }
 
 // Two hundred thumbnails and a hundred cells are too much to free in one turn of the main thread.

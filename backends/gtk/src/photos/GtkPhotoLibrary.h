@@ -47,6 +47,7 @@ class GtkPhotoLibrary final : public PhotoLibrary {
   std::unique_ptr<PhotoSheet> leaving_;
   std::unique_ptr<Sheet> sheet_;
   Subscription resigns_;
+  Subscription leaves_;
   bool isClosing_ = false;
   Alive alive_;
 };

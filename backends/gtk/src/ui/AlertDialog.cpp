@@ -33,6 +33,10 @@ void hide(const GRef<GtkWidget>& dialog) {
   adw_dialog_force_close(ADW_DIALOG(dialog.get()));
 }
 
+void takeFocus(const GRef<GtkWidget>& dialog) {
+  adw_dialog_set_focus(ADW_DIALOG(dialog.get()), nullptr);
+}
+
 constexpr auto addResponse = adw_alert_dialog_add_response;
 constexpr auto setAppearance = adw_alert_dialog_set_response_appearance;
 constexpr auto setDefaultResponse = adw_alert_dialog_set_default_response;
@@ -60,6 +64,10 @@ void show(const GRef<GtkWidget>& dialog, GtkWindow* /*parent*/, bool isModal) {
 
 void hide(const GRef<GtkWidget>& dialog) {
   gtk_window_destroy(GTK_WINDOW(dialog.get()));
+}
+
+void takeFocus(const GRef<GtkWidget>& dialog) {
+  gtk_window_set_focus(GTK_WINDOW(dialog.get()), nullptr);
 }
 
 constexpr auto addResponse = adw_message_dialog_add_response;
@@ -91,6 +99,10 @@ void AlertDialog::setDefaults(const char* entered, const char* closed) {
   setCloseResponse(cast(dialog_), closed);
 }
 
+void AlertDialog::takeFreshKeysOnly(HeldKeys::Keys down) {
+  keys_ = std::make_unique<HeldKeys>(surfaceOf(dialog_), std::move(down), HeldKeys::Repeats::stopAlways);
+}
+
 void AlertDialog::setContent(GtkWidget* content) {
   setExtraChild(cast(dialog_), content);
 }
@@ -100,6 +112,7 @@ void AlertDialog::present(bool isModal, Once<void(const char*)> answered) {
   responded_ = SignalConnection::connect<&AlertDialog::responded>(dialog_.get(), "response", this);
   destroyed_ = SignalConnection::connect<&AlertDialog::parentDestroyed>(parent_, "destroy", this);
   show(dialog_, parent_, isModal);
+  if (keys_) takeFocus(dialog_);
 }
 
 void AlertDialog::close() {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include <adwaita.h>
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "HeldKeys.h"
 
 #include "orivex/platform/base/Once.h"
 
@@ -22,8 +24,11 @@ class AlertDialog {
 
   /// The last one added stands where the eye looks for the usual answer.
   void addAnswer(const char* id, const char* label, AdwResponseAppearance appearance = ADW_RESPONSE_DEFAULT);
-  /// What Enter gives, and what Escape and closing give.
+  /// What Enter gives, null for nothing, and what Escape and closing give.
   void setDefaults(const char* entered, const char* closed);
+  /// For a consent that no key may give by accident: none of the answers has the focus at first, and a key counts only
+  /// when it goes down after the dialog has come. `down` are the keys that are held now.
+  void takeFreshKeysOnly(HeldKeys::Keys down);
   /// Lies below the body.
   void setContent(GtkWidget* content);
 
@@ -40,6 +45,7 @@ class AlertDialog {
   GtkWindow* const parent_;
   GRef<GtkWidget> dialog_;  // null when it is off the screen
   Once<void(const char*)> answered_;
+  std::unique_ptr<HeldKeys> keys_;
   SignalConnection responded_;
   SignalConnection destroyed_;
 };

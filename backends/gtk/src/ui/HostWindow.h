@@ -9,6 +9,7 @@
 #include "../glib/SignalConnection.h"
 #include "BackInput.h"
 #include "FocusKeeper.h"
+#include "HeldKeys.h"
 #include "HostViews.h"
 #include "ViewNode.h"
 
@@ -35,6 +36,9 @@ class HostWindow {
   const std::shared_ptr<WindowScene>& scene() const { return scene_; }
   bool isActive() const { return gtk_window_is_active(gtkWindow_) != FALSE; }
 
+  /// The keys that are down in the window now.
+  const HeldKeys::Keys& heldKeys() const { return keys_.down(); }
+
   void setSurroundings(const Surroundings& surroundings);
 
  private:
@@ -49,6 +53,7 @@ class HostWindow {
   std::unique_ptr<ViewNode> root_;
   std::unique_ptr<FocusKeeper> focus_;
   std::unique_ptr<BackInput> backInput_;
+  HeldKeys keys_{GTK_WIDGET(gtkWindow_), {}, HeldKeys::Repeats::pass};
   std::function<void()> closed_;
   SignalConnection contentChanged_;
   SignalConnection destroy_;

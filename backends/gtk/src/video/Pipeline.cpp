@@ -57,7 +57,7 @@ class Pipeline::BusListener {
     } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
       GError* error = nullptr;
       gst_message_parse_error(message, &error, nullptr);
-      const GCharPtr origin(gst_object_get_name(GST_MESSAGE_SRC(message)));
+      const GCharPtr origin(gst_object_get_path_string(GST_MESSAGE_SRC(message)));
       main_.async([report = report_, told = adoptError(error, origin ? origin.get() : "")] { report(told); });
     }
   }

@@ -14,7 +14,7 @@ struct PipelineError {
   GQuark domain = 0;
   int code = 0;
   std::string text;    ///< for the log
-  std::string origin;  ///< name of the element that said so; may be empty
+  std::string origin;  ///< path of the element that said so, such as "/GstPipeline:a/GstBin:b/GstX:c"; may be empty
 };
 
 /// An element, or why there is none.

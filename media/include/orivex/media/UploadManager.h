@@ -44,6 +44,9 @@ class UploadManager {
   void uploadFile(FilePart::Path file, const std::string& fileName, const std::string& mimeType,
                   Once<void(UploadResult)> completion) const;
 
+  /// Takes the progress of what is being uploaded off the display; the uploads go on unseen. Main thread.
+  static void hideProgress();
+
   /// The usual MIME type of files with this extension; "application/octet-stream" when there is none. Any thread.
   static std::string mimeType(std::string_view forExtension);
 

@@ -84,7 +84,6 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   void viewWillAppear(bool animated) override;
   void viewDidAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
-  void viewDidDisappear(bool animated) override;
   void viewDidLayoutSubviews() override;
 
   /// Leaves, as the page's "goBack" does.
@@ -110,12 +109,13 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   std::unique_ptr<PageOrigins> origins_;
   double snapshotTop_ = 0;               // points from the top of its window
   std::weak_ptr<Window> sessionWindow_;  // of which the picture is
-  bool hasAddress_ = true;  // unless its own session has none
+  bool hasAddress_ = true;               // unless its own session has none
   std::unique_ptr<ChatWebViewHost> host_;
   std::shared_ptr<ChatNavigation> navigation_;
   std::unique_ptr<ScriptMessageBridge> bridge_;
   std::unique_ptr<EdgePanBack> backGesture_;
   std::vector<Subscription> applicationObservers_;
+  bool mustLoadPage_ = false;  // the check failed while nobody could be told
   std::vector<std::shared_ptr<View>> hiddenChrome_;
 };
 

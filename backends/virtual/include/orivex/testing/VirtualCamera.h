@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/Camera.h"
 #include "orivex/platform/ports/MainQueue.h"
 
@@ -24,6 +25,7 @@ class VirtualCamera final : public Camera {
   MainQueue& queue_;
   std::optional<CameraOptions> presented_;
   Once<void(CameraOutcome)> completion_;
+  Subscription leaves_;
 };
 
 }  // namespace orivex::testing

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/DocumentInteraction.h"
 #include "orivex/platform/ports/MainQueue.h"
 
@@ -28,10 +29,15 @@ class VirtualDocumentInteraction final : public DocumentInteraction {
   const std::vector<Menu>& menus() const { return menus_; }
   void forgetMenus() { menus_.clear(); }
 
+  /// Whether the last of them is still open: it closes with the screen of its view.
+  bool isOpen() const { return open_; }
+
  private:
   const MainQueue& queue_;
   bool applications_ = true;
+  bool open_ = false;
   std::vector<Menu> menus_;
+  Subscription leaves_;
 };
 
 }  // namespace orivex::testing

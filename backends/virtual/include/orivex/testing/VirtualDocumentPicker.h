@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/DocumentPicker.h"
 #include "orivex/platform/ports/MainQueue.h"
 
@@ -40,6 +41,7 @@ class VirtualDocumentPicker final : public DocumentPicker {
   Once<void(DocumentPickerOutcome)> completion_;
   std::set<std::string> refused_;
   std::shared_ptr<int> openAccesses_ = std::make_shared<int>(0);
+  Subscription leaves_;
 };
 
 }  // namespace orivex::testing

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 
@@ -25,6 +26,7 @@ class VirtualPhotoLibrary final : public PhotoLibrary {
   MainQueue& queue_;
   std::optional<PhotoLibraryOptions> shown_;
   Once<void(PhotoSelection)> selected_;
+  Subscription leaves_;
 };
 
 }  // namespace orivex::testing

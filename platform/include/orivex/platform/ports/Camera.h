@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <variant>
 
 #include "orivex/platform/base/Geometry.h"
@@ -17,6 +18,7 @@ struct CameraOptions {
   double maxRecordDuration = 10;  ///< seconds
   Size captureSize{1280, 720};    ///< pixels, of the sensor held in landscape
   VideoExportType videoExportType = VideoExportType::mp4;
+  std::string applicationName{};  ///< in whose name the visitor is asked for the microphone
 };
 
 /// Why the camera cannot be used.
@@ -27,7 +29,8 @@ struct CaptureCancelled {};
 /// A captured file belongs to the caller, who deletes it when it was sent.
 using CameraOutcome = std::variant<PickedMedia, CaptureCancelled, CameraFailure>;
 
-/// The device's camera.
+/// The device's camera. The sound of its videos comes from the microphone that `AudioSession` records, by the consent
+/// that `RecordPermission` asks for; without it they are silent.
 class Camera {
  public:
   Camera() = default;
@@ -36,8 +39,8 @@ class Camera {
   virtual ~Camera() = default;
 
   /// Opens the camera screen over the window of `view`. Main thread; `completion` is called at most once, on the main
-  /// thread and not inside this call: never when the window goes away first, and never for a second call while a camera
-  /// screen is open.
+  /// thread and not inside this call: never when the window goes away or the screen of `view` leaves first, either of
+  /// which closes the camera, and never for a second call while a camera screen is open.
   virtual void present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) = 0;
 };
 

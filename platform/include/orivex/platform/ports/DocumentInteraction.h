@@ -15,9 +15,9 @@ class DocumentInteraction {
   DocumentInteraction& operator=(const DocumentInteraction&) = delete;
   virtual ~DocumentInteraction() = default;
 
-  /// Shows the menu for `file`, a web address, from `rect` of `view`. False when no application opens such files, and
-  /// for an address that is not of the web: what lies on the device is no business of a page's. Nothing is shown then.
-  /// Main thread.
+  /// Shows the menu for `file`, a web address, from `rect` of `view`, until its screen leaves. False when no
+  /// application opens such files, and for an address that is not of the web: what lies on the device is no business of
+  /// a page's. Nothing is shown then. Main thread.
   virtual bool presentOptionsMenu(const Url& file, const Rect& rect, View& view) = 0;
 };
 

@@ -44,7 +44,8 @@ class DocumentPicker {
   virtual ~DocumentPicker() = default;
 
   /// Opens the chooser over the window of `view`. Main thread; `completion` is called at most once, on the main thread
-  /// and not inside this call: never when the window goes away first. A second call while a chooser is open brings that
+  /// and not inside this call: never when the window goes away or the screen of `view` leaves first, either of which
+  /// closes the chooser. A second call while a chooser is open brings that
   /// one to the front and ends in `PickingCancelled`.
   virtual void present(const DocumentPickerOptions& options, View& view,
                        Once<void(DocumentPickerOutcome)> completion) = 0;

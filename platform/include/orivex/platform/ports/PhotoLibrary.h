@@ -40,8 +40,9 @@ class PhotoLibrary {
   virtual ~PhotoLibrary() = default;
 
   /// Opens the sheet over the window of `view`. Main thread; `selected` is called once, on the main thread and not
-  /// inside this call, when the visitor confirms a selection, and never when the sheet closes without one. A second
-  /// call while a sheet is open changes nothing, and its `selected` is never called.
+  /// inside this call, when the visitor confirms a selection, and never when the sheet closes without one, as it does
+  /// with the screen of `view`. A second call while a sheet is open changes nothing, and its `selected` is never
+  /// called.
   virtual void show(const PhotoLibraryOptions& options, View& view, Once<void(PhotoSelection)> selected) = 0;
 };
 

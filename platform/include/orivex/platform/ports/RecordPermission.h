@@ -6,6 +6,8 @@
 
 namespace orivex {
 
+class View;
+
 /// Whether the application may use the microphone.
 class RecordPermission {
  public:
@@ -15,9 +17,10 @@ class RecordPermission {
   virtual ~RecordPermission() = default;
 
   /// Asks the visitor in the name of `applicationName`, unless the answer is known already. Main thread; `answer` is
-  /// called exactly once, not inside this call and on an arbitrary thread. A question that ends without an answer, for
-  /// example with its window, is a refusal that is not remembered.
-  virtual void request(const std::string& applicationName, Once<void(bool granted)> answer) = 0;
+  /// called at most once, not inside this call and on an arbitrary thread. A question that ends without an answer, for
+  /// example with its window, is a refusal that is not remembered. One that is open when the screen of `view` leaves
+  /// ends with it: nothing is remembered, and `answer` is never called.
+  virtual void request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) = 0;
 };
 
 }  // namespace orivex

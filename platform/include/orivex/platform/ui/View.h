@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/base/Observers.h"
 
 namespace orivex {
 
@@ -103,6 +104,16 @@ class View : public std::enable_shared_from_this<View> {
   /// The window that shows the tree in which this view is; null outside of one.
   Window* window() const;
 
+  /// Whether the screen of this view shows: from when it is about to appear until it is about to disappear. A view that
+  /// belongs to no screen does not.
+  bool isShowing() const;
+
+  /// What a screen tells its root view when it is about to appear or to disappear.
+  void setShowing(bool showing);
+
+  /// Calls `handler` when the screen of this view is about to disappear: what was opened for it closes.
+  [[nodiscard]] Subscription observeLeaving(std::function<void()> handler) { return leaving_.add(std::move(handler)); }
+
   void addGesture(const std::shared_ptr<ScreenEdgePanGesture>& gesture);
   const std::vector<std::shared_ptr<ScreenEdgePanGesture>>& gestures() const { return gestures_; }
 
@@ -127,6 +138,8 @@ class View : public std::enable_shared_from_this<View> {
  private:
   friend class Window;
 
+  void tellLeaving() const;
+
   template <class Value>
   void set(Value& field, const Value& value, ViewChange change);
 
@@ -145,6 +158,8 @@ class View : public std::enable_shared_from_this<View> {
   View* superview_ = nullptr;
   Window* shownIn_ = nullptr;  // set on a window's content view only
   ViewMirror* mirror_ = nullptr;
+  std::optional<bool> showing_;  // set on the root view of a screen only
+  Observers<> leaving_;
 };
 
 }  // namespace orivex
