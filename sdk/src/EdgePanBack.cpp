@@ -1,14 +1,17 @@
 #include "EdgePanBack.h"
 
 #include <algorithm>
+#include <string>
 
 #include "Closing.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Animator.h"
 #include "orivex/platform/ui/ScreenEdgePanGesture.h"
+#include "orivex/platform/ui/TakenPointers.h"
 #include "orivex/platform/ui/WebView.h"
 #include "orivex/sdk/OVKFApi.h"
+#include "orivex/voice/RecordManager.h"
 
 namespace orivex {
 namespace {
@@ -31,8 +34,12 @@ void EdgePanBack::handle(const ScreenEdgePanGesture& gesture) {
     case cancelled:
       release(gesture.translation());
       break;
-    case possible:
     case began:
+      // What the finger has pressed in the page is not meant any more.
+      screen_.webView()->evaluate(std::string(pointersTakenScript));
+      RecordManager::shared().cancelRecording();
+      break;
+    case possible:
       break;
   }
 }

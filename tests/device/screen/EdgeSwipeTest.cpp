@@ -62,6 +62,27 @@ TEST_F(EdgeSwipe, MovesThePageAndNothingInIt) {
   EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
 }
 
+TEST_F(EdgeSwipe, CancelsWhatTheFingerHasPressedInThePage) {
+  const SocketServer server(servePage(
+      "<body style='margin:0'><button id=talk style='width:300px;height:300px'>talk</button><script>window.story = '';"
+      "for (const kind of ['pointerdown', 'pointerup', 'pointercancel'])"
+      "  talk.addEventListener(kind, (event) => story += kind + event.pointerId + ' ');"
+      "webkit.messageHandlers.initLoaded.postMessage(null);" +
+      raise("ready") + "</script>"));
+  const auto chat = openChat(server.url(""));
+  ASSERT_TRUE(wait([&] { return chat->isLoaded(); }, 10));
+  pass(0.6);
+  press(5, 100);
+  ASSERT_TRUE(wait([&] { return evaluate(*chat, "story").starts_with("pointerdown"); }, 5));
+  const auto pointer = evaluate(*chat, "story").substr(11);
+  moveBy(80, 4);
+  EXPECT_TRUE(wait([&] { return evaluate(*chat, "story") == "pointerdown" + pointer + "pointercancel" + pointer; }, 5))
+      << evaluate(*chat, "story");
+  release();
+  EXPECT_TRUE(wait([&] { return chat->webView()->transform() == Translation{}; }, 5));
+  EXPECT_EQ(evaluate(*chat, "story"), "pointerdown" + pointer + "pointercancel" + pointer);
+}
+
 // The darkness and the opacity of a point of a picture, each from 0 to 255.
 std::pair<int, int> pointOf(GdkPaintable* picture, int x, int y) {
   auto* const drawing = gtk_snapshot_new();

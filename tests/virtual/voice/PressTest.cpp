@@ -4,6 +4,7 @@
 #include "VoiceTest.h"
 
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/ui/ScreenEdgePanGesture.h"
 
 namespace orivex::testing {
 namespace {
@@ -207,6 +208,15 @@ TEST_F(PressTest, ItsPartsObeyTheStateThatTheyShare) {
   press.cancelRecording();
   EXPECT_EQ(overlay(), "hidden");
   EXPECT_TRUE(recordings().back()->discarded);
+}
+
+TEST_F(PressTest, AnEdgeSwipeTakesTheFingerAwayFromThePress) {
+  play("start allow 2");
+  screen_->view()->gestures().at(0)->report(ScreenEdgePanGesture::State::began, 9);
+  EXPECT_EQ(state(), "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden");
+  EXPECT_TRUE(recordings()[0]->discarded);
+  play("end 1");
+  EXPECT_TRUE(clips().empty());
 }
 
 TEST_F(PressTest, AnswersOfEarlierPressesComeTooLate) {
