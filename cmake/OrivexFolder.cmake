@@ -3,6 +3,9 @@
 #
 #   orivex_folder(<name> SOURCES <cpp>... HEADERS <h>... [DEPENDS <folder or library>...] [USES <private library>...])
 #
+# The target is orivex_<name>, and the libraries of the system are PkgConfig::ORIVEX_<name>, so that a host that has this
+# project as a subproject may have targets of the short names; inside, the short names do.
+#
 # Public headers lie in <folder>/include/orivex/<name>/, sources and private headers in <folder>/src/.
 
 set(ORIVEX_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
@@ -21,6 +24,21 @@ function(orivex_compile_options target)
   endif()
 endfunction()
 
+# Sets `out` to the targets that are meant by short names; whatever else is among them stays as it is.
+function(orivex_resolve out)
+  set(resolved "")
+  foreach(name IN LISTS ARGN)
+    string(REPLACE "PkgConfig::" "PkgConfig::ORIVEX_" library "${name}")
+    if(TARGET Orivex::${name})
+      set(name Orivex::${name})
+    elseif(TARGET ${library})
+      set(name ${library})
+    endif()
+    list(APPEND resolved ${name})
+  endforeach()
+  set(${out} ${resolved} PARENT_SCOPE)
+endfunction()
+
 function(orivex_folder name)
   cmake_parse_arguments(ARG "" "KIND" "SOURCES;HEADERS;DEPENDS;USES" ${ARGN})
   if(NOT ARG_KIND)
@@ -28,10 +46,13 @@ function(orivex_folder name)
   endif()
   list(TRANSFORM ARG_SOURCES PREPEND src/)
   list(TRANSFORM ARG_HEADERS PREPEND include/orivex/${name}/)
-  add_library(${name} ${ARG_KIND} ${ARG_SOURCES})
-  add_library(Orivex::${name} ALIAS ${name})
-  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS include FILES ${ARG_HEADERS})
-  target_include_directories(${name} PRIVATE src)
-  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_USES})
-  orivex_compile_options(${name})
+  orivex_resolve(ARG_DEPENDS ${ARG_DEPENDS})
+  orivex_resolve(ARG_USES ${ARG_USES})
+  set(target orivex_${name})
+  add_library(${target} ${ARG_KIND} ${ARG_SOURCES})
+  add_library(Orivex::${name} ALIAS ${target})
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS include FILES ${ARG_HEADERS})
+  target_include_directories(${target} PRIVATE src)
+  target_link_libraries(${target} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_USES})
+  orivex_compile_options(${target})
 endfunction()

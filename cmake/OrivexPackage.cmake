@@ -6,11 +6,15 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/OrivexSDK)
 file(RELATIVE_PATH pc_to_include ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 
 foreach(folder models store platform media voice sdk)
-  install(TARGETS ${folder} FILE_SET HEADERS)
+  install(TARGETS orivex_${folder} FILE_SET HEADERS)
 endforeach()
 
 # Installs a target under its public name, with the headers that are its own.
 function(orivex_package target name description requires)
+  # Under the same name where this project is a subproject of the host.
+  if(NOT TARGET Orivex::${name})
+    add_library(Orivex::${name} ALIAS ${target})
+  endif()
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
   get_target_property(header_sets ${target} INTERFACE_HEADER_SETS)
   if(header_sets)
@@ -27,11 +31,11 @@ function(orivex_package target name description requires)
 endfunction()
 
 orivex_package(OrivexSDK OrivexSDK "${PROJECT_DESCRIPTION}" "")
-orivex_package(testing OrivexTesting "A device in memory with virtual time, to test hosts of OrivexSDK" OrivexSDK)
+orivex_package(orivex_testing OrivexTesting "A device in memory with virtual time, to test hosts of OrivexSDK" OrivexSDK)
 # A host's compiler may differ from ours, and an archive of intermediate code suits one compiler only.
-set_target_properties(testing PROPERTIES INTERPROCEDURAL_OPTIMIZATION OFF)
-if(TARGET gtk)
-  orivex_package(gtk OrivexGtk "OrivexSDK on GTK 4 and WebKitGTK" "OrivexSDK gtk4 libadwaita-1")
+set_target_properties(orivex_testing PROPERTIES INTERPROCEDURAL_OPTIMIZATION OFF)
+if(TARGET orivex_gtk)
+  orivex_package(orivex_gtk OrivexGtk "OrivexSDK on GTK 4 and WebKitGTK" "OrivexSDK gtk4 libadwaita-1")
 endif()
 
 install(EXPORT OrivexSDK NAMESPACE Orivex:: FILE OrivexSDKTargets.cmake DESTINATION ${package_dir})

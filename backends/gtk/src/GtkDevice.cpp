@@ -76,7 +76,7 @@ GtkDevice::GtkDevice()
 
 void install() {
   if (installedDevice) return;
-  if (!gtk_is_initialized()) fatalError("OrivexSDK/Gtk", "initialise GTK before calling orivex::gtk::install().");
+  if (!gtk_init_check()) fatalError("OrivexSDK/Gtk", "orivex::gtk::install() needs a display, and there is none.");
   // Lives as long as the process: singletons and late callbacks of threads refer to it.
   installedDevice = new GtkDevice;
   Platform::install(&installedDevice->platform());

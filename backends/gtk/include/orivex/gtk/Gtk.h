@@ -12,8 +12,9 @@
 /// The component on a real device: GTK 4, WebKitGTK, GStreamer and libcurl. Main thread only.
 namespace orivex::gtk {
 
-/// Makes the real device the platform of this process. Call it once, after GTK is initialised (for example in the
-/// application's "startup" or "activate" handler) and before the first chat screen is made.
+/// Makes the real device the platform of this process, and GTK ready if it is not. Call it once, before the first chat
+/// screen is made and after the GApplication, if there is one: what is kept of a visitor is kept under its identifier.
+/// Without a display the process ends with one line.
 void install();
 
 /// The areas of a window that something else covers, in points; nothing on a desktop.
