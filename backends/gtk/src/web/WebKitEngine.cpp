@@ -125,8 +125,8 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
   registerMessages(configuration.scriptMessageNames);
   addLightScript(content_.get());
   addLightStyle(content_.get());
+  addTakenPointersScript(content_.get());
   addUserScripts(configuration.userScripts);
-  addTakenPointersScript();
   connectSignals();
 }
 
@@ -152,13 +152,6 @@ void WebKitEngine::addUserScripts(const std::vector<UserScript>& scripts) {
         nullptr, nullptr));
     webkit_user_content_manager_add_script(content_.get(), made.get());
   }
-}
-
-void WebKitEngine::addTakenPointersScript() {
-  const std::unique_ptr<WebKitUserScript, FreeUserScript> made(webkit_user_script_new_for_world(
-      takenPointersScript, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START,
-      takenPointersWorld, nullptr, nullptr));
-  webkit_user_content_manager_add_script(content_.get(), made.get());
 }
 
 void WebKitEngine::connectSignals() {

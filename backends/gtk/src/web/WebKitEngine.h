@@ -49,7 +49,6 @@ class WebKitEngine final : public WebEngine {
   void whenStarted(Start call);
   void registerMessages(const std::vector<std::string>& names);
   void addUserScripts(const std::vector<UserScript>& scripts);
-  void addTakenPointersScript();
   void connectSignals();
 
   void loadChanged(WebKitWebView* view, WebKitLoadEvent event);

@@ -1,0 +1,41 @@
+#include "TakenPointers.h"
+
+#include <memory>
+
+#include "../FreeWith.h"
+
+namespace orivex::gtk {
+namespace {
+
+// A world of scripts of our own: the page sees what it does and not what it holds.
+constexpr const char* world = "orivex";
+
+constexpr const char* script = R"js(
+{
+  const down = new Map();
+  const forget = (event) => down.delete(event.pointerId);
+  addEventListener("pointerdown", (event) => down.set(event.pointerId, [event.composedPath()[0], event]), true);
+  addEventListener("pointerup", forget, true);
+  addEventListener("pointercancel", forget, true);
+  addEventListener("orivexpointerstaken", () => {
+    for (const [target, { pointerId, pointerType, isPrimary, clientX, clientY }] of [...down.values()]) {
+      const details = { pointerId, pointerType, isPrimary, clientX, clientY, bubbles: true, composed: true };
+      target.dispatchEvent(new PointerEvent("pointercancel", details));
+    }
+    down.clear();
+  });
+}
+)js";
+
+using Script = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
+
+}  // namespace
+
+void addTakenPointersScript(WebKitUserContentManager* content) {
+  const Script made(webkit_user_script_new_for_world(script, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+                                                     WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, world, nullptr,
+                                                     nullptr));
+  webkit_user_content_manager_add_script(content, made.get());
+}
+
+}  // namespace orivex::gtk
