@@ -27,7 +27,7 @@ TEST_F(Hang, TheVisitorMayWaitOrLeaveAndTheProcessEnds) {
   EXPECT_FALSE(web_->has("leave"));
   adw_message_dialog_response(openDialog(), "leave");
   EXPECT_TRUE(wait([&] { return web_->has("leave"); }, 5));
-  EXPECT_GE(pageProcesses(), 1);
+  EXPECT_GE(pageProcesses(), 1U);
   closePage();
   EXPECT_TRUE(wait([] { return pageProcesses() == 0; }, 8)) << "the page goes on for ever";
 }

@@ -13,7 +13,7 @@ TEST_F(Leak, NoPageProcessOutlivesItsScreen) {
     recorder->events.clear();
     const auto chat = openChat(server.url(""));
     screens.push_back(chat);
-    EXPECT_GE(pageProcesses(), 1) << "the count sees a page that lives";
+    EXPECT_GE(pageProcesses(), 1U) << "the count sees a page that lives";
     evaluate(*chat, "webkit.messageHandlers.goBack.postMessage({}); 0");
     ASSERT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
   }
@@ -21,7 +21,7 @@ TEST_F(Leak, NoPageProcessOutlivesItsScreen) {
   EXPECT_TRUE(
       wait([&] { return std::all_of(screens.begin(), screens.end(), [](auto& it) { return it.expired(); }); }, 15));
   // Looked at now and then only: counting takes so long that it would starve what ends the processes.
-  int left = pageProcesses();
+  auto left = pageProcesses();
   for (int looks = 0; left > 0 && looks < 30; ++looks) {
     pass(0.5);
     left = pageProcesses();

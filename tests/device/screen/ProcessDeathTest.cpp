@@ -1,8 +1,10 @@
 #include <atomic>
+#include <csignal>
 
 #include <webkit/webkit.h>
 
 #include "ScreenFixture.h"
+#include "WebTools.h"
 #include "web/WebKitEngine.h"
 
 #include "orivex/platform/ui/WebView.h"
@@ -48,6 +50,22 @@ TEST_F(ProcessDeath, APageThatDiesOnItsWayIsAskedForAgain) {
   ASSERT_TRUE(wait([&] { return asked == 2; }, 20));
   killPage(*chat);
   EXPECT_TRUE(wait([&] { return raised("ready"); }, 20));
+}
+
+TEST_F(ProcessDeath, APageThatLosesItsScriptsWithTheNetworkProcessComesBackWhole) {
+  std::atomic<int> asked = 0;
+  const auto page = servePage("<script src=/app.js></script>");
+  const SocketServer server([&](const std::string& target) {
+    if (target != "/app.js") return page(target);
+    return ++asked == 1 ? SocketServer::Answer{"", SocketServer::Then::silence}
+                        : SocketServer::Answer{reply(200, raise("ready"), "Content-Type: text/javascript\r\n")};
+  });
+  const auto chat = startChat(server.url(""));
+  window()->rootViewController()->present(chat, false);
+  ASSERT_TRUE(wait([&] { return asked == 1; }, 20));
+  for (const int process : processesBelow("WebKitNetworkPr")) kill(process, SIGKILL);
+  EXPECT_TRUE(wait([&] { return raised("ready"); }, 20));
+  EXPECT_EQ(log.count("network process ended"), 1);
 }
 
 }  // namespace

@@ -55,19 +55,19 @@ std::string evaluateIn(WebKitWebView* view, const std::string& script) {
   return answer.text;
 }
 
-int pageProcesses() {
+std::vector<int> processesBelow(const std::string& name) {
   const auto processes = allProcesses();
   std::set<int> ours{getpid()};
-  int pages = 0;
+  std::vector<int> found;
   for (bool grew = true; grew;) {
     grew = false;
     for (const auto& process : processes) {
       if (ours.count(process.parent) == 0 || !ours.insert(process.id).second) continue;
       grew = true;
-      if (process.name.find("WebKitWebProces") != std::string::npos) ++pages;
+      if (process.name.find(name) != std::string::npos) found.push_back(process.id);
     }
   }
-  return pages;
+  return found;
 }
 
 }  // namespace orivex::gtk

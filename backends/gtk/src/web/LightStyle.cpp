@@ -29,10 +29,13 @@ using Script = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unr
 
 }  // namespace
 
-void addLightStyle(WebKitUserContentManager* content) {
-  const StyleSheet sheet(webkit_user_style_sheet_new(style, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                                                     WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
+void addStyle(WebKitUserContentManager* content, const char* css, WebKitUserContentInjectedFrames frames) {
+  const StyleSheet sheet(webkit_user_style_sheet_new(css, frames, WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
   webkit_user_content_manager_add_style_sheet(content, sheet.get());
+}
+
+void addLightStyle(WebKitUserContentManager* content) {
+  addStyle(content, style, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
 }
 
 void addLightScript(WebKitUserContentManager* content) {

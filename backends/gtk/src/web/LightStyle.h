@@ -4,6 +4,9 @@
 
 namespace orivex::gtk {
 
+/// Adds rules of the component's own to a page, below the page's except where they are important.
+void addStyle(WebKitUserContentManager* content, const char* css, WebKitUserContentInjectedFrames frames);
+
 // The chat page is light whatever the desktop's style is, which WebKit follows for all web views of the process. Left
 // to the page is what its own style sheets say about dark desktops.
 

@@ -49,6 +49,16 @@ FileChooserRequest described(WebKitFileChooserRequest* request) {
   return description;
 }
 
+// Asks about the address of a window as about any other before it is opened.
+PageRequestHandlers askingFirst(const WebEngineHandlers& handlers) {
+  auto requests = handlers.pageRequests;
+  requests.openWindow = [decide = handlers.decideNavigationAction, open = requests.openWindow](const std::string& url) {
+    const auto kept = std::pair(decide, open);  // the handler may end the engine, and with it this function
+    if (kept.second && kept.first(url) == NavigationPolicy::allow) kept.second(url);
+  };
+  return requests;
+}
+
 bool isAttachment(WebKitURIResponse* response) {
   auto* const headers = webkit_uri_response_get_http_headers(response);
   char* raw = nullptr;
@@ -60,8 +70,8 @@ bool isAttachment(WebKitURIResponse* response) {
 }  // namespace
 
 PageRequests::PageRequests(WebKitWebView* view, WebKitNetworkSession* session, std::shared_ptr<PageDownloads> downloads,
-                           MainQueue& mainQueue, PageRequestHandlers handlers)
-    : view_(view), downloads_(std::move(downloads)), mainQueue_(mainQueue), handlers_(std::move(handlers)) {
+                           MainQueue& mainQueue, const WebEngineHandlers& handlers)
+    : view_(view), downloads_(std::move(downloads)), mainQueue_(mainQueue), handlers_(askingFirst(handlers)) {
   signals_.push_back(SignalConnection::connect<&PageRequests::createWindow>(view, "create", this));
   signals_.push_back(SignalConnection::connect<&PageRequests::runFileChooser>(view, "run-file-chooser", this));
   signals_.push_back(SignalConnection::connect<&PageRequests::downloadStarted>(session, "download-started", this));

@@ -20,7 +20,7 @@ class PageRequests {
  public:
   /// `view` outlives this object; `downloads` are shared by all pages of `session`.
   PageRequests(WebKitWebView* view, WebKitNetworkSession* session, std::shared_ptr<PageDownloads> downloads,
-               MainQueue& mainQueue, PageRequestHandlers handlers);
+               MainQueue& mainQueue, const WebEngineHandlers& handlers);
 
   /// The page, or a frame of it, goes to an address; on a gesture of the visitor this may become a download.
   void navigates(WebKitNavigationAction* action);

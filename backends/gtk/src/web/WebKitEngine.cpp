@@ -19,9 +19,6 @@ namespace {
 // The document itself stays still; what scrolls is inside it, as its author wants it.
 constexpr const char* stillDocument = ":root { overflow: hidden !important; overscroll-behavior: none !important; }";
 
-using ScriptPointer = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
-using SheetPointer = std::unique_ptr<WebKitUserStyleSheet, FreeWith<webkit_user_style_sheet_unref>>;
-
 GRef<WebKitWebView> makeView(WebKitWebContext* context, WebKitNetworkSession* session,
                              WebKitUserContentManager* content) {
   guardGlContext();
@@ -39,16 +36,6 @@ std::string tlsDescription(GTlsCertificateFlags errors) {
 bool isReplaced(const GError* error) {
   return g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
          g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
-}
-
-// Asks about the address of a window as about any other before it is opened.
-PageRequestHandlers askingFirst(const WebEngineHandlers& handlers) {
-  auto requests = handlers.pageRequests;
-  requests.openWindow = [decide = handlers.decideNavigationAction, open = requests.openWindow](const std::string& url) {
-    const auto kept = std::pair(decide, open);  // the handler may end the engine, and with it this function
-    if (kept.second && kept.first(url) == NavigationPolicy::allow) kept.second(url);
-  };
-  return requests;
 }
 
 using EvaluationCompletion = Once<void(std::optional<std::string>)>;
@@ -115,10 +102,12 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       limits_(view_.get()),
       backKeys_(view_.get()),
       dialogs_(view_.get(), mainQueue_),
-      requests_(view_.get(), session, std::move(downloads), mainQueue_, askingFirst(handlers_)),
-      hangs_(view_.get(), mainQueue_, [this] {
-        if (const auto leave = handlers_.pageRequests.leave) leave();
-      }) {
+      requests_(view_.get(), session, std::move(downloads), mainQueue_, handlers_),
+      hangs_(view_.get(), mainQueue_,
+             [this] {
+               if (const auto leave = handlers_.pageRequests.leave) leave();
+             }),
+      network_(view_.get(), [this] { networkLost(); }) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);
@@ -144,7 +133,7 @@ void WebKitEngine::registerMessages(const std::vector<std::string>& names) {
 
 void WebKitEngine::addUserScripts(const std::vector<UserScript>& scripts) {
   for (const auto& script : scripts) {
-    const ScriptPointer made(webkit_user_script_new(
+    const std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>> made(webkit_user_script_new(
         script.source.c_str(),
         script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
         script.injectionTime == UserScript::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
@@ -239,11 +228,7 @@ void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
 void WebKitEngine::setScrollSettings(const ScrollSettings& settings) {
   webkit_user_content_manager_remove_all_style_sheets(content_.get());
   addLightStyle(content_.get());
-  if (!settings.scrollEnabled) {
-    const SheetPointer sheet(webkit_user_style_sheet_new(stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-                                                         WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
-    webkit_user_content_manager_add_style_sheet(content_.get(), sheet.get());
-  }
+  if (!settings.scrollEnabled) addStyle(content_.get(), stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
   if (const auto& color = settings.backgroundColor) {
     const GdkRGBA shown{static_cast<float>(color->red), static_cast<float>(color->green),
                         static_cast<float>(color->blue), static_cast<float>(color->alpha)};
@@ -336,6 +321,14 @@ void WebKitEngine::processTerminated(WebKitWebView* /*view*/, WebKitWebProcessTe
   dialogs_.dismiss();
   log::print("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
   tell([this] { handlers_.urlChanged(std::nullopt); });
+}
+
+// To the visitor a page without its scripts is as lost as one without its process.
+void WebKitEngine::networkLost() {
+  loadFailed_ = true;
+  processGone_ = true;
+  log::print("The network process ended while a page was loading");
+  mainQueue_.async(alive_.guard([this] { handlers_.urlChanged(std::nullopt); }));
 }
 
 void WebKitEngine::uriChanged(WebKitWebView* /*view*/, GParamSpec* /*property*/) {

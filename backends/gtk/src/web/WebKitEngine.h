@@ -10,6 +10,7 @@
 #include "../glib/SignalConnection.h"
 #include "EngineStart.h"
 #include "HangWatch.h"
+#include "NetworkWatch.h"
 #include "PageBackKeys.h"
 #include "PageDownloads.h"
 #include "PageLimits.h"
@@ -59,6 +60,7 @@ class WebKitEngine final : public WebEngine {
   NavigationPolicy policyFor(WebKitNavigationAction* action);
   void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason);
   void uriChanged(WebKitWebView* view, GParamSpec* property);
+  void networkLost();
   void committed();
   void tellUri();
 
@@ -80,6 +82,7 @@ class WebKitEngine final : public WebEngine {
   ScriptDialogs dialogs_;
   PageRequests requests_;
   HangWatch hangs_;
+  NetworkWatch network_;
   std::vector<std::unique_ptr<MessageChannel>> channels_;
   std::vector<SignalConnection> signals_;
   std::optional<std::string> documentUrl_;
