@@ -74,10 +74,10 @@ bool isUnusable(const std::string& path) {
 }
 
 // Of what cannot be opened, only what is no file is the visitor's to know.
-void tellIfUnusable(const std::string& path) {
+void tellIfUnusable(const std::weak_ptr<ViewController>& screen, const std::string& path) {
   auto& queue = Platform::current().mainQueue;
-  queue.global([&queue, path] {
-    if (isUnusable(path)) queue.async([path] { tellAboutAttachment(unusableText(path)); });
+  queue.global([&queue, screen, path] {
+    if (isUnusable(path)) queue.async([screen, path] { tellAboutAttachment(screen, unusableText(path)); });
   });
 }
 
@@ -129,7 +129,7 @@ void startWith(const Url& file, std::weak_ptr<ViewController> screen, ChatManage
   auto access = Platform::current().documentPicker.startAccess(file);
   if (const auto* failure = std::get_if<Failure>(&access)) {
     log::debugPrint("Access to the selected file was refused: " + failure->description);
-    tellIfUnusable(file.filePath().value_or(""));
+    tellIfUnusable(screen, file.filePath().value_or(""));
     return;
   }
   auto document = std::make_unique<Document>(Document{file,

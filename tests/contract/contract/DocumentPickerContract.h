@@ -72,7 +72,7 @@ TYPED_TEST_P(DocumentPickerContract, TheChooserClosesWithItsScreenAndTellsNobody
   typename TestFixture::Told first;
   typename TestFixture::Told second;
   this->present(first);
-  this->view_.setShowing(false);
+  firstWindow(this->fixture_.platform().application)->contentView()->setShowing(false);
   this->present(second);
   this->fixture_.pick(this->fixture_.file("a.txt"));
   EXPECT_TRUE(this->waitFor(second));

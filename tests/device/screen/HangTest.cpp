@@ -21,11 +21,11 @@ class Hang : public PageFixture {
 TEST_F(Hang, TheVisitorMayWaitOrLeaveAndTheProcessEnds) {
   hangFor("true");
   ASSERT_TRUE(wait([] { return openDialog() != nullptr; }, 30));
-  adw_message_dialog_response(openDialog(), "wait");
+  ASSERT_TRUE(pressInDialog("继续等待"));
   EXPECT_TRUE(wait([] { return !openDialog(); }, 5));
   ASSERT_TRUE(wait([] { return openDialog() != nullptr; }, 20)) << "a page that still hangs is asked about again";
   EXPECT_FALSE(web_->has("leave"));
-  adw_message_dialog_response(openDialog(), "leave");
+  ASSERT_TRUE(pressInDialog("离开"));
   EXPECT_TRUE(wait([&] { return web_->has("leave"); }, 5));
   EXPECT_GE(pageProcesses(), 1U);
   closePage();

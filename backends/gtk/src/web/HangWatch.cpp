@@ -1,9 +1,8 @@
 #include "HangWatch.h"
 
+#include <memory>
 #include <string_view>
 #include <utility>
-
-#include "../ui/StyleSheet.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -26,13 +25,13 @@ HangWatch::HangWatch(WebKitWebView* view, MainQueue& mainQueue, std::function<vo
 
 HangWatch::~HangWatch() {
   changed_.disconnect();
-  dismiss();
+  dialog_ = nullptr;
   if (!webkit_web_view_get_is_web_process_responsive(view_)) webkit_web_view_terminate_web_process(view_);
 }
 
 void HangWatch::changed(WebKitWebView* /*view*/, GParamSpec* /*property*/) {
   ++hang_;
-  dismiss();
+  dialog_ = nullptr;
   if (webkit_web_view_get_is_web_process_responsive(view_)) return;
   log::print("The page does not answer");
   askLater();
@@ -47,37 +46,20 @@ void HangWatch::askLater() {
 void HangWatch::ask() {
   auto* const window = gtk_widget_get_root(GTK_WIDGET(view_));
   if (!GTK_IS_WINDOW(window)) return;
-  auto* const dialog = ADW_MESSAGE_DIALOG(
-      adw_message_dialog_new(GTK_WINDOW(window), "页面没有响应", "您可以再等一会儿，或者离开聊天。"));
-  dialog_ = GTK_WINDOW(dialog);
-  makeLight(GTK_WIDGET(dialog));
-  adw_message_dialog_add_response(dialog, wait, "继续等待");
-  adw_message_dialog_add_response(dialog, leave, "离开");
-  adw_message_dialog_set_response_appearance(dialog, leave, ADW_RESPONSE_DESTRUCTIVE);
-  adw_message_dialog_set_close_response(dialog, wait);
-  response_ = SignalConnection::connect<&HangWatch::responded>(dialog, "response", this);
-  destroyed_ = SignalConnection::connect<&HangWatch::dialogDestroyed>(dialog, "destroy", this);
-  gtk_window_present(dialog_);
+  dialog_ = std::make_unique<AlertDialog>(GTK_WINDOW(window), "页面没有响应", "您可以再等一会儿，或者离开聊天。");
+  dialog_->addAnswer(wait, "继续等待");
+  dialog_->addAnswer(leave, "离开", ADW_RESPONSE_DESTRUCTIVE);
+  dialog_->setDefaults(nullptr, wait);
+  dialog_->present(true, [this](const char* answer) { answered(answer); });
 }
 
-void HangWatch::responded(AdwMessageDialog* /*dialog*/, const char* response) {
-  const bool leaves = std::string_view(response) == leave;
-  dismiss();
-  if (!leaves) return askLater();
+// Without an answer the dialog went with its window.
+void HangWatch::answered(const char* answer) {
+  dialog_ = nullptr;
+  if (!answer) return;
+  if (std::string_view(answer) != leave) return askLater();
   const auto leavePage = leave_;
   leavePage();
-}
-
-void HangWatch::dialogDestroyed(GtkWidget* /*dialog*/) {
-  response_.disconnect();
-  destroyed_.disconnect();
-  dialog_ = nullptr;
-}
-
-void HangWatch::dismiss() {
-  response_.disconnect();
-  destroyed_.disconnect();
-  if (auto* const dialog = std::exchange(dialog_, nullptr)) gtk_window_destroy(dialog);
 }
 
 }  // namespace orivex::gtk

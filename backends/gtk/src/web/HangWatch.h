@@ -1,11 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
-#include <adwaita.h>
 #include <webkit/webkit.h>
 
 #include "../glib/SignalConnection.h"
+#include "../ui/AlertDialog.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -26,17 +27,13 @@ class HangWatch {
   void changed(WebKitWebView* view, GParamSpec* property);
   void askLater();
   void ask();
-  void responded(AdwMessageDialog* dialog, const char* response);
-  void dialogDestroyed(GtkWidget* dialog);
-  void dismiss();
+  void answered(const char* answer);
 
   WebKitWebView* const view_;
   MainQueue& mainQueue_;
   const std::function<void()> leave_;
-  int hang_ = 0;                 // counts them, so that a question for one that has ended is not asked
-  GtkWindow* dialog_ = nullptr;  // not kept alive: it must end with the window that it belongs to
-  SignalConnection response_;
-  SignalConnection destroyed_;
+  int hang_ = 0;  // counts them, so that a question for one that has ended is not asked
+  std::unique_ptr<AlertDialog> dialog_;
   SignalConnection changed_;
   Alive alive_;
 };
