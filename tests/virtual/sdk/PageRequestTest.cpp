@@ -1,3 +1,6 @@
+#include <filesystem>
+#include <fstream>
+
 #include "ChatScreenTest.h"
 
 namespace orivex::testing {
@@ -5,7 +8,18 @@ namespace {
 
 class PageRequestTest : public ChatScreenTest {
  protected:
-  PageRequestTest() : screen_(present()) { device_.runUntilIdle(); }
+  PageRequestTest() : screen_(present()) {
+    std::string pattern = "/tmp/orivex-page.XXXXXX";
+    folder_ = mkdtemp(pattern.data());
+    device_.runUntilIdle();
+  }
+  ~PageRequestTest() override { std::filesystem::remove_all(folder_); }
+
+  std::string file(const std::string& name) const {
+    const auto path = folder_ / name;
+    std::ofstream(path).put('x');
+    return path.string();
+  }
 
   VirtualWebEngine& page() { return pageOf(*screen_); }
   VirtualDocumentPicker& picker() { return device_.documentPicker(); }
@@ -16,6 +30,7 @@ class PageRequestTest : public ChatScreenTest {
   }
 
   std::shared_ptr<OVKFApi> screen_;
+  std::filesystem::path folder_;
 };
 
 using Paths = std::vector<std::string>;
@@ -40,21 +55,26 @@ TEST_F(PageRequestTest, WindowsOpenWhereTheMessageOpenUrlOpensThem) {
 }
 
 TEST_F(PageRequestTest, AFileInputGetsWhatThePickerGives) {
+  const auto blank = file("a b.pdf");
+  const auto one = file("1");
+  const auto two = file("2");
+  const auto bill = file("发票");
+  const auto secret = file("secret");
   const struct {
     const char* what;
     FileChooserRequest request;
     Paths picked;
     Paths given;
   } cases[] = {
-      {"one of one", {{"application/pdf", "image/*"}, false}, {"/a b.pdf"}, {"/a b.pdf"}},
-      {"one of several", {{}, false}, {"/1", "/2"}, {"/1"}},
-      {"several", {{}, true}, {"/1", "/发票"}, {"/1", "/发票"}},
-      {"one that is refused among several", {{}, true}, {"/secret", "/2"}, {"/2"}},
-      {"the first that is not refused", {{}, false}, {"/secret", "/2", "/3"}, {"/2"}},
-      {"nothing but a refused one", {{}, false}, {"/secret"}, {}},
+      {"one of one", {{"application/pdf", "image/*"}, false}, {blank}, {blank}},
+      {"one of several", {{}, false}, {one, two}, {one}},
+      {"several", {{}, true}, {one, bill}, {one, bill}},
+      {"one that is refused among several", {{}, true}, {secret, two}, {two}},
+      {"the first that is not refused", {{}, false}, {secret, two, one}, {two}},
+      {"nothing but a refused one", {{}, false}, {secret}, {}},
       {"nothing", {{}, true}, {}, {}},
   };
-  picker().refuse("/secret");
+  picker().refuse(secret);
   for (const auto& row : cases) {
     SCOPED_TRACE(row.what);
     request(row.request);
@@ -85,7 +105,7 @@ TEST_F(PageRequestTest, AFileInputIsCancelledByTheVisitorAndWhileAnotherPickerIs
 TEST_F(PageRequestTest, ThePageMayReadItsFilesUntilTheScreenGoes) {
   for (int i = 0; i < 2; ++i) {
     request({{}, true});
-    picker().pick({"/1", "/2"});
+    picker().pick({file("1"), file("2")});
     device_.runUntilIdle();
   }
   EXPECT_EQ(picker().openAccesses(), 4);
@@ -97,7 +117,7 @@ TEST_F(PageRequestTest, ThePageMayReadItsFilesUntilTheScreenGoes) {
   device_.advance(20);
   EXPECT_TRUE(gone.expired());
   EXPECT_EQ(picker().openAccesses(), 0);
-  picker().pick({"/3"});
+  picker().pick({file("3")});
   device_.runUntilIdle();
   EXPECT_EQ(picker().openAccesses(), 0);
 }
