@@ -47,7 +47,11 @@ class BusService {
     EXPECT_NE(registrations_.back(), 0U);
   }
 
-  void own(const char* name) { callBus("RequestName", g_variant_new("(su)", name, 0U)); }
+  /// Takes the name from a service of the machine, which may have been started for somebody else.
+  void own(const char* name) {
+    constexpr guint32 replaceExisting = 2;
+    callBus("RequestName", g_variant_new("(su)", name, replaceExisting));
+  }
   void release(const char* name) { callBus("ReleaseName", g_variant_new("(s)", name)); }
   void emit(const char* path, const char* interface, const char* signal, GVariant* parameters) {
     EXPECT_TRUE(

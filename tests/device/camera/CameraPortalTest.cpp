@@ -74,9 +74,7 @@ class CameraPortalTest : public ::testing::Test {
   std::unique_ptr<CameraPortal> portal_;
 };
 
-TEST_F(CameraPortalTest, ItsAnswerDecidesAndWithoutOneThereIsNoCamera) {
-  ask();
-  EXPECT_EQ(answer(), CameraFailure::noCamera) << "without a portal";
+TEST_F(CameraPortalTest, ItsAnswerDecides) {
   FakePortal portal;
   const std::pair<guint32, std::optional<CameraFailure>> cases[] = {
       {0, std::nullopt}, {1, CameraFailure::accessDenied}, {2, CameraFailure::accessDenied}};

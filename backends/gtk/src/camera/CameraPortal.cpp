@@ -116,9 +116,9 @@ class CameraPortal::Request : public std::enable_shared_from_this<Request> {
         portalName, G_DBUS_SIGNAL_FLAGS_NONE,
         [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* arguments,
            gpointer data) noexcept {
-          const char* now = nullptr;
-          g_variant_get(arguments, "(&s&s&s)", nullptr, nullptr, &now);
-          if (*now == '\0') contained([&] { (*static_cast<Kept*>(data))->end(CameraFailure::failed); });
+          const char* before = nullptr;
+          g_variant_get(arguments, "(&s&s&s)", nullptr, &before, nullptr);
+          if (*before != '\0') contained([&] { (*static_cast<Kept*>(data))->end(CameraFailure::failed); });
         },
         hold(), drop);
   }

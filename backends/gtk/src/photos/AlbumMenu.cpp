@@ -114,15 +114,12 @@ void AlbumMenu::learn(const MediaCatalog& catalog) {
 }
 
 void AlbumMenu::addLater() {
+  if (adding_ != 0) return;
+  const auto tick = [](GtkWidget*, GdkFrameClock*, gpointer menu) noexcept {
+    return contained([&] { return static_cast<AlbumMenu*>(menu)->addSome(); });
+  };
   addSome();
-  if (adding_ == 0) {
-    adding_ = gtk_widget_add_tick_callback(
-        view_,
-        [](GtkWidget*, GdkFrameClock*, gpointer menu) noexcept {
-          return contained([&] { return static_cast<AlbumMenu*>(menu)->addSome(); });
-        },
-        this, nullptr);
-  }
+  adding_ = gtk_widget_add_tick_callback(view_, tick, this, nullptr);
 }
 
 // A list widget makes hundreds of rows at once when it may, and each takes its moment.
