@@ -121,7 +121,7 @@ picture() {
   local before now deadline file
   visitPictures=$((visitPictures + 1))
   file=$(printf '%s/%02d-%s.png' "$visitFolder" "$visitPictures" "$1")
-  waitFor 10 "something on the screen for ${file##*/}" hasContent
+  waitFor 30 "something on the screen for ${file##*/}" hasContent
   sleep 0.5 # what the page's script has done already may not be painted yet
   deadline=$(($(milliseconds) + 1500))
   before=""
@@ -148,7 +148,7 @@ startDemo() {
   "$demo" --frameless --report-positions "$@" >"$demoLog" 2>"$demoErrors" &
   demoPid=$!
   mark=0
-  waitFor 20 "the shop's button" control contact
+  waitFor 60 "the shop's button" control contact
   demoServer=$(sed -n 's/^server //p' "$demoLog")
   giveKeyboard
 }
