@@ -75,7 +75,8 @@ TEST_F(UploadManagerTest, TakesTheFileBeforeTheBytesAndTheOverrideBeforeTheServe
       {std::nullopt, std::nullopt, std::nullopt, "https://chat.example/api/chat/outside/guest/file/upload", {}},
   };
   for (const auto& row : rows) {
-    UploadManager().uploadFile(row.address, row.file, row.bytes, "na\xFFme", "type", {{{"k", "v"}, {"l", ""}}}, nullptr);
+    UploadManager().uploadFile(row.address, row.file, row.bytes, "na\xFFme", "type", {{{"k", "v"}, {"l", ""}}},
+                               nullptr);
     device_.advance(1);
     const auto& sent = device_.httpClient().uploads().back();
     EXPECT_EQ(sent.url.absoluteString(), row.target);
