@@ -75,17 +75,20 @@ startDaemon() {
 startPipeWireSources() {
   local node
   waitForDevice "pipewire-pulse" pactl info
-  pactl load-module module-null-sink sink_name=speaker >/dev/null
-  pactl load-module module-null-sink sink_name=tone >/dev/null
-  pactl load-module module-remap-source source_name=microphone master=tone.monitor >/dev/null
-  pactl set-default-source microphone
-  pactl set-default-sink speaker
+  loadModule module-null-sink sink_name=speaker
+  loadModule module-null-sink sink_name=tone
+  loadModule module-remap-source source_name=microphone master=tone.monitor
+  waitForDevice pipewire-pulse pactl set-default-source microphone
+  waitForDevice pipewire-pulse pactl set-default-sink speaker
   startSource sine audiotestsrc is-live=true freq=440 ! pulsesink device=tone
   startSource camera videotestsrc is-live=true pattern=ball ! \
     video/x-raw,format=I420,width=1280,height=720,framerate=15/1 ! pipewiresink mode=provide \
     stream-properties="p,media.class=Video/Source,node.name=camera,node.description=camera"
   for node in tone camera microphone; do waitForDevice "$node" hasNode "$node"; done
 }
+
+# The sound server takes orders before it can carry out each of them.
+loadModule() { waitForDevice pipewire-pulse pactl load-module "$@"; }
 
 hasNode() { pw-cli ls Node | grep -F "node.name = \"$1\""; }
 
