@@ -23,6 +23,7 @@ inline bool hasTouch() {
 inline void hands(std::vector<std::string> words) {
   words.insert(words.begin(), ORIVEX_HANDS_PROGRAM);
   std::vector<const char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const auto& word : words) arguments.push_back(word.c_str());
   arguments.push_back(nullptr);
   const auto program =

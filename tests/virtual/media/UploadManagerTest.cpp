@@ -156,7 +156,7 @@ TEST_F(UploadManagerTest, SharesTheOverlayWithAnotherUploadAndWithMessages) {
   std::vector<VirtualUploadReply> replies{VirtualUploadReply::respond(200, stored, 8, {0.1, 1.0}),
                                           VirtualUploadReply::respond(200, stored, 2, {0.5})};
   device_.httpClient().setUploadServer([&](const UploadRequest&) {
-    const auto reply = replies.front();
+    auto reply = replies.front();
     replies.erase(replies.begin());
     return reply;
   });

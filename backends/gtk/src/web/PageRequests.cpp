@@ -28,8 +28,10 @@ class FileAnswer {
       return;
     }
     std::vector<std::string> readable;
+    readable.reserve(paths.size());
     for (const auto& path : paths) readable.push_back(links_->textPath(path));
     std::vector<const char*> list;
+    list.reserve(paths.size() + 1);
     for (const auto& path : readable) list.push_back(path.c_str());
     list.push_back(nullptr);
     webkit_file_chooser_request_select_files(request.get(), list.data());
