@@ -39,7 +39,9 @@ Rect ChatWebViewHost::webViewFrame() const {
   // Taller than the screen on purpose: the page scrolls nothing itself and keeps its own margins.
   const auto around = surroundings();
   const Rect& root = screen_.view()->frame();
-  return {0, root.y, root.width, around.statusBarHeight + root.height + around.insets.bottom};
+  // A screen that begins under a title bar has its page at its own top.
+  const double y = screen_.window() && root == screen_.window()->screenFrame() ? 0 : root.y;
+  return {0, y, root.width, around.statusBarHeight + root.height + around.insets.bottom};
 }
 
 Rect ChatWebViewHost::loadViewFrame() const {

@@ -77,6 +77,7 @@ TEST_F(HeaderBarTest, StaysUsableAboveTheChat) {
   const auto top = [&] { return chat->view()->frame().y; };
   EXPECT_TRUE(wait([&] { return top() > 20 && std::abs(top() - gtk_widget_get_height(bar)) < 2; }, 5)) << top();
   EXPECT_EQ(chat->view()->frame(), (Rect{0, top(), bounds.width, bounds.height - top()}));
+  EXPECT_EQ(chat->webView()->frame(), chat->view()->bounds()) << "the page does not fill the screen";
   GtkWidget* const close = findByClass(bar, "close");
   ASSERT_TRUE(close);
   graphene_point_t middle;
