@@ -149,6 +149,7 @@ startDemo() {
   demoPid=$!
   mark=0
   waitFor 60 "the shop's button" control contact
+  waitFor 30 "the shop on the screen" hasContent
   demoServer=$(sed -n 's/^server //p' "$demoLog")
   giveKeyboard
 }
