@@ -273,8 +273,8 @@ TEST_F(CaptureTest, APhoneHeldSidewaysShowsEveryControlAtTheLargestText) {
   EXPECT_TRUE(isInside(button("window-close-symbolic")));
   tapShutter();
   ASSERT_TRUE(waitForReview());
-  EXPECT_TRUE(isInside(button("重拍")));
-  EXPECT_TRUE(isInside(button("使用")));
+  EXPECT_TRUE(wait([&] { return isInside(button("重拍")); }, hangs));
+  EXPECT_TRUE(wait([&] { return isInside(button("使用")); }, hangs));
   g_object_set(settings, "gtk-xft-dpi", usual, nullptr);
 }
 
