@@ -96,7 +96,7 @@ hasNode() { pw-cli ls Node | grep -F "node.name = \"$1\""; }
 waitForDevice() {
   local name=$1 tries
   shift
-  for tries in {1..100}; do
+  for tries in {1..300}; do
     if "$@" >/dev/null 2>&1; then return 0; fi
     sleep 0.1
   done

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "../FreeWith.h"
+#include "PageScript.h"
 
 namespace orivex::gtk {
 namespace {
@@ -25,7 +26,6 @@ constexpr const char* script = R"js(
 )js";
 
 using StyleSheet = std::unique_ptr<WebKitUserStyleSheet, FreeWith<webkit_user_style_sheet_unref>>;
-using Script = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
 
 }  // namespace
 
@@ -39,9 +39,7 @@ void addLightStyle(WebKitUserContentManager* content) {
 }
 
 void addLightScript(WebKitUserContentManager* content) {
-  const Script made(webkit_user_script_new(script, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-                                           WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr));
-  webkit_user_content_manager_add_script(content, made.get());
+  addPageScript(content, script, nullptr, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
 }
 
 }  // namespace orivex::gtk

@@ -1,8 +1,6 @@
 #include "PageBackKeys.h"
 
-#include <memory>
-
-#include "../FreeWith.h"
+#include "PageScript.h"
 
 namespace orivex::gtk {
 namespace {
@@ -24,18 +22,13 @@ const judge = (event) => {
 addEventListener('keydown', () => addEventListener('keydown', judge, {once: true}), true);
 )js";
 
-using UserScriptPtr = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
-
 }  // namespace
 
 PageBackKeys::PageBackKeys(WebKitWebView* view) : view_(view) {
   auto* const content = webkit_web_view_get_user_content_manager(view);
   pressed_ = SignalConnection::connect<&PageBackKeys::pressed>(content, "script-message-received::backKey", this);
   webkit_user_content_manager_register_script_message_handler(content, handler, world);
-  const UserScriptPtr made(webkit_user_script_new_for_world(script, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                                                            WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, world, nullptr,
-                                                            nullptr));
-  webkit_user_content_manager_add_script(content, made.get());
+  addPageScript(content, script, world, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
 }
 
 PageBackKeys::~PageBackKeys() {

@@ -1,12 +1,12 @@
 #include "PageLimits.h"
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <string_view>
 
 #include "../glib/GMemory.h"
 #include "../glib/GRef.h"
+#include "PageScript.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -92,23 +92,13 @@ GtkEventController* addKeyFilter(GtkWidget* view) {
   return keys;
 }
 
-struct FreeUserScript {
-  void operator()(WebKitUserScript* script) const { webkit_user_script_unref(script); }
-};
-
-void addDragGuard(WebKitUserContentManager* content) {
-  const std::unique_ptr<WebKitUserScript, FreeUserScript> script(
-      webkit_user_script_new_for_world(dragGuard, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                                       WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, scriptWorld, nullptr, nullptr));
-  webkit_user_content_manager_add_script(content, script.get());
-}
-
 }  // namespace
 
 PageLimits::PageLimits(WebKitWebView* view) {
   limitSettings(webkit_web_view_get_settings(view));
   removeZoomGestures(GTK_WIDGET(view));
-  addDragGuard(webkit_web_view_get_user_content_manager(view));
+  addPageScript(webkit_web_view_get_user_content_manager(view), dragGuard, scriptWorld,
+                WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
   signals_.push_back(
       SignalConnection::connect<&PageLimits::keyPressed>(addKeyFilter(GTK_WIDGET(view)), "key-pressed", this));
   signals_.push_back(SignalConnection::connect<&PageLimits::permissionRequested>(view, "permission-request", this));

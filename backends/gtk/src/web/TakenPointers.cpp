@@ -1,8 +1,6 @@
 #include "TakenPointers.h"
 
-#include <memory>
-
-#include "../FreeWith.h"
+#include "PageScript.h"
 
 namespace orivex::gtk {
 namespace {
@@ -27,15 +25,10 @@ constexpr const char* script = R"js(
 }
 )js";
 
-using Script = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
-
 }  // namespace
 
 void addTakenPointersScript(WebKitUserContentManager* content) {
-  const Script made(webkit_user_script_new_for_world(script, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-                                                     WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, world, nullptr,
-                                                     nullptr));
-  webkit_user_content_manager_add_script(content, made.get());
+  addPageScript(content, script, world, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
 }
 
 }  // namespace orivex::gtk

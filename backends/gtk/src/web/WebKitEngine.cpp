@@ -10,6 +10,7 @@
 #include "GlContextGuard.h"
 #include "LightStyle.h"
 #include "TakenPointers.h"
+#include "TouchPointers.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -114,6 +115,7 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
   registerMessages(configuration.scriptMessageNames);
   addLightScript(content_.get());
   addLightStyle(content_.get());
+  addTouchPointersScript(content_.get());
   addTakenPointersScript(content_.get());
   addUserScripts(configuration.userScripts);
   connectSignals();
