@@ -60,6 +60,8 @@ startCompositor() {
   export GDK_BACKEND=wayland
   startBus
   startDaemon pipewire
+  # Without it the session manager ends at once, and nothing would ever link a camera to who wants its frames.
+  waitForDevice pipewire pw-cli info 0
   startDaemon wireplumber
   startDaemon pipewire-pulse
   startDaemon mutter --headless --no-x11 --wayland-display="$WAYLAND_DISPLAY" --virtual-monitor "${ORIVEX_SCREEN:-360x720}"
@@ -83,7 +85,7 @@ startPipeWireSources() {
   startSource sine audiotestsrc is-live=true freq=440 ! pulsesink device=tone
   startSource camera videotestsrc is-live=true pattern=ball ! \
     video/x-raw,format=I420,width=1280,height=720,framerate=15/1 ! pipewiresink mode=provide \
-    stream-properties="p,media.class=Video/Source,node.name=camera,node.description=camera"
+    stream-properties="p,media.class=Video/Source,media.role=Camera,node.name=camera,node.description=camera"
   for node in tone camera microphone; do waitForDevice "$node" hasNode "$node"; done
 }
 
