@@ -13,6 +13,8 @@ namespace {
 
 constexpr const char* confirm = "打开";
 
+constexpr guint closingTime = 1000;  // milliseconds that a portal's window may stay after its answer
+
 FileDialog::Files filesIn(const GRef<GListModel>& list) {
   FileDialog::Files files;
   const guint count = list ? g_list_model_get_n_items(list.get()) : 0;
@@ -50,9 +52,11 @@ FileDialog::FileDialog(GtkWindow* parent, const Options& options, Once<void(File
       Request{alive_.guard([this](Files files) { std::move(answered_)(std::move(files)); }), options.multiple});
   (options.multiple ? gtk_file_dialog_open_multiple : gtk_file_dialog_open)(dialog.get(), parent, closing_.get(),
                                                                             &FileDialog::finished, request.release());
+  ++open_;
 }
 
 FileDialog::~FileDialog() {
+  closeSoon();
   g_cancellable_cancel(closing_.get());
 }
 
@@ -90,9 +94,11 @@ FileDialog::FileDialog(GtkWindow* parent, const Options& options, Once<void(File
   gtk_native_dialog_set_modal(dialog, TRUE);
   responded_ = SignalConnection::connect<&FileDialog::responded>(dialog, "response", this);
   gtk_native_dialog_show(dialog);
+  ++open_;
 }
 
 FileDialog::~FileDialog() {
+  closeSoon();
   gtk_native_dialog_destroy(GTK_NATIVE_DIALOG(chooser_.get()));
 }
 
@@ -105,6 +111,14 @@ void FileDialog::responded(GtkNativeDialog* /*dialog*/, int response) {
 }
 
 #endif
+
+void FileDialog::closeSoon() {
+  const auto closed = [](gpointer /*data*/) -> gboolean {
+    --open_;
+    return G_SOURCE_REMOVE;
+  };
+  g_timeout_add(closingTime, closed, nullptr);
+}
 
 std::vector<std::string> FileDialog::pathsOf(const Files& files) {
   std::vector<std::string> paths;

@@ -35,11 +35,18 @@ class FileDialog {
 
   void bringToFront() const;
 
+  /// Whether one is open or closed a moment ago. A portal's has its window in another process.
+  static bool isAnyOpen() { return open_ > 0; }
+
   /// The paths of those of the files that have one: what only a network protocol reaches has none, and nobody here
   /// could read it.
   static std::vector<std::string> pathsOf(const Files& files);
 
  private:
+  static void closeSoon();
+
+  inline static int open_ = 0;
+
   GtkWindow* const parent_;
   Once<void(Files)> answered_;
 #if GTK_CHECK_VERSION(4, 10, 0)

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "../files/FileDialog.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -59,8 +61,10 @@ void GtkApplicationPort::settleSoon() {
   }
 }
 
-// A dialog of ours or a window that shows no screens is still the application that the visitor is at.
+// A dialog of ours, even one that the desktop shows, or a window without screens is still the application that the
+// visitor is at.
 bool GtkApplicationPort::hasActiveWindow() const {
+  if (FileDialog::isAnyOpen()) return true;
   for (guint index = 0; toplevels_ && index < g_list_model_get_n_items(toplevels_.get()); ++index) {
     const auto window = GRef<GtkWindow>::adopt(GTK_WINDOW(g_list_model_get_item(toplevels_.get(), index)));
     if (gtk_window_is_active(window.get())) return true;
