@@ -12,8 +12,8 @@ namespace {
 // WebKit itself takes three seconds to call a page unresponsive.
 constexpr double patience = 7;
 
-constexpr const char* wait = "wait";
-constexpr const char* leave = "leave";
+constexpr const char* waitAnswer = "wait";
+constexpr const char* leaveAnswer = "leave";
 
 }  // namespace
 
@@ -47,9 +47,9 @@ void HangWatch::ask() {
   auto* const window = gtk_widget_get_root(GTK_WIDGET(view_));
   if (!GTK_IS_WINDOW(window)) return;
   dialog_ = std::make_unique<AlertDialog>(GTK_WINDOW(window), "页面没有响应", "您可以再等一会儿，或者离开聊天。");
-  dialog_->addAnswer(wait, "继续等待");
-  dialog_->addAnswer(leave, "离开", ADW_RESPONSE_DESTRUCTIVE);
-  dialog_->setDefaults(nullptr, wait);
+  dialog_->addAnswer(waitAnswer, "继续等待");
+  dialog_->addAnswer(leaveAnswer, "离开", ADW_RESPONSE_DESTRUCTIVE);
+  dialog_->setDefaults(nullptr, waitAnswer);
   dialog_->present(true, [this](const char* answer) { answered(answer); });
 }
 
@@ -57,7 +57,7 @@ void HangWatch::ask() {
 void HangWatch::answered(const char* answer) {
   dialog_ = nullptr;
   if (!answer) return;
-  if (std::string_view(answer) != leave) return askLater();
+  if (std::string_view(answer) != leaveAnswer) return askLater();
   const auto leavePage = leave_;
   leavePage();
 }
