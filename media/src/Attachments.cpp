@@ -3,8 +3,11 @@
 #include <filesystem>
 
 #include "orivex/media/OVKFApiHelper.h"
+#include "orivex/media/UploadManager.h"
+#include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/ViewController.h"
 
 namespace orivex {
@@ -29,12 +32,20 @@ std::string fileExtension(const std::string& path) {
 
 bool stillShows(const std::weak_ptr<ViewController>& screen) {
   const auto kept = screen.lock();
-  return kept && kept->view()->isShowing();
+  if (!kept || !kept->view()->isShowing()) return false;
+  Platform::current().progressOverlay.bringTo(*kept->view());
+  return true;
 }
 
 void tellAboutAttachment(const std::weak_ptr<ViewController>& screen, const std::string& message) {
   if (stillShows(screen)) return OVKFApiHelper::showMessage(message, attachmentMessageSeconds);
   log::print("A screen that does not show has nothing to tell: " + message);
+}
+
+void tellAboutFailedUpload(const std::weak_ptr<ViewController>& screen, const std::string& message, Task sendAgain) {
+  log::debugPrint("Upload Failed: " + message);
+  tellAboutAttachment(screen, message);
+  if (stillShows(screen)) UploadManager::keep(*screen.lock()->view(), std::move(sendAgain));
 }
 
 std::string documentTooLargeText(std::int64_t documentLimit) {

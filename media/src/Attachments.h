@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
 
 /// What the pickers share: how an attachment is named, and what the visitor reads when one cannot be sent.
@@ -21,11 +22,15 @@ std::string fileExtension(const std::string& path);
 /// Seconds that a message about an attachment stays.
 inline constexpr double attachmentMessageSeconds = 3.0;
 
-/// Whether the screen for which an attachment was picked still shows. Main thread.
+/// Whether the screen for which an attachment was picked still shows; if so, the overlay now shows in its window. Main
+/// thread.
 bool stillShows(const std::weak_ptr<ViewController>& screen);
 
 /// Shows the visitor `message`, or, when `screen` has left by now, the log.
 void tellAboutAttachment(const std::weak_ptr<ViewController>& screen, const std::string& message);
+
+/// The same of an upload that failed, which the visitor can then have sent again.
+void tellAboutFailedUpload(const std::weak_ptr<ViewController>& screen, const std::string& message, Task sendAgain);
 
 /// The texts for what is too large. Both quote `documentLimit`, the limit of documents, in whole MiB: what is checked
 /// differs, what the visitor reads is one number.

@@ -44,18 +44,27 @@ std::string explanation(CameraFailure failure) {
   return "摄像头无法使用,请稍后重试";
 }
 
-void removeCapture(const Url& file) {
-  if (const auto failure = Platform::current().fileManager.removeItem(file)) {
-    log::debugPrint("The captured file stays: " + failure->description);
+/// A captured file, for as long as somebody may send it.
+class Capture {
+ public:
+  explicit Capture(Url file) : file_(std::move(file)) {}
+  Capture(const Capture&) = delete;
+  Capture& operator=(const Capture&) = delete;
+  ~Capture() {
+    if (const auto failure = Platform::current().fileManager.removeItem(file_)) {
+      log::debugPrint("The captured file stays: " + failure->description);
+    }
   }
-}
+
+ private:
+  Url file_;
+};
 
 void describeCapture(const PickedMedia& capture, std::weak_ptr<ViewController> screen,
                      ChatManager::PickedFiles completion) {
   describeMedia({capture}, photoQuality, std::move(screen),
-                [file = capture.file, completion = std::move(completion)](auto described) mutable {
-                  removeCapture(file);
-                  if (!described.empty()) std::move(completion)(std::move(described));
+                [kept = std::make_shared<Capture>(capture.file), completion = std::move(completion)](auto described) {
+                  if (!described.empty()) completion(std::move(described));
                 });
 }
 

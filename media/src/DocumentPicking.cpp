@@ -101,12 +101,16 @@ void inspect(Document& document) {
   if (isImage(document.path)) describeImage(document.path, description);
 }
 
+void startWith(const Url& file, std::weak_ptr<ViewController> screen, ChatManager::PickedFiles completion);
+
 void finish(Document& document, const UploadResult& result) {
   document.access.reset();
   if (const auto* failure = std::get_if<UploadFailure>(&result)) {
-    log::debugPrint("Upload Failed: " + failure->message);
-    tellAboutAttachment(document.screen, failure->message);
-    return;
+    return tellAboutFailedUpload(
+        document.screen, failure->message,
+        [file = document.file, screen = document.screen, completion = std::move(document.completion)]() mutable {
+          startWith(file, screen, std::move(completion));
+        });
   }
   log::debugPrint("Upload Success ");
   document.description.url = std::get<UploadResposeModel>(result).url;

@@ -25,10 +25,10 @@ constexpr PhotoLibraryOptions options{.allowSelectImage = true,
 void pickFromLibrary(const PostMessageModel& /*request*/, ViewController& screen, ChatManager::PickedFiles completion) {
   Platform::current().photoLibrary.show(
       options, *screen.view(),
-      [screen = screen.weak_from_this(), completion = std::move(completion)](PhotoSelection selection) mutable {
+      [screen = screen.weak_from_this(), completion = std::move(completion)](PhotoSelection selection) {
         describeMedia(std::move(selection.items), selection.isOriginal ? originalQuality : usualQuality, screen,
-                      [completion = std::move(completion)](std::vector<UploadFileInfoModel> described) mutable {
-                        if (!described.empty()) std::move(completion)(std::move(described));
+                      [completion](std::vector<UploadFileInfoModel> described) {
+                        if (!described.empty()) completion(std::move(described));
                       });
       });
 }

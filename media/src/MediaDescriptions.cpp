@@ -96,7 +96,7 @@ Inspected inspect(const PickedMedia& item, const Terms& terms) {
 class Batch : public std::enable_shared_from_this<Batch> {
  public:
   Batch(std::vector<PickedMedia> items, Terms terms, std::weak_ptr<ViewController> screen,
-        Once<void(std::vector<UploadFileInfoModel>)> completion)
+        ChatManager::PickedFiles completion)
       : items_(std::move(items)),
         terms_(terms),
         screen_(std::move(screen)),
@@ -145,9 +145,9 @@ class Batch : public std::enable_shared_from_this<Batch> {
 
   void uploaded(std::size_t index, const UploadResult& result) {
     if (const auto* failure = std::get_if<UploadFailure>(&result)) {
-      log::debugPrint("Upload Failed: " + failure->message);
-      tellAboutAttachment(screen_, failure->message);
       descriptions_[index].reset();
+      const auto again = std::make_shared<Batch>(std::vector{items_[index]}, terms_, screen_, completion_);
+      tellAboutFailedUpload(screen_, failure->message, [again] { again->proceed(); });
     } else {
       log::debugPrint("Upload Success ");
       descriptions_[index]->url = std::get<UploadResposeModel>(result).url;
@@ -165,13 +165,13 @@ class Batch : public std::enable_shared_from_this<Batch> {
     for (auto& description : descriptions_) {
       if (description) described.push_back(std::move(*description));
     }
-    std::move(completion_)(std::move(described));
+    completion_(std::move(described));
   }
 
   const std::vector<PickedMedia> items_;
   const Terms terms_;
   const std::weak_ptr<ViewController> screen_;
-  Once<void(std::vector<UploadFileInfoModel>)> completion_;
+  const ChatManager::PickedFiles completion_;
   std::vector<std::optional<UploadFileInfoModel>> descriptions_;
   std::size_t next_ = 0;
   int running_ = 0;
@@ -180,7 +180,7 @@ class Batch : public std::enable_shared_from_this<Batch> {
 }  // namespace
 
 void describeMedia(std::vector<PickedMedia> items, double jpegQuality, std::weak_ptr<ViewController> screen,
-                   Once<void(std::vector<UploadFileInfoModel>)> completion) {
+                   ChatManager::PickedFiles completion) {
   auto& store = OVKFApiManager::shared();
   const auto batch =
       std::make_shared<Batch>(std::move(items), Terms{jpegQuality, store.videoSize.get(), store.fileSize.get()},

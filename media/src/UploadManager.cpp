@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "KeptUploads.h"
 #include "VisitorOverlay.h"
 
 #include "orivex/media/DeviceIdentifier.h"
@@ -109,9 +110,9 @@ void post(const std::optional<std::string>& address, std::optional<FilePart> fil
   }
   if (file) file->fileName = validUtf8(file->fileName);
   UploadRequest request{*url, UploadManager::makeUploadHeaders(), std::move(file), std::move(fields)};
-  Platform::current().httpClient.upload(
+  shown->setGiveUp(Platform::current().httpClient.upload(
       std::move(request), [shown](double fraction) { shown->progress(static_cast<float>(fraction)); },
-      std::move(finish));
+      std::move(finish)));
 }
 
 }  // namespace
@@ -129,8 +130,12 @@ void UploadManager::uploadFile(FilePart::Path file, const std::string& fileName,
   post(std::nullopt, FilePart{fileField, std::move(file), fileName, mimeType}, {}, std::move(completion));
 }
 
-void UploadManager::hideProgress() {
-  VisitorOverlay::shared().hideUploads();
+void UploadManager::hideProgress(const Window& window) {
+  VisitorOverlay::shared().hideUploads(window);
+}
+
+void UploadManager::keep(View& view, Task sendAgain) {
+  KeptUploads::shared().keep(view, std::move(sendAgain));
 }
 
 std::string UploadManager::mimeType(std::string_view forExtension) {

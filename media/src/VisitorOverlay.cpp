@@ -46,10 +46,15 @@ void VisitorOverlay::endMessage() {
   }
 }
 
-void VisitorOverlay::hideUploads() {
+void VisitorOverlay::hideUploads(const Window& window) {
+  const auto isThere = [&](const Upload* upload) { return upload->window_.lock().get() == &window; };
+  if (std::erase_if(uploads_, isThere) > 0 && !hasMessage_) endMessage();
+}
+
+// Of several uploads, the newest is shown.
+void VisitorOverlay::giveUp() const {
   if (uploads_.empty()) return;
-  uploads_.clear();
-  if (!hasMessage_) overlay().dismiss();
+  if (const auto act = uploads_.back()->giveUp_) act();
 }
 
 VisitorOverlay::Upload::Upload() : window_(overlay().window()) {
@@ -84,6 +89,7 @@ void VisitorOverlay::Upload::returnToWindow() const {
 
 void VisitorOverlay::Upload::show() const {
   returnToWindow();
+  overlay().setGiveUp([] { shared().giveUp(); });
   if (fraction_) {
     overlay().showProgress(*fraction_, percentage(*fraction_));
   } else {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orivex {
@@ -22,13 +24,13 @@ class VisitorOverlay {
   /// Dismisses whatever is shown, unless an upload goes on.
   void endMessage();
 
-  /// Takes the uploads that go on off the overlay for good.
-  void hideUploads();
+  /// Takes the uploads that go on in `window` off the overlay for good.
+  void hideUploads(const Window& window);
 
   /// One upload, from its start until this object goes.
   class Upload {
    public:
-    /// Shows the spinner at once.
+    /// Shows the spinner at once, over the window that the overlay has now.
     Upload();
     Upload(const Upload&) = delete;
     Upload& operator=(const Upload&) = delete;
@@ -36,6 +38,9 @@ class VisitorOverlay {
 
     /// `fraction` of the body is sent: a percentage below 1, then the spinner while the server works.
     void progress(float fraction);
+
+    /// What the visitor's "✕" does while this upload is shown.
+    void setGiveUp(std::function<void()> giveUp) { giveUp_ = std::move(giveUp); }
 
     /// Lets the overlay show over the window that it had when this upload began.
     void returnToWindow() const;
@@ -49,6 +54,7 @@ class VisitorOverlay {
     void show() const;
     std::optional<float> fraction_;  // nothing while the spinner shows
     std::weak_ptr<Window> window_;   // of the overlay when the upload began
+    std::function<void()> giveUp_;
   };
 
   VisitorOverlay(const VisitorOverlay&) = delete;
@@ -57,6 +63,8 @@ class VisitorOverlay {
  private:
   VisitorOverlay() = default;
   ~VisitorOverlay() = default;
+
+  void giveUp() const;
 
   std::vector<const Upload*> uploads_;  // that go on and are seen, the oldest first
   bool hasMessage_ = false;

@@ -1,12 +1,11 @@
 #include "ChatNavigation.h"
 
-#include "ScreenOverlay.h"
-
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/sdk/OVKFApi.h"
 
 namespace orivex {
@@ -18,7 +17,7 @@ constexpr double messageSeconds = 2.0;
 // A visitor who has left is not told of a page that nobody waits for.
 void tell(OVKFApi& screen, const std::string& message) {
   if (!screen.isViewInWindow()) return;
-  bringOverlayTo(screen);
+  Platform::current().progressOverlay.bringTo(*screen.view());
   OVKFApiHelper::showMessage(message, messageSeconds);
 }
 

@@ -1,7 +1,6 @@
 #include "ChatWebViewHost.h"
 
 #include "Closing.h"
-#include "ScreenOverlay.h"
 #include "StartScripts.h"
 
 #include "orivex/media/OVKFApiHelper.h"
@@ -11,6 +10,7 @@
 #include "orivex/platform/ports/Animator.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/sdk/OVKFApi.h"
 #include "orivex/voice/RecordManager.h"
@@ -117,7 +117,7 @@ void ChatWebViewHost::processGone() {
   }
   log::debugPrint("The page lost its process too often");
   if (!screen_.view()->isShowing()) return;
-  bringOverlayTo(screen_);
+  Platform::current().progressOverlay.bringTo(*screen_.view());
   OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds,
                              [screen = screen_.shared_from_this()] { closeScreenIfShown(*screen); });
 }

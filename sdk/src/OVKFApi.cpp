@@ -6,7 +6,6 @@
 #include "Closing.h"
 #include "EdgePanBack.h"
 #include "PageOrigins.h"
-#include "ScreenOverlay.h"
 #include "ScriptMessageBridge.h"
 
 #include "orivex/media/ChatManager.h"
@@ -254,7 +253,7 @@ void OVKFApi::loadPage() {
     } else if (!screen->view()->isShowing()) {
       screen->mustLoadPage_ = true;
     } else if (const auto& message = std::get<PageCheckFailure>(outcome).message) {
-      bringOverlayTo(*screen);
+      Platform::current().progressOverlay.bringTo(*screen->view());
       OVKFApiHelper::showMessage(*message, pageFailureSeconds, [screen] { screen->close(); });
     }
   });
@@ -271,13 +270,13 @@ void OVKFApi::viewWillAppear(bool animated) {
 
 void OVKFApi::viewDidAppear(bool animated) {
   ViewController::viewDidAppear(animated);
-  bringOverlayTo(*this);
+  Platform::current().progressOverlay.bringTo(*view());
 }
 
 void OVKFApi::viewWillDisappear(bool animated) {
   ViewController::viewWillDisappear(animated);
   closeMicrophone();
-  UploadManager::hideProgress();
+  if (const auto* const shownIn = window()) UploadManager::hideProgress(*shownIn);
   view()->endEditing();
   restoreHostChrome();
 }

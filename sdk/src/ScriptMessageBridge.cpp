@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "Closing.h"
-#include "ScreenOverlay.h"
 
 #include "orivex/media/ChatManager.h"
 #include "orivex/media/OVKFApiHelper.h"
@@ -13,6 +12,7 @@
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/ViewController.h"
 #include "orivex/sdk/OVKFApiManager.h"
 #include "orivex/voice/RecordManager.h"
@@ -72,7 +72,7 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
     const auto text = message.body.starts_with('"') ? decodeText(message.body) : std::nullopt;
     log::debugPrint("Received message from JavaScript: " + message.name + " " + (text ? *text : message.body));
   }
-  bringOverlayTo(*screen_.hold());
+  Platform::current().progressOverlay.bringTo(*screen_.hold()->view());
   const auto* const service = std::find_if(std::begin(services), std::end(services),
                                            [&](const Service& candidate) { return candidate.name == message.name; });
   if (service == std::end(services)) return;

@@ -8,6 +8,7 @@
 
 #include "AnswerQueue.h"
 
+#include "orivex/media/ChatManager.h"
 #include "orivex/models/PostMessageModel.h"
 #include "orivex/models/UploadFileInfoModel.h"
 #include "orivex/platform/base/Alive.h"
@@ -48,7 +49,7 @@ class ScriptMessageBridge {
   void recording(std::string_view body);
   void initLoaded(std::string_view body);
 
-  using FilesAnswer = Once<void(std::vector<UploadFileInfoModel>)>;
+  using FilesAnswer = ChatManager::PickedFiles;
   using RecordAnswer = Once<void(UploadFileInfoModel)>;
 
   /// The request of a picker or recording message; nothing, with a log line, when it is no such request.

@@ -210,14 +210,24 @@ void RecordManager::send(const Url& file, double seconds, RecordedClip completio
   UploadManager().uploadFile(std::nullopt, file, std::nullopt, "file", UploadManager::mimeType(extensionOf(file)),
                              std::nullopt,
                              [file, seconds, completion = std::move(completion)](UploadResult result) mutable {
-                               if (const auto* failure = std::get_if<UploadFailure>(&result))
-                                 return tell(failure->message);
+                               if (const auto* failure = std::get_if<UploadFailure>(&result)) {
+                                 tell(failure->message);
+                                 return keep(file, seconds, std::move(completion));
+                               }
                                log::print("Upload Success");
                                if (const auto failure = Platform::current().fileManager.removeItem(file)) {
                                  log::print("删除录音:" + failure->description);
                                }
                                std::move(completion)(describe(std::get<UploadResposeModel>(result), seconds));
                              });
+}
+
+void RecordManager::keep(const Url& file, double seconds, RecordedClip completion) {
+  auto& view = *shared().recordingView();
+  if (!view.isShowing()) return;
+  UploadManager::keep(view, [file, seconds, completion = std::move(completion)]() mutable {
+    send(file, seconds, std::move(completion));
+  });
 }
 
 void RecordManager::closeMicrophone() {

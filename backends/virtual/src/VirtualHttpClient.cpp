@@ -33,8 +33,8 @@ void VirtualHttpClient::send(const UrlRequest& request, Once<void(StatusResult)>
   queue_.async(alive_.guard([this, exchange = std::move(exchange)]() mutable { ask(std::move(exchange)); }));
 }
 
-void VirtualHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
-                               Once<void(UploadReply)> completion) {
+std::function<void()> VirtualHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
+                                                Once<void(UploadReply)> completion) {
   requireMainThread(queue_, "HttpClient::upload");
   auto served = uploadServer_ ? uploadServer_(request) : storedFile(request);
   const auto steps = static_cast<double>(served.progress.size());
@@ -47,18 +47,23 @@ void VirtualHttpClient::upload(UploadRequest request, std::function<void(double 
     served.reply = {std::nullopt, timedOut()};
   }
   uploads_.push_back(std::move(request));
+  const auto end = std::make_shared<Once<void(UploadReply)>>(std::move(completion));
   for (std::size_t step = 0; step < served.progress.size(); ++step) {
     queue_.asyncAfter(served.delay * static_cast<double>(step) / steps,
-                      alive_.guard([progress, fraction = served.progress[step]] { progress(fraction); }));
+                      alive_.guard([end, progress, fraction = served.progress[step]] {
+                        if (*end) progress(fraction);
+                      }));
   }
   if (served.reply.response) {
     auto& body = served.reply.response->body;
     body.resize(std::min(body.size(), longestBody));
   }
-  queue_.asyncAfter(served.delay,
-                    alive_.guard([completion = std::move(completion), reply = std::move(served.reply)]() mutable {
-                      std::move(completion)(std::move(reply));
-                    }));
+  const auto endAfter = [this, end](double seconds, UploadReply reply) {
+    queue_.asyncAfter(seconds,
+                      alive_.guard([end, reply = std::move(reply)]() mutable { std::move (*end)(std::move(reply)); }));
+  };
+  endAfter(served.delay, std::move(served.reply));
+  return alive_.guard([endAfter] { endAfter(0, {std::nullopt, TransportError{TransportError::other, "已取消"}}); });
 }
 
 void VirtualHttpClient::ask(std::unique_ptr<Exchange> exchange) {

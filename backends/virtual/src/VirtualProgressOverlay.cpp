@@ -30,6 +30,17 @@ void VirtualProgressOverlay::dismiss() {
   take(Event::dismissed);
 }
 
+void VirtualProgressOverlay::offer(std::optional<OverlayOffer> offer) {
+  requireMainThread(queue_, "ProgressOverlay::offer");
+  offered_ = offer && shownIn(application_, offer->window) ? std::move(offer) : std::nullopt;
+}
+
+void VirtualProgressOverlay::pressGiveUp() const {
+  if (!canBeGivenUp()) return;
+  const auto act = giveUp();
+  act();
+}
+
 std::vector<std::string> VirtualProgressOverlay::infoTexts() const {
   std::vector<std::string> texts;
   for (const auto& entry : history_) {

@@ -1,15 +1,21 @@
 #include "orivex/platform/ports/ProgressOverlay.h"
 
 #include "orivex/platform/ports/Application.h"
+#include "orivex/platform/ui/View.h"
 #include "orivex/platform/ui/Window.h"
 
 namespace orivex {
 
-std::shared_ptr<Window> ProgressOverlay::shownIn(const Application& application) const {
+void ProgressOverlay::bringTo(const View& view) {
+  if (auto* const shownIn = view.window()) setWindow(shownIn->weak_from_this());
+}
+
+std::shared_ptr<Window> ProgressOverlay::shownIn(const Application& application,
+                                                 const std::weak_ptr<Window>& belongsTo) {
   const std::weak_ptr<Window> none;
-  const bool isUnset = !window_.owner_before(none) && !none.owner_before(window_);
+  const bool isUnset = !belongsTo.owner_before(none) && !none.owner_before(belongsTo);
   if (isUnset) return firstWindow(application);
-  const auto window = window_.lock();
+  const auto window = belongsTo.lock();
   for (const auto& scene : application.connectedScenes()) {
     if (window && window->scene() == scene) return window;
   }

@@ -86,8 +86,58 @@ TYPED_TEST_P(ProgressOverlayContract, ThePanelShowsOverTheChosenWindowOnly) {
   EXPECT_TRUE(this->becomes("seen"));
 }
 
+TYPED_TEST_P(ProgressOverlayContract, TheVisitorGivesUpWhatIsOnItsWayAndNoMessage) {
+  int givenUp = 0;
+  this->overlay().show();
+  EXPECT_FALSE(this->fixture_.giveUp()) << "nothing can be given up";
+  this->overlay().setGiveUp([&] { ++givenUp; });
+  this->overlay().show();
+  EXPECT_TRUE(this->fixture_.giveUp());
+  this->overlay().showProgress(0.5F, "50%");
+  EXPECT_TRUE(this->fixture_.giveUp());
+  EXPECT_EQ(givenUp, 2);
+  this->overlay().showInfo("text");
+  EXPECT_FALSE(this->fixture_.giveUp());
+  EXPECT_EQ(givenUp, 2);
+  // What is given up may show something else at once.
+  this->overlay().setGiveUp([this] { this->overlay().showInfo("未知错误"); });
+  this->overlay().show();
+  EXPECT_TRUE(this->fixture_.giveUp());
+  EXPECT_TRUE(this->becomes("未知错误"));
+}
+
+TYPED_TEST_P(ProgressOverlayContract, AnOfferStaysBesideThePanelUntilItIsAnswered) {
+  std::string answers;
+  const auto offer = [&](const char* status) {
+    this->overlay().offer(OverlayOffer{{},
+                                       status,
+                                       [&, status] {
+                                         answers += std::string("retry ") + status + ",";
+                                         this->overlay().offer(std::nullopt);
+                                       },
+                                       [&, status] { answers += std::string("drop ") + status + ","; }});
+  };
+  offer("1");
+  offer("2");
+  this->overlay().showInfo("text");
+  EXPECT_TRUE(this->becomes("text"));
+  this->overlay().dismiss();
+  EXPECT_TRUE(this->becomes(std::nullopt));
+  EXPECT_EQ(this->fixture_.offered(), "2");
+  this->fixture_.answerOffer(false);
+  EXPECT_EQ(this->fixture_.offered(), "2");
+  this->fixture_.answerOffer(true);
+  EXPECT_EQ(this->fixture_.offered(), std::nullopt);
+  EXPECT_EQ(answers, "drop 2,retry 2,");
+  offer("3");
+  this->fixture_.removeWindow();
+  offer("4");
+  EXPECT_EQ(this->fixture_.offered(), std::nullopt);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(ProgressOverlayContract, ALaterCallReplacesAnEarlierOneAndDismissTakesItAway,
-                            APanelShownWhileAnotherIsLeavingStays,
+                            APanelShownWhileAnotherIsLeavingStays, AnOfferStaysBesideThePanelUntilItIsAnswered,
+                            TheVisitorGivesUpWhatIsOnItsWayAndNoMessage,
                             AMessageGoesAfterTheMaximumDismissTimeOfItsOwnAndProgressStays,
                             ThePanelShowsOverTheChosenWindowOnly, WithoutAWindowNothingShowsAndNothingFails);
 

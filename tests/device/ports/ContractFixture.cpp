@@ -89,12 +89,35 @@ void WindowFixture::cancelPicking() {
   cancelFileChooser();
 }
 
-std::optional<std::string> WindowFixture::overlayStatus() {
+// In the window; null without it.
+GtkWidget* WindowFixture::find(const char* cssClass) {
   auto* const host = dynamic_cast<GtkApplicationPort&>(platform().application).find(window_);
-  if (!host) return std::nullopt;
-  GtkWidget* const mask = findByClass(GTK_WIDGET(host->overlay()), "orivex-mask");
+  return host ? findByClass(GTK_WIDGET(host->overlay()), cssClass) : nullptr;
+}
+
+std::optional<std::string> WindowFixture::overlayStatus() {
+  GtkWidget* const mask = find("orivex-mask");
   if (!mask) return std::nullopt;
   return gtk_label_get_text(GTK_LABEL(findByType(mask, GTK_TYPE_LABEL)));
+}
+
+bool WindowFixture::giveUp() {
+  GtkWidget* const mask = find("orivex-mask");
+  GtkWidget* const close = mask ? findByType(mask, GTK_TYPE_BUTTON) : nullptr;
+  if (!close || !gtk_widget_get_visible(close)) return false;
+  g_signal_emit_by_name(close, "clicked");
+  return true;
+}
+
+std::optional<std::string> WindowFixture::offered() {
+  GtkWidget* const bar = find("orivex-offer");
+  if (!bar) return std::nullopt;
+  return gtk_label_get_text(GTK_LABEL(findByType(bar, GTK_TYPE_LABEL)));
+}
+
+void WindowFixture::answerOffer(bool retries) {
+  GtkWidget* const bar = find("orivex-offer");
+  g_signal_emit_by_name(retries ? findByType(bar, GTK_TYPE_BUTTON) : gtk_widget_get_last_child(bar), "clicked");
 }
 
 void WindowFixture::removeWindow() {

@@ -57,9 +57,14 @@ class WindowFixture : public ContractFixture {
   void pick(const std::string& path);
   void cancelPicking();
   std::optional<std::string> overlayStatus();
+  bool giveUp();
+  std::optional<std::string> offered();
+  void answerOffer(bool retries);
   void removeWindow();
 
  private:
+  GtkWidget* find(const char* cssClass);
+
   GtkWindow* window_;
 };
 

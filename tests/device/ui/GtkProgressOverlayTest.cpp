@@ -56,6 +56,52 @@ TEST_F(GtkProgressOverlayTest, TheMaskTakesKeysAndClicksUntilThePanelStartsToLea
   EXPECT_EQ(entered(), "bc") << "without a mask nothing is taken";
 }
 
+TEST_F(GtkProgressOverlayTest, EscapeAndTheCrossGiveUpAndLeaveTheFocusWhereItIs) {
+  std::vector<std::string> given;
+  overlay_.setGiveUp([&] { given.emplace_back("up"); });
+  overlay_.showProgress(0.25F, "25%");
+  pass(settling);
+  VisitorWindow::press({"a", "Escape"});
+  EXPECT_TRUE(wait([&] { return given.size() == 1; }, 5));
+  GtkWidget* const cross = findByType(mask(), GTK_TYPE_BUTTON);
+  visitor_.click(cross);
+  EXPECT_TRUE(wait([&] { return given.size() == 2; }, 5));
+  overlay_.showInfo("未知错误");
+  EXPECT_FALSE(gtk_widget_get_visible(cross));
+  VisitorWindow::press({"Escape"});
+  pass(settling);
+  EXPECT_EQ(given.size(), 2U);
+  overlay_.dismiss();
+  VisitorWindow::press({"b"});
+  EXPECT_TRUE(wait([&] { return entered() == "b"; }, 5)) << entered();
+  overlay_.setGiveUp(nullptr);
+}
+
+TEST_F(GtkProgressOverlayTest, TheBarOfAnOfferLiesAboveThePanelAndTakesNoInputBesideIt) {
+  int tries = 0;
+  overlay_.offer(OverlayOffer{{},
+                              "1 项未发送",
+                              [&] {
+                                ++tries;
+                                overlay_.offer(std::nullopt);
+                              },
+                              nullptr});
+  overlay_.showInfo("未知错误");
+  pass(settling);
+  auto* const root = GTK_WIDGET(visitor_.window());
+  GtkWidget* const bar = findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-offer");
+  ASSERT_TRUE(bar);
+  overlay_.dismiss();
+  EXPECT_TRUE(wait([&] { return !mask(); }, 5));
+  GtkWidget* const beside = gtk_widget_pick(root, 20, 600, GTK_PICK_DEFAULT);
+  EXPECT_TRUE(beside && gtk_widget_is_ancestor(visitor_.entry(), root) && !gtk_widget_is_ancestor(beside, bar));
+  overlay_.showInfo("未知错误");
+  pass(settling);
+  visitor_.click(findByType(bar, GTK_TYPE_BUTTON));
+  EXPECT_TRUE(wait([&] { return tries == 1; }, 5)) << "the mask lies above the bar";
+  EXPECT_FALSE(findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-offer"));
+}
+
 TEST_F(GtkProgressOverlayTest, OnePanelChangesWhatItShowsAndComesBackWhileItLeaves) {
   overlay_.show();
   GtkWidget* const first = mask();

@@ -69,6 +69,39 @@ TEST_F(DocumentPickingTest, WhatIsSaidOfAnUploadStaysInTheWindowOfItsScreen) {
   }
 }
 
+TEST_F(DocumentPickingTest, AScreenThatLeavesHidesTheUploadsOfItsOwnWindowOnly) {
+  const auto second = std::make_shared<Window>();
+  device_.application().scene()->addWindow(second);
+  second->setRootViewController(std::make_shared<ViewController>());
+  const auto other = started();
+  second->rootViewController()->present(other, false);
+  store(5);
+  ask("openDocumentPicker");
+  pageOf(*other).post("trackEvent", "{}");  // the overlay is the other's by the time that the visitor has chosen
+  device_.documentPicker().pick({file("a.txt")});
+  device_.advance(1);
+  auto& overlay = device_.progressOverlay();
+  EXPECT_NE(overlay.shownOver(), second);
+  other->dismiss(false);
+  device_.advance(1);
+  EXPECT_TRUE(overlay.shown());
+  screen_->dismiss(false);
+  device_.advance(1);
+  EXPECT_FALSE(overlay.shown());
+}
+
+TEST_F(DocumentPickingTest, ADocumentThatWasNotStoredIsSentAgainOnTheVisitorsWord) {
+  device_.httpClient().setUploadServer([](const UploadRequest&) { return VirtualUploadReply::respond(503, "x"); });
+  EXPECT_EQ(pick({file("a.txt")}), Lines{});
+  EXPECT_EQ(message(), "服务不可用");
+  EXPECT_EQ(device_.documentPicker().openAccesses(), 0);
+  store(0.1);
+  const auto answers = answersTo([&] { OverlayOffer(*device_.progressOverlay().offered()).retry(); });
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_NE(answers[0].find(R"("name":"a.txt")"), std::string::npos);
+  EXPECT_EQ(device_.documentPicker().openAccesses(), 0);
+}
+
 TEST_F(DocumentPickingTest, MakesANameThatIsNoTextOne) {
   const auto chosen = file("\xBA\xCF\xCD\xAC.p\xE4\xBD.d\xFF");  // of an old archive, and cut
   const std::string name = "\uFFFD\uFFFD\u036C.p\uFFFD\uFFFD.d\uFFFD";

@@ -82,6 +82,27 @@ TEST_F(HiddenScreenTest, NeitherUploadsNorShowsNorKeepsWhatComesTooLate) {
   EXPECT_FALSE(anythingOpened()) << "the failure of an upload is told over the host";
 }
 
+TEST_F(HiddenScreenTest, OffersNothingAgain) {
+  device_.httpClient().setUploadServer([](const UploadRequest&) { return VirtualUploadReply::respond(503, "x", 1); });
+  const auto fail = [&] {
+    post("openDocumentPicker");
+    device_.documentPicker().pick({file("a.pdf")});
+    device_.runUntilIdle();
+  };
+  for (const bool covered : {true, false}) {
+    SCOPED_TRACE(covered ? "covered" : "gone");
+    fail();
+    device_.advance(5);
+    EXPECT_TRUE(device_.progressOverlay().offered());
+    fail();
+    hide(covered);
+    device_.advance(5);
+    EXPECT_FALSE(device_.progressOverlay().offered());
+    if (covered) screen_->dismiss(false);
+    device_.runUntilIdle();
+  }
+}
+
 TEST_F(HiddenScreenTest, EndsTheQuestionAndTheRecordingOfAScreenThatIsCoveredByAnotherChat) {
   post("recording");
   ASSERT_EQ(device_.audioSession().recordings().size(), 1U);

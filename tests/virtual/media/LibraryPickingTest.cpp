@@ -132,6 +132,40 @@ TEST_F(LibraryPickingTest, WhatFailsIsToldAndTheOthersStillArrive) {
   EXPECT_EQ(log_.take("\"Upload "), (Lines{"\"Upload Failed: 不支持的文件\"", "\"Upload Success \""}));
 }
 
+TEST_F(LibraryPickingTest, AVideoThatWasNotStoredIsKeptAndArrivesByItselfWhenItIsSentAgain) {
+  device_.httpClient().setUploadServer([](const UploadRequest& request) {
+    return request.file->fileName == "good.mp4" ? stored(0.1) : VirtualUploadReply::fail("no network");
+  });
+  EXPECT_EQ(select({video("bad.mp4"), video("good.mp4"), video("worse.mp4")}).size(), 1U);
+  const auto recorded = video("MOV.mp4");
+  EXPECT_EQ(capture(recorded), Lines{});
+  const auto answer = [&](auto OverlayOffer::*act) {
+    return answersTo([&] {
+      const auto offer = *device_.progressOverlay().offered();
+      EXPECT_EQ(offer.status, "3 项未发送");
+      (offer.*act)();
+    });
+  };
+  EXPECT_EQ(answer(&OverlayOffer::retry), Lines{}) << "they failed again";
+  EXPECT_EQ(device_.fileManager().removed(), Lines{}) << "the captured file is lost";
+  store(0.1);
+  const auto again = answer(&OverlayOffer::retry);
+  ASSERT_EQ(again.size(), 3U);
+  for (const auto& [script, name] : {std::pair{again[0], "bad"}, {again[1], "worse"}, {again[2], "MOV"}}) {
+    EXPECT_TRUE(script.starts_with(std::string(R"(handleSelectedFiles([{"name":")") + name)) << script;
+    EXPECT_NE(script.find(R"("url":"u")"), std::string::npos) << script;
+  }
+  EXPECT_FALSE(device_.progressOverlay().offered());
+  EXPECT_EQ(device_.fileManager().removed(), Lines{*recorded.file.filePath()});
+
+  device_.httpClient().setUploadServer([](const UploadRequest&) { return VirtualUploadReply::fail("no network"); });
+  const auto dropped = video("MOV2.mp4");
+  EXPECT_EQ(capture(dropped), Lines{});
+  OverlayOffer(*device_.progressOverlay().offered()).drop();
+  EXPECT_EQ(device_.fileManager().removed().back(), *dropped.file.filePath());
+  EXPECT_FALSE(device_.progressOverlay().offered());
+}
+
 TEST_F(LibraryPickingTest, UploadsAtMostTwoVideosAtOnce) {
   int running = 0;
   int most = 0;

@@ -144,6 +144,30 @@ TEST_F(UploadManagerTest, IsOverWithAFailureWhenTheServerNeverAnswersOrThereIsNo
   EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
 }
 
+TEST_F(UploadManagerTest, EndsOnceWhenTheVisitorGivesUpTheOneThatIsShown) {
+  serve(VirtualUploadReply::respond(200, stored, 8, {0.1}));
+  Lines ended;
+  const auto start = [&](const char* name) {
+    UploadManager().uploadFile(std::nullopt, std::nullopt, "x", "f", "t", std::nullopt,
+                               [&ended, name](const UploadResult& result) {
+                                 const auto* failure = std::get_if<UploadFailure>(&result);
+                                 ended.push_back(std::string(name) + " " + (failure ? failure->message : "stored"));
+                               });
+  };
+  start("first");
+  start("second");
+  device_.advance(1);
+  device_.progressOverlay().pressGiveUp();
+  device_.progressOverlay().pressGiveUp();
+  EXPECT_TRUE(ended.empty());
+  device_.advance(1);
+  EXPECT_EQ(ended, Lines{"second 未知错误"});
+  EXPECT_TRUE(device_.progressOverlay().canBeGivenUp()) << "the first one goes on";
+  device_.advance(10);
+  EXPECT_EQ(ended, (Lines{"second 未知错误", "first stored"}));
+  EXPECT_FALSE(device_.progressOverlay().shown());
+}
+
 TEST_F(UploadManagerTest, LeavesAMessageForAsLongAsItsReaderNeeds) {
   serve(VirtualUploadReply::fail("gone", 1));
   UploadManager().uploadFile(std::nullopt, std::nullopt, "x", "f", "t", std::nullopt,

@@ -138,4 +138,20 @@ std::optional<std::string> VirtualFixture::overlayStatus() {
   return shown ? std::optional(shown->status) : std::nullopt;
 }
 
+bool VirtualFixture::giveUp() {
+  const bool can = device_.progressOverlay().canBeGivenUp();
+  device_.progressOverlay().pressGiveUp();
+  return can;
+}
+
+std::optional<std::string> VirtualFixture::offered() {
+  const auto& offer = device_.progressOverlay().offered();
+  return offer ? std::optional(offer->status) : std::nullopt;
+}
+
+void VirtualFixture::answerOffer(bool retries) {
+  const auto offer = *device_.progressOverlay().offered();
+  retries ? offer.retry() : offer.drop();
+}
+
 }  // namespace orivex::testing

@@ -40,6 +40,9 @@ class VirtualFixture {
   void pick(const std::string& path) { device_.documentPicker().pick({path}); }
   void cancelPicking() { device_.documentPicker().cancel(); }
   std::optional<std::string> overlayStatus();
+  bool giveUp();
+  std::optional<std::string> offered();
+  void answerOffer(bool retries);
   void removeWindow() { device_.application().setSceneConnected(false); }
 
  private:

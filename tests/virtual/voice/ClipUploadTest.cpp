@@ -68,6 +68,23 @@ TEST_F(ClipUploadTest, TellsTheVisitorWhyItFailedAndThePageNothing) {
   EXPECT_TRUE(device_.fileManager().removed().empty()) << "what the server does not have is gone";
 }
 
+TEST_F(ClipUploadTest, SendsAFailedClipAgainOnTheVisitorsWord) {
+  serve(VirtualUploadReply::fail("no network"));
+  speak(2);
+  device_.advance(60);
+  EXPECT_EQ(device_.httpClient().uploads().size(), 1U) << "it was sent again by itself";
+  const auto& offer = device_.progressOverlay().offered();
+  ASSERT_TRUE(offer);
+  EXPECT_EQ(offer->status, "1 项未发送");
+  device_.httpClient().setUploadServer(nullptr);
+  OverlayOffer(*offer).retry();
+  EXPECT_FALSE(device_.progressOverlay().offered());
+  device_.advance(1);
+  ASSERT_EQ(clips().size(), 1U);
+  EXPECT_NE(clips()[0].find(R"("duration":2,)"), std::string::npos) << clips()[0];
+  EXPECT_EQ(device_.fileManager().removed(), Lines{recordings()[0]->path});
+}
+
 TEST_F(ClipUploadTest, KeepsTheLengthOfAClipWhileTheNextOneIsRecorded) {
   device_.recordPermission().remember(true);
   act("start");

@@ -1,5 +1,6 @@
 #include "CurlHttpClient.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "CurlRequest.h"
@@ -24,12 +25,15 @@ void CurlHttpClient::send(const UrlRequest& request, Once<void(StatusResult)> co
   start(std::make_unique<CurlRequest>(request, std::move(finished)));
 }
 
-void CurlHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
-                            Once<void(UploadReply)> completion) {
+std::function<void()> CurlHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
+                                             Once<void(UploadReply)> completion) {
   auto onMain = alive_.guard(
       [completion = std::move(completion)](UploadReply reply) mutable { std::move(completion)(std::move(reply)); });
   UploadReporter reporter(mainQueue_, alive_.guard(std::move(progress)), std::move(onMain));
-  start(std::make_unique<CurlUpload>(std::move(request), std::move(reporter)));
+  auto transfer = std::make_unique<CurlUpload>(std::move(request), std::move(reporter));
+  auto act = alive_.guard([this, stop = transfer->stop()] { giveUp(stop); });
+  start(std::move(transfer));
+  return act;
 }
 
 void CurlHttpClient::start(Transfer transfer) {
@@ -41,10 +45,23 @@ void CurlHttpClient::start(Transfer transfer) {
 
 void CurlHttpClient::goOn(std::size_t id, ProxyLookup::Proxies proxies) {
   auto waiting = waiting_.extract(id);
+  if (!waiting) return;  // given up
   auto& transfer = waiting.mapped();
   if (!proxies) return transfer->finish(CURLE_OPERATION_TIMEDOUT);
   transfer->setProxies(*std::move(proxies));
   worker_.add(std::move(transfer));
+}
+
+// One that waits for its proxies has not begun; the others end at the worker's next look.
+void CurlHttpClient::giveUp(const CurlTransfer::Flag& stop) {
+  *stop = true;
+  worker_.wake();
+  const auto found = std::find_if(waiting_.begin(), waiting_.end(),
+                                  [&](const auto& waiting) { return waiting.second->stop() == stop; });
+  if (found == waiting_.end()) return;
+  const auto transfer = std::move(found->second);
+  waiting_.erase(found);
+  transfer->finish(CurlTransfer::givenUp);
 }
 
 void CurlHttpClient::ended(Transfer transfer, CURLcode code) {

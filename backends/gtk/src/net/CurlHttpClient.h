@@ -22,14 +22,15 @@ class CurlHttpClient final : public HttpClient {
   explicit CurlHttpClient(MainQueue& mainQueue, ProxyLookup proxies = ProxyLookup());
 
   void send(const UrlRequest& request, Once<void(StatusResult)> completion) override;
-  void upload(UploadRequest request, std::function<void(double fraction)> progress,
-              Once<void(UploadReply)> completion) override;
+  std::function<void()> upload(UploadRequest request, std::function<void(double fraction)> progress,
+                               Once<void(UploadReply)> completion) override;
 
  private:
   using Transfer = std::unique_ptr<CurlTransfer>;
 
   void start(Transfer transfer);
   void goOn(std::size_t id, ProxyLookup::Proxies proxies);
+  void giveUp(const CurlTransfer::Flag& stop);
   void ended(Transfer transfer, CURLcode code);
 
   MainQueue& mainQueue_;

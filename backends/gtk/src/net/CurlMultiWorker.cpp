@@ -39,6 +39,10 @@ void CurlMultiWorker::add(std::unique_ptr<CurlTransfer> transfer) {
     const std::lock_guard lock(mutex_);
     added_.push_back(std::move(transfer));
   }
+  wake();
+}
+
+void CurlMultiWorker::wake() {
   curl_multi_wakeup(multi_.get());
 }
 
@@ -90,10 +94,13 @@ int CurlMultiWorker::lookAtRunning() {
   const auto now = CurlTransfer::Clock::now();
   auto next = CurlTransfer::Clock::duration::max();
   for (auto at = running_.size(); at-- > 0;) {
-    if (const auto wait = running_[at]->look(now)) {
+    const auto transfer = running_.begin() + static_cast<std::ptrdiff_t>(at);
+    if (*(*transfer)->stop()) {
+      end(transfer, CurlTransfer::givenUp);
+    } else if (const auto wait = (*transfer)->look(now)) {
       next = std::min(next, *wait);
     } else {
-      end(running_.begin() + static_cast<std::ptrdiff_t>(at), CURLE_OPERATION_TIMEDOUT);
+      end(transfer, CURLE_OPERATION_TIMEDOUT);
     }
   }
   return pollMilliseconds(next);

@@ -26,6 +26,9 @@ class CurlMultiWorker {
   /// Begins `transfer`; its functions are called on the background thread. Any thread.
   void add(std::unique_ptr<CurlTransfer> transfer);
 
+  /// Looks at the transfers soon. Any thread.
+  void wake();
+
  private:
   using Transfers = std::vector<std::unique_ptr<CurlTransfer>>;
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -31,6 +33,11 @@ class CurlTransfer {
 
   /// Where it is sent, the next time that it is.
   const std::string& address() const { return address_; }
+
+  /// Set from any thread, it ends the transfer at the next look, with the code `givenUp`.
+  using Flag = std::shared_ptr<std::atomic<bool>>;
+  const Flag& stop() const { return stop_; }
+  static constexpr CURLcode givenUp = CURLE_ABORTED_BY_CALLBACK;
 
   /// Seconds without a move after which it is given up.
   double idleSeconds() const { return idleSeconds_; }
@@ -100,6 +107,7 @@ class CurlTransfer {
   IdleWatch idleWatch_;
   std::vector<std::string> proxies_;  // the one in use and those to try next
   int redirects_ = 0;
+  Flag stop_ = std::make_shared<std::atomic<bool>>(false);
   ReplyHead head_;
   std::array<char, CURL_ERROR_SIZE> error_{};
   Failure failure_;

@@ -32,6 +32,8 @@ std::string transportWords(CURLcode code) {
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE:
       return "连接已断开";
+    case CURLE_ABORTED_BY_CALLBACK:
+      return "已取消";
     case CURLE_BAD_CONTENT_ENCODING:
     case CURLE_FILESIZE_EXCEEDED:
     case CURLE_WEIRD_SERVER_REPLY:

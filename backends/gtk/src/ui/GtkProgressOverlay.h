@@ -1,8 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "OverlayBar.h"
 #include "OverlayPanel.h"
 
 #include "orivex/platform/ports/MainQueue.h"
@@ -12,7 +14,7 @@ namespace orivex::gtk {
 
 class GtkApplicationPort;
 
-/// The panel over one of the attached windows.
+/// The panel, and the bar of an offer, over attached windows.
 class GtkProgressOverlay final : public ProgressOverlay {
  public:
   GtkProgressOverlay(MainQueue& mainQueue, const GtkApplicationPort& application);
@@ -23,6 +25,7 @@ class GtkProgressOverlay final : public ProgressOverlay {
   void showInfo(const std::string& status) override;
   void showNotice(const std::string& status) override;
   void dismiss() override;
+  void offer(std::optional<OverlayOffer> offer) override;
   void setMinimumSize(Size size) override { look_.minimumSize = size; }
   void setStyle(OverlayStyle style) override { look_.style = style; }
   void setMask(OverlayMask mask) override { look_.mask = mask; }
@@ -31,11 +34,14 @@ class GtkProgressOverlay final : public ProgressOverlay {
  private:
   /// The panel over the window in which it belongs now; null without a window.
   OverlayPanel* panel();
+  GtkOverlay* overlayOf(const std::shared_ptr<Window>& window) const;
   void showMessage(const OverlayLook& look, const std::string& status);
+  void raiseBar();
 
   MainQueue& mainQueue_;
   const GtkApplicationPort& application_;
   std::unique_ptr<OverlayPanel> panel_;
+  std::unique_ptr<OverlayBar> bar_;
   std::unique_ptr<Timer> limit_;
   OverlayLook look_;  // as it was set last; each call shows it
   double maximumSeconds_ = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Compatibility.h"
 #include "StyleSheet.h"
@@ -24,6 +25,7 @@ constexpr const char* css = R"css(
 .orivex-panel.dark { background-color: rgba(28, 28, 30, 0.94); color: white; }
 .orivex-panel.light { background-color: rgba(250, 250, 250, 0.96); color: #1c1c1e; }
 .orivex-panel label { font-weight: 500; }
+.orivex-panel button { min-width: 20px; min-height: 20px; padding: 10px; margin: -18px -18px 0 0; color: inherit; }
 )css";
 
 constexpr const char* tallestLine = "国g😀";  // as tall as a line gets: each script has a font of its own
@@ -53,8 +55,7 @@ void OverlayPanel::build() {
   mask_ = GRef<GtkWidget>::sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
   gtk_widget_add_css_class(mask_.get(), "orivex-mask");
 
-  panel_ = GTK_WIDGET(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL, "spacing", spacing,
-                                   "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT, nullptr));
+  panel_ = GTK_WIDGET(g_object_new(GTK_TYPE_OVERLAY, "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT, nullptr));
   gtk_widget_add_css_class(panel_, "orivex-panel");
   gtk_widget_set_halign(panel_, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(panel_, GTK_ALIGN_CENTER);
@@ -63,34 +64,50 @@ void OverlayPanel::build() {
   gtk_widget_set_margin_end(panel_, gapToWindow);
   gtk_box_append(GTK_BOX(mask_.get()), panel_);
 
+  GtkWidget* const content = gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing);
+  gtk_overlay_set_child(GTK_OVERLAY(panel_), content);
   gtk_widget_set_vexpand(indicator_.widget(), TRUE);
-  gtk_box_append(GTK_BOX(panel_), indicator_.widget());
+  gtk_box_append(GTK_BOX(content), indicator_.widget());
   label_ = gtk_label_new(nullptr);
   gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
   gtk_label_set_wrap_mode(GTK_LABEL(label_), PANGO_WRAP_WORD_CHAR);
   gtk_label_set_ellipsize(GTK_LABEL(label_), PANGO_ELLIPSIZE_END);
   gtk_label_set_max_width_chars(GTK_LABEL(label_), textWidth);
   gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
-  gtk_box_append(GTK_BOX(panel_), label_);
+  gtk_box_append(GTK_BOX(content), label_);
+
+  close_ = gtk_button_new_from_icon_name("window-close-symbolic");
+  gtk_widget_add_css_class(close_, "flat");
+  gtk_widget_add_css_class(close_, "circular");
+  gtk_widget_set_focusable(close_, FALSE);  // the focus stays in the page
+  gtk_widget_set_halign(close_, GTK_ALIGN_END);
+  gtk_widget_set_valign(close_, GTK_ALIGN_START);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(close_), GTK_ACCESSIBLE_PROPERTY_LABEL, "取消上传", -1);
+  gtk_overlay_add_overlay(GTK_OVERLAY(panel_), close_);
+  closePressed_ = SignalConnection::connect<&OverlayPanel::closePressed>(close_, "clicked", this);
 }
 
-void OverlayPanel::showSpinner(const OverlayLook& look) {
+void OverlayPanel::showSpinner(const OverlayLook& look, std::function<void()> giveUp) {
   indicator_.showSpinner();
-  appear(look, "", spokenSpinner);
+  appear(look, "", spokenSpinner, std::move(giveUp));
 }
 
-void OverlayPanel::showRing(const OverlayLook& look, float fraction, const std::string& status) {
+void OverlayPanel::showRing(const OverlayLook& look, float fraction, const std::string& status,
+                            std::function<void()> giveUp) {
   indicator_.showRing(fraction);
-  appear(look, status, status.c_str());
+  appear(look, status, status.c_str(), std::move(giveUp));
 }
 
 void OverlayPanel::showInfo(const OverlayLook& look, const std::string& status) {
   indicator_.showInformationMark();
-  appear(look, status, status.c_str());
+  appear(look, status, status.c_str(), nullptr);
 }
 
-void OverlayPanel::appear(const OverlayLook& look, const std::string& status, const char* spoken) {
+void OverlayPanel::appear(const OverlayLook& look, const std::string& status, const char* spoken,
+                          std::function<void()> giveUp) {
   apply(look);
+  giveUp_ = std::move(giveUp);
+  gtk_widget_set_visible(close_, static_cast<bool>(giveUp_));
   gtk_label_set_text(GTK_LABEL(label_), status.c_str());
   gtk_label_set_lines(GTK_LABEL(label_), linesThatFit());
   gtk_widget_set_visible(label_, !status.empty());
@@ -119,6 +136,7 @@ void OverlayPanel::apply(const OverlayLook& look) {
 void OverlayPanel::dismiss() {
   if (!shown_) return;
   shown_ = false;
+  giveUp_ = nullptr;
   takeInput(false);
   fadeTo(0);
 }
@@ -140,9 +158,14 @@ void OverlayPanel::takeInput(bool taking) {
   }
 }
 
-gboolean OverlayPanel::keyPressed(GtkEventControllerKey* /*keys*/, guint /*key*/, guint /*code*/,
+gboolean OverlayPanel::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
                                   GdkModifierType /*modifiers*/) {
+  if (key == GDK_KEY_Escape) closePressed(nullptr);
   return TRUE;
+}
+
+void OverlayPanel::closePressed(GtkButton* /*close*/) {
+  if (const auto act = giveUp_) act();  // which may show something else
 }
 
 // A text too long for the window ends in an ellipsis instead of leaving it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include <adwaita.h>
@@ -20,8 +21,9 @@ struct OverlayLook {
 };
 
 /// The widgets of the progress overlay inside one GtkOverlay: a mask over everything and, in its middle, a rounded
-/// panel with an indicator over a text. It fades in when it is first shown and out when it is dismissed; the mask takes
-/// pointer and keys only in between, and leaves the keyboard focus where it is.
+/// panel with an indicator over a text, and a "✕" where what it shows can be given up. It fades in when it is first
+/// shown and out when it is dismissed; the mask takes pointer and keys only in between, and leaves the keyboard focus
+/// where it is.
 class OverlayPanel {
  public:
   explicit OverlayPanel(GtkOverlay* parent);
@@ -33,20 +35,22 @@ class OverlayPanel {
   /// False once the window that shows it is gone.
   bool isOver(GtkOverlay* parent) const { return parent_ == parent; }
 
-  void showSpinner(const OverlayLook& look);
-  void showRing(const OverlayLook& look, float fraction, const std::string& status);
+  /// `giveUp` is what "✕" and Escape do; empty, there is none.
+  void showSpinner(const OverlayLook& look, std::function<void()> giveUp);
+  void showRing(const OverlayLook& look, float fraction, const std::string& status, std::function<void()> giveUp);
   void showInfo(const OverlayLook& look, const std::string& status);
   void dismiss();
 
  private:
   void build();
   void apply(const OverlayLook& look);
-  void appear(const OverlayLook& look, const std::string& status, const char* spoken);
+  void appear(const OverlayLook& look, const std::string& status, const char* spoken, std::function<void()> giveUp);
   void takeInput(bool taking);
   int linesThatFit() const;
   void fadeTo(double opacity);
   void faded(AdwAnimation* animation);
   gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  void closePressed(GtkButton* close);
   void parentDestroyed(GtkWidget* parent);
 
   GtkOverlay* parent_;
@@ -54,12 +58,15 @@ class OverlayPanel {
   GRef<GtkWidget> mask_;
   GtkWidget* panel_ = nullptr;
   GtkWidget* label_ = nullptr;
+  GtkWidget* close_ = nullptr;
+  std::function<void()> giveUp_;
   std::string spoken_;
   bool shown_ = false;  // false while it fades out, too
   GRef<AdwAnimation> fade_;
   GRef<GtkEventController> keys_;  // of the parent, while the mask takes input
   SignalConnection faded_;
   SignalConnection keyPressed_;
+  SignalConnection closePressed_;
   SignalConnection destroyed_;
 };
 

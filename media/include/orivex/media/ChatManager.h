@@ -7,7 +7,6 @@
 
 #include "orivex/models/PostMessageModel.h"
 #include "orivex/models/UploadFileInfoModel.h"
-#include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {
@@ -23,8 +22,9 @@ class ChatManager {
   /// The chat page address of the session; absent before the first session whose address parsed.
   std::optional<Url> instanceURL;
 
-  /// Receives the descriptions of what the visitor picked, once; never called when nothing was picked.
-  using PickedFiles = Once<void(std::vector<UploadFileInfoModel>)>;
+  /// Receives the descriptions of what the visitor picked, and, each by itself, of what was sent again after it had
+  /// failed; never called when nothing was picked.
+  using PickedFiles = std::function<void(std::vector<UploadFileInfoModel>)>;
 
   /// Each stores the request's limit and visitor identifier, then opens its picker over `screen`.
   void openCamera(const PostMessageModel& request, ViewController& screen, PickedFiles completion);

@@ -15,6 +15,9 @@
 
 namespace orivex {
 
+class View;
+class Window;
+
 /// Why a file was not stored, for the visitor to read.
 struct UploadFailure {
   std::string message;
@@ -34,7 +37,8 @@ class UploadManager {
   /// @param fileName the name that the form gives the file.
   /// @param mimeType the content type that the form gives the file.
   /// @param extraFields plain fields of the form, after the file.
-  /// @param completion called exactly once, on the main thread and not inside this call.
+  /// @param completion called exactly once, on the main thread and not inside this call; also when the visitor gives
+  /// the upload up.
   void uploadFile(const std::optional<std::string>& address, const std::optional<Url>& file,
                   std::optional<std::string> bytes, const std::string& fileName, const std::string& mimeType,
                   const std::optional<std::map<std::string, std::string>>& extraFields,
@@ -44,8 +48,12 @@ class UploadManager {
   void uploadFile(FilePart::Path file, const std::string& fileName, const std::string& mimeType,
                   Once<void(UploadResult)> completion) const;
 
-  /// Takes the progress of what is being uploaded off the display; the uploads go on unseen. Main thread.
-  static void hideProgress();
+  /// Takes the progress of what is being uploaded off `window`; the uploads go on unseen.
+  static void hideProgress(const Window& window);
+
+  /// Keeps an upload that failed for the screen of `view`, until it leaves, and offers the visitor to have it sent
+  /// again: `sendAgain` then starts it anew.
+  static void keep(View& view, Task sendAgain);
 
   /// The usual MIME type of files with this extension; "application/octet-stream" when there is none. Any thread.
   static std::string mimeType(std::string_view forExtension);

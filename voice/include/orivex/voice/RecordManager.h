@@ -43,9 +43,10 @@ class RecordManager {
   /// nothing of it is kept, until the next start or `closeMicrophone`: a visitor who cancels usually talks again.
   void cancelRecording();
 
-  /// Sends the clip that is recorded, if it lasted for a second at least, and deletes it once the server has it. The
-  /// recorder of a shorter one goes on as after `cancelRecording`. The visitor is told of a microphone without a sound
-  /// and of a disk without room; what such a disk has cut off is not sent.
+  /// Sends the clip that is recorded, if it lasted for a second at least, and deletes it once the server has it; until
+  /// then the visitor can have it sent again. The recorder of a shorter one goes on as after `cancelRecording`. The
+  /// visitor is told of a microphone without a sound and of a disk without room; what such a disk has cut off is not
+  /// sent.
   void finishRecording(RecordedClip completion);
 
   /// Cancels a press that is under way and gives the microphone back. A clip that is being sent is not touched.
@@ -65,6 +66,7 @@ class RecordManager {
   std::optional<std::string> whyNotToSend() const;
   void showTooShort();
   static void send(const Url& file, double seconds, RecordedClip completion);
+  static void keep(const Url& file, double seconds, RecordedClip completion);
 
   std::shared_ptr<RecordingView> view_;
   std::unique_ptr<Timer> overlayTimer_;  // runs from `beginOverlay` to the end of the press

@@ -64,8 +64,8 @@ class VirtualHttpClient final : public HttpClient {
   explicit VirtualHttpClient(MainQueue& queue) : queue_(queue) {}
 
   void send(const UrlRequest& request, Once<void(StatusResult)> completion) override;
-  void upload(UploadRequest request, std::function<void(double fraction)> progress,
-              Once<void(UploadReply)> completion) override;
+  std::function<void()> upload(UploadRequest request, std::function<void(double fraction)> progress,
+                               Once<void(UploadReply)> completion) override;
 
   /// Serves the requests from now on. Called on the main thread from the queue.
   void setServer(Server server) { server_ = std::move(server); }

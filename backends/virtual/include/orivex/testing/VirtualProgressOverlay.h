@@ -41,6 +41,7 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   void showInfo(const std::string& status) override;
   void showNotice(const std::string& status) override;
   void dismiss() override;
+  void offer(std::optional<OverlayOffer> offer) override;
   void setMinimumSize(Size size) override { minimumSize_ = size; }
   void setStyle(OverlayStyle style) override { style_ = style; }
   void setMask(OverlayMask mask) override { mask_ = mask; }
@@ -51,6 +52,13 @@ class VirtualProgressOverlay final : public ProgressOverlay {
 
   /// The window over which the last panel came up; null when it is gone.
   std::shared_ptr<Window> shownOver() const { return shownOver_.lock(); }
+
+  /// Whether the panel has a "✕", and the visitor's press on it.
+  bool canBeGivenUp() const { return shown_ && shown_->kind != Kind::info && giveUp(); }
+  void pressGiveUp() const;
+
+  /// What is offered in a bar; nothing without one, or without its window.
+  const std::optional<OverlayOffer>& offered() const { return offered_; }
 
   /// Whether a mask keeps the visitor from what lies behind the panel that is up.
   bool blocksInput() const { return shown_ && shownMask_ == OverlayMask::black; }
@@ -76,6 +84,7 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   MainQueue& queue_;
   const Application& application_;
   std::optional<Panel> shown_;
+  std::optional<OverlayOffer> offered_;
   std::weak_ptr<Window> shownOver_;
   OverlayMask shownMask_ = OverlayMask::none;
   std::vector<Entry> history_;

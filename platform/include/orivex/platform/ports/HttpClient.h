@@ -56,10 +56,12 @@ class HttpClient {
   /// inside this call. `progress` gets the sent share of the body, from 0 to 1, never falling, at most 30 times a
   /// second and once with 1 when all of it was sent; `completion` is called exactly once, after the last progress.
   /// Of redirects, only 307 and 308 to the same host are followed, never from https to http: any other reply is
-  /// told as it is. A form is not sent again after its connection broke. A file that cannot be read, or that shrinks
-  /// while it is being sent, ends in an error; of a reply's body, at most the first mebibyte is kept.
-  virtual void upload(UploadRequest request, std::function<void(double fraction)> progress,
-                      Once<void(UploadReply)> completion) = 0;
+  /// told as it is. The returned function gives the upload up: it ends in an error soon after, with what came of a
+  /// reply by then; once it has ended, that does nothing. A form is not sent again after its connection broke. A file
+  /// that cannot be read, or that shrinks while it is being sent, ends in an error; of a reply's body, at most the
+  /// first mebibyte is kept.
+  virtual std::function<void()> upload(UploadRequest request, std::function<void(double fraction)> progress,
+                                       Once<void(UploadReply)> completion) = 0;
 };
 
 }  // namespace orivex

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -9,12 +11,21 @@
 namespace orivex {
 
 class Application;
+class View;
 class Window;
 
 enum class OverlayStyle { light, dark };
 
 /// `black`: dims what lies behind and takes its input.
 enum class OverlayMask { none, black };
+
+/// What the visitor may do about something when he likes.
+struct OverlayOffer {
+  std::weak_ptr<Window> window;  ///< over which it is made
+  std::string status;            ///< what it is about
+  std::function<void()> retry;   ///< "重试"
+  std::function<void()> drop;    ///< "✕"
+};
 
 /// The one panel over a window for spinners, progress and short messages. A later call replaces what an earlier one
 /// shows. Main thread. Without a window there is nothing to show and nothing fails.
@@ -30,6 +41,12 @@ class ProgressOverlay {
   void setWindow(std::weak_ptr<Window> window) { window_ = std::move(window); }
   const std::weak_ptr<Window>& window() const { return window_; }
 
+  /// The same for the window that shows `view`, if one does.
+  void bringTo(const View& view);
+
+  /// What a "✕" on the spinner and on progress does, and Escape while the mask takes input. At first there is no "✕".
+  void setGiveUp(std::function<void()> giveUp) { giveUp_ = std::move(giveUp); }
+
   /// A spinner without an end.
   virtual void show() = 0;
 
@@ -44,6 +61,10 @@ class ProgressOverlay {
 
   virtual void dismiss() = 0;
 
+  /// Makes an offer in a small bar at the top of its window, beside whatever the panel shows there, in place of an
+  /// earlier one. It stays until nothing is offered, also after a button was pressed.
+  virtual void offer(std::optional<OverlayOffer> offer) = 0;
+
   virtual void setMinimumSize(Size size) = 0;
   virtual void setStyle(OverlayStyle style) = 0;
   virtual void setMask(OverlayMask mask) = 0;
@@ -53,10 +74,14 @@ class ProgressOverlay {
 
  protected:
   /// Where the panel belongs now; null without a window.
-  std::shared_ptr<Window> shownIn(const Application& application) const;
+  std::shared_ptr<Window> shownIn(const Application& application) const { return shownIn(application, window_); }
+  static std::shared_ptr<Window> shownIn(const Application& application, const std::weak_ptr<Window>& window);
+
+  const std::function<void()>& giveUp() const { return giveUp_; }
 
  private:
   std::weak_ptr<Window> window_;
+  std::function<void()> giveUp_;
 };
 
 }  // namespace orivex

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
+
+#include "orivex/platform/ports/ProgressOverlay.h"
+
+namespace orivex::gtk {
+
+/// The bar of an offer at the top of one GtkOverlay, until this object goes: a text, "重试" and "✕".
+class OverlayBar {
+ public:
+  OverlayBar(GtkOverlay* parent, OverlayOffer offer);
+  OverlayBar(const OverlayBar&) = delete;
+  OverlayBar& operator=(const OverlayBar&) = delete;
+  ~OverlayBar();
+
+  /// Brings it above what was put into the GtkOverlay after it.
+  void raise();
+
+ private:
+  void retryPressed(GtkButton* retry);
+  void dropPressed(GtkButton* drop);
+
+  OverlayOffer offer_;
+  GRef<GtkWidget> bar_;
+  SignalConnection retryPressed_;
+  SignalConnection dropPressed_;
+};
+
+}  // namespace orivex::gtk
