@@ -16,6 +16,7 @@ std::shared_ptr<RecordingView> RecordingView::make() {
   view->setCornerRadius(10);
   view->setClipsToBounds(true);
   view->setBackgroundColor(Color{0, 0, 0, 0.5});
+  view->setGrowsWithText(true);
   view->setHidden(true);
   view->setRecordingState(RecordingState::volumn);
   return view;

@@ -13,6 +13,17 @@ namespace {
 // Below this a view neither shows nor takes input.
 constexpr double leastVisibleAlpha = 0.01;
 
+// What a view that grows leaves free of its superview.
+constexpr double widestShare = 0.9;
+
+// By how much the visitor wants text larger than usual.
+double textScale() {
+  constexpr double usualDpi = 96.0 * 1024;
+  int dpi = 0;
+  g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &dpi, nullptr);
+  return std::max(1.0, dpi / usualDpi);  // negative where nobody has said
+}
+
 int points(double length) {
   return static_cast<int>(std::lround(std::max(0.0, length)));
 }
@@ -45,6 +56,10 @@ ViewNode::ViewNode(View& view, ViewNode* parent)
   applyVisibility();
   syncSubviews();
   syncGestures();
+  if (view.growsWithText()) {
+    textSizeChanged_ =
+        SignalConnection::connect<&ViewNode::textSizeChanged>(gtk_settings_get_default(), "notify::gtk-xft-dpi", this);
+  }
 }
 
 ViewNode::~ViewNode() {
@@ -193,9 +208,24 @@ void ViewNode::place() const {
   if (!view_) return;
   const Rect& frame = view_->frame();
   const Translation& shift = view_->transform();
-  const graphene_point_t origin{static_cast<float>(frame.x + shift.x), static_cast<float>(frame.y + shift.y)};
-  GskTransform* const transform = gsk_transform_translate(nullptr, &origin);
+  const double larger = scale();
+  const graphene_point_t origin{static_cast<float>(frame.x + shift.x - frame.width * (larger - 1) / 2),
+                                static_cast<float>(frame.y + shift.y - frame.height * (larger - 1) / 2)};
+  GskTransform* transform = gsk_transform_translate(nullptr, &origin);
+  if (larger > 1) transform = gsk_transform_scale(transform, static_cast<float>(larger), static_cast<float>(larger));
   gtk_widget_allocate(canvas_.get(), points(frame.width), points(frame.height), -1, transform);
+}
+
+double ViewNode::scale() const {
+  if (!view_->growsWithText() || !parent_ || !parent_->view_) return 1;
+  const auto& frame = view_->frame();
+  const auto& room = parent_->view_->frame();
+  const double most = widestShare * std::min(room.width / frame.width, room.height / frame.height);
+  return std::max(1.0, std::min(textScale(), most));
+}
+
+void ViewNode::textSizeChanged(GtkSettings* /*settings*/, GParamSpec* /*property*/) {
+  queuePlacement();
 }
 
 void ViewNode::snapshot(GtkSnapshot* snapshot) {

@@ -7,6 +7,7 @@
 #include <gtk/gtk.h>
 
 #include "../glib/GRef.h"
+#include "../glib/SignalConnection.h"
 #include "Canvas.h"
 #include "EdgePanSource.h"
 
@@ -40,6 +41,8 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   void syncSubviews();
   void syncGestures();
   void place() const;
+  double scale() const;
+  void textSizeChanged(GtkSettings* settings, GParamSpec* property);
   void queuePlacement() const;
   bool takesInput() const;
   bool isAllocating() const;
@@ -52,6 +55,7 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   std::vector<std::unique_ptr<EdgePanSource>> gestures_;
   std::function<void(int width, int height)> resized_;
   bool allocating_ = false;
+  SignalConnection textSizeChanged_;
 };
 
 }  // namespace orivex::gtk

@@ -77,6 +77,11 @@ class View : public std::enable_shared_from_this<View> {
   const Translation& transform() const { return transform_; }
   void setTransform(const Translation& transform);
 
+  /// Whether the view shows larger, around its centre, by as much as the visitor's text is, as far as the superview has
+  /// room. Its points stay as they are. Set it before the view is shown.
+  bool growsWithText() const { return growsWithText_; }
+  void setGrowsWithText(bool grows) { growsWithText_ = grows; }
+
   const std::optional<Color>& backgroundColor() const { return background_; }
   void setBackgroundColor(std::optional<Color> color);
 
@@ -148,6 +153,7 @@ class View : public std::enable_shared_from_this<View> {
   bool hidden_ = false;
   bool interactive_ = true;
   Translation transform_;
+  bool growsWithText_ = false;
   std::optional<Color> background_;
   double cornerRadius_ = 0;
   bool clips_ = false;
