@@ -56,5 +56,21 @@ TEST_F(BadPage, AnOpenDialogKeepsNeitherTheScreenNorItsPage) {
   EXPECT_FALSE(openDialog()) << "it asks for a page that is gone";
 }
 
+TEST_F(BadPage, AsksNothingWhileAnotherScreenCoversIt) {
+  const SocketServer server(servePage(readyPage));
+  const auto chat = openChat(server.url(""));
+  chat->webView()->evaluate("window.answer = String(confirm('Stay?'))");
+  ASSERT_TRUE(wait([] { return openDialog() != nullptr; }, 10));
+  chat->present(std::make_shared<ViewController>(), false);
+  EXPECT_TRUE(wait([] { return !openDialog(); }, 10)) << "it lies over what shows now";
+  EXPECT_EQ(evaluate(*chat, "answer"), "false");
+  EXPECT_EQ(evaluate(*chat, "String(confirm('Stay?')) + prompt('Name?', 'x')"), "falsenull");
+  EXPECT_FALSE(openDialog());
+  EXPECT_EQ(log.take("A page that does not show has asked something").size(), 2U);
+  chat->dismiss(false);
+  chat->webView()->evaluate("confirm('Stay?')");
+  EXPECT_TRUE(wait([] { return openDialog() != nullptr; }, 10)) << "it asks nothing any more";
+}
+
 }  // namespace
 }  // namespace orivex::gtk

@@ -49,9 +49,11 @@ void updateImage(GtkPicture* widget, const ImageView& image) {
 
 }  // namespace
 
-GRef<GtkWidget> contentWidgetFor(const View& view) {
+GRef<GtkWidget> contentWidgetFor(View& view) {
   if (const auto* web = dynamic_cast<const WebView*>(&view)) {
-    return GRef<GtkWidget>::share(dynamic_cast<WebKitEngine&>(web->engine()).widget());
+    auto& engine = dynamic_cast<WebKitEngine&>(web->engine());
+    engine.shownBy(view);
+    return GRef<GtkWidget>::share(engine.widget());
   }
   if (const auto* host = dynamic_cast<const WidgetView*>(&view)) return GRef<GtkWidget>::share(host->widget());
   GRef<GtkWidget> widget;

@@ -9,7 +9,7 @@
 namespace orivex::gtk {
 
 /// The widget that shows what `view` holds besides its subviews; null for a plain view.
-GRef<GtkWidget> contentWidgetFor(const View& view);
+GRef<GtkWidget> contentWidgetFor(View& view);
 
 /// Brings `widget`, made by `contentWidgetFor` of the same view, up to date.
 void updateContentWidget(GtkWidget* widget, const View& view);

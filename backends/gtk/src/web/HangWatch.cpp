@@ -17,9 +17,11 @@ constexpr const char* leaveAnswer = "leave";
 
 }  // namespace
 
-HangWatch::HangWatch(WebKitWebView* view, MainQueue& mainQueue, std::function<void()> leave)
+HangWatch::HangWatch(WebKitWebView* view, MainQueue& mainQueue, std::function<bool()> isCovered,
+                     std::function<void()> leave)
     : view_(view),
       mainQueue_(mainQueue),
+      isCovered_(std::move(isCovered)),
       leave_(std::move(leave)),
       changed_(SignalConnection::connect<&HangWatch::changed>(view, "notify::is-web-process-responsive", this)) {}
 
@@ -37,6 +39,10 @@ void HangWatch::changed(WebKitWebView* /*view*/, GParamSpec* /*property*/) {
   askLater();
 }
 
+void HangWatch::postpone() {
+  if (std::exchange(dialog_, nullptr)) askLater();
+}
+
 void HangWatch::askLater() {
   mainQueue_.asyncAfter(patience, alive_.guard([this, hang = hang_] {
     if (hang == hang_) ask();
@@ -46,6 +52,7 @@ void HangWatch::askLater() {
 void HangWatch::ask() {
   auto* const window = gtk_widget_get_root(GTK_WIDGET(view_));
   if (!GTK_IS_WINDOW(window)) return;
+  if (isCovered_()) return askLater();
   dialog_ = std::make_unique<AlertDialog>(GTK_WINDOW(window), "页面没有响应", "您可以再等一会儿，或者离开聊天。");
   dialog_->addAnswer(waitAnswer, "继续等待");
   dialog_->addAnswer(leaveAnswer, "离开", ADW_RESPONSE_DESTRUCTIVE);

@@ -17,11 +17,14 @@ namespace orivex::gtk {
 /// when this object goes loses its process, which would otherwise go on for ever.
 class HangWatch {
  public:
-  /// `view` outlives this object. `leave` may end it.
-  HangWatch(WebKitWebView* view, MainQueue& mainQueue, std::function<void()> leave);
+  /// `view` outlives this object. While `isCovered`, something else shows in place of the page. `leave` may end it.
+  HangWatch(WebKitWebView* view, MainQueue& mainQueue, std::function<bool()> isCovered, std::function<void()> leave);
   HangWatch(const HangWatch&) = delete;
   HangWatch& operator=(const HangWatch&) = delete;
   ~HangWatch();
+
+  /// Takes the question off the screen; it comes again while the page still hangs.
+  void postpone();
 
  private:
   void changed(WebKitWebView* view, GParamSpec* property);
@@ -31,6 +34,7 @@ class HangWatch {
 
   WebKitWebView* const view_;
   MainQueue& mainQueue_;
+  const std::function<bool()> isCovered_;
   const std::function<void()> leave_;
   int hang_ = 0;  // counts them, so that a question for one that has ended is not asked
   std::unique_ptr<AlertDialog> dialog_;

@@ -106,9 +106,10 @@ class ScriptDialogs::Question {
   GRef<GtkWidget> entry_;
 };
 
-ScriptDialogs::ScriptDialogs(WebKitWebView* view, MainQueue& mainQueue)
+ScriptDialogs::ScriptDialogs(WebKitWebView* view, MainQueue& mainQueue, std::function<bool()> isCovered)
     : view_(view),
       mainQueue_(mainQueue),
+      isCovered_(std::move(isCovered)),
       asked_(SignalConnection::connect<&ScriptDialogs::asked>(view, "script-dialog", this)) {}
 
 ScriptDialogs::~ScriptDialogs() {
@@ -127,10 +128,10 @@ gboolean ScriptDialogs::asked(WebKitWebView* view, WebKitScriptDialog* dialog) {
   if (silenced_) {
     const bool leaving = question->type() == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
     answerLater(std::move(question), leaving);
-  } else if (GTK_IS_WINDOW(root)) {
+  } else if (GTK_IS_WINDOW(root) && !isCovered_()) {
     show(std::move(question), GTK_WINDOW(root));
   } else {
-    log::print("A page that no window shows has asked something; it is declined");
+    log::print("A page that does not show has asked something; it is declined");
     answerLater(std::move(question), false);
   }
   return TRUE;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,12 +17,12 @@ namespace orivex::gtk {
 
 /// The alerts, confirmations and prompts of one page as dialogs over its window, under the page's origin. The page's
 /// scripts stand still while one is open, so each is answered: by the visitor, or as declined when the page's process
-/// or this object goes, or when no window shows the page. A page that raises several in a row can be silenced; it then
+/// or this object goes, or while the page does not show. A page that raises several in a row can be silenced; it then
 /// stays so: alerts are closed, confirmations and prompts declined, and it may be left.
 class ScriptDialogs {
  public:
-  /// `view` outlives this object.
-  ScriptDialogs(WebKitWebView* view, MainQueue& mainQueue);
+  /// `view` outlives this object. `isCovered` tells whether something else shows in place of the page.
+  ScriptDialogs(WebKitWebView* view, MainQueue& mainQueue, std::function<bool()> isCovered);
   ScriptDialogs(const ScriptDialogs&) = delete;
   ScriptDialogs& operator=(const ScriptDialogs&) = delete;
   ~ScriptDialogs();
@@ -41,6 +42,7 @@ class ScriptDialogs {
 
   WebKitWebView* const view_;
   MainQueue& mainQueue_;
+  const std::function<bool()> isCovered_;
   std::unique_ptr<Question> question_;  // the open one
   std::unique_ptr<AlertDialog> dialog_;
   GRef<GtkCheckButton> silence_;  // null while it is not offered

@@ -102,12 +102,13 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
       limits_(view_.get()),
       backKeys_(view_.get()),
-      dialogs_(view_.get(), mainQueue_),
+      dialogs_(view_.get(), mainQueue_, [this] { return isCovered(); }),
       requests_(view_.get(), session, std::move(downloads), mainQueue_, handlers_),
-      hangs_(view_.get(), mainQueue_,
-             [this] {
-               if (const auto leave = handlers_.pageRequests.leave) leave();
-             }),
+      hangs_(
+          view_.get(), mainQueue_, [this] { return isCovered(); },
+          [this] {
+            if (const auto leave = handlers_.pageRequests.leave) leave();
+          }),
       network_(view_.get(), [this] { networkLost(); }) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
@@ -127,6 +128,19 @@ WebKitEngine::~WebKitEngine() {
   for (const auto& channel : channels_) {
     webkit_user_content_manager_unregister_script_message_handler(content_.get(), channel->name().c_str(), nullptr);
   }
+}
+
+void WebKitEngine::shownBy(View& view) {
+  shownBy_ = view.weak_from_this();
+  leaving_ = view.observeLeaving([this] {
+    dialogs_.dismiss();
+    hangs_.postpone();
+  });
+}
+
+bool WebKitEngine::isCovered() const {
+  const auto view = shownBy_.lock();
+  return view && !view->isShowing();
 }
 
 void WebKitEngine::registerMessages(const std::vector<std::string>& names) {

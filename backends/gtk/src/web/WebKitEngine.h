@@ -19,8 +19,10 @@
 #include "WebProcessContext.h"
 
 #include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/WebEngine.h"
+#include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 
@@ -33,6 +35,9 @@ class WebKitEngine final : public WebEngine {
   ~WebKitEngine() override;
 
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
+
+  /// The view in which the page shows: while its screen does not, the page asks the visitor nothing.
+  void shownBy(View& view);
 
   void load(const UrlRequest& request) override;
   void loadFile(const std::string& path, const std::string& readAccessPath) override;
@@ -48,6 +53,7 @@ class WebKitEngine final : public WebEngine {
 
   /// Calls once it is known whether WebKit can start.
   void whenStarted(Start call);
+  bool isCovered() const;
   void registerMessages(const std::vector<std::string>& names);
   void addUserScripts(const std::vector<UserScript>& scripts);
   void connectSignals();
@@ -75,6 +81,8 @@ class WebKitEngine final : public WebEngine {
   WebEngineHandlers handlers_;
   GRef<WebKitUserContentManager> content_;
   GRef<WebKitWebView> view_;
+  std::weak_ptr<const View> shownBy_;
+  Subscription leaving_;
   GRef<WebKitURIRequest> uncommitted_;  // what was asked for last, until it commits
   GRef<GCancellable> cancellable_;
   PageLimits limits_;
