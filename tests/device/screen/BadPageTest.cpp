@@ -44,6 +44,42 @@ TEST_F(BadPage, DeepBodiesAndCyclesDoNoHarm) {
   EXPECT_EQ(evaluate(*chat, "typeof webkit.messageHandlers.unknown"), "undefined") << "the page lives on";
 }
 
+TEST_F(BadPage, WhatIsFarBeyondAnyMessageIsRefusedInThePage) {
+  const SocketServer server(servePage(readyPage));
+  const auto chat = openChat(server.url(""));
+  const struct {
+    const char* body;
+    const char* outcome;
+  } rows[] = {
+      {"Object.fromEntries(Array.from({length: 200000}, (_, i) => ['k' + i, 1]))", "RangeError"},
+      {"Object.fromEntries(Array.from({length: 1000}, (_, i) => ['k' + i, 1]))", "posted"},
+      {"Array(200000).fill(0)", "RangeError"},
+      {"new Map(Array.from({length: 200000}, (_, i) => [i, 1]))", "RangeError"},
+      {"{a: new Set([...Array(200000).keys()])}", "RangeError"},
+      {"'x'.repeat(9 << 20)", "RangeError"},
+      {"{['x'.repeat(9 << 20)]: 1}", "RangeError"},
+      {"Array.from({length: 40}).reduce((all) => [all, all], 1)", "RangeError"},  // short here, endless as text
+      {"{get a() { return (window.asked = (window.asked ?? 0) + 1) > 1 ? Array(200000).fill(0) : 1; }}", "posted"},
+      {"{name: 'plain', attributes: {list: [1, null, 'two'], date: new Date(0)}}", "posted"},
+      {"(() => 1)", "DataCloneError"},
+      {"undefined", "posted"},
+      {"null", "posted"},
+  };
+  // A page that has changed what the check could be built on.
+  evaluate(*chat,
+           "Array.prototype.push = Map.prototype.forEach = Object.prototype.hasOwnProperty = () => {};"
+           "window.structuredClone = (value) => value; 0");
+  for (const auto& row : rows) {
+    EXPECT_EQ(evaluate(*chat, std::string("(() => { try { webkit.messageHandlers.trackEvent.postMessage(") + row.body +
+                                  "); return 'posted'; } catch (error) { return error.name; } })()"),
+              row.outcome)
+        << row.body;
+  }
+  log.take();
+  post(*chat, "webkit.messageHandlers.trackEvent.postMessage([new Date(0), new Map([[1, 2]]), undefined])");
+  EXPECT_TRUE(log.has(R"(trackEvent [\"1970-01-01T00:00:00.000Z\",{},null])")) << "the body changed on its way";
+}
+
 TEST_F(BadPage, AnOpenDialogKeepsNeitherTheScreenNorItsPage) {
   const SocketServer server(servePage(readyPage));
   auto chat = openChat(server.url(""));

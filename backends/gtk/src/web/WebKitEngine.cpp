@@ -9,6 +9,7 @@
 #include "../glib/GMemory.h"
 #include "GlContextGuard.h"
 #include "LightStyle.h"
+#include "MessageLimit.h"
 #include "TakenPointers.h"
 #include "TouchPointers.h"
 
@@ -114,6 +115,7 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);
   registerMessages(configuration.scriptMessageNames);
+  addMessageLimit(content_.get(), configuration.scriptMessageNames);
   addLightScript(content_.get());
   addLightStyle(content_.get());
   addTouchPointersScript(content_.get());
