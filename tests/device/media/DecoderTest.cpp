@@ -53,6 +53,28 @@ class Bombs {
       file[head + 17 + index] = static_cast<char>(sum >> (24 - 8 * index));
     return folder_.write("bomb.mov", file);
   }
+  /// Nothing without a loader for AVIF.
+  std::optional<std::filesystem::path> tiles(unsigned across) const {
+    constexpr unsigned side = 1024;
+    const auto tile = savedPicture(quarters(side, side), "avif");
+    if (!tile) return std::nullopt;
+    return folder_.write("bomb.avif", tiledAvif(*tile, side, across));
+  }
+  std::filesystem::path endlessGif() const {
+    const auto gif = movingGif();
+    constexpr std::size_t head = 25;  // bytes before the first frame
+    std::string frames;
+    for (int index = 0; index < 500'000; ++index) frames += gif.substr(head, gif.size() - 1 - head);
+    const std::string size("\x10\x27\x10\x27", 4);  // 10,000 pixels across and down
+    return folder_.write("bomb.gif", gif.substr(0, head).replace(6, 4, size) + frames + ";");
+  }
+  std::filesystem::path manyScans() const {
+    auto jpeg = encodePlainJpeg(quarters(64, 48), {.lumaAcross = 1, .lumaDown = 1, .progressive = true});
+    jpeg.resize(jpeg.size() - 2);                                // the mark of the end
+    const std::string scan("\xFF\xDA\0\x08\1\1\0\0\0\x10", 10);  // one more bit of the first colour's average
+    for (int index = 0; index < 20'000; ++index) jpeg += scan;
+    return folder_.write("bomb-of-scans.jpg", withClaimedSize(jpeg + "\xFF\xD9", 7000, 7000));
+  }
   std::filesystem::path endlessDrawing() const {
     return folder_.write("bomb.svg",
                          "<svg xmlns='http://www.w3.org/2000/svg' width='4000' height='4000'><filter id='f'>"
@@ -73,25 +95,33 @@ class Bombs {
   const TemporaryFolder folder_;
 };
 
-TEST(DecoderTest, NoFileTakesMoreThanItsShareOfMemoryAndTimeAndTheNextOneIsDecoded) {
+/// Decodes files that must be refused, and after each a good one.
+void expectRefusals(const Decoder& decoder,
+                    const std::vector<std::pair<std::filesystem::path, DecodingRequest>>& bombs) {
   const TemporaryFolder folder;
   const auto good = folder.write("good.jpg", encodePlainJpeg(quarters(64, 48)));
+  for (const auto& [path, request] : bombs) {
+    const auto started = std::chrono::steady_clock::now();
+    const auto result = decoder.decode(request, path);
+    EXPECT_TRUE(std::holds_alternative<Failure>(result)) << path;
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(11)) << path;
+    EXPECT_TRUE(std::holds_alternative<Decoded>(decoder.decode(asThumbnail, good))) << "after " << path;
+  }
+}
+
+TEST(DecoderTest, NoFileTakesMoreThanItsShareOfMemoryAndTheNextOneIsDecoded) {
   const Bombs bombs;
   {
     const TestDecoder decoder;
-    const struct {
-      std::filesystem::path path;
-      DecodingRequest request;
-    } rows[] = {
-        {bombs.webp(), asThumbnail},        {bombs.webp(), asPhoto},       {bombs.progressiveJpeg(), asThumbnail},
-        {bombs.progressiveJpeg(), asPhoto}, {bombs.pngInVideo(), asFrame}, {bombs.pngInVideo(), asVideo},
-        {bombs.endlessDrawing(), asPhoto}};
-    for (const auto& [path, request] : rows) {
-      const auto started = std::chrono::steady_clock::now();
-      const auto result = decoder.decode(request, path);
-      EXPECT_TRUE(std::holds_alternative<Failure>(result)) << path;
-      EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(11)) << path;
-      EXPECT_TRUE(std::holds_alternative<Decoded>(decoder.decode(asThumbnail, good))) << "after " << path;
+    expectRefusals(decoder, {{bombs.webp(), asThumbnail},
+                             {bombs.webp(), asPhoto},
+                             {bombs.progressiveJpeg(), asThumbnail},
+                             {bombs.progressiveJpeg(), asPhoto},
+                             {bombs.pngInVideo(), asFrame},
+                             {bombs.pngInVideo(), asVideo}});
+    if (const auto few = bombs.tiles(2)) {
+      EXPECT_TRUE(std::holds_alternative<Decoded>(decoder.decode(asThumbnail, *few))) << "the tiles are duds";
+      expectRefusals(decoder, {{*bombs.tiles(11), asThumbnail}, {*bombs.tiles(11), asPhoto}});
     }
   }
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -100,6 +130,14 @@ TEST(DecoderTest, NoFileTakesMoreThanItsShareOfMemoryAndTimeAndTheNextOneIsDecod
   EXPECT_LT(usage.ru_maxrss, 700 * 1024);
   EXPECT_GT(usage.ru_maxrss, 100 * 1024) << "the bombs are duds";
 #endif
+}
+
+TEST(DecoderTest, NoFileTakesMoreThanItsShareOfTimeAndTheNextOneIsDecoded) {
+  const Bombs bombs;
+  expectRefusals(TestDecoder(), {{bombs.endlessDrawing(), asPhoto},
+                                 {bombs.endlessGif(), asThumbnail},
+                                 {bombs.manyScans(), asThumbnail},
+                                 {bombs.manyScans(), asPhoto}});
 }
 
 TEST(DecoderTest, AManifestIsNoVideoWhateverItsNameAndNobodyIsCalled) {
