@@ -54,5 +54,16 @@ TEST(FrameMemory, GoesBackToTheSystemWhicheverElementMadeTheFrame) {
   }
 }
 
+TEST(FrameMemory, EndsWithAVideoThatAsksForMoreThanThereIs) {
+  gst_init(nullptr, nullptr);
+  const auto source = [](const char* width) {
+    return "videotestsrc num-buffers=1 ! video/x-raw,format=I420,height=10000,width=" + std::string(width);
+  };
+  for (int twice = 0; twice < 2; ++twice) {
+    EXPECT_EQ(pageOfFirstFrame(source("40000")), nullptr) << "600 MB";
+    EXPECT_NE(pageOfFirstFrame(source("20000")), nullptr) << "what was given back counts on";
+  }
+}
+
 }  // namespace
 }  // namespace orivex::gtk

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
+#include <utime.h>
 
 #include "FileChooser.h"
 #include "LogLines.h"
 #include "PhotoStage.h"
 #include "VideoFiles.h"
+#include "photos/FolderScan.h"
+#include "photos/ThumbnailCache.h"
 
 namespace orivex::gtk {
 namespace {
@@ -302,6 +305,37 @@ TEST_F(PhotoSheetTest, AVideoPlaysInThePreviewUntilItsEndOrTheVisitors) {
   settle();
   VisitorWindow::press({"Return", "Escape", "Escape"});
   EXPECT_TRUE(isGone()) << "while it plays";
+}
+
+TEST_F(PhotoSheetTest, AVideoOfWhichAnotherProgramHasMadeAPictureIsReadBeforeItPlays) {
+  std::time_t modified = 1'700'000'000;
+  for (const char* name : {"clip.mp4", "broken.mp4"}) {
+    const auto path = folder_.path() / "root" / name;
+    std::filesystem::create_directories(path.parent_path());
+    writeMedia(path, testVideo());
+    const utimbuf times{--modified, modified};
+    utime(path.c_str(), &times);
+    const auto kept =
+        ThumbnailCache(folder_.path() / "cache").pathOf(*FolderScan::itemAt(path, {}), ThumbnailSize::large);
+    std::filesystem::create_directories(kept.parent_path());
+    const auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, 32, 20));
+    ASSERT_TRUE(gdk_pixbuf_save(picture.get(), kept.c_str(), "png", nullptr, "tEXt::Thumb::URI",
+                                Url::fromFilePath(path.string()).absoluteString().c_str(), "tEXt::Thumb::MTime",
+                                std::to_string(modified).c_str(), "tEXt::Thumb::Movie::Length", "2", nullptr));
+  }
+  open();
+  settle();
+  ASSERT_TRUE(cell("clip.mp4"));
+  visitor_.click(cell("clip.mp4")->widget());
+  EXPECT_TRUE(reads("视频 0:07")) << "the other program's length counts";
+  settle();
+  auto* const button = findByClass(GTK_WIDGET(visitor_.overlay()), "play");
+  VisitorWindow::press({"Return"});
+  EXPECT_TRUE(wait([&] { return gtk_widget_get_visible(button) == FALSE; }, 5));
+  VisitorWindow::press({"Right"});
+  settle();
+  VisitorWindow::press({"Return"});
+  EXPECT_TRUE(reads("无法播放此视频")) << "it plays what the decoder does not read";
 }
 
 TEST_F(PhotoSheetTest, OfThousandsOnlyWhatIsSeenIsLoaded) {

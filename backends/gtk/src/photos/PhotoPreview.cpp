@@ -151,8 +151,18 @@ void PhotoPreview::selectionChanged() {
 void PhotoPreview::playOrStop() {
   if (!isOpen() || shown_->type != MediaType::video) return;
   if (player_) return stop();
-  // What a decoder could not open within its limits is not opened here without any.
-  if (const auto* const known = thumbnails_.find(shown_); known && known->isBroken()) return handlers_.unplayable();
+  // What the decoder has not opened within its limits is not opened here without any.
+  const auto* const known = thumbnails_.find(shown_);
+  if (known && known->isBroken()) return handlers_.unplayable();
+  if (known && known->duration) return play();
+  reading_ = thumbnails_.request(shown_, [this](const LoadedThumbnail& video) {
+    if (!video.isBroken() && !video.duration) return;  // another program's picture
+    reading_ = {};
+    playOrStop();
+  });
+}
+
+void PhotoPreview::play() {
   const int scale = gtk_widget_get_scale_factor(strip_.widget());
   const Size area{static_cast<double>(gtk_widget_get_width(strip_.widget()) * scale),
                   static_cast<double>(gtk_widget_get_height(strip_.widget()) * scale)};
@@ -170,6 +180,7 @@ void PhotoPreview::playOrStop() {
 }
 
 void PhotoPreview::stop() {
+  reading_ = {};
   if (!std::exchange(player_, nullptr)) return;
   strip_.showFrame(nullptr);
   if (shown_) gtk_widget_set_visible(play_, shown_->type == MediaType::video);

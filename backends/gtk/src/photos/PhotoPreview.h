@@ -52,6 +52,7 @@ class PhotoPreview {
   GtkWidget* bar();
   GtkWidget* playButton();
   void playOrStop();
+  void play();
   void moveTo(std::size_t position);
   void backClicked(GtkButton* button);
   void markClicked(GtkButton* button);
@@ -73,6 +74,7 @@ class PhotoPreview {
   GtkWidget* play_ = nullptr;
   std::unique_ptr<ClipPlayer> player_;
   ThumbnailLoader& thumbnails_;
+  Subscription reading_;  // of the video that the visitor wants to see
   std::vector<SignalConnection> connections_;
 };
 

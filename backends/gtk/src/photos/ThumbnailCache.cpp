@@ -20,6 +20,7 @@ constexpr const char* uriKey = "tEXt::Thumb::URI";
 constexpr const char* modifiedKey = "tEXt::Thumb::MTime";
 constexpr const char* durationKey = "tEXt::Thumb::Movie::Length";  // seconds
 constexpr const char* softwareKey = "tEXt::Software";
+constexpr const char* software = "OrivexSDK";
 
 // The name below which failures are kept: another version may succeed where this one has failed.
 constexpr const char* program = "orivex-1";
@@ -72,7 +73,9 @@ GRef<GdkPixbuf> readFresh(const std::filesystem::path& path, const MediaItem& it
   return isFresh ? picture : nullptr;
 }
 
+// As this program has noted it: another one may read with other limits.
 std::optional<double> durationIn(GdkPixbuf* picture) {
+  if (g_strcmp0(gdk_pixbuf_get_option(picture, softwareKey), software) != 0) return std::nullopt;
   const char* const text = gdk_pixbuf_get_option(picture, durationKey);
   if (!text) return std::nullopt;
   double value = 0;
@@ -99,7 +102,7 @@ void writePicture(const std::filesystem::path& path, const MediaItem& item, cons
   };
   add(uriKey, uri.c_str());
   add(modifiedKey, modified.c_str());
-  add(softwareKey, "OrivexSDK");
+  add(softwareKey, software);
   if (thumbnail.duration) {
     std::array<char, G_ASCII_DTOSTR_BUF_SIZE> buffer{};
     duration = g_ascii_dtostr(buffer.data(), buffer.size(), *thumbnail.duration);

@@ -14,7 +14,7 @@ namespace orivex::gtk {
 /// A small picture of a file.
 struct Thumbnail {
   GRef<GdkPixbuf> picture;
-  std::optional<double> duration;  ///< seconds, of a video when it is known
+  std::optional<double> duration;  ///< seconds, of a video that the decoder has read
 };
 
 /// Longest sides in pixels of the thumbnails that the desktop shares.

@@ -45,10 +45,10 @@ struct Job {
     return kept;
   }
 
-  // Another program made the thumbnail and did not note how long the video is.
+  // Another program made the thumbnail, perhaps of a video that is none to the decoder.
   void addDuration(Thumbnail kept) const {
     const auto video = reader.read(item, 1, 1);
-    if (!video) return;
+    if (!video) return deliver({});
     kept.duration = video->duration;
     deliver(loaded(kept));
     cache.write(item, size, kept);

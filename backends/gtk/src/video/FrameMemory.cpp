@@ -1,5 +1,6 @@
 #include "video/FrameMemory.h"
 
+#include <atomic>
 #include <memory>
 
 #include <sys/mman.h>
@@ -13,14 +14,23 @@ namespace {
 // Below it, as sound and compressed pictures are, the C library's own memory serves well.
 constexpr gsize smallestFrame = 64 * gsize{1024};
 
-/// Pages of the system. `mmap` gives whole ones: aligned for every element.
+// All frames at once, of all pipelines: a file that was harmless at first may ask for any size later. A phone shares
+// its memory; a video of four thousand pixels across needs half of this.
+constexpr gsize mostBytes = gsize{512} << 20U;
+std::atomic<gsize> heldBytes = 0;
+
+/// Pages of the system, while there is room for more. `mmap` gives whole ones: aligned for every element.
 class Pages {
  public:
   explicit Pages(gsize size)
-      : data_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)), size_(size) {}
+      : data_(heldBytes.fetch_add(size) + size > mostBytes
+                  ? MAP_FAILED
+                  : mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)),
+        size_(size) {}
   Pages(const Pages&) = delete;
   Pages& operator=(const Pages&) = delete;
   ~Pages() {
+    heldBytes -= size_;
     if (*this) munmap(data_, size_);
   }
 
