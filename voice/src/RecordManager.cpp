@@ -223,9 +223,10 @@ void RecordManager::send(const Url& file, double seconds, RecordedClip completio
 }
 
 void RecordManager::keep(const Url& file, double seconds, RecordedClip completion) {
-  auto& view = *shared().recordingView();
-  if (!view.isShowing()) return;
-  UploadManager::keep(view, [file, seconds, completion = std::move(completion)]() mutable {
+  const auto& view = shared().recordingView();
+  if (!view->isShowing()) return;
+  // Of the screen: the view may go over to another one.
+  UploadManager::keep(*view->superview(), [file, seconds, completion = std::move(completion)]() mutable {
     send(file, seconds, std::move(completion));
   });
 }
