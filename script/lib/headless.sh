@@ -85,7 +85,7 @@ startPipeWireSources() {
   startSource sine audiotestsrc is-live=true freq=440 ! pulsesink device=tone
   startSource camera videotestsrc is-live=true pattern=ball ! \
     video/x-raw,format=I420,width=1280,height=720,framerate=15/1 ! pipewiresink mode=provide \
-    stream-properties="p,media.class=Video/Source,media.role=Camera,node.name=camera,node.description=camera"
+    stream-properties="p,media.class=Video/Source,node.name=camera,node.description=camera"
   for node in tone camera microphone; do waitForDevice "$node" hasNode "$node"; done
 }
 
