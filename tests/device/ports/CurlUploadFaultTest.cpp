@@ -1,3 +1,4 @@
+#include <atomic>
 #include <limits>
 #include <thread>
 
@@ -236,6 +237,28 @@ TEST_F(CurlUploadFaultTest, TimesOutWhenNothingIsSentOrTheReplyIsNeverWhole) {
     EXPECT_EQ(upload.reply->error.value_or(TransportError{}).code,
               timesOut ? TransportError::timedOut : TransportError::other);
   }
+}
+
+TEST_F(CurlUploadFaultTest, OneThatIsGivenUpHangsUpInTheMiddleOfItsBody) {
+  std::atomic<bool> hasBegun = false;
+  std::atomic<bool> isOver = false;
+  std::atomic<std::size_t> missing = 0;
+  SocketServer server(once([&](SocketConnection& connection, std::size_t length) {
+    goAhead(connection);
+    connection.holdLittle();
+    const auto first = connection.skip(length / 4);
+    hasBegun = true;
+    while (!isOver) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    missing = length - first - connection.skip(length - first);  // the rest of what was under way still comes
+  }));
+  const auto upload = begin(form(server.url("/"), path(file_)));
+  ASSERT_TRUE(wait([&] { return hasBegun.load(); }, patience));
+  upload->giveUp();
+  EXPECT_TRUE(wait([&] { return upload->reply.has_value(); }, 2));
+  isOver = true;
+  EXPECT_EQ(upload->status(), std::nullopt);
+  EXPECT_EQ(upload->error(), "已取消");
+  EXPECT_TRUE(wait([&] { return missing > 0; }, 5)) << "all of it was sent";
 }
 
 TEST_F(CurlUploadFaultTest, FiveHundredUploadsLeaveNothingBehindHoweverTheyEnd) {
