@@ -39,7 +39,7 @@ GtkDevice::GtkDevice()
     : componentBundle_(FolderBundle::besideLibrary(&OrivexSDKVersionNumber)),
       session_(makeWebSession(storageName())),
       webEngines_(mainQueue_, session_, componentBundle_.pathOf("web-process")),
-      websiteDataStore_(session_.get()),
+      websiteDataStore_(session_.get(), webDataFolder(storageName())),
       mainBundle_(applicationId()),
       userDefaults_(KeyFileUserDefaults::defaultPath()),
       device_(storageName()),

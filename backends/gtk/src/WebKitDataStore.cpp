@@ -144,16 +144,28 @@ void remove(WebKitWebsiteDataManager* manager, Removal removal, const Records& r
 
 }  // namespace
 
-WebKitDataStore::WebKitDataStore(WebKitNetworkSession* session)
-    : manager_(GRef<WebKitWebsiteDataManager>::share(webkit_network_session_get_website_data_manager(session))) {}
+WebKitDataStore::WebKitDataStore(WebKitNetworkSession* session, std::filesystem::path folder)
+    : manager_(GRef<WebKitWebsiteDataManager>::share(webkit_network_session_get_website_data_manager(session))),
+      folder_(std::move(folder)) {}
 
 void WebKitDataStore::fetchRecords(const std::set<WebsiteDataType>& types, FetchCompletion completion) {
   fetch(manager_.get(), webKitTypes(types), std::move(completion));
 }
 
+// A session that got no folders, as on a full disk, does not reach what an earlier one has left in them.
+std::optional<Failure> WebKitDataStore::whatStays() const {
+  std::error_code error;
+  const bool isReached = webkit_website_data_manager_is_ephemeral(manager_.get()) == FALSE;
+  if (isReached || !std::filesystem::exists(folder_, error) || std::filesystem::is_empty(folder_, error)) return {};
+  return Failure{"the data in " + folder_.string() + " is out of reach"};
+}
+
 void WebKitDataStore::removeData(const std::set<WebsiteDataType>& types, const Records& records,
                                  RemoveCompletion completion) {
-  Removal removal{webKitTypes(types), {}, std::move(completion)};
+  auto tell = [completion = std::move(completion), stays = whatStays()](std::optional<Failure> failure) mutable {
+    std::move(completion)(failure ? std::move(failure) : std::move(stays));
+  };
+  Removal removal{webKitTypes(types), {}, std::move(tell)};
   for (const auto& record : records) removal.names.insert(record.displayName);
   remove(manager_.get(), std::move(removal), records);
 }

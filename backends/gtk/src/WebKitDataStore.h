@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+
 #include <webkit/webkit.h>
 
 #include "glib/GRef.h"
@@ -11,7 +13,8 @@ namespace orivex::gtk {
 /// The data of all web views of one network session.
 class WebKitDataStore final : public WebsiteDataStore {
  public:
-  explicit WebKitDataStore(WebKitNetworkSession* session);
+  /// `folder` is where the session's data lie, if it keeps any.
+  WebKitDataStore(WebKitNetworkSession* session, std::filesystem::path folder);
 
   void fetchRecords(const std::set<WebsiteDataType>& types,
                     Once<void(std::variant<Records, Failure>)> completion) override;
@@ -19,7 +22,10 @@ class WebKitDataStore final : public WebsiteDataStore {
                   Once<void(std::optional<Failure>)> completion) override;
 
  private:
+  std::optional<Failure> whatStays() const;
+
   GRef<WebKitWebsiteDataManager> manager_;
+  const std::filesystem::path folder_;
 };
 
 }  // namespace orivex::gtk

@@ -45,7 +45,7 @@ class WebKitDataStoreTest : public ::testing::Test {
   TemporaryFolder folder_;
   GRef<WebKitNetworkSession> session_ = GRef<WebKitNetworkSession>::adopt(
       webkit_network_session_new((folder_.path() / "data").c_str(), (folder_.path() / "cache").c_str()));
-  WebKitDataStore store_{session_.get()};
+  WebKitDataStore store_{session_.get(), folder_.path() / "data"};
 };
 
 TEST_F(WebKitDataStoreTest, RemovesOnlyTheAskedTypesOfTheGivenRecords) {
@@ -62,6 +62,20 @@ TEST_F(WebKitDataStoreTest, RemovesOnlyTheAskedTypesOfTheGivenRecords) {
   EXPECT_FALSE(remove(all, fetch(all)));
   EXPECT_TRUE(fetch(all).empty());
   EXPECT_FALSE(remove(all, {}));
+}
+
+TEST_F(WebKitDataStoreTest, SaysWhatASessionWithoutFoldersCannotReach) {
+  const auto session = GRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral());
+  const auto failureIn = [&](const char* folder) {
+    std::optional<std::optional<Failure>> result;
+    WebKitDataStore store(session.get(), folder_.path() / folder);
+    store.removeData(WebsiteDataStore::allTypes(), {}, [&](auto failure) { result = std::move(failure); });
+    EXPECT_TRUE(wait([&] { return result.has_value(); }, patience));
+    return result && *result ? (*result)->description : "";
+  };
+  folder_.write("left/localstorage", "x");
+  EXPECT_NE(failureIn("left").find("out of reach"), std::string::npos);
+  EXPECT_EQ(failureIn("none"), "");
 }
 
 }  // namespace

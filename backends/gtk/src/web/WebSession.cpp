@@ -16,23 +16,30 @@ namespace {
 
 constexpr mode_t ownerOnly = 0700;
 
+std::string folderIn(const char* base, const std::string& application) {
+  return GCharPtr(g_build_filename(base, "orivex-sdk", application.c_str(), "web", nullptr)).get();
+}
+
 // WebKit itself makes its folders readable for everyone, and what lies in them may hold tokens.
-std::optional<std::string> privateFolder(const char* base, const std::string& application) {
-  const GCharPtr folder(g_build_filename(base, "orivex-sdk", application.c_str(), "web", nullptr));
-  const bool made = g_mkdir_with_parents(folder.get(), ownerOnly) == 0 && chmod(folder.get(), ownerOnly) == 0;
-  if (made && access(folder.get(), W_OK | X_OK) == 0) return folder.get();
-  log::print(std::string("Pages leave nothing on the disk: no folder ") + folder.get() + ": " + std::strerror(errno));
+std::optional<std::string> madePrivate(std::string folder) {
+  const bool made = g_mkdir_with_parents(folder.c_str(), ownerOnly) == 0 && chmod(folder.c_str(), ownerOnly) == 0;
+  if (made && access(folder.c_str(), W_OK | X_OK) == 0) return folder;
+  log::print("Pages leave nothing on the disk: no folder " + folder + ": " + std::strerror(errno));
   return std::nullopt;
 }
 
 }  // namespace
 
 GRef<WebKitNetworkSession> makeWebSession(const std::string& application) {
-  const auto data = privateFolder(g_get_user_data_dir(), application);
-  const auto cache = privateFolder(g_get_user_cache_dir(), application);
+  const auto data = madePrivate(webDataFolder(application));
+  const auto cache = madePrivate(folderIn(g_get_user_cache_dir(), application));
   auto* const session = data && cache ? webkit_network_session_new(data->c_str(), cache->c_str())
                                       : webkit_network_session_new_ephemeral();
   return GRef<WebKitNetworkSession>::adopt(session);
+}
+
+std::string webDataFolder(const std::string& application) {
+  return folderIn(g_get_user_data_dir(), application);
 }
 
 }  // namespace orivex::gtk

@@ -13,4 +13,7 @@ namespace orivex::gtk {
 /// such a folder cannot be had, the session leaves nothing on the disk, with one log line.
 [[nodiscard]] GRef<WebKitNetworkSession> makeWebSession(const std::string& application);
 
+/// Where such a session keeps what it does not cache.
+std::string webDataFolder(const std::string& application);
+
 }  // namespace orivex::gtk
