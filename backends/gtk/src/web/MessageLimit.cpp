@@ -13,7 +13,7 @@ constexpr const char* script = R"js(
 ((name) => {
   const handler = webkit.messageHandlers[name];
   if (!handler) return;
-  const [mostValues, mostLetters] = [100000, 8 << 20];
+  const [mostValues, mostLetters] = [10000, 8 << 20];
   const { getPrototypeOf } = Object;
   const apply = Reflect.apply;
   const isOwn = Object.prototype.hasOwnProperty;
