@@ -24,7 +24,7 @@ struct Facts {
 
 std::string nameOf(GstDiscovererStreamInfo* stream) {
   const GstCapsPtr caps(gst_discoverer_stream_info_get_caps(stream));
-  const std::string name(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)));
+  std::string name(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)));
   gst_discoverer_stream_info_unref(stream);
   return name;
 }

@@ -52,7 +52,7 @@ FileDialog::FileDialog(GtkWindow* parent, const Options& options, Once<void(File
       Request{alive_.guard([this](Files files) { std::move(answered_)(std::move(files)); }), options.multiple});
   (options.multiple ? gtk_file_dialog_open_multiple : gtk_file_dialog_open)(dialog.get(), parent, closing_.get(),
                                                                             &FileDialog::finished, request.release());
-  ++open_;
+  ++openCount;
 }
 
 FileDialog::~FileDialog() {
@@ -94,7 +94,7 @@ FileDialog::FileDialog(GtkWindow* parent, const Options& options, Once<void(File
   gtk_native_dialog_set_modal(dialog, TRUE);
   responded_ = SignalConnection::connect<&FileDialog::responded>(dialog, "response", this);
   gtk_native_dialog_show(dialog);
-  ++open_;
+  ++openCount;
 }
 
 FileDialog::~FileDialog() {
@@ -114,7 +114,7 @@ void FileDialog::responded(GtkNativeDialog* /*dialog*/, int response) {
 
 void FileDialog::closeSoon() {
   const auto closed = [](gpointer /*data*/) -> gboolean {
-    --open_;
+    --openCount;
     return G_SOURCE_REMOVE;
   };
   g_timeout_add(closingTime, closed, nullptr);

@@ -36,7 +36,7 @@ class FileDialog {
   void bringToFront() const;
 
   /// Whether one is open or closed a moment ago. A portal's has its window in another process.
-  static bool isAnyOpen() { return open_ > 0; }
+  static bool isAnyOpen() { return openCount > 0; }
 
   /// The paths of those of the files that have one: what only a network protocol reaches has none, and nobody here
   /// could read it.
@@ -45,7 +45,7 @@ class FileDialog {
  private:
   static void closeSoon();
 
-  inline static int open_ = 0;
+  inline static int openCount = 0;
 
   GtkWindow* const parent_;
   Once<void(Files)> answered_;
