@@ -9,7 +9,7 @@ class Leak : public ScreenFixture {};
 TEST_F(Leak, NoPageProcessOutlivesItsScreen) {
   const SocketServer server(servePage("<script>" + raise("ready") + "</script>"));
   std::vector<std::weak_ptr<OVKFApi>> screens;
-  for (int round = 0; round < 5; ++round) {
+  for (int round = 0; round < 20; ++round) {
     recorder->events.clear();
     const auto chat = openChat(server.url(""));
     screens.push_back(chat);

@@ -75,8 +75,8 @@ std::string ScreenFixture::evaluate(OVKFApi& chat, const std::string& script) {
   return evaluateIn(view, script);
 }
 
-std::string ScreenFixture::panelText() const {
-  const auto& host = *dynamic_cast<GtkApplicationPort&>(Platform::current().application).find(gtkWindow_);
+std::string ScreenFixture::panelText(GtkWindow* window) {
+  const auto& host = *dynamic_cast<GtkApplicationPort&>(Platform::current().application).find(window);
   GtkWidget* const mask = findByClass(GTK_WIDGET(host.overlay()), "orivex-mask");
   GtkWidget* const label = mask ? findByType(mask, GTK_TYPE_LABEL) : nullptr;
   return label && gtk_widget_get_mapped(label) ? gtk_label_get_text(GTK_LABEL(label)) : "";

@@ -54,8 +54,9 @@ class ScreenFixture : public ::testing::Test {
   /// Gives the window the keyboard: no window manager does it.
   void takeKeyboard() const;
 
-  /// What the visitor reads in the component's panel over the window; empty while none shows.
-  std::string panelText() const;
+  /// What the visitor reads in the component's panel over the window or another one; empty while none shows.
+  std::string panelText() const { return panelText(gtkWindow_); }
+  static std::string panelText(GtkWindow* window);
 
   LogLines log;
   const std::shared_ptr<EventRecorder> recorder = std::make_shared<EventRecorder>();

@@ -43,7 +43,7 @@ void VisitorWindow::press(const std::vector<std::string>& keys) {
 }
 
 void VisitorWindow::click(double x, double y) {
-  hands("click", x, y);
+  hands("tap", x, y);  // a finger where there is a touch screen
 }
 
 void VisitorWindow::click(GtkWidget* widget) const {
