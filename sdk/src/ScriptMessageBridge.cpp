@@ -52,15 +52,15 @@ std::optional<std::string> scriptCall(std::string_view function, const Value& ar
 }  // namespace
 
 const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
-    {"trackEvent", false, &ScriptMessageBridge::trackEvent},
-    {"openUrl", true, &ScriptMessageBridge::openUrl, true},
-    {"openFile", false, &ScriptMessageBridge::openFile, true},
-    {"goBack", true, &ScriptMessageBridge::goBack},
-    {"openCamera", false, &ScriptMessageBridge::openCamera, true},
-    {"openDocumentPicker", false, &ScriptMessageBridge::openDocumentPicker, true},
-    {"openPhotoLibraryPicker", false, &ScriptMessageBridge::openPhotoLibraryPicker, true},
-    {"recording", false, &ScriptMessageBridge::recording, true},
-    {"initLoaded", true, &ScriptMessageBridge::initLoaded},
+    {"trackEvent", &ScriptMessageBridge::trackEvent},
+    {"openUrl", &ScriptMessageBridge::openUrl, true, true},
+    {"openFile", &ScriptMessageBridge::openFile, false, true},
+    {"goBack", &ScriptMessageBridge::goBack, true},
+    {"openCamera", &ScriptMessageBridge::openCamera, false, true},
+    {"openDocumentPicker", &ScriptMessageBridge::openDocumentPicker, false, true},
+    {"openPhotoLibraryPicker", &ScriptMessageBridge::openPhotoLibraryPicker, false, true},
+    {"recording", &ScriptMessageBridge::recording, false, true},
+    {"initLoaded", &ScriptMessageBridge::initLoaded, true},
 };
 
 void ScriptMessageBridge::dispatch(const ScriptMessage& message) {

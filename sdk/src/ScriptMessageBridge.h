@@ -64,8 +64,8 @@ class ScriptMessageBridge {
 
   struct Service {
     std::string_view name;
-    bool isOpen;  ///< also to a document that is not the chat's
     void (ScriptMessageBridge::*serve)(std::string_view body);
+    bool isOpen = false;          ///< also to a document that is not the chat's
     bool opensSomething = false;  ///< declined while the screen does not show
   };
   static const Service services[9];

@@ -12,7 +12,7 @@ namespace {
 // As common clients do.
 constexpr int mostRedirects = 20;
 
-constexpr std::size_t longestBody = 1024 * 1024;
+constexpr std::size_t longestBody = std::size_t{1024} * 1024;
 
 TransportError timedOut() {
   return {TransportError::timedOut, "请求超时", "the virtual server did not answer"};

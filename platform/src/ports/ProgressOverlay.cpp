@@ -15,7 +15,7 @@ std::shared_ptr<Window> ProgressOverlay::shownIn(const Application& application,
   const std::weak_ptr<Window> none;
   const bool isUnset = !belongsTo.owner_before(none) && !none.owner_before(belongsTo);
   if (isUnset) return firstWindow(application);
-  const auto window = belongsTo.lock();
+  auto window = belongsTo.lock();
   for (const auto& scene : application.connectedScenes()) {
     if (window && window->scene() == scene) return window;
   }

@@ -80,7 +80,7 @@ std::optional<std::string> savedPicture(const RgbImage& image, const char* forma
   const auto pixbuf = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, hasAlpha, 8, width, height));
   for (int y = 0; y < height; ++y) {
     const auto* from = image.row(static_cast<unsigned>(y));
-    auto* out = gdk_pixbuf_get_pixels(pixbuf.get()) + y * gdk_pixbuf_get_rowstride(pixbuf.get());
+    auto* out = gdk_pixbuf_get_pixels(pixbuf.get()) + std::ptrdiff_t{y} * gdk_pixbuf_get_rowstride(pixbuf.get());
     for (int x = 0; x < width; ++x) {
       out = std::copy_n(from, 3, out);
       from += 3;

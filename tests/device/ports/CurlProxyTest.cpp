@@ -58,7 +58,7 @@ class CurlProxyTest : public CurlUploadFixture {
   Asked asked_ = [](const std::string&) { return std::vector<std::string>{}; };
 };
 
-SocketServer::Handler answering(int status, std::string headers = "") {
+SocketServer::Handler answering(int status, const std::string& headers = "") {
   return [=](const std::string&) { return Answer{reply(status, "x", headers)}; };
 }
 

@@ -35,7 +35,7 @@ Behaviour answer(std::string bytes) {
 }
 
 /// Reads this many quarters of the body; then sends `bytes` and goes, with or without a word.
-Behaviour breakAfter(std::size_t quarters, std::string bytes, bool resets) {
+Behaviour breakAfter(std::size_t quarters, const std::string& bytes, bool resets) {
   return [=](SocketConnection& connection, std::size_t length) {
     goAhead(connection);
     connection.skip(length * quarters / 4);
@@ -140,7 +140,7 @@ TEST_F(CurlUploadFaultTest, ABrokenConnectionIsAnErrorWithWhatCameOfTheReply) {
     const auto upload = send(form(server.url("/"), path(file_)));
     EXPECT_EQ(upload.status(), status);
     EXPECT_EQ(upload.body(), body);
-    EXPECT_TRUE(*words ? upload.error() == words : upload.error() != "") << upload.error();
+    EXPECT_TRUE(*words ? upload.error() == words : !upload.error().empty()) << upload.error();
     EXPECT_EQ(upload.error().find_first_of(" abcdefghijklmnopqrstuvwxyz"), std::string::npos) << upload.error();
     EXPECT_EQ(server.connections(), 1) << "sent again";
   }
@@ -293,7 +293,7 @@ TEST_F(CurlUploadFaultTest, FiveHundredUploadsLeaveNothingBehindHoweverTheyEnd) 
   const auto heap = mallinfo2().uordblks;
   round(500);
   EXPECT_TRUE(wait([&] { return entriesOf("/proc/self/fd") <= descriptors; }, patience)) << entriesOf("/proc/self/fd");
-  EXPECT_LE(mallinfo2().uordblks, heap + 64 * 1024);
+  EXPECT_LE(mallinfo2().uordblks, heap + std::size_t{64} * 1024);
 }
 
 }  // namespace

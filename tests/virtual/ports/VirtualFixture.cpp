@@ -127,7 +127,7 @@ std::string VirtualFixture::file(const std::string& name) {
 }
 
 std::string VirtualFixture::lostFile(const std::string& name) {
-  const auto path = "/lost/" + name;
+  auto path = "/lost/" + name;
   device_.typeRegistry().fail(path, "No such file or directory");
   device_.documentPicker().refuse(path);
   return path;

@@ -135,12 +135,12 @@ void CameraScreen::openCamera() {
   const auto& source = sources_[current_];
   camera_ = std::make_unique<CameraPipeline>(
       threads_, source, options_.captureSize, screenArea(),
-      CameraPipeline::Handlers{.show = [this](GRef<GdkTexture> frame) { frameShown(std::move(frame)); },
+      CameraPipeline::Handlers{.show = [this](const GRef<GdkTexture>& frame) { frameShown(frame); },
                                .failed = [this](CameraFailure failure) { cameraFailed(failure); }});
   turn();
 }
 
-void CameraScreen::frameShown(GRef<GdkTexture> frame) {
+void CameraScreen::frameShown(const GRef<GdkTexture>& frame) {
   view_.picture().show(frame.get());
   // The full frames come another way, and a photo needs one.
   if (phase_ != Phase::opening || !camera_->frames()->newest()) return;

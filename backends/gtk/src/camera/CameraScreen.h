@@ -70,7 +70,7 @@ class CameraScreen {
   void findSources();
   void askPortal();
   void openCamera();
-  void frameShown(GRef<GdkTexture> frame);
+  void frameShown(const GRef<GdkTexture>& frame);
   void cameraFailed(CameraFailure failure);
   void switchCamera();
   void turn();

@@ -100,7 +100,6 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
   gtk_widget_set_vexpand(picture, TRUE);
   gtk_overlay_set_child(GTK_OVERLAY(root_.get()), picture);
 
-  spinner_ = gtk_spinner_new();
   gtk_widget_set_size_request(spinner_, 40, 40);
   gtk_widget_set_halign(spinner_, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(spinner_, GTK_ALIGN_CENTER);

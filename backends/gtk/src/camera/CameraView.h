@@ -76,7 +76,7 @@ class CameraView {
   FramePaintable picture_;
   ShutterButton shutter_;
   GRef<GtkWidget> root_;
-  GtkWidget* spinner_ = nullptr;
+  GtkWidget* spinner_ = gtk_spinner_new();
   GtkWidget* clock_ = nullptr;
   GtkWidget* notice_ = nullptr;
   GtkWidget* controls_ = nullptr;

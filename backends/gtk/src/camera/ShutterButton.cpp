@@ -61,7 +61,6 @@ ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
   gtk_widget_set_name(button_.get(), "camera-shutter");
   gtk_widget_set_halign(button_.get(), GTK_ALIGN_CENTER);
   gtk_widget_set_valign(button_.get(), GTK_ALIGN_CENTER);
-  drawing_ = gtk_drawing_area_new();
   gtk_widget_set_size_request(drawing_, size, size);
   gtk_drawing_area_set_draw_func(
       GTK_DRAWING_AREA(drawing_),

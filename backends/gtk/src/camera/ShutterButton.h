@@ -56,7 +56,7 @@ class ShutterButton {
   MainQueue& main_;
   const Handlers handlers_;
   GRef<GtkWidget> button_;
-  GtkWidget* drawing_ = nullptr;
+  GtkWidget* drawing_ = gtk_drawing_area_new();
   Press press_ = Press::none;
   unsigned presses_ = 0;
   bool byKey_ = false;

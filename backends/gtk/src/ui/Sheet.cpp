@@ -96,6 +96,8 @@ void Sheet::build(GtkWidget* content, const std::string& label) {
 
 void Sheet::listen() {
   auto* const click = gtk_gesture_click_new();
+  // Before the panel's buttons: of a finger that one of these has taken it would not see the end, and miss the next.
+  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(click), GTK_PHASE_CAPTURE);
   gtk_widget_add_controller(mask_.get(), GTK_EVENT_CONTROLLER(click));
   pressed_ = SignalConnection::connect<&Sheet::pressed>(click, "pressed", this);
   released_ = SignalConnection::connect<&Sheet::released>(click, "released", this);

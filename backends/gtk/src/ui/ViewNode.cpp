@@ -77,6 +77,7 @@ void ViewNode::viewDestroyed() {
 }
 
 void ViewNode::viewChanged(ViewChange change) {
+  if (!view_) return;
   switch (change) {
     case ViewChange::frame:
     case ViewChange::transform:
