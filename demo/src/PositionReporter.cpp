@@ -102,6 +102,7 @@ void PositionReporter::addNamed(GtkWidget* widget, Controls& found) const {
     std::ostringstream position;
     position << std::lround(bounds.origin.x) << ' ' << std::lround(bounds.origin.y) << ' '
              << std::lround(bounds.size.width) << ' ' << std::lround(bounds.size.height);
+    if (GTK_IS_LABEL(widget)) position << ' ' << gtk_label_get_text(GTK_LABEL(widget));
     found.emplace(name, position.str());
   }
   for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {

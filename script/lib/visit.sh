@@ -98,11 +98,21 @@ tappedTab() {
 
 # write <text>: writes it into the chat's text field and sends it.
 write() {
-  tap message-input
-  hands type "$1"
-  waitFor 5 "typing “$1”" shows message-input "$1"
+  waitFor 10 "typing “$1”" typed "$1"
   hands key Return
   waitFor 5 "sending “$1”" shows message-mine "$1"
+}
+
+# Nobody has the keys if the page was not ready for the finger.
+typed() {
+  local tries
+  tap message-input
+  hands type "$1"
+  for tries in {1..20}; do
+    if shows message-input "$1"; then return 0; fi
+    sleep 0.1
+  done
+  return 1
 }
 
 look() {

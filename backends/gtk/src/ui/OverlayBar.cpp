@@ -38,6 +38,7 @@ OverlayBar::OverlayBar(GtkOverlay* parent, OverlayOffer offer)
   GtkWidget* const label = gtk_label_new(offer_.status.c_str());
   gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
   GtkWidget* const retry = flat(gtk_button_new_with_label("重试"));
+  gtk_widget_set_name(retry, "overlay-retry");
   GtkWidget* const drop = flat(gtk_button_new_from_icon_name("window-close-symbolic"));
   gtk_accessible_update_property(GTK_ACCESSIBLE(drop), GTK_ACCESSIBLE_PROPERTY_LABEL, "不再发送", -1);
   for (auto* const part : {label, retry, drop}) gtk_box_append(GTK_BOX(bar_.get()), part);

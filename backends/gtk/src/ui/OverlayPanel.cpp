@@ -69,6 +69,7 @@ void OverlayPanel::build() {
   gtk_widget_set_vexpand(indicator_.widget(), TRUE);
   gtk_box_append(GTK_BOX(content), indicator_.widget());
   label_ = gtk_label_new(nullptr);
+  gtk_widget_set_name(label_, "overlay-status");
   gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
   gtk_label_set_wrap_mode(GTK_LABEL(label_), PANGO_WRAP_WORD_CHAR);
   gtk_label_set_ellipsize(GTK_LABEL(label_), PANGO_ELLIPSIZE_END);
