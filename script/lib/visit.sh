@@ -125,13 +125,18 @@ hasContent() {
   ! isBlank
 }
 
-# picture <name>: the screen, once it stands still (a dot that blinks does not keep it for longer than 1.5 s). A page's
-# first frame may take its time without graphics hardware.
+# picture <name> [at-once]: the screen, once it stands still (a dot that blinks does not keep it for longer than 1.5 s),
+# or as it is. A page's first frame may take its time without graphics hardware.
 picture() {
   local before now deadline file
   visitPictures=$((visitPictures + 1))
   file=$(printf '%s/%02d-%s.png' "$visitFolder" "$visitPictures" "$1")
   waitFor 30 "something on the screen for ${file##*/}" hasContent
+  if [ "${2-}" = at-once ]; then
+    mv "$visitFolder/.now.png" "$file"
+    note "         picture ${file##*/}"
+    return
+  fi
   sleep 0.5 # what the page's script has done already may not be painted yet
   deadline=$(($(milliseconds) + 1500))
   before=""

@@ -1,6 +1,7 @@
 #include "PictureFiles.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 
@@ -16,7 +17,7 @@ namespace {
 class HeaderWriter {
  public:
   explicit HeaderWriter(bool littleEndian = false) : littleEndian_(littleEndian) {}
-  HeaderWriter& number(unsigned value, unsigned size) {
+  HeaderWriter& number(std::uint64_t value, unsigned size) {
     for (unsigned index = 0; index < size; ++index) {
       const unsigned shift = 8 * (littleEndian_ ? index : size - 1 - index);
       bytes_.push_back(static_cast<char>(value >> shift & 0xFFU));
