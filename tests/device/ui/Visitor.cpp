@@ -13,16 +13,18 @@ namespace {
 
 constexpr const char* title = "orivex-visitor";
 
-}  // namespace
-
-VisitorWindow::VisitorWindow() {
+GtkWindow* firstWindow() {
   adw_init();
   install();
-  window_ = GTK_WINDOW(gtk_window_new());
+  return GTK_WINDOW(gtk_window_new());
+}
+
+}  // namespace
+
+VisitorWindow::VisitorWindow() : window_(firstWindow()), entry_(gtk_entry_new()) {
   gtk_window_set_title(window_, title);
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
-  entry_ = gtk_entry_new();
   gtk_window_set_child(window_, entry_);
   view_ = attach(window_)->contentView();
   gtk_window_present(window_);

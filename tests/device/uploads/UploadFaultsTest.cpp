@@ -118,7 +118,7 @@ TEST_F(UploadFaultsTest, LeaveNothingBehindAfterFiveHundredUploadsTwoAtATime) {
   EXPECT_LE(entriesOf("/proc/self/fd"), descriptors + 1);
   // An idle thread of a library's pool may take its time.
   EXPECT_TRUE(wait([&] { return entriesOf("/proc/self/task") <= threads + 1; }, 20)) << entriesOf("/proc/self/task");
-  EXPECT_LE(heapInUse(), memory + 512 * 1024);
+  EXPECT_LE(heapInUse(), memory + std::size_t{512} * 1024);
 }
 
 }  // namespace
