@@ -119,6 +119,10 @@ TEST_F(CaptureTest, APointersHoldTakesNoPhotoBesides) {
   graphene_rect_t bounds;
   ASSERT_TRUE(gtk_widget_compute_bounds(button("shutter"), GTK_WIDGET(hostWindow().gtkWindow()), &bounds));
   hands("pointer", bounds.origin.x + bounds.size.width / 2, bounds.origin.y + bounds.size.height / 2);
+  const auto isUnderPointer = [&] {
+    return (gtk_widget_get_state_flags(button("shutter")) & GTK_STATE_FLAG_PRELIGHT) != 0;
+  };
+  ASSERT_TRUE(wait(isUnderPointer, hangs)) << "the pointer did not arrive";
   hands("button-down");
   ASSERT_TRUE(wait([&] { return !clock().empty(); }, hangs)) << "the press did not arrive";
   hands("button-up");
