@@ -27,7 +27,7 @@ const std::string& photoText() {
 }
 
 void countBytes(benchmark::State& state) {
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * photo().size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(photo().size()));
 }
 
 void encodeOurs(benchmark::State& state) {

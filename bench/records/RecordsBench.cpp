@@ -21,14 +21,14 @@ void decodeAll(benchmark::State& state, const Corpus& corpus, Decode&& decodeOne
   for (auto _ : state) {
     for (const std::string& text : corpus.texts) benchmark::DoNotOptimize(decodeOne(text));
   }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * corpus.bytes));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
 }
 
 void encodeOurs(benchmark::State& state, const Corpus& corpus) {
   for (auto _ : state) {
     for (const MessageModel& record : corpus.records) benchmark::DoNotOptimize(encode(record));
   }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * corpus.bytes));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
 }
 
 /// The tree's text alone, the tree being there already.
@@ -38,7 +38,7 @@ void encodeTree(benchmark::State& state, const Corpus& corpus) {
   for (auto _ : state) {
     for (const nlohmann::json& tree : trees) benchmark::DoNotOptimize(tree.dump());
   }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * corpus.bytes));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
 }
 
 /// From record to text by way of a tree, which is what a program has to do.
@@ -46,7 +46,7 @@ void encodeByTree(benchmark::State& state, const Corpus& corpus) {
   for (auto _ : state) {
     for (const MessageModel& record : corpus.records) benchmark::DoNotOptimize(treeOf(record).dump());
   }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * corpus.bytes));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
 }
 
 void registerFor(const std::string& name, const Corpus& corpus) {
