@@ -109,7 +109,7 @@ void measureBurst(testing::VirtualDevice& device) {
                                                        {"initLoaded", "null"}};
   Holds messages;
   for (int index = 0; index < count; ++index) {
-    const auto& [name, body] = kinds[index % std::size(kinds)];
+    const auto& [name, body] = kinds[static_cast<std::size_t>(index) % std::size(kinds)];
     messages.time([&, name = name, body = body] {
       engine.post(name, body);
       device.runUntilIdle();
