@@ -31,22 +31,23 @@ void countBytes(benchmark::State& state) {
 }
 
 void encodeOurs(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(base64Encode(photo()));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(base64Encode(photo()));
   countBytes(state);
 }
 
 void encodeGlib(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(GlibText(g_base64_encode(photo().data(), photo().size()), g_free));
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(GlibText(g_base64_encode(photo().data(), photo().size()), g_free));
   countBytes(state);
 }
 
 void decodeOurs(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(base64Decode(photoText()));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(base64Decode(photoText()));
   countBytes(state);
 }
 
 void decodeGlib(benchmark::State& state) {
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     gsize size = 0;
     guchar* const bytes = g_base64_decode(photoText().c_str(), &size);
     benchmark::DoNotOptimize(bytes);

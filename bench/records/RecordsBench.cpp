@@ -18,14 +18,14 @@ namespace {
 
 template <class Decode>
 void decodeAll(benchmark::State& state, const Corpus& corpus, Decode&& decodeOne) {
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     for (const std::string& text : corpus.texts) benchmark::DoNotOptimize(decodeOne(text));
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
 }
 
 void encodeOurs(benchmark::State& state, const Corpus& corpus) {
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     for (const MessageModel& record : corpus.records) benchmark::DoNotOptimize(encode(record));
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
@@ -35,7 +35,7 @@ void encodeOurs(benchmark::State& state, const Corpus& corpus) {
 void encodeTree(benchmark::State& state, const Corpus& corpus) {
   std::vector<nlohmann::json> trees;
   for (const MessageModel& record : corpus.records) trees.push_back(treeOf(record));
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     for (const nlohmann::json& tree : trees) benchmark::DoNotOptimize(tree.dump());
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
@@ -43,7 +43,7 @@ void encodeTree(benchmark::State& state, const Corpus& corpus) {
 
 /// From record to text by way of a tree, which is what a program has to do.
 void encodeByTree(benchmark::State& state, const Corpus& corpus) {
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     for (const MessageModel& record : corpus.records) benchmark::DoNotOptimize(treeOf(record).dump());
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
@@ -69,22 +69,22 @@ class BestTimes : public benchmark::BenchmarkReporter {
     for (const Run& run : runs) {
       if (run.run_type != Run::RT_Iteration) continue;
       const double time = run.GetAdjustedCPUTime();
-      const auto [best, isFirst] = microseconds.try_emplace(run.run_name.function_name, time);
+      const auto [best, isFirst] = microseconds_.try_emplace(run.run_name.function_name, time);
       if (!isFirst) best->second = std::min(best->second, time);
     }
   }
 
   void print() const {
-    for (const auto& [name, time] : microseconds) std::printf("%-34s %10.1f us\n", name.c_str(), time);
+    for (const auto& [name, time] : microseconds_) std::printf("%-34s %10.1f us\n", name.c_str(), time);
   }
 
   /// How many times as fast one benchmark is as another.
   double ratio(const std::string& fast, const std::string& slow) const {
-    return microseconds.at(slow) / microseconds.at(fast);
+    return microseconds_.at(slow) / microseconds_.at(fast);
   }
 
  private:
-  std::map<std::string, double> microseconds;
+  std::map<std::string, double> microseconds_;
 };
 
 void printRatios(const BestTimes& best, const std::vector<std::string>& names) {

@@ -148,8 +148,8 @@ std::string tiledAvif(const std::string& tile, unsigned side, unsigned across) {
                         .number(1, 2)
                         .number(across - 1, 1)
                         .number(across - 1, 1)
-                        .number(across * side, 4)
-                        .number(across * side, 4)
+                        .number(std::uint64_t{across} * side, 4)
+                        .number(std::uint64_t{across} * side, 4)
                         .bytes();
   const unsigned tiles = across * across;
   const auto metaAt = [&](unsigned data) {
