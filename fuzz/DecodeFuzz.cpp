@@ -65,6 +65,8 @@ void decodeIntoEach(std::string_view json) {
 }  // namespace
 }  // namespace orivex::fuzz
 
+// The name that the fuzzer calls.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace orivex;
   fuzz::decodeIntoEach<FailModel, MessageBody, MessageCustomFields, MessageCustomItems, MessageCustomMenus,

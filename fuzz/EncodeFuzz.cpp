@@ -22,21 +22,21 @@ constexpr std::size_t longest = 64;
 /// Makes records out of the fuzzer's bytes: any text, any number, any fields absent.
 class Maker {
  public:
-  Maker(const std::uint8_t* data, std::size_t size) : bytes(data, size) {}
+  Maker(const std::uint8_t* data, std::size_t size) : bytes_(data, size) {}
 
-  void make(std::string& text) { text = bytes.ConsumeRandomLengthString(longest); }
-  void make(std::int64_t& number) { number = bytes.ConsumeIntegral<std::int64_t>(); }
+  void make(std::string& text) { text = bytes_.ConsumeRandomLengthString(longest); }
+  void make(std::int64_t& number) { number = bytes_.ConsumeIntegral<std::int64_t>(); }
   void make(double& number) { number = floating<double, std::uint64_t>(); }
   void make(float& number) { number = floating<float, std::uint32_t>(); }
-  void make(bool& value) { value = bytes.ConsumeBool(); }
+  void make(bool& value) { value = bytes_.ConsumeBool(); }
 
   void make(Bytes& data) {
-    const std::string text = bytes.ConsumeRandomLengthString(longest);
+    const std::string text = bytes_.ConsumeRandomLengthString(longest);
     data.assign(text.begin(), text.end());
   }
 
   void make(std::map<std::string, std::string>& pairs) {
-    while (bytes.ConsumeBool()) {
+    while (bytes_.ConsumeBool()) {
       std::string key;
       make(key);
       make(pairs[key]);
@@ -45,12 +45,12 @@ class Maker {
 
   template <class Element>
   void make(std::vector<Element>& elements) {
-    while (bytes.ConsumeBool()) make(elements.emplace_back());
+    while (bytes_.ConsumeBool()) make(elements.emplace_back());
   }
 
   template <class Value>
   void make(std::optional<Value>& field) {
-    if (bytes.ConsumeBool()) make(field.emplace());
+    if (bytes_.ConsumeBool()) make(field.emplace());
   }
 
   void make(MessageCustomFields& record) { all(record.key, record.value); }
@@ -64,7 +64,7 @@ class Maker {
   }
   void make(MessageModel& record) {
     all(record.mId, record.createTime, record.cMid, record.isSensitive);
-    if (bytes.ConsumeBool()) make(*(record.messageBody = std::make_shared<MessageBody>()));
+    if (bytes_.ConsumeBool()) make(*(record.messageBody = std::make_shared<MessageBody>()));
   }
 
  private:
@@ -76,15 +76,17 @@ class Maker {
   /// Any bits: infinities and what is not a number too.
   template <class Float, class Bits>
   Float floating() {
-    return std::bit_cast<Float>(bytes.ConsumeIntegral<Bits>());
+    return std::bit_cast<Float>(bytes_.ConsumeIntegral<Bits>());
   }
 
-  FuzzedDataProvider bytes;
+  FuzzedDataProvider bytes_;
 };
 
 }  // namespace
 }  // namespace orivex::fuzz
 
+// The name that the fuzzer calls.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace orivex;
   MessageModel record;

@@ -18,13 +18,12 @@ double processorMilliseconds() {
 
 HoldMeter* HoldMeter::current = nullptr;
 
-HoldMeter::HoldMeter(GtkWidget* widget) {
+HoldMeter::HoldMeter(GtkWidget* widget) : turnStart_(processorMilliseconds()) {
   auto* const clock = gtk_widget_get_frame_clock(widget);
   // Animations and tick callbacks run at "update"; what comes after it is layout and painting.
   beforePaint_ = gtk::SignalConnection::connect<&HoldMeter::beginFrame>(clock, "before-paint", this);
   updated_ = gtk::SignalConnection::connectAfter<&HoldMeter::beginFrame>(clock, "update", this);
   afterPaint_ = gtk::SignalConnection::connect<&HoldMeter::afterPaint>(clock, "after-paint", this);
-  turnStart_ = processorMilliseconds();
   current = this;
   g_main_context_set_poll_func(nullptr, poll);
 }

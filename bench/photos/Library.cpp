@@ -21,7 +21,7 @@ gtk::Thumbnail thumbnail(int seed) {
   const int stride = gdk_pixbuf_get_rowstride(picture.get());
   for (int y = 0; y < 192; ++y) {
     for (int x = 0; x < 256; ++x) {
-      guchar* const pixel = pixels + y * stride + x * 3;
+      guchar* const pixel = pixels + std::ptrdiff_t{y} * stride + std::ptrdiff_t{x} * 3;
       pixel[0] = static_cast<guchar>(x + seed);
       pixel[1] = static_cast<guchar>(y * 2 + x * x / 64);
       pixel[2] = static_cast<guchar>((x ^ y) & 31);
@@ -47,6 +47,7 @@ Library::Library(int photos) {
     }
   };
   std::vector<std::thread> threads;
+  threads.reserve(workers);
   for (int worker = 0; worker < workers; ++worker) threads.emplace_back(add, worker);
   for (auto& thread : threads) thread.join();
 }

@@ -50,6 +50,7 @@ const std::array<Kind, 9> kinds{{
 Paths writePhotos(const gtk::TemporaryFolder& folder) {
   Paths photos(kinds.size());
   std::vector<std::thread> threads;
+  threads.reserve(workers);
   for (int worker = 0; worker < workers; ++worker) {
     threads.emplace_back([&, worker] {
       for (auto index = static_cast<std::size_t>(worker); index < kinds.size(); index += workers) {

@@ -41,9 +41,11 @@ void measurePhotos(const Host& host) {
   const auto kept = services;
   const auto photos = ninePhotos();
   std::vector<UploadFileInfoModel> described;
-  services.photoLibrary = [&](const PostMessageModel&, ViewController&, ChatManager::PickedFiles completion) {
-    std::move(completion)(std::move(described));
-  };
+  services.photoLibrary =
+      [&](const PostMessageModel&, ViewController&,
+          ChatManager::PickedFiles completion) {  // NOLINT(performance-unnecessary-value-param): called once
+        std::move(completion)(std::move(described));
+      };
   const auto until = [&](const std::function<void()>& act) {
     const int before = arrived;
     const double started = milliseconds();

@@ -39,7 +39,7 @@ SinkServer::SinkServer() {
   if (process_ == 0) serveUntilKilled(ends[1]);
   close(ends[1]);
   std::array<char, 64> text{};
-  for (ssize_t length; (length = read(ends[0], text.data(), text.size())) > 0;) {
+  for (ssize_t length = 0; (length = read(ends[0], text.data(), text.size())) > 0;) {
     url_.append(text.data(), static_cast<std::size_t>(length));
   }
   close(ends[0]);

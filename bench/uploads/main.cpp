@@ -14,7 +14,7 @@
 namespace orivex::bench {
 namespace {
 
-constexpr std::size_t mebibyte = 1024 * 1024;
+constexpr std::size_t mebibyte = 1 << 20;
 
 std::string makeFile(const gtk::TemporaryFolder& folder, std::size_t size) {
   const auto path = folder.path() / std::to_string(size);

@@ -8,6 +8,8 @@ namespace {
 
 std::atomic<std::size_t> count{0};
 
+// The allocator itself.
+// NOLINTBEGIN(cppcoreguidelines-no-malloc)
 void* allocate(std::size_t size) {
   count.fetch_add(1, std::memory_order_relaxed);
   if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
@@ -42,3 +44,4 @@ void operator delete(void* memory, std::size_t) noexcept {
 void operator delete[](void* memory, std::size_t) noexcept {
   std::free(memory);
 }
+// NOLINTEND(cppcoreguidelines-no-malloc)

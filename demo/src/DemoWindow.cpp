@@ -100,7 +100,7 @@ void DemoWindow::buildContent() {
 }
 
 std::shared_ptr<ViewController> DemoWindow::rootFor(bool pushes) const {
-  const auto shop = gtk::screenFor(content_.get());
+  auto shop = gtk::screenFor(content_.get());
   if (!pushes) return shop;
   const auto navigation = std::make_shared<NavigationController>(shop);
   const auto title = gtk::viewFor(titleBarNew(isFrameless_));

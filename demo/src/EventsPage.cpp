@@ -22,7 +22,7 @@ std::string describe(const std::map<std::string, std::string>& attributes) {
   std::string description;
   for (const auto& [key, value] : attributes) {
     if (!description.empty()) description += '\n';
-    description += key + ": " + value;
+    description.append(key).append(": ").append(value);
   }
   return description;
 }

@@ -39,7 +39,10 @@ GtkWidget* rowOf(const OrderLine& line, const std::string& currency) {
 }  // namespace
 
 ShopPage::ShopPage(std::function<void()> contact)
-    : contact_(std::move(contact)), bring_(GTK_SWITCH(gtk_switch_new())), button_(gtk_button_new()) {
+    : contact_(std::move(contact)),
+      bring_(GTK_SWITCH(gtk_switch_new())),
+      button_(gtk_button_new()),
+      page_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
   auto* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, 20);
   gtk_widget_add_css_class(column, "shop-column");
   gtk_box_append(GTK_BOX(column), goods());
@@ -51,7 +54,6 @@ ShopPage::ShopPage(std::function<void()> contact)
   gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
   gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), clamp);
   gtk_widget_set_vexpand(scroller, TRUE);
-  page_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   gtk_box_append(GTK_BOX(page_), scroller);
   gtk_box_append(GTK_BOX(page_), footer());
 }

@@ -16,7 +16,7 @@ using nlohmann::json;
 constexpr const char* socketPath = "/chat-socket";
 constexpr const char* socketKey = "orivex-socket";
 /// A visitor's message is text or a description; more than this is a mistake.
-constexpr guint64 mostFrameBytes = 256 * 1024;
+constexpr guint64 mostFrameBytes = 256U << 10U;
 
 void send(SoupWebsocketConnection* connection, const json& frame) {
   if (!connection || soup_websocket_connection_get_state(connection) != SOUP_WEBSOCKET_STATE_OPEN) return;

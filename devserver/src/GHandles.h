@@ -7,11 +7,11 @@
 namespace orivex::devserver {
 
 /// Frees with the function that GLib names for the type; for use as a std::unique_ptr's deleter.
-template <auto Free>
+template <auto free>
 struct FreeWith {
   template <typename T>
   void operator()(T* pointer) const {
-    Free(pointer);
+    free(pointer);
   }
 };
 

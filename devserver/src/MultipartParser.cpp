@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view lineEnd = "\r\n";
 constexpr std::string_view blanks = " \t";
 /// A part's headers are a few hundred bytes; more than this is not a form.
-constexpr std::size_t mostHeaderBytes = 16 * 1024;
+constexpr std::size_t mostHeaderBytes = 16U << 10U;
 
 std::string_view trimmed(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));

@@ -22,7 +22,7 @@ void checkTls(const Options& options) {
 
 Fault faultOption(const std::string& text) {
   try {
-    const auto fault = parseFault(text);
+    auto fault = parseFault(text);
     if (fault.kind == FaultKind::Drop) throw FaultError("nothing is open yet that could be dropped");
     return fault;
   } catch (const FaultError& error) {

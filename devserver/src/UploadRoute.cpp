@@ -19,7 +19,7 @@ namespace {
 constexpr const char* uploadPath = "/api/chat/outside/guest/file/upload";
 constexpr const char* uploadKey = "orivex-upload";
 /// Room for the delimiters and headers around the largest file.
-constexpr std::int64_t envelopeBytes = 64 * 1024;
+constexpr std::int64_t envelopeBytes = 64 << 10;
 
 /// One upload from its headers to its answer; it goes with its request.
 struct Upload {

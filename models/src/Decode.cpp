@@ -125,9 +125,9 @@ class FieldReader {
  private:
   using ReadMember = void (*)(JsonCursor&, Record&);
 
-  template <std::size_t At>
+  template <std::size_t position>
   static void readMember(JsonCursor& json, Record& into) {
-    read(json, into.*std::get<At>(fieldsOf<Record>).member);
+    read(json, into.*std::get<position>(fieldsOf<Record>).member);
   }
 
   static constexpr auto keysInOrder() {

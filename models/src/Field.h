@@ -64,11 +64,11 @@ concept HasFields = fieldCount<Type> >
 /// `std::integral_constant`: the field itself is `std::get<position>(fieldsOf<Record>)`.
 template <class Record, class Visit>
 constexpr void forEachField(Visit&& visit) {
-  [&]<std::size_t... I>(std::index_sequence<I...>) {
-    const auto visitOne = [&]<std::size_t At>(std::integral_constant<std::size_t, At> at) {
-      if constexpr (std::get<At>(fieldsOf<Record>).presence != Presence::never) visit(at);
+  [&]<std::size_t... positions>(std::index_sequence<positions...>) {
+    const auto visitOne = [&]<std::size_t position>(std::integral_constant<std::size_t, position> at) {
+      if constexpr (std::get<position>(fieldsOf<Record>).presence != Presence::never) visit(at);
     };
-    (visitOne(std::integral_constant<std::size_t, I>{}), ...);
+    (visitOne(std::integral_constant<std::size_t, positions>{}), ...);
   }
   (std::make_index_sequence<fieldCount<Record>>{});
 }

@@ -6,6 +6,8 @@
 
 namespace orivex {
 
+// Parameters that are named like the members would hide them.
+// NOLINTBEGIN(readability-identifier-naming)
 MessageModel::MessageModel(std::optional<std::int64_t> mId_, std::optional<double> createTime_,
                            std::optional<double> timestamp_, std::optional<std::string> timeFormatInfo_,
                            std::optional<std::string> cMid_, std::optional<std::int64_t> mType_,
@@ -30,5 +32,6 @@ MessageModel::MessageModel(std::optional<std::int64_t> mId_, std::optional<doubl
       isSensitive(isSensitive_),
       sessionStartTime(sessionStartTime_),
       renderMemberType(renderMemberType_) {}
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace orivex

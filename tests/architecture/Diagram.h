@@ -11,7 +11,7 @@ struct Arrow {
   std::string from;
   std::string to;
 
-  auto operator<=>(const Arrow&) const = default;
+  auto operator<=>(const Arrow&) const = default;  // NOLINT(modernize-use-nullptr): there is no pointer
 };
 
 /// What a mermaid diagram says: boxes whose label is a folder, and arrows between them.

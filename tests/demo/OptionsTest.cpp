@@ -15,6 +15,7 @@ struct Row {
 Options parse(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), "orivex-demo");
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (auto& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
   return parseOptions(static_cast<int>(arguments.size()), pointers.data());

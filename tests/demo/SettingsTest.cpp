@@ -16,17 +16,17 @@ class DemoSettingsTest : public ::testing::Test {
   // GLib looks for the folder once in a process.
   static void SetUpTestSuite() {
     auto name = (fs::temp_directory_path() / "orivex-demo-settings.XXXXXX").string();
-    folder_ = mkdtemp(name.data());
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+    folder = mkdtemp(name.data());
+    setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
   }
-  static void TearDownTestSuite() { fs::remove_all(folder_); }
+  static void TearDownTestSuite() { fs::remove_all(folder); }
 
   void TearDown() override { fs::remove_all(file().parent_path()); }
 
-  static fs::path file() { return folder_ / "orivex-demo" / "settings.ini"; }
+  static fs::path file() { return folder / "orivex-demo" / "settings.ini"; }
 
  private:
-  static inline fs::path folder_;
+  static inline fs::path folder;
 };
 
 TEST_F(DemoSettingsTest, RememberEveryField) {

@@ -23,22 +23,22 @@ constexpr auto shortPatience = 300ms;
 TEST(Faults, SpoilThePageAndTheUploadAlike) {
   struct Case {
     const char* fault;
-    int status;
     const char* body;
+    int status;
     End end;
   };
   const Case cases[] = {
-      {"status=401", 401, R"({"msg":"Unauthorized"})", End::Closed},
-      {"status=404,msg=没有这一页", 404, R"({"msg":"没有这一页"})", End::Closed},
-      {"status=503", 503, R"({"msg":"Service Unavailable"})", End::Closed},
-      {"status=400,body={}", 400, "{}", End::Closed},
-      {"status=201", 201, R"({"msg":"Created"})", End::Closed},
-      {"msg=文件太大", 400, R"({"msg":"文件太大"})", End::Closed},
-      {"msg=X,status=500", 500, R"({"msg":"X"})", End::Closed},
-      {"brokenJson", 200, R"({"url": "http://127)", End::Closed},
-      {"cut", 200, R"({"url":"ht)", End::Closed},
-      {"reset", 0, "", End::Reset},
-      {"silence", 0, "", End::TimedOut},
+      {"status=401", R"({"msg":"Unauthorized"})", 401, End::Closed},
+      {"status=404,msg=没有这一页", R"({"msg":"没有这一页"})", 404, End::Closed},
+      {"status=503", R"({"msg":"Service Unavailable"})", 503, End::Closed},
+      {"status=400,body={}", "{}", 400, End::Closed},
+      {"status=201", R"({"msg":"Created"})", 201, End::Closed},
+      {"msg=文件太大", R"({"msg":"文件太大"})", 400, End::Closed},
+      {"msg=X,status=500", R"({"msg":"X"})", 500, End::Closed},
+      {"brokenJson", R"({"url": "http://127)", 200, End::Closed},
+      {"cut", R"({"url":"ht)", 200, End::Closed},
+      {"reset", "", 0, End::Reset},
+      {"silence", "", 0, End::TimedOut},
   };
   for (const auto& testCase : cases) {
     for (const bool isPage : {true, false}) {

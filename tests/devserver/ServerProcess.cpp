@@ -21,7 +21,7 @@ GSubprocess* spawn(const std::vector<std::string>& arguments, int flags) {
 }
 
 std::string takeString(char* text) {
-  const std::string copy = text ? text : "";
+  std::string copy = text ? text : "";
   g_free(text);
   return copy;
 }

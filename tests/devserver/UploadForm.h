@@ -30,7 +30,7 @@ struct UploadForm {
 
   [[nodiscard]] Request request(std::string exactBody) const {
     Request request{.method = "POST", .path = "/api/chat/outside/guest/file/upload", .body = std::move(exactBody)};
-    for (const auto& [name, value] : headers) request.headers.push_back(name + ": " + value);
+    for (const auto& [name, value] : headers) request.headers.push_back(std::string(name).append(": ").append(value));
     return request;
   }
 };

@@ -59,7 +59,7 @@ Turn JpegSource::turn() const {
 
 std::string JpegSource::colorProfile(JpegErrors& errors) {
   struct Free {
-    void operator()(JOCTET* bytes) const { std::free(bytes); }
+    void operator()(JOCTET* bytes) const { std::free(bytes); }  // NOLINT(cppcoreguidelines-no-malloc): libjpeg's own
   };
   JOCTET* bytes = nullptr;
   unsigned length = 0;

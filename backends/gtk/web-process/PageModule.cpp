@@ -51,6 +51,8 @@ void windowCleared(WebKitScriptWorld* world, WebKitWebPage* /*page*/, WebKitFram
 
 }  // namespace
 
+// The name that WebKit looks up.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize_with_user_data(
     WebKitWebProcessExtension* extension, const GVariant* userData) {
   userAgent = g_strdup(g_variant_get_string(const_cast<GVariant*>(userData), nullptr));

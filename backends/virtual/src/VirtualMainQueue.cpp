@@ -41,7 +41,7 @@ class VirtualMainQueue::Schedule {
   struct Key {
     nanoseconds due;
     std::uint64_t ordinal;
-    auto operator<=>(const Key&) const = default;
+    auto operator<=>(const Key&) const = default;  // NOLINT(modernize-use-nullptr): there is no pointer
   };
   struct Entry {
     Task task;

@@ -113,7 +113,7 @@ std::string entry(std::string_view text, bool quoted) {
 // Marks the time in which a sink runs, however it ends.
 class InSink {
  public:
-  explicit InSink(bool& mark) : mark_(mark) { mark_ = true; }
+  explicit InSink(bool& mark) : mark_(mark) { mark = true; }
   InSink(const InSink&) = delete;
   InSink& operator=(const InSink&) = delete;
   ~InSink() { mark_ = false; }

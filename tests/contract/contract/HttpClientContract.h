@@ -13,7 +13,7 @@ namespace orivex::contract {
 template <ServerFixture Fixture>
 class HttpClientContract : public Suite<Fixture> {
  protected:
-  static constexpr std::size_t mebibyte = 1024 * 1024;
+  static constexpr std::size_t mebibyte = 1 << 20;
 
   StatusResult fetch(const std::string& address, double timeout = patience) {
     std::optional<StatusResult> result;
@@ -164,10 +164,10 @@ TYPED_TEST_P(HttpClientContract, WhatWaitsDoesNotHoldUpAnother) {
   for (const auto& [target, timeout, name] :
        {std::tuple{"/silent", 1.0, "slow"}, std::tuple{"/fine", patience, "quick "}}) {
     const auto url = *Url::parse(origin + target);
-    client.send({url, timeout, {}}, [&, name = name](StatusResult) { requests += name; });
+    client.send({url, timeout, {}}, [&, name = name](const StatusResult&) { requests += name; });
     client.upload(
         {.url = url, .headers = {}, .file = {}, .fields = {}, .idleTimeout = timeout}, [](double) {},
-        [&, name = name](UploadReply) { uploads += name; });
+        [&, name = name](const UploadReply&) { uploads += name; });
   }
   EXPECT_TRUE(this->wait([&] { return requests.size() > 6 && uploads.size() > 6; }));
   EXPECT_EQ(requests, "quick slow");

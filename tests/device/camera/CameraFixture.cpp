@@ -30,14 +30,17 @@ GtkGesture* dragOf(GtkWidget* widget) {
   return nullptr;
 }
 
-}  // namespace
-
-CameraFixture::CameraFixture() {
+GtkWindow* firstWindow() {
   useFakeSystemBus();
   adw_init();
   install();
+  return GTK_WINDOW(gtk_window_new());
+}
+
+}  // namespace
+
+CameraFixture::CameraFixture() : window_(firstWindow()) {
   std::filesystem::remove_all(captureFolder());
-  window_ = GTK_WINDOW(gtk_window_new());
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
   gtk_window_set_child(window_, gtk_label_new("Chat"));

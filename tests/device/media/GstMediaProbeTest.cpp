@@ -22,7 +22,7 @@ using ::testing::Not;
 class GstMediaProbeTest : public ::testing::Test {
  protected:
   std::filesystem::path media(const std::string& name, const std::string& pipeline) {
-    const auto path = folder_.path() / name;
+    auto path = folder_.path() / name;
     writeMedia(path, pipeline);
     return path;
   }

@@ -76,7 +76,7 @@ TEST(PictureFailure, OfAFileThatWasCutOffThePartThatIsThereIsShown) {
 
 TEST(PictureFailure, APanoramaOfAHundredMegapixelsTakesTheMemoryOfAFewRows) {
   constexpr unsigned side = 10000;
-  std::vector<std::uint8_t> row(side * 3);
+  std::vector<std::uint8_t> row(std::size_t{side} * 3);
   for (std::size_t index = 0; index < row.size(); ++index) row[index] = static_cast<std::uint8_t>(index * 31 >> 8U);
   const TemporaryFolder folder;
   const auto path =
@@ -89,7 +89,7 @@ TEST(PictureFailure, APanoramaOfAHundredMegapixelsTakesTheMemoryOfAFewRows) {
   ASSERT_TRUE(std::holds_alternative<JpegImage>(result));
   EXPECT_EQ(std::get<JpegImage>(result).size, (Size{side, side}));
   const auto peak = figureOf(childProcesses().at(0), "VmHWM:\t");
-  EXPECT_LT(std::stol(peak), 2 * fileKiB + 32 * 1024);
+  EXPECT_LT(std::stol(peak), 2 * fileKiB + 32L * 1024);
 }
 
 }  // namespace

@@ -81,7 +81,7 @@ std::string encodePlainJpeg(const RgbImage& image, const PlainJpegOptions& optio
   jpeg_finish_compress(&info);
   jpeg_destroy_compress(&info);
   std::string result(reinterpret_cast<const char*>(bytes), size);
-  std::free(bytes);
+  std::free(bytes);  // NOLINT(cppcoreguidelines-no-malloc): libjpeg's own
   return result;
 }
 

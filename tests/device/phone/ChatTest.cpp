@@ -20,8 +20,9 @@ class Phone : public ScreenFixture {
     hands({"screenshot", file});
     const auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file(file.c_str(), nullptr));
     if (!picture) return "no picture";
-    const auto* const pixel = gdk_pixbuf_read_pixels(picture.get()) + y * gdk_pixbuf_get_rowstride(picture.get()) +
-                              x * gdk_pixbuf_get_n_channels(picture.get());
+    const auto* const pixel = gdk_pixbuf_read_pixels(picture.get()) +
+                              std::ptrdiff_t{y} * gdk_pixbuf_get_rowstride(picture.get()) +
+                              std::ptrdiff_t{x} * gdk_pixbuf_get_n_channels(picture.get());
     char text[7];
     std::snprintf(text, sizeof text, "%02x%02x%02x", pixel[0], pixel[1], pixel[2]);
     return text;

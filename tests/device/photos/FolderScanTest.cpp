@@ -31,6 +31,7 @@ class FolderScanTest : public ::testing::Test {
   // Paths below the folder, in alphabetical order.
   std::string scan(const std::vector<std::string>& roots = {""}) {
     std::vector<std::string> paths;
+    paths.reserve(roots.size());
     for (const auto& root : roots) paths.push_back((folder_.path() / root).string());
     if (paths.front().ends_with("/")) paths.front().pop_back();
     FolderScan({}, findings_).run(paths);

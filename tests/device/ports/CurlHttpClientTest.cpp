@@ -141,7 +141,8 @@ TEST_F(CurlHttpClientTest, IsOverWithTheHeadAndLeavesTheBodyWithTheServer) {
   SocketServer server(SocketServer::Session([&](SocketConnection& connection) {
     const bool sends = connection.readHead().starts_with("GET /endless ");
     connection.send("HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\nHTTP/1.1 403 No\r\nContent-Length: 1000000000\r\n\r\n");
-    while (sends && connection.send(std::string(64 * 1024, 'x'))) sent += 64 * 1024;
+    constexpr std::size_t piece = 64 << 10;
+    while (sends && connection.send(std::string(piece, 'x'))) sent += piece;
     connection.waitForEnd();
     ended = true;
   }));
@@ -174,7 +175,7 @@ TEST_F(CurlHttpClientTest, DestroyedWhileRunningItDropsItsRequestsAtOnceAndOnThi
   const auto note = [&](void*) { destroyedOn = std::this_thread::get_id(); };
   bool called = false;
   client_->send(get(server.url("/silent"), 60),
-                [&, witness = std::shared_ptr<void>(nullptr, note)](StatusResult) { called = true; });
+                [&, witness = std::shared_ptr<void>(nullptr, note)](const StatusResult&) { called = true; });
   ASSERT_TRUE(wait([&] { return !server.requests().empty(); }, patience));
   const double start = queue_.now();
   client_.reset();

@@ -127,13 +127,14 @@ TEST_F(CurlUploadTest, SendsTheFormToTheByte) {
     ASSERT_GT(delimiter.size(), 10U) << server.last().head;
     std::string expected;
     if (file) {
-      expected = delimiter + "\r\nContent-Disposition: form-data; name=\"file\"; filename=\"" + sentName +
-                 "\"\r\nContent-Type: " + file->mimeType + "\r\n\r\n" + content + "\r\n";
+      expected.append(delimiter).append("\r\nContent-Disposition: form-data; name=\"file\"; filename=\"");
+      expected.append(sentName).append("\"\r\nContent-Type: ").append(file->mimeType);
+      expected.append("\r\n\r\n").append(content).append("\r\n");
     }
     for (const auto& field : itsFields) {
       const auto name = field.name == "k\"" ? "k%22" : field.name;
-      expected +=
-          delimiter + "\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n\r\n" + field.value + "\r\n";
+      expected.append(delimiter).append("\r\nContent-Disposition: form-data; name=\"").append(name);
+      expected.append("\"\r\n\r\n").append(field.value).append("\r\n");
     }
     expected += delimiter + "--\r\n";
     EXPECT_TRUE(server.last().body == expected) << server.last().body.substr(0, 500) << "\ninstead of\n"
@@ -263,7 +264,7 @@ TEST_F(CurlUploadTest, DestroyedWhileSendingItDropsTheUploadAndItsCallbacksOnThi
       [witness = std::shared_ptr<void>(nullptr, note)](double) {
         ADD_FAILURE() << "progress after the end of the client";
       },
-      [witness = std::shared_ptr<void>(nullptr, note)](UploadReply) {
+      [witness = std::shared_ptr<void>(nullptr, note)](const UploadReply&) {
         ADD_FAILURE() << "told after the end of the client";
       });
   ASSERT_TRUE(wait([&] { return begun.load(); }, patience));

@@ -13,7 +13,7 @@ SocketConnection::~SocketConnection() {
 }
 
 std::string SocketConnection::readHead() {
-  std::size_t end;
+  std::size_t end = 0;
   while ((end = buffer_.find("\r\n\r\n")) == std::string::npos) {
     if (!fill()) return {};
   }

@@ -46,7 +46,7 @@ void SocketServer::listen() {
 }
 
 void SocketServer::accept() {
-  int descriptor;
+  int descriptor = -1;
   while ((descriptor = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC)) >= 0) {
     ++connections_;
     const std::lock_guard lock(mutex_);

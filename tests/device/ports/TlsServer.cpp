@@ -10,6 +10,7 @@ namespace {
 
 GRef<GSubprocess> start(const std::vector<std::string>& words) {
   std::vector<const char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const auto& word : words) arguments.push_back(word.c_str());
   arguments.push_back(nullptr);
   GError* raised = nullptr;

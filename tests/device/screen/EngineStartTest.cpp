@@ -65,7 +65,7 @@ class EngineStart : public ScreenFixture {
           return raised("ready") || !panelText().empty();
         },
         25);
-    const auto text = panelText();
+    auto text = panelText();
     wait([&] { return panelText().empty(); }, 5);
     window()->rootViewController()->dismiss(false);
     return text;

@@ -109,21 +109,21 @@ TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
 class ProxiedNetwork : public Network {
  protected:
   static void SetUpTestSuite() {
-    proxy_ = std::make_unique<SocketServer>([](const std::string& target) {
+    proxy = std::make_unique<SocketServer>([](const std::string& target) {
       if (target.starts_with(origin)) return serve(target.substr(std::string(origin).size()));
       return SocketServer::Answer{reply(407, "x", "Proxy-Authenticate: Basic realm=\"x\"\r\n")};
     });
-    g_setenv("http_proxy", proxy_->url("").c_str(), TRUE);
+    g_setenv("http_proxy", proxy->url("").c_str(), TRUE);
     g_setenv("no_proxy", "127.0.0.1", TRUE);
   }
   static void TearDownTestSuite() {
     g_unsetenv("http_proxy");
-    proxy_.reset();
+    proxy.reset();
   }
 
   static constexpr const char* origin = "http://chat.invalid";
   static inline const SocketServer::Handler serve = servePage("<p>chat<script>" + raise("ready") + "</script>");
-  static inline std::unique_ptr<SocketServer> proxy_;
+  static inline std::unique_ptr<SocketServer> proxy;
 };
 
 // The page and the component's own client ask the same desktop.

@@ -12,14 +12,17 @@ namespace {
 
 constexpr const char* windowTitle = "orivex-page";
 
-}  // namespace
-
-PageFixture::PageFixture(const WebEngineConfiguration& configuration) {
+GtkWindow* firstWindow() {
   // Without a graphics card the other way of painting loses the visitor's first input.
   g_setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", FALSE);
   adw_init();
   install();
-  window_ = GTK_WINDOW(gtk_window_new());
+  return GTK_WINDOW(gtk_window_new());
+}
+
+}  // namespace
+
+PageFixture::PageFixture(const WebEngineConfiguration& configuration) : window_(firstWindow()) {
   gtk_window_set_title(window_, windowTitle);
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);

@@ -38,8 +38,8 @@ TEST(Encode, TextIsEscapedOnlyWhereJsonDemandsIt) {
     // An escape may fall anywhere within the eight bytes that are looked at together.
     for (std::size_t shift = 0; shift < 17; ++shift) {
       const std::string around(shift, '~');
-      const std::string text = around + row.text + around;
-      const std::string json = R"({"content":")" + around + std::string(row.json) + around + R"("})";
+      const auto text = std::string(around).append(row.text).append(around);
+      const auto json = std::string(R"({"content":")").append(around).append(row.json).append(around).append(R"("})");
       EXPECT_EQ(encode(MessageBody{.content = text}), json);
       EXPECT_EQ(decode<MessageBody>(json).content, text);
     }

@@ -85,6 +85,7 @@ TEST(MessageModel, ThreadsDecodeAndEncodeAtTheSameTime) {
   std::array<bool, 4> same{};
   {
     std::vector<std::jthread> threads;
+    threads.reserve(same.size());
     for (bool& result : same) {
       threads.emplace_back([&result, &text] { result = encode(decode<MessageBody>(text)) == text; });
     }

@@ -24,7 +24,7 @@ TEST(Once, RunsOnceAndLetsGoOfWhatItHeld) {
   Once<void(int)> once = [held](int by) { *held += by; };
   EXPECT_EQ(held.use_count(), 2);
   std::move(once)(3);
-  EXPECT_FALSE(once);
+  EXPECT_FALSE(once);  // NOLINT(bugprone-use-after-move): what is left is the point
   EXPECT_EQ(held.use_count(), 1);
   std::move(once)(3);
   EXPECT_EQ(*held, 3);
@@ -74,7 +74,7 @@ TEST(Subscription, EndsWithTheObjectAndWhenAnotherTakesItsPlace) {
   {
     Subscription one([&] { ended += '1'; });
     Subscription moved = std::move(one);
-    EXPECT_FALSE(one);
+    EXPECT_FALSE(one);  // NOLINT(bugprone-use-after-move): what is left is the point
     EXPECT_EQ(ended, "");
     moved = Subscription([&] { ended += '2'; });
     EXPECT_EQ(ended, "1");

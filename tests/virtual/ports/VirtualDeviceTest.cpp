@@ -100,7 +100,7 @@ TEST_F(VirtualDeviceTest, RedirectsInACircleOrOutOfHttpsEndInAnError) {
        {std::tuple{"https://chat.test/there", 2.0, 42.0, TransportError::other},
         {"https://chat.test/there", 6.0, 5.0, TransportError::timedOut},
         {"http://chat.test/there", 2.0, 2.0, TransportError::other}}) {
-    const auto reply = VirtualReply::redirect(*Url::parse(target), delay);
+    auto reply = VirtualReply::redirect(*Url::parse(target), delay);
     device_.httpClient().setServer([&](const UrlRequest&) { return reply; });
     const double start = device_.mainQueue().now();
     bool ended = false;

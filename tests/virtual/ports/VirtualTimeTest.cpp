@@ -75,6 +75,7 @@ TEST_F(VirtualTime, TasksAndTimersMayOutliveTheirQueue) {
 TEST_F(VirtualTime, ManyThreadsMayQueueWhileTheMainThreadRuns) {
   int ran = 0;
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int count = 0; count < 4; ++count) {
     threads.emplace_back([&] {
       for (int task = 0; task < 500; ++task) queue().asyncAfter(0.001 * (task % 7), [&] { ++ran; });

@@ -9,7 +9,7 @@ enum class Way { close, goBack, failedCheck };
 class ClosingTest : public ChatScreenTest {
  protected:
   std::shared_ptr<OVKFApi> show(Shown how) {
-    const auto screen = started();
+    auto screen = started();
     switch (how) {
       case Shown::presented:
         hostStack_->present(screen, false);

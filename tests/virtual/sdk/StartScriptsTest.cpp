@@ -47,8 +47,11 @@ TEST(EnvironmentScriptTest, CutsHeightsToWholePoints) {
       {0, "0"}, {47.9, "47"}, {-0.5, "0"}, {-1.9, "-1"}, {-9223372036854775808.0, "-9223372036854775808"}};
   for (const auto& [height, expected] : cases) {
     EXPECT_EQ(environmentScript(nullptr, height, height),
-              R"(window.extraParams={"app_name":"kep","env_name":"test","hh":)" + expected + R"(,"bh":)" + expected +
-                  R"(,"os_name":"iOS"};)");
+              std::string(R"(window.extraParams={"app_name":"kep","env_name":"test","hh":)")
+                  .append(expected)
+                  .append(R"(,"bh":)")
+                  .append(expected)
+                  .append(R"(,"os_name":"iOS"};)"));
   }
   using Limits = std::numeric_limits<double>;
   for (const double height : {Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), 9223372036854775808.0}) {

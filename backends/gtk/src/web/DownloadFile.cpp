@@ -71,7 +71,9 @@ std::unique_ptr<DownloadFile> DownloadFile::make(const std::filesystem::path& fo
   const auto stem = std::filesystem::path(name).stem().string();
   const auto extension = std::filesystem::path(name).extension().string();
   for (int number = 1; number <= mostNumbers; ++number) {
-    const auto path = folder / (number == 1 ? name : stem + " (" + std::to_string(number) + ")" + extension);
+    auto numbered = stem;
+    if (number > 1) numbered.append(" (").append(std::to_string(number)).append(")");
+    const auto path = folder / numbered.append(extension);
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (file >= 0) {
       close(file);
