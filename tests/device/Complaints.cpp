@@ -1,13 +1,36 @@
 // Fails the test in which a library of this process complains: a warning of GTK's is a fault of ours or a host's.
-#include <string>
+#include <cstdio>
+#include <cstring>
 
-#include <glib.h>
+#include <glib-object.h>
 #include <gtest/gtest.h>
 
 namespace {
 
+// GTK 4.8's own file chooser paints the buttons of its path now and then a frame before it has given them their place.
+bool isOfThePathBar(const char* text) {
+  void* address = nullptr;
+  if (std::sscanf(text, "Trying to snapshot GtkButton %p without a current allocation", &address) != 1) return false;
+  for (auto* widget = static_cast<GObject*>(address); widget;) {
+    if (std::strcmp(G_OBJECT_TYPE_NAME(widget), "GtkPathBar") == 0) return true;
+    GObject* parent = nullptr;
+    g_object_get(widget, "parent", &parent, nullptr);
+    if (parent) g_object_unref(parent);  // its own parent keeps it
+    widget = parent;
+  }
+  return false;
+}
+
+bool isOfThePathBar(const GLogField* fields, gsize count) {
+  for (gsize index = 0; index < count; ++index) {
+    if (std::strcmp(fields[index].key, "MESSAGE") == 0)
+      return isOfThePathBar(static_cast<const char*>(fields[index].value));
+  }
+  return false;
+}
+
 GLogWriterOutput write(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*data*/) noexcept {
-  if (level & (G_LOG_LEVEL_WARNING | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR)) {
+  if ((level & (G_LOG_LEVEL_WARNING | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR)) && !isOfThePathBar(fields, count)) {
     char* const text = g_log_writer_format_fields(level, fields, count, FALSE);
     ADD_FAILURE() << text;
     g_free(text);
