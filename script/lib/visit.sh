@@ -170,7 +170,9 @@ startDemo() {
 }
 
 # To the newest window of the demo: X11 leaves it to a window manager, and a compositor does it by itself.
-giveKeyboard() { hasTouch || xdotool search --sync --onlyvisible --pid "$demoPid" windowfocus %@; }
+giveKeyboard() {
+  hasTouch || xdotool windowfocus --sync "$(xdotool search --sync --onlyvisible --pid "$demoPid" 2>/dev/null | sort -n | tail -n 1)"
+}
 
 # A page takes no touch before its first frame, which follows its reveal; a finger tries again.
 tappedBack() {
