@@ -8,13 +8,13 @@ namespace {
 // A finger belongs to the element that it went down on until the page releases it. `slop` is how far, in points, GTK
 // lets a finger move before it scrolls, and `echo` how long, in milliseconds, WebKit may take for the mouse events that
 // it makes of a tap: their pointer events would be a second press. Identifiers begin where no mouse's or pen's is.
-// The verdict on a touch comes after the last of the page's own listeners. Should WebKit make the events one day, this
-// stands back.
+// The verdict on a touch comes after the last of the page's own listeners. Where WebKit makes pointer events of touches
+// itself (from 2.54 on), it cancels none when the page scrolls and presses the mouse besides: the page gets these here.
 constexpr const char* script = R"js(
 (() => {
   const slop = 8, echo = 700;
   const fingers = new Map();
-  let nextId = 1000, last = {until: 0}, native = false;
+  let nextId = 1000, last = {until: 0};
   const find = (id) => [...fingers.values()].find((finger) => finger.id === id);
 
   const targetOf = (finger) => finger.holder?.isConnected ? finger.holder
@@ -88,7 +88,6 @@ constexpr const char* script = R"js(
     }
   };
   addEventListener('touchstart', (event) => {
-    if (native) return;
     for (const touch of event.changedTouches) {
       const {identifier, target, clientX: x, clientY: y} = touch;
       const finger = {id: nextId++, touch, x, y, startX: x, startY: y, start: target, isStill: true,
@@ -107,10 +106,10 @@ constexpr const char* script = R"js(
 
   const isEcho = (event) => fingers.size > 0 || (event.timeStamp < last.until &&
       Math.abs(event.clientX - last.x) <= 1 && Math.abs(event.clientY - last.y) <= 1);
-  for (const type of ['down', 'up', 'move', 'over', 'out', 'enter', 'leave']) {
+  for (const type of ['down', 'up', 'move', 'cancel', 'over', 'out', 'enter', 'leave']) {
     addEventListener('pointer' + type, (event) => {
-      if (event.isTrusted && event.pointerType === 'touch') native = true;
-      if (event.isTrusted && event.pointerType === 'mouse' && isEcho(event)) event.stopImmediatePropagation();
+      if (!event.isTrusted) return;
+      if (event.pointerType === 'touch' || (event.pointerType === 'mouse' && isEcho(event))) event.stopImmediatePropagation();
     }, true);
   }
   // A prevented pointerdown keeps the mouse's events of its tap away, too.
