@@ -27,6 +27,8 @@ std::string describe(const std::map<std::string, std::string>& attributes) {
   return description;
 }
 
+constexpr int mostEvents = 50;  // each row is some twenty widgets
+
 GtkWidget* emptyPageNew() {
   auto* const page = adw_status_page_new();
   adw_status_page_set_icon_name(ADW_STATUS_PAGE(page), "view-list-symbolic");
@@ -69,6 +71,9 @@ EventsPage::EventsPage() : stack_(GTK_STACK(gtk_stack_new())), list_(GTK_LIST_BO
 
 void EventsPage::add(const ConversationEvent& event) {
   gtk_list_box_prepend(list_, rowOf(event));
+  if (auto* const oldest = gtk_list_box_get_row_at_index(list_, mostEvents)) {
+    gtk_list_box_remove(list_, GTK_WIDGET(oldest));
+  }
   gtk_stack_set_visible_child_name(stack_, "list");
 }
 
