@@ -32,6 +32,21 @@ std::vector<CameraSource> sourcesOf(const char* fragments) {
   return sources;
 }
 
+// Follows the cameras that come and go. It is never stopped: PipeWire's part of it (0.3.65) does so without the lock of
+// its own thread, and now and then both free the same object.
+GstDeviceMonitor* deviceMonitor() {
+  static auto* const monitor = [] {
+    auto* const started = GST_DEVICE_MONITOR(gst_object_ref_sink(gst_device_monitor_new()));
+    gst_device_monitor_add_filter(started, "Video/Source", nullptr);
+    gst_device_monitor_start(started);
+    // Nobody takes its messages.
+    const auto bus = GRef<GstBus>::adopt(gst_device_monitor_get_bus(started));
+    gst_bus_set_flushing(bus.get(), TRUE);
+    return started;
+  }();
+  return monitor;
+}
+
 std::string propertyOf(GstDevice& device, const char* key) {
   const std::unique_ptr<GstStructure, FreeWith<gst_structure_free>> properties(gst_device_get_properties(&device));
   const char* const value = properties ? gst_structure_get_string(properties.get(), key) : nullptr;
@@ -54,12 +69,7 @@ std::vector<CameraSource> findCameras() {
   if (const char* const fragments = std::getenv(cameraSourceVariable); fragments && *fragments) {
     return sourcesOf(fragments);
   }
-  const auto monitor = GRef<GstDeviceMonitor>::sink(gst_device_monitor_new());
-  gst_device_monitor_add_filter(monitor.get(), "Video/Source", nullptr);
-  gst_device_monitor_start(monitor.get());
-  const std::unique_ptr<GList, FreeObjectList> devices(gst_device_monitor_get_devices(monitor.get()));
-  gst_device_monitor_stop(monitor.get());
-
+  const std::unique_ptr<GList, FreeObjectList> devices(gst_device_monitor_get_devices(deviceMonitor()));
   std::vector<CameraSource> cameras;
   for (auto* entry = devices.get(); entry; entry = entry->next) {
     auto* const device = GST_DEVICE(entry->data);
