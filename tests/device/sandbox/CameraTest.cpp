@@ -38,7 +38,7 @@ TEST_F(SandboxedCameraTest, TakesPhotosOfWhatTheDesktopsCameraSees) {
     const auto pixels = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file(photo.file.filePath()->c_str(), nullptr));
     ASSERT_TRUE(pixels);
     EXPECT_EQ(gdk_pixbuf_get_width(pixels.get()), 1280);
-    // A white ball on black.
+    // Coloured bars, with white and black among them.
     guint length = 0;
     const auto* const bytes = gdk_pixbuf_get_pixels_with_length(pixels.get(), &length);
     EXPECT_LT(*std::min_element(bytes, bytes + length), 10);

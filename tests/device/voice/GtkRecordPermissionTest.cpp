@@ -117,10 +117,11 @@ TEST_F(GtkRecordPermissionTest, TakesNoKeyForAnAnswerThatWasDownBeforeTheQuestio
   hands({"key-down", "space"});
   ASSERT_TRUE(wait([&] { return gtk_editable_get_text(GTK_EDITABLE(visitor_.entry()))[0] == ' '; }, patience));
   ask(shop);
-  gtk_window_set_title(GTK_WINDOW(openDialog()), "orivex-question");
-  focusWindow(GTK_WINDOW(openDialog()), "orivex-question");
-  EXPECT_EQ(gtk_window_get_focus(GTK_WINDOW(openDialog())), nullptr) << "an answer is chosen beforehand";
-  EXPECT_EQ(gtk_window_get_default_widget(GTK_WINDOW(openDialog())), nullptr);
+  auto* const window = GTK_WINDOW(gtk_widget_get_root(openDialog()));
+  gtk_window_set_title(window, "orivex-question");
+  focusWindow(window, "orivex-question");
+  EXPECT_EQ(gtk_window_get_focus(window), nullptr) << "an answer is chosen beforehand";
+  EXPECT_EQ(gtk_window_get_default_widget(window), nullptr);
   gtk_widget_child_focus(GTK_WIDGET(openDialog()), GTK_DIR_TAB_FORWARD);
   pass(1.5);  // the key repeats meanwhile
   EXPECT_TRUE(answers_.empty());
