@@ -73,7 +73,7 @@ Cost ownRoad(const Paths& photos, double quality, int workers) {
   const gtk::TestDecoder decoder;
   std::atomic<std::size_t> next = 0;
   std::vector<std::thread> threads;
-  threads.reserve(workers);
+  threads.reserve(static_cast<std::size_t>(workers));
   for (int worker = 0; worker < workers; ++worker) {
     threads.emplace_back([&] {
       for (std::size_t index = next++; index < photos.size(); index = next++) {
