@@ -122,7 +122,9 @@ TEST_F(GtkRecordPermissionTest, TakesNoKeyForAnAnswerThatWasDownBeforeTheQuestio
   focusWindow(window, "orivex-question");
   EXPECT_EQ(gtk_window_get_focus(window), nullptr) << "an answer is chosen beforehand";
   EXPECT_EQ(gtk_window_get_default_widget(window), nullptr);
-  gtk_widget_child_focus(GTK_WIDGET(openDialog()), GTK_DIR_TAB_FORWARD);
+  for (int tabs = 0; tabs < 3 && !GTK_IS_BUTTON(gtk_window_get_focus(window)); ++tabs) {
+    gtk_widget_child_focus(openDialog(), GTK_DIR_TAB_FORWARD);
+  }
   pass(1.5);  // the key repeats meanwhile
   EXPECT_TRUE(answers_.empty());
   ASSERT_NE(openDialog(), nullptr);

@@ -67,6 +67,8 @@ void disableFeature(WebKitSettings* settings, std::string_view name) {
 void limitSettings(WebKitSettings* settings) {
   // They outlive the visit in which a page has put them there.
   disableFeature(settings, "ServiceWorkers");
+  // The desktop would ask the visitor for the camera before this process is asked, and refuses.
+  webkit_settings_set_enable_media_stream(settings, FALSE);
   // The view reaches below the window's edge, so a page that fills the display would lose its controls, and the window
   // is the host's: a page that asks first learns that it cannot.
   webkit_settings_set_enable_fullscreen(settings, FALSE);
