@@ -76,10 +76,11 @@ class Bombs {
     return folder_.write("bomb-of-scans.jpg", withClaimedSize(jpeg + "\xFF\xD9", 7000, 7000));
   }
   std::filesystem::path endlessDrawing() const {
-    return folder_.write("bomb.svg",
-                         "<svg xmlns='http://www.w3.org/2000/svg' width='4000' height='4000'><filter id='f'>"
-                         "<feTurbulence baseFrequency='.1' numOctaves='9999'/></filter>"
-                         "<rect width='4000' height='4000' filter='url(#f)'/></svg>");
+    std::string drawing =
+        "<svg xmlns='http://www.w3.org/2000/svg' width='4000' height='4000'><filter id='f'>"
+        "<feTurbulence baseFrequency='.1' numOctaves='9'/></filter>";
+    for (int index = 0; index < 500; ++index) drawing += "<rect width='4000' height='4000' filter='url(#f)'/>";
+    return folder_.write("bomb.svg", drawing + "</svg>");
   }
 
  private:
