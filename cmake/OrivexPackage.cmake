@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/OrivexSDK)
 file(RELATIVE_PATH pc_to_include ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 
-foreach(folder models store platform media voice sdk)
+foreach(folder models platform session media voice sdk)
   install(TARGETS orivex_${folder} FILE_SET HEADERS)
 endforeach()
 

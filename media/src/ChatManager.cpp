@@ -5,7 +5,7 @@
 #include "LibraryPicking.h"
 
 #include "orivex/platform/base/Log.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex {
 namespace {
@@ -34,7 +34,9 @@ void serve(const Service& service, std::string_view name, Args&&... args) {
 
 }  // namespace
 
-ChatManager::ChatManager() : services{takeWithCamera, pickFromLibrary, pickDocument, openFileElsewhere} {}
+ChatManager::ChatManager()
+    : instanceURL(OVKFApiManager::shared().instanceURL),
+      services{takeWithCamera, pickFromLibrary, pickDocument, openFileElsewhere} {}
 
 ChatManager& ChatManager::shared() {
   static auto* const instance = new ChatManager;  // lives as long as the process, like every late callback may need it

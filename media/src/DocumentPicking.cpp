@@ -19,7 +19,7 @@
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/TypeRegistry.h"
 #include "orivex/platform/ui/ViewController.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex {
 namespace {

@@ -17,7 +17,7 @@
 #include "orivex/platform/ports/HttpClient.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/TypeRegistry.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex {
 namespace {

@@ -8,7 +8,6 @@
 #include "PageOrigins.h"
 #include "ScriptMessageBridge.h"
 
-#include "orivex/media/ChatManager.h"
 #include "orivex/media/DeviceIdentifier.h"
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/media/UploadManager.h"
@@ -21,7 +20,7 @@
 #include "orivex/platform/ports/WebsiteDataStore.h"
 #include "orivex/platform/ui/ScreenEdgePanGesture.h"
 #include "orivex/platform/ui/Window.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 #include "orivex/voice/RecordManager.h"
 
 namespace orivex {
@@ -106,7 +105,7 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
   auto url = Url::parse(text);
   hasAddress_ = url.has_value();
   if (url) {
-    ChatManager::shared().instanceURL = std::move(url);
+    store.instanceURL = std::move(url);
   } else {
     log::print("The chat page address does not parse: " + address.fault());
   }
@@ -239,7 +238,7 @@ void OVKFApi::loadPage() {
     OVKFApiHelper::showMessage("请求失败,请稍后重试", pageFailureSeconds, [screen = self()] { screen->close(); });
     return;
   }
-  const auto& address = ChatManager::shared().instanceURL;
+  const auto& address = OVKFApiManager::shared().instanceURL;
   if (!address) {
     fatalError("OrivexSDK/ChatManager:30",
                "instanceURL not set. Call setUrl() first. (OVKFApi::startSession sets it; call that before the screen "

@@ -14,7 +14,7 @@
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/ViewController.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 #include "orivex/voice/RecordManager.h"
 
 namespace orivex {

@@ -8,7 +8,7 @@
 #include "orivex/models/WebViewEnvModel.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/ui/UserContentController.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex {
 namespace {

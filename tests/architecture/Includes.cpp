@@ -1,6 +1,5 @@
 #include "Includes.h"
 
-#include <algorithm>
 #include <fstream>
 #include <regex>
 
@@ -17,15 +16,11 @@ void appendIncludes(std::vector<Include>& includes, const std::filesystem::path&
 
 }  // namespace
 
-std::vector<Include> includesOf(const std::filesystem::path& folder,
-                                const std::vector<std::filesystem::path>& without) {
+std::vector<Include> includesOf(const std::filesystem::path& folder) {
   std::vector<Include> includes;
-  for (auto entry = std::filesystem::recursive_directory_iterator(folder); entry != end(entry); ++entry) {
-    if (std::find(without.begin(), without.end(), entry->path()) != without.end()) {
-      entry.disable_recursion_pending();
-    } else if (const auto type = entry->path().extension(); type == ".h" || type == ".cpp" || type == ".c") {
-      appendIncludes(includes, entry->path());
-    }
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    const auto type = entry.path().extension();
+    if (type == ".h" || type == ".cpp" || type == ".c") appendIncludes(includes, entry.path());
   }
   return includes;
 }

@@ -10,6 +10,5 @@ struct Include {
   std::string header;          ///< what stands between the quotes or angle brackets
 };
 
-/// Every include in the C and C++ files of a folder, those of the folders `without` left out.
-std::vector<Include> includesOf(const std::filesystem::path& folder,
-                                const std::vector<std::filesystem::path>& without = {});
+/// Every include in the C and C++ files of a folder.
+std::vector<Include> includesOf(const std::filesystem::path& folder);

@@ -14,7 +14,7 @@
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/media/UploadManager.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex::gtk {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "ChatScreenTest.h"
 
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex::testing {
 

@@ -4,7 +4,7 @@
 
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/media/UploadManager.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex::testing {
 namespace {

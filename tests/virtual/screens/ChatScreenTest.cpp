@@ -1,7 +1,7 @@
 #include "ChatScreenTest.h"
 
 #include "orivex/media/ChatManager.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 #include "orivex/voice/RecordManager.h"
 #include "orivex/voice/VoiceManager.h"
 

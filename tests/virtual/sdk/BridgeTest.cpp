@@ -1,7 +1,7 @@
 #include "ChatScreenTest.h"
 #include "FakePickers.h"
 
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 #include "orivex/voice/VoiceManager.h"
 
 namespace orivex::testing {

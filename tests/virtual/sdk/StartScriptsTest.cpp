@@ -4,7 +4,7 @@
 #include "StartScripts.h"
 
 #include "orivex/platform/ui/UserContentController.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex::testing {
 namespace {

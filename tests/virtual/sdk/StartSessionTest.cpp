@@ -4,7 +4,7 @@
 
 #include "orivex/media/ChatManager.h"
 #include "orivex/models/MessageBody.h"
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex::testing {
 namespace {

@@ -1,6 +1,6 @@
 #include "VoiceTest.h"
 
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex::testing {
 

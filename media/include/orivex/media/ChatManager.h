@@ -13,14 +13,14 @@ namespace orivex {
 
 class ViewController;
 
-/// Serves the page's requests for photos, videos and documents, and keeps the chat page address. One per process, made
-/// on first use and never destroyed. Main thread.
+/// Serves the page's requests for photos, videos and documents. One per process, made on first use and never
+/// destroyed. Main thread.
 class ChatManager {
  public:
   static ChatManager& shared();
 
-  /// The chat page address of the session; absent before the first session whose address parsed.
-  std::optional<Url> instanceURL;
+  /// The chat page address of the session, as `OVKFApiManager` keeps it.
+  std::optional<Url>& instanceURL;
 
   /// Receives the descriptions of what the visitor picked, and, each by itself, of what was sent again after it had
   /// failed; never called when nothing was picked.

@@ -7,5 +7,5 @@
 #include "orivex/models/UserMappingModel.h"
 #include "orivex/sdk/Conversation.h"
 #include "orivex/sdk/OVKFApi.h"
-#include "orivex/sdk/OVKFApiManager.h"
 #include "orivex/sdk/Version.h"
+#include "orivex/session/OVKFApiManager.h"

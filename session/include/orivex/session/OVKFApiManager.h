@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "orivex/platform/base/Url.h"
+
 namespace orivex {
 
 struct MessageBody;
@@ -59,6 +61,9 @@ class OVKFApiManager {
 
   /// What the host wants placed in the chat page when it opens.
   std::vector<std::shared_ptr<MessageBody>> elements;
+
+  /// The chat page address of the session; absent before the first session whose address parsed.
+  std::optional<Url> instanceURL;
 
   OVKFApiManager(const OVKFApiManager&) = delete;
   OVKFApiManager& operator=(const OVKFApiManager&) = delete;

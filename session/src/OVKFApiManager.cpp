@@ -1,4 +1,4 @@
-#include "orivex/sdk/OVKFApiManager.h"
+#include "orivex/session/OVKFApiManager.h"
 
 namespace orivex {
 namespace {
