@@ -111,6 +111,13 @@ void PositionReporter::addNamed(GtkWidget* widget, Controls& found) const {
 }
 
 void PositionReporter::addDialog(Controls& found) const {
+#if ADW_CHECK_VERSION(1, 5, 0)
+  // Newer libraries show a question inside of the window.
+  if (auto* const inside = GTK_WIDGET(adw_application_window_get_visible_dialog(window_))) {
+    found["dialog"] =
+        "0 0 " + std::to_string(gtk_widget_get_width(inside)) + ' ' + std::to_string(gtk_widget_get_height(inside));
+  }
+#endif
   auto* const windows = gtk_window_get_toplevels();
   for (guint index = 0; index < g_list_model_get_n_items(windows); ++index) {
     auto* const dialog = static_cast<GtkWidget*>(g_list_model_get_item(windows, index));
