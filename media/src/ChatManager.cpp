@@ -5,6 +5,7 @@
 #include "LibraryPicking.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/session/OVKFApiManager.h"
 
 namespace orivex {
@@ -39,8 +40,7 @@ ChatManager::ChatManager()
       services{takeWithCamera, pickFromLibrary, pickDocument, openFileElsewhere} {}
 
 ChatManager& ChatManager::shared() {
-  static auto* const instance = new ChatManager;  // lives as long as the process, like every late callback may need it
-  return *instance;
+  return ProcessState::current().get<ChatManager>();
 }
 
 void ChatManager::openCamera(const PostMessageModel& request, ViewController& screen, PickedFiles completion) {

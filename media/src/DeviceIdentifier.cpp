@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "orivex/platform/Platform.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/ports/Device.h"
 
 namespace orivex {
@@ -12,15 +13,20 @@ char lowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+// Of this process, in lower case.
+struct KnownIdentifier {
+  std::string text;
+};
+
 }  // namespace
 
 const std::string& deviceIdentifier() {
-  static std::string kept;
-  if (kept.empty()) {
-    kept = Platform::current().device.identifierForVendor().value_or("");
-    std::transform(kept.begin(), kept.end(), kept.begin(), lowerCase);
+  auto& [known] = ProcessState::current().get<KnownIdentifier>();
+  if (known.empty()) {
+    known = Platform::current().device.identifierForVendor().value_or("");
+    std::transform(known.begin(), known.end(), known.begin(), lowerCase);
   }
-  return kept;
+  return known;
 }
 
 }  // namespace orivex

@@ -6,14 +6,14 @@
 #include <utility>
 
 #include "orivex/platform/Platform.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/Window.h"
 
 namespace orivex {
 
 KeptUploads& KeptUploads::shared() {
-  static auto* const instance = new KeptUploads;  // lives as long as the process, like the overlay's other users
-  return *instance;
+  return ProcessState::current().get<KeptUploads>();
 }
 
 Window* KeptUploads::Kept::window() const {

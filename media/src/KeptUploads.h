@@ -23,6 +23,7 @@ class KeptUploads {
   KeptUploads& operator=(const KeptUploads&) = delete;
 
  private:
+  friend class ProcessState;
   struct Kept {
     std::weak_ptr<View> view;
     Subscription leaving;

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "orivex/platform/Platform.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 
 namespace orivex {
@@ -23,8 +24,7 @@ std::string percentage(float fraction) {
 }  // namespace
 
 VisitorOverlay& VisitorOverlay::shared() {
-  static auto* const instance = new VisitorOverlay;  // lives as long as the process, like the uploads that use it
-  return *instance;
+  return ProcessState::current().get<VisitorOverlay>();
 }
 
 void VisitorOverlay::showMessage(const std::string& text) {

@@ -61,6 +61,7 @@ class VisitorOverlay {
   VisitorOverlay& operator=(const VisitorOverlay&) = delete;
 
  private:
+  friend class ProcessState;
   VisitorOverlay() = default;
   ~VisitorOverlay() = default;
 

@@ -1,5 +1,7 @@
 #include "orivex/session/OVKFApiManager.h"
 
+#include "orivex/platform/base/ProcessState.h"
+
 namespace orivex {
 namespace {
 
@@ -23,9 +25,7 @@ OVKFApiManager::OVKFApiManager()
       videoSize([] { return defaultVideoSize; }) {}
 
 OVKFApiManager& OVKFApiManager::shared() {
-  // Never destroyed: late callbacks of worker threads may still read it while the process ends.
-  static auto* const instance = new OVKFApiManager;
-  return *instance;
+  return ProcessState::current().get<OVKFApiManager>();
 }
 
 }  // namespace orivex

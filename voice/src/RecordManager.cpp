@@ -9,6 +9,7 @@
 #include "orivex/media/UploadManager.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/ports/FileManager.h"
 #include "orivex/platform/ports/RecordPermission.h"
 #include "orivex/voice/VoiceManager.h"
@@ -61,8 +62,7 @@ UploadFileInfoModel describe(const UploadResposeModel& stored, double seconds) {
 }  // namespace
 
 RecordManager& RecordManager::shared() {
-  static auto* const instance = new RecordManager;
-  return *instance;
+  return ProcessState::current().get<RecordManager>();
 }
 
 const std::shared_ptr<RecordingView>& RecordManager::recordingView() {

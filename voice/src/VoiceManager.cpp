@@ -6,6 +6,7 @@
 #include "orivex/models/RandomUUID.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/ports/FileManager.h"
 
 namespace orivex {
@@ -39,8 +40,7 @@ void logIf(const char* what, const std::optional<Failure>& failure) {
 }  // namespace
 
 VoiceManager& VoiceManager::shared() {
-  static auto* const instance = new VoiceManager;
-  return *instance;
+  return ProcessState::current().get<VoiceManager>();
 }
 
 void VoiceManager::startRecording() {

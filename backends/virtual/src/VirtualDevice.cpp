@@ -29,16 +29,17 @@ VirtualDevice::VirtualDevice()
                 .camera = camera_,
                 .audioSession = audioSession_,
                 .recordPermission = recordPermission_},
-      previous_(Platform::isInstalled() ? &Platform::current() : nullptr) {
+      previous_(ProcessState::use(&process_)) {
   componentBundle_.addResource("skeleton", "html", "<!doctype html>\n<title>Skeleton</title>\n");
   Platform::install(&platform_);
 }
 
 VirtualDevice::~VirtualDevice() {
-  // The screens in the window and in waiting work go while the ports they use are still there.
+  // Screens and what a process has one of go while the ports that they use are still there.
   application_.window()->setRootViewController(nullptr);
   mainQueue_.discardPending();
-  Platform::install(previous_);
+  process_.clear();
+  ProcessState::use(previous_);
 }
 
 void VirtualDevice::forgetHistory() {

@@ -13,13 +13,7 @@ constexpr const char* stored = R"({"url":"u","inputContentType":"a","actualConte
 
 class UploadManagerTest : public ChatScreenTest {
  protected:
-  UploadManagerTest() {
-    auto& store = OVKFApiManager::shared();
-    store.host.set("https://chat.example");
-    store.entryId.set("");
-    store.appKey.set("");
-    store.guestId.set(std::nullopt);
-  }
+  UploadManagerTest() { OVKFApiManager::shared().host.set("https://chat.example"); }
 
   /// Uploads one file and lets time pass until it is over; the failure's message, or "stored <url>".
   std::string upload(double seconds = 1) {

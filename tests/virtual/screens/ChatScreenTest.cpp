@@ -1,19 +1,8 @@
 #include "ChatScreenTest.h"
 
-#include "orivex/media/ChatManager.h"
-#include "orivex/session/OVKFApiManager.h"
-#include "orivex/voice/RecordManager.h"
-#include "orivex/voice/VoiceManager.h"
-
 namespace orivex::testing {
 
 ChatScreenTest::ChatScreenTest() {
-  // Left over by another test when a whole binary is run in one process.
-  ChatManager::shared().instanceURL.reset();
-  OVKFApiManager::shared().elements.clear();
-  RecordManager::shared().closeMicrophone();
-  VoiceManager::shared().isRecordingAllowed = false;
-  VoiceManager::shared().isStop = false;
   device_.application().window()->setRootViewController(hostStack_);
 }
 

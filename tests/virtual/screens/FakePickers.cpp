@@ -2,14 +2,10 @@
 
 namespace orivex::testing {
 
-FakePickers::FakePickers() : services_(ChatManager::shared().services) {
+FakePickers::FakePickers() {
   ChatManager::shared().services = {
       picker("camera"), picker("photoLibrary"), picker("documents"),
       [this](const Url& file, ViewController& /*screen*/) { openedFiles.push_back(file.absoluteString()); }};
-}
-
-FakePickers::~FakePickers() {
-  ChatManager::shared().services = services_;
 }
 
 ChatManager::Picker FakePickers::picker(const char* name) {

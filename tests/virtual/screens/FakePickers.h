@@ -7,7 +7,7 @@
 
 namespace orivex::testing {
 
-/// Stands in for the pickers while it lives: notes what the page asked for and keeps the completion.
+/// Stands in for the pickers of a device: notes what the page asked for and keeps the completion.
 class FakePickers {
  public:
   struct Asked {
@@ -19,7 +19,7 @@ class FakePickers {
   FakePickers();
   FakePickers(const FakePickers&) = delete;
   FakePickers& operator=(const FakePickers&) = delete;
-  ~FakePickers();
+  ~FakePickers() = default;
 
   std::vector<Asked> asked;
   std::vector<std::string> openedFiles;
@@ -29,8 +29,6 @@ class FakePickers {
 
  private:
   ChatManager::Picker picker(const char* name);
-
-  ChatManager::Services services_;
 };
 
 }  // namespace orivex::testing

@@ -1,14 +1,20 @@
-#include <cstdlib>
+#include <tuple>
 
 #include "DeviceTest.h"
 
+#include "orivex/media/ChatManager.h"
 #include "orivex/media/DeviceIdentifier.h"
+#include "orivex/models/MessageBody.h"
+#include "orivex/models/UserMappingModel.h"
 #include "orivex/sdk/OVKFApi.h"
+#include "orivex/session/OVKFApiManager.h"
+#include "orivex/voice/RecordManager.h"
+#include "orivex/voice/VoiceManager.h"
 
 namespace orivex::testing {
 namespace {
 
-void askForTheIdentifier() {
+TEST(DeviceIdentifier, IsAskedForUntilThereIsOne) {
   VirtualDevice device;
   device.identity().setIdentifierForVendor(std::nullopt);
   EXPECT_EQ(deviceIdentifier(), "");
@@ -16,12 +22,52 @@ void askForTheIdentifier() {
   EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
   device.identity().setIdentifierForVendor("00000000-0000-0000-0000-000000000000");
   EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
-  std::exit(::testing::Test::HasFailure() ? 1 : 0);
 }
 
-TEST(DeviceIdentifier, IsAskedForUntilThereIsOne) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process of its own: the identifier lives as long as that
-  EXPECT_EXIT(askForTheIdentifier(), ::testing::ExitedWithCode(0), "");
+// What a session and its screens leave behind in a process.
+auto leftBehind() {
+  auto& store = OVKFApiManager::shared();
+  const auto& address = ChatManager::shared().instanceURL;
+  return std::tuple(store.host.get(), store.user.get(), store.guestId.get(), store.videoSize.get(),
+                    store.elements.size(), address ? address->absoluteString() : "",
+                    ChatManager::shared().services.camera != nullptr, VoiceManager::shared().isStop,
+                    RecordManager::shared().recordingView()->isHidden(), deviceIdentifier());
+}
+
+TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
+  const VirtualDevice device;
+  const auto fresh = leftBehind();
+  OVKFApi screen;
+  screen.startSession("https://chat.example", "entry", "key", std::make_shared<UserMappingModel>());
+  screen.sendMessage(1, std::make_shared<MessageBody>());
+  OVKFApiManager::shared().guestId.set("guest");
+  OVKFApiManager::shared().videoSize.set(1);
+  ChatManager::shared().services = {};
+  VoiceManager::shared().isStop = true;
+  RecordManager::shared().recordingView()->setHidden(false);
+  const auto used = leftBehind();
+  {
+    VirtualDevice next;
+    EXPECT_EQ(leftBehind(), fresh);
+  }
+  {
+    VirtualDevice other;
+    other.identity().setIdentifierForVendor("other");
+    EXPECT_EQ(deviceIdentifier(), "other");
+  }
+  EXPECT_EQ(leftBehind(), used);
+}
+
+TEST(VirtualDeviceTest, EndsWhatAManagerHolds) {
+  std::shared_ptr<VirtualAudioSession::Recording> recording;
+  {
+    VirtualDevice device;
+    VoiceManager::shared().isRecordingAllowed = true;
+    VoiceManager::shared().startRecording();
+    recording = device.audioSession().recordings().back();
+    EXPECT_TRUE(recording->recording);
+  }
+  EXPECT_TRUE(recording->destroyed);
 }
 
 class VersionTest : public DeviceTest {};

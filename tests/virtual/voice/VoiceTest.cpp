@@ -1,13 +1,8 @@
 #include "VoiceTest.h"
 
-#include "orivex/session/OVKFApiManager.h"
-
 namespace orivex::testing {
 
 VoiceTest::VoiceTest() {
-  VoiceManager::shared().duration = 0;
-  VoiceManager::shared().recorder_file_path.reset();
-  OVKFApiManager::shared().host.set("https://chat.example");
   device_.httpClient().setUploadServer([](const UploadRequest&) {
     return VirtualUploadReply::respond(
         200, R"({"url":"https://u/c.wav","inputContentType":"audio/wav","actualContentType":"audio/wav"})", 0.5);

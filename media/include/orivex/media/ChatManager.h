@@ -48,6 +48,7 @@ class ChatManager {
   ChatManager& operator=(const ChatManager&) = delete;
 
  private:
+  friend class ProcessState;
   ChatManager();
   ~ChatManager() = default;
 };

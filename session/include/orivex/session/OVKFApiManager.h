@@ -69,6 +69,7 @@ class OVKFApiManager {
   OVKFApiManager& operator=(const OVKFApiManager&) = delete;
 
  private:
+  friend class ProcessState;
   OVKFApiManager();
   ~OVKFApiManager() = default;
 };

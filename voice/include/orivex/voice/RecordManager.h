@@ -56,6 +56,7 @@ class RecordManager {
   RecordManager& operator=(const RecordManager&) = delete;
 
  private:
+  friend class ProcessState;
   RecordManager() = default;
   ~RecordManager() = default;
 

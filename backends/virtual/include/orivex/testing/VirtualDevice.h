@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orivex/platform/Platform.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/testing/VirtualAnimator.h"
 #include "orivex/testing/VirtualApplication.h"
 #include "orivex/testing/VirtualAudioSession.h"
@@ -28,6 +29,8 @@ namespace orivex::testing {
 
 /// A device in memory for tests without a display, a network or a clock. It is installed as the platform for as long
 /// as it lives; the thread that makes it is the main thread. Screens that a test still holds must go before it does.
+/// Each device is a fresh process: the session, the managers and all else that a process has one of begin and end with
+/// it, so the tests of one program do not see each other.
 ///
 /// Nothing happens by itself: a test acts, then lets time pass with `advance` or `runUntilIdle`, then looks. Calls off
 /// the main thread to what belongs to it stop the process, work on the global queue included.
@@ -105,7 +108,8 @@ class VirtualDevice {
   VirtualAudioSession audioSession_{mainQueue_};
   VirtualRecordPermission recordPermission_{mainQueue_};
   Platform platform_;
-  const Platform* previous_;
+  ProcessState process_;
+  ProcessState* previous_;
 };
 
 /// Installs a virtual device for the rest of the process and returns it, the same one at each call.
