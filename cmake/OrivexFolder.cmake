@@ -1,8 +1,10 @@
 # One CMake target per folder. A folder sees the headers of the folders it names and of no other, so an include that
 # points up or sideways does not compile.
 #
-#   orivex_folder(<name> SOURCES <cpp>... HEADERS <h>... [DEPENDS <folder or library>...] [USES <private library>...])
+#   orivex_folder(<name> SOURCES <cpp>... HEADERS <h>... [DEPENDS <folder or library>...] [USES <private library>...]
+#                 [SEES <folder>...])
 #
+# SEES: a backend, which links all of OrivexSDK and whose users do, sees only these folders of it.
 # The target is orivex_<name>, and the libraries of the system are PkgConfig::ORIVEX_<name>, so that a host that has this
 # project as a subproject may have targets of the short names; inside, the short names do.
 #
@@ -40,7 +42,7 @@ function(orivex_resolve out)
 endfunction()
 
 function(orivex_folder name)
-  cmake_parse_arguments(ARG "" "KIND" "SOURCES;HEADERS;DEPENDS;USES" ${ARGN})
+  cmake_parse_arguments(ARG "" "KIND" "SOURCES;HEADERS;DEPENDS;USES;SEES" ${ARGN})
   if(NOT ARG_KIND)
     set(ARG_KIND OBJECT)
   endif()
@@ -54,5 +56,14 @@ function(orivex_folder name)
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS include FILES ${ARG_HEADERS})
   target_include_directories(${target} PRIVATE src)
   target_link_libraries(${target} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_USES})
+  if(ARG_SEES)
+    target_link_libraries(${target} INTERFACE OrivexSDK)
+    if(ARG_KIND STREQUAL SHARED)
+      target_link_libraries(${target} PRIVATE $<LINK_ONLY:OrivexSDK>)
+    endif()
+  endif()
+  foreach(folder IN LISTS ARG_SEES)
+    target_include_directories(${target} PRIVATE $<TARGET_PROPERTY:orivex_${folder},INTERFACE_INCLUDE_DIRECTORIES>)
+  endforeach()
   orivex_compile_options(${target})
 endfunction()

@@ -9,7 +9,6 @@
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/base/Log.h"
-#include "orivex/sdk/Version.h"
 
 namespace orivex::gtk {
 namespace {
@@ -35,8 +34,9 @@ GtkDevice& device() {
 
 }  // namespace
 
+// The component's bundle lies beside this library, as it lies beside OrivexSDK.
 GtkDevice::GtkDevice()
-    : componentBundle_(FolderBundle::besideLibrary(&OrivexSDKVersionNumber)),
+    : componentBundle_(FolderBundle::besideLibrary(&installedDevice)),
       session_(makeWebSession(storageName())),
       webEngines_(mainQueue_, session_, componentBundle_.pathOf("web-process")),
       websiteDataStore_(session_.get(), webDataFolder(storageName())),
