@@ -86,7 +86,9 @@ Cost ownRoad(const Paths& photos, double quality, int workers) {
   for (const auto& process : gtk::childProcesses()) {
     cost.processor = std::max(cost.processor, processMilliseconds(process));
     constexpr double kibibyte = 1024;
-    cost.decoderBytes += std::stod(gtk::figureOf(process, "VmHWM:\t")) * kibibyte;
+    const double peak = std::stod(gtk::figureOf(process, "VmHWM:\t")) * kibibyte;
+    cost.decoderBytes += peak;
+    cost.largestDecoderBytes = std::max(cost.largestDecoderBytes, peak);
   }
   return cost;
 }

@@ -16,6 +16,7 @@ double plainRoad(const Paths& photos, int quality);
 struct Cost {
   double processor = 0;     ///< milliseconds of the busiest, its start included
   double decoderBytes = 0;  ///< the peaks of all, added up
+  double largestDecoderBytes = 0;
 };
 
 /// The component's codec and Base64 on `workers` threads, which take the next photo when they are free, with decoders

@@ -91,8 +91,8 @@ void measureSpeed(const Paths& photos, double quality) {
 }
 
 void measureMemory(const gtk::TemporaryFolder& folder, double quality) {
-  for (const std::string road : {"plain", "own"}) {
-    const auto arguments = road + " " + std::to_string(quality) + " '" + folder.path().string() + "'";
+  for (const std::string road : {"plain", "own", "larger decoder"}) {
+    const auto arguments = "'" + road + "' " + std::to_string(quality) + " '" + folder.path().string() + "'";
     print("peak memory, " + road + ", in decoded photos", askFreshProcess(arguments) / photoBytes, "");
   }
 }
@@ -101,15 +101,15 @@ void measureMemory(const gtk::TemporaryFolder& folder, double quality) {
 int tellPeak(const std::string& road, double quality, const std::filesystem::path& folder) {
   Paths photos;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) photos.push_back(entry.path());
-  double decoders = 0;
+  Cost cost;
   const double own = growth([&] {
     if (road == "plain") {
       plainRoad(photos, static_cast<int>(quality * 100));
     } else {
-      decoders = ownRoad(photos, quality, workers).decoderBytes;
+      cost = ownRoad(photos, quality, workers);
     }
   });
-  std::printf("%.0f\n", own + decoders);
+  std::printf("%.0f\n", road == "larger decoder" ? cost.largestDecoderBytes : own + cost.decoderBytes);
   return 0;
 }
 

@@ -2,100 +2,73 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
-#include <utility>
-#include <vector>
+#include <memory>
 
 namespace orivex::gtk {
 namespace {
 
-// Offsets and sizes of ICC.1:2010, which older and newer profiles share.
-constexpr std::size_t headerBytes = 128;
-constexpr std::size_t entryBytes = 12;
-constexpr std::size_t signatureOffset = 36;
-constexpr std::size_t colorSpaceOffset = 16;
-constexpr std::size_t maximumTags = 100;
+struct CloseProfile {
+  void operator()(void* profile) const { cmsCloseProfile(profile); }
+};
+
+using Profile = std::unique_ptr<void, CloseProfile>;
 
 // A profile of a camera or display has a few kilobytes; those of printing presses are not for pictures to look at.
 constexpr std::size_t maximumBytes = std::size_t{1} << 20U;
 
-struct Field {
-  std::ptrdiff_t offset;
-  std::ptrdiff_t length;
-};
+constexpr auto cicpTag = static_cast<cmsTagSignature>(0x63696370);  // of ICC.1:2022, newer than lcms2's list
+constexpr std::array colorTags{cmsSigRedColorantTag,
+                               cmsSigGreenColorantTag,
+                               cmsSigBlueColorantTag,
+                               cmsSigRedTRCTag,
+                               cmsSigGreenTRCTag,
+                               cmsSigBlueTRCTag,
+                               cmsSigGrayTRCTag,
+                               cmsSigMediaWhitePointTag,
+                               cmsSigMediaBlackPointTag,
+                               cmsSigChromaticAdaptationTag,
+                               cmsSigAToB0Tag,
+                               cmsSigAToB1Tag,
+                               cmsSigAToB2Tag,
+                               cmsSigBToA0Tag,
+                               cmsSigBToA1Tag,
+                               cmsSigBToA2Tag,
+                               cicpTag};
 
-// Header fields that say with what, when and for which device the profile was made, and what is reserved.
-constexpr std::array<Field, 5> foreignFields{{{4, 4}, {24, 12}, {40, 4}, {48, 8}, {80, 48}}};
-
-constexpr std::array<std::string_view, 17> colorTags{"rXYZ", "gXYZ", "bXYZ", "rTRC", "gTRC", "bTRC",
-                                                     "kTRC", "wtpt", "bkpt", "chad", "A2B0", "A2B1",
-                                                     "A2B2", "B2A0", "B2A1", "B2A2", "cicp"};
-
-std::uint32_t number(std::span<const std::uint8_t> bytes, std::size_t offset) {
-  return static_cast<std::uint32_t>(bytes[offset]) << 24U | static_cast<std::uint32_t>(bytes[offset + 1]) << 16U |
-         static_cast<std::uint32_t>(bytes[offset + 2]) << 8U | bytes[offset + 3];
+bool copyTag(const Profile& from, const Profile& to, cmsTagSignature tag) {
+  if (!cmsIsTag(from.get(), tag)) return false;
+  std::string data(cmsReadRawTag(from.get(), tag, nullptr, 0), '\0');
+  const auto length = cmsReadRawTag(from.get(), tag, data.data(), static_cast<cmsUInt32Number>(data.size()));
+  return length > 0 && cmsWriteRawTag(to.get(), tag, data.data(), length);
 }
 
-std::string_view text(std::span<const std::uint8_t> bytes, std::size_t offset, std::size_t length) {
-  return {reinterpret_cast<const char*>(bytes.data()) + offset, length};
-}
-
-void append(std::string& out, std::size_t value) {
-  for (const unsigned shift : {24U, 16U, 8U, 0U}) out.push_back(static_cast<char>(value >> shift & 0xFFU));
-}
-
-struct Tag {
-  std::string_view signature;
-  std::string_view data;
-};
-
-// The colour tags of the profile; nothing when its table does not fit into it.
-std::vector<Tag> tagsOf(std::span<const std::uint8_t> profile) {
-  const std::size_t count = number(profile, headerBytes);
-  if (count > maximumTags || profile.size() < headerBytes + 4 + count * entryBytes) return {};
-  std::vector<Tag> tags;
-  for (std::size_t index = 0; index < count; ++index) {
-    const auto entry = headerBytes + 4 + index * entryBytes;
-    const std::size_t offset = number(profile, entry + 4);
-    const std::size_t length = number(profile, entry + 8);
-    if (offset > profile.size() || length > profile.size() - offset) return {};
-    const auto signature = text(profile, entry, 4);
-    if (std::find(colorTags.begin(), colorTags.end(), signature) == colorTags.end()) continue;
-    tags.push_back({signature, text(profile, offset, length)});
-  }
-  return tags;
-}
-
-std::string plainHeader(std::span<const std::uint8_t> profile, std::size_t size) {
-  std::string header;
-  append(header, size);
-  header += text(profile, 4, headerBytes - 4);
-  for (const auto& field : foreignFields) std::fill_n(header.begin() + field.offset, field.length, '\0');
-  return header;
+std::string bytesOf(const Profile& profile) {
+  cmsUInt32Number length = 0;
+  if (!cmsSaveProfileToMem(profile.get(), nullptr, &length)) return {};
+  std::string bytes(length, '\0');
+  if (!cmsSaveProfileToMem(profile.get(), bytes.data(), &length)) return {};
+  constexpr std::ptrdiff_t dateOffset = 24;
+  constexpr std::ptrdiff_t dateBytes = 12;
+  std::fill_n(bytes.begin() + dateOffset, dateBytes, '\0');  // lcms2 puts the time of this device there
+  return bytes;
 }
 
 }  // namespace
 
-std::string colorsOfProfile(std::span<const std::uint8_t> profile, std::string_view colorSpace) {
-  if (profile.size() < headerBytes + 4 || profile.size() > maximumBytes) return {};
-  if (text(profile, signatureOffset, 4) != "acsp" || text(profile, colorSpaceOffset, 4) != colorSpace) return {};
-  const auto tags = tagsOf(profile);
-  if (tags.empty()) return {};
+std::string plainProfile(std::string_view profile, cmsColorSpaceSignature colors) {
+  if (profile.size() > maximumBytes) return {};
+  const Profile whole(cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size())));
+  if (!whole || cmsGetColorSpace(whole.get()) != colors) return {};
 
-  std::string table;
-  std::string data;
-  std::map<std::pair<const char*, std::size_t>, std::size_t> written;  // tags may share their data
-  append(table, tags.size());
-  const auto dataOffset = headerBytes + 4 + tags.size() * entryBytes;
-  for (const auto& tag : tags) {
-    const auto [place, isNew] = written.try_emplace({tag.data.data(), tag.data.size()}, dataOffset + data.size());
-    if (isNew) data.append(tag.data).append((4 - tag.data.size() % 4) % 4, '\0');
-    table += tag.signature;
-    append(table, place->second);
-    append(table, tag.data.size());
-    if (data.size() > maximumBytes) return {};
-  }
-  return plainHeader(profile, dataOffset + data.size()) + table + data;
+  const Profile plain(cmsCreateProfilePlaceholder(nullptr));
+  cmsSetEncodedICCversion(plain.get(), cmsGetEncodedICCversion(whole.get()));
+  cmsSetDeviceClass(plain.get(), cmsGetDeviceClass(whole.get()));
+  cmsSetColorSpace(plain.get(), colors);
+  cmsSetPCS(plain.get(), cmsGetPCS(whole.get()));
+  cmsSetHeaderRenderingIntent(plain.get(), cmsGetHeaderRenderingIntent(whole.get()));
+  std::size_t copied = 0;
+  for (const auto tag : colorTags) copied += copyTag(whole, plain, tag) ? 1 : 0;
+  return copied > 0 ? bytesOf(plain) : std::string();
 }
 
 }  // namespace orivex::gtk

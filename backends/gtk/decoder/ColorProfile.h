@@ -1,15 +1,14 @@
 #pragma once
 
-#include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
+
+#include <lcms2.h>
 
 namespace orivex::gtk {
 
 /// An ICC profile that holds nothing but what turns colours into those of a display: texts, dates, makers and private
-/// tags of the original are gone. Empty when `profile` is damaged or not for pictures of `colorSpace` (the four
-/// characters by which ICC names it).
-std::string colorsOfProfile(std::span<const std::uint8_t> profile, std::string_view colorSpace);
+/// tags of the original are gone. Empty when `profile` is, or is damaged or not for `colors`.
+std::string plainProfile(std::string_view profile, cmsColorSpaceSignature colors);
 
 }  // namespace orivex::gtk

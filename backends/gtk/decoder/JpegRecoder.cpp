@@ -1,148 +1,199 @@
 #include "JpegRecoder.h"
 
 #include <algorithm>
-#include <span>
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include <glib.h>
+
+#include "ColorProfile.h"
+#include "JpegMetadata.h"
 #include "PictureLimits.h"
+#include "TurboJpeg.h"
+#include "Turn.h"
+#include "glib/GMemory.h"
 
 namespace orivex::gtk {
 namespace {
 
-// Of a decompressor or a compressor.
-template <class Info>
-std::span<jpeg_component_info> componentsOf(const Info& info) {
-  return {info.comp_info, static_cast<std::size_t>(info.num_components)};
+using MappedFile = std::unique_ptr<GMappedFile, FreeWith<g_mapped_file_unref>>;
+
+/// What a picture's planes are laid out by.
+struct Layout {
+  int width;
+  int height;
+  int subsampling;
+
+  int planes() const { return subsampling == TJSAMP_GRAY ? 1 : 3; }
+
+  std::uint64_t bytes() const {
+    std::uint64_t all = 0;
+    for (int plane = 0; plane < planes(); ++plane) all += tjPlaneSizeYUV(plane, width, 0, height, subsampling);
+    return all;
+  }
+
+  /// That of the picture turned upright; without a subsampling when there is none for it.
+  Layout upright(const Turn& turn) const {
+    if (!turn.swapsAxes) return *this;
+    constexpr std::array<std::pair<int, int>, 5> swapped{{{TJSAMP_444, TJSAMP_444},
+                                                          {TJSAMP_420, TJSAMP_420},
+                                                          {TJSAMP_GRAY, TJSAMP_GRAY},
+                                                          {TJSAMP_422, TJSAMP_440},
+                                                          {TJSAMP_440, TJSAMP_422}}};
+    for (const auto& [stored, turned] : swapped) {
+      if (stored == subsampling) return {height, width, turned};
+    }
+    return {height, width, -1};
+  }
+};
+
+/// The samples of one colour component.
+struct Plane {
+  Plane(const Layout& layout, int component)
+      : width(component == 0 ? layout.width : tjPlaneWidth(component, layout.width, layout.subsampling)),
+        height(component == 0 ? layout.height : tjPlaneHeight(component, layout.height, layout.subsampling)),
+        rowBytes(tjPlaneWidth(component, layout.width, layout.subsampling)),
+        rows(tjPlaneHeight(component, layout.height, layout.subsampling)),
+        samples(std::make_unique_for_overwrite<std::uint8_t[]>(static_cast<std::size_t>(rowBytes) *
+                                                               static_cast<std::size_t>(rows))) {}
+
+  // Of a file that was cut off in its first blocks; libjpeg leaves the rest grey.
+  bool isBlank() const {
+    constexpr int tallestBlock = 16;
+    const auto* const rest = at(0, std::min(tallestBlock, rows - 1));
+    return std::all_of<const std::uint8_t*>(rest, at(0, rows), [rest](std::uint8_t sample) { return sample == *rest; });
+  }
+
+  std::uint8_t* at(int x, int y) const { return samples.get() + std::ptrdiff_t{rowBytes} * y + x; }
+
+  int width;
+  int height;
+  int rowBytes;  // one more than the width where colours of an odd picture are subsampled; so are the rows
+  int rows;
+  std::unique_ptr<std::uint8_t[]> samples;
+};
+
+// Fills `upright`. A turned row crosses all stored rows: within a tile, their samples are still in the cache for the
+// next row.
+void turnPlane(const Plane& stored, const Turn& turn, const Plane& upright) {
+  constexpr int tileWidth = 32;
+  const std::ptrdiff_t alongX = turn.mirrorsX ? -1 : 1;
+  const std::ptrdiff_t alongY = std::ptrdiff_t{stored.rowBytes} * (turn.mirrorsY ? -1 : 1);
+  const auto [right, down] = turn.upright(alongX, alongY);
+  const auto* const origin = stored.at(turn.mirrorsX ? stored.width - 1 : 0, turn.mirrorsY ? stored.height - 1 : 0);
+  for (int left = 0; left < upright.width; left += tileWidth) {
+    for (int y = 0; y < upright.height; ++y) {
+      const auto* from = origin + left * right + y * down;
+      auto* const end = upright.at(std::min(left + tileWidth, upright.width), y);
+      for (auto* to = upright.at(left, y); to != end; ++to, from += right) *to = *from;
+    }
+  }
+  for (int y = 0; y < upright.height; ++y) {
+    std::fill(upright.at(upright.width, y), upright.at(upright.rowBytes, y), *upright.at(upright.width - 1, y));
+  }
+  for (int y = upright.height; y < upright.rows; ++y) {
+    std::copy_n(upright.at(0, upright.height - 1), upright.rowBytes, upright.at(0, y));
+  }
 }
 
-// Rows of the picture that libjpeg takes or gives at once.
-template <class Info>
-unsigned groupLines(const Info& info) {
-  return static_cast<unsigned>(info.max_v_samp_factor) * DCTSIZE;
-}
+/// A JPEG file on its way through libturbojpeg.
+class JpegRecoder {
+ public:
+  /// False when the picture cannot be encoded anew sample by sample.
+  bool open(std::FILE* file) {
+    content_.reset(g_mapped_file_new_from_fd(fileno(file), FALSE, nullptr));
+    if (!content_) return false;
+    int colors = 0;
+    if (tjDecompressHeader3(decompressor_.get(), bytes(), length(), &stored_.width, &stored_.height,
+                            &stored_.subsampling, &colors) != 0) {
+      return false;
+    }
+    metadata_ = JpegMetadata::of({g_mapped_file_get_contents(content_.get()), length()});
+    turn_ = Turn::ofOrientation(metadata_.orientation);
+    upright_ = stored_.upright(turn_);
+    return (colors == TJCS_YCbCr || colors == TJCS_GRAY) && upright_.subsampling >= 0;
+  }
 
-template <class Info>
-std::size_t groupsOf(const Info& info) {
-  return (info.image_height + groupLines(info) - 1) / groupLines(info);
-}
+  bool isTooLarge() const {
+    const auto width = static_cast<std::uint64_t>(stored_.width);
+    const auto height = static_cast<std::uint64_t>(stored_.height);
+    const auto turnedBytes = turn_.isNone() ? 0 : width * height;  // of the largest plane: they are turned by turns
+    return gtk::isTooLarge(width, height, stored_.bytes() + turnedBytes);
+  }
 
-// The table of the usual two, for luma and for chroma, by which a component is quantised.
-std::size_t tableOf(std::size_t component) {
-  return component == 0 ? 0 : 1;
-}
+  /// False when nothing of the picture is there.
+  bool decode() {
+    for (int component = 0; component < stored_.planes(); ++component) planes_.emplace_back(stored_, component);
+    const int result = tjDecompressToYUVPlanes(decompressor_.get(), bytes(), length(), pointers().data(), stored_.width,
+                                               nullptr, stored_.height, TJFLAG_ACCURATEDCT | TJFLAG_LIMITSCANS);
+    if (result == 0) return true;
+    // What can be decoded of damaged data is shown, as viewers do.
+    return tjGetErrorCode(decompressor_.get()) == TJERR_WARNING && !planes_[0].isBlank();
+  }
+
+  Failure failure() const { return Failure{tjGetErrorStr2(decompressor_.get())}; }
+
+  void turn() {
+    if (turn_.isNone()) return;
+    for (int component = 0; component < stored_.planes(); ++component) {
+      auto& plane = planes_[static_cast<std::size_t>(component)];
+      Plane upright(upright_, component);
+      turnPlane(plane, turn_, upright);
+      plane = std::move(upright);
+    }
+  }
+
+  /// Once; takes the picture.
+  std::variant<JpegImage, Failure> encode(double quality) {
+    const TurboJpeg compressor(tjInitCompress());
+    TurboBuffer jpeg(upright_.width, upright_.height, upright_.subsampling);
+    const auto planes = pointers();
+    std::array<const std::uint8_t*, 3> samples{planes[0], planes[1], planes[2]};
+    if (tjCompressFromYUVPlanes(compressor.get(), samples.data(), upright_.width, nullptr, upright_.height,
+                                upright_.subsampling, &jpeg.bytes, &jpeg.length, turboQuality(quality),
+                                TJFLAG_ACCURATEDCT) != 0) {
+      return Failure{tjGetErrorStr2(compressor.get())};
+    }
+    planes_.clear();  // the JPEG is copied next
+    const auto profile = plainProfile(metadata_.profile, stored_.planes() == 1 ? cmsSigGrayData : cmsSigRgbData);
+    return JpegImage{jpeg.withProfile(profile),
+                     {static_cast<double>(upright_.width), static_cast<double>(upright_.height)}};
+  }
+
+ private:
+  const unsigned char* bytes() const {
+    return reinterpret_cast<const unsigned char*>(g_mapped_file_get_contents(content_.get()));
+  }
+  unsigned long length() const { return g_mapped_file_get_length(content_.get()); }
+
+  std::array<std::uint8_t*, 3> pointers() const {
+    std::array<std::uint8_t*, 3> pointers{};
+    for (std::size_t index = 0; index < planes_.size(); ++index) pointers[index] = planes_[index].samples.get();
+    return pointers;
+  }
+
+  MappedFile content_;
+  JpegMetadata metadata_;
+  TurboJpeg decompressor_{tjInitDecompress()};
+  Layout stored_{};
+  Layout upright_{};
+  Turn turn_;
+  std::vector<Plane> planes_;
+};
 
 }  // namespace
 
-std::optional<std::variant<JpegImage, Failure>> JpegRecoder::recode() {
-  if (!errors_.run([this] { source_.readHeader(file_); })) return Failure{errors_.message()};
-  turn_ = source_.turn();
-  const auto& source = source_.info();
-  if (isTooLarge(source.image_width, source.image_height, heldBytes())) return Failure{"too large to be decoded"};
-  if (!takesColors()) return std::nullopt;
-  return write();
-}
-
-bool JpegRecoder::takesColors() {
-  const auto& source = source_.info();
-  const bool known = (source.jpeg_color_space == JCS_YCbCr && source.num_components == 3) ||
-                     (source.jpeg_color_space == JCS_GRAYSCALE && source.num_components == 1);
-  int blocks = 0;
-  for (const auto& component : componentsOf(source)) blocks += component.h_samp_factor * component.v_samp_factor;
-  return known && blocks <= C_MAX_BLOCKS_IN_MCU;
-}
-
-std::uint64_t JpegRecoder::heldBytes() {
-  const auto& source = source_.info();
-  const auto turned = turn_.isNone() ? 0 : JpegPlanes::bytes(componentsOf(source), groupsOf(source));
-  return source_.heldBytes() + turned;
-}
-
-std::variant<JpegImage, Failure> JpegRecoder::write() {
-  const auto profile = source_.colorProfile(errors_);
-  auto& source = source_.info();
-  auto& target = target_.info();
-  const bool started = errors_.run([&] {
-    source.raw_data_out = TRUE;
-    jpeg_start_decompress(&source);
-    prepareTarget();
-    target_.start(profile);
-  });
-  if (!started) return Failure{errors_.message()};
-
-  JpegPlanes rows(componentsOf(target), 1);
-  std::optional<JpegPlanes> picture;
-  if (!turn_.isNone()) picture.emplace(componentsOf(source), groupsOf(source));
-  const bool written = errors_.run([&] {
-    if (picture) {
-      readAll(*picture);
-      writeTurned(*picture, rows);
-    } else {
-      stream(rows);
-    }
-    jpeg_finish_compress(&target);
-  });
-  if (!written) return Failure{errors_.message()};
-  const auto [width, height] = turn_.upright<double>(source.image_width, source.image_height);
-  return JpegImage{target_.takeBytes(), {width, height}};
-}
-
-void JpegRecoder::prepareTarget() {
-  const auto& source = source_.info();
-  auto& target = target_.info();
-  const auto [width, height] = turn_.upright(source.image_width, source.image_height);
-  target_.prepare(width, height, source.jpeg_color_space, quality_);
-  target.raw_data_in = TRUE;
-  for (int index = 0; index < source.num_components; ++index) {
-    const auto& from = source.comp_info[index];
-    const auto [across, down] = turn_.upright(from.h_samp_factor, from.v_samp_factor);
-    target.comp_info[index].h_samp_factor = across;
-    target.comp_info[index].v_samp_factor = down;
-  }
-  keepCoarserSteps();
-}
-
-void JpegRecoder::keepCoarserSteps() {
-  constexpr UINT16 largestBaselineStep = 255;
-  const auto components = componentsOf(source_.info());
-  for (std::size_t place = 0; place < DCTSIZE2; ++place) {
-    const auto stored = turn_.swapsAxes ? place % DCTSIZE * DCTSIZE + place / DCTSIZE : place;
-    // Components that share a table may have had tables of their own: the finest of them counts.
-    std::array<UINT16, 2> finest{largestBaselineStep, largestBaselineStep};
-    for (std::size_t index = 0; index < components.size(); ++index) {
-      const auto* const own = components[index].quant_table;
-      auto& step = finest[tableOf(index)];
-      step = std::min(step, own ? own->quantval[stored] : UINT16{1});
-    }
-    for (std::size_t index = 0; index < components.size(); ++index) {
-      auto& step = target_.info().quant_tbl_ptrs[tableOf(index)]->quantval[place];
-      step = std::max(step, finest[tableOf(index)]);
-    }
-  }
-}
-
-void JpegRecoder::stream(JpegPlanes& rows) {
-  auto& source = source_.info();
-  auto group = rows.group(0);
-  while (source.output_scanline < source.output_height) {
-    jpeg_read_raw_data(&source, group.data(), groupLines(source));
-    jpeg_write_raw_data(&target_.info(), group.data(), groupLines(source));
-  }
-}
-
-void JpegRecoder::readAll(JpegPlanes& picture) {
-  auto& source = source_.info();
-  for (std::size_t index = 0; index < picture.groups(); ++index) {
-    auto group = picture.group(index);
-    jpeg_read_raw_data(&source, group.data(), groupLines(source));
-  }
-}
-
-void JpegRecoder::writeTurned(const JpegPlanes& picture, JpegPlanes& rows) {
-  auto& target = target_.info();
-  auto group = rows.group(0);
-  for (std::size_t index = 0; index < groupsOf(target); ++index) {
-    rows.turnGroup(index, picture, turn_);
-    jpeg_write_raw_data(&target, group.data(), groupLines(target));
-  }
+std::optional<std::variant<JpegImage, Failure>> recodeJpeg(std::FILE* file, double quality) {
+  JpegRecoder recoder;
+  if (!recoder.open(file)) return std::nullopt;
+  if (recoder.isTooLarge()) return Failure{"too large to be decoded"};
+  if (!recoder.decode()) return recoder.failure();
+  recoder.turn();
+  return recoder.encode(quality);
 }
 
 }  // namespace orivex::gtk

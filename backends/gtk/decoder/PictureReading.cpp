@@ -1,25 +1,19 @@
 #include "PictureReading.h"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <utility>
 
+#include "ColorProfile.h"
 #include "JpegRecoder.h"
-#include "PictureLimits.h"
-#include "PixbufDecoder.h"
-#include "PixbufEncoder.h"
+#include "TurboJpeg.h"
 #include "glib/GMemory.h"
-#include "glib/SignalConnection.h"
 
 namespace orivex::gtk {
 namespace {
 
-// JPEG alone is scaled while it is decoded; of any other format the whole picture is in memory for a moment.
-constexpr std::uint64_t bytesPerPixel = 4;
+constexpr std::size_t rgbBytes = 3;
 
 bool beginsAsJpeg(std::FILE* file) {
   constexpr std::array<unsigned char, 3> startOfImage{0xFF, 0xD8, 0xFF};
@@ -29,74 +23,59 @@ bool beginsAsJpeg(std::FILE* file) {
   return count == first.size() && first == startOfImage;
 }
 
-/// One run of gdk-pixbuf's loader that scales.
-class Scaling {
- public:
-  explicit Scaling(PixelSize most) : most_(most) {}
-  Scaling(const Scaling&) = delete;
-  Scaling& operator=(const Scaling&) = delete;
-  ~Scaling() {
-    if (!isClosed_) gdk_pixbuf_loader_close(loader_.get(), nullptr);  // it warns when it goes without
-  }
+std::uint8_t onWhite(unsigned sample, unsigned alpha) {
+  constexpr unsigned full = 255;
+  return static_cast<std::uint8_t>((sample * alpha + full * (full - alpha) + full / 2) / full);
+}
 
-  std::variant<GRef<GdkPixbuf>, Failure> load(std::FILE* file) {
-    std::array<guchar, 65536> part;
-    std::size_t count = 0;
-    GError* raised = nullptr;
-    bool goesOn = true;
-    while (goesOn && (count = std::fread(part.data(), 1, part.size(), file)) > 0) {
-      goesOn = gdk_pixbuf_loader_write(loader_.get(), part.data(), count, &raised) && !isTooLarge_;
+// In place: a copy of a large picture would not fit beside it.
+void blendOnWhite(GdkPixbuf* picture) {
+  auto* row = gdk_pixbuf_get_pixels(picture);
+  for (int y = 0; y < gdk_pixbuf_get_height(picture); ++y, row += gdk_pixbuf_get_rowstride(picture)) {
+    auto* pixel = row;
+    for (int x = 0; x < gdk_pixbuf_get_width(picture); ++x, pixel += rgbBytes + 1) {
+      for (std::size_t sample = 0; sample < rgbBytes; ++sample) pixel[sample] = onWhite(pixel[sample], pixel[rgbBytes]);
     }
-    isClosed_ = true;
-    const bool isWhole = gdk_pixbuf_loader_close(loader_.get(), goesOn ? &raised : nullptr);
-    const GErrorPtr error(raised);
-    if (isTooLarge_) return Failure{"too large to be decoded"};
-    auto* const picture = gdk_pixbuf_loader_get_pixbuf(loader_.get());
-    if (!goesOn || !isWhole || !picture) return Failure{error ? error->message : "not a picture"};
-    return GRef<GdkPixbuf>::adopt(gdk_pixbuf_apply_embedded_orientation(picture));
   }
+}
 
- private:
-  void sizePrepared(GdkPixbufLoader* loader, int width, int height) {
-    const GCharPtr format(gdk_pixbuf_format_get_name(gdk_pixbuf_loader_get_format(loader)));
-    const auto pixels = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
-    const bool isScaledEarly = std::string_view(format.get()) == "jpeg";
-    isTooLarge_ = isTooLarge(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height),
-                             isScaledEarly ? 0 : pixels * bytesPerPixel);
-    // A size of 0 tells the loader to read no further than the head.
-    const auto size = isTooLarge_ ? PixelSize{0, 0} : fitted({width, height}, most_);
-    gdk_pixbuf_loader_set_size(loader, size.width, size.height);
-  }
+std::string profileOf(GdkPixbuf* picture) {
+  const char* const text = gdk_pixbuf_get_option(picture, "icc-profile");
+  if (!text) return {};
+  gsize length = 0;
+  const GCharPtr bytes(reinterpret_cast<char*>(g_base64_decode(text, &length)));
+  return plainProfile({bytes.get(), length}, cmsSigRgbData);
+}
 
-  const PixelSize most_;
-  GRef<GdkPixbufLoader> loader_ = GRef<GdkPixbufLoader>::adopt(gdk_pixbuf_loader_new());
-  bool isTooLarge_ = false;
-  bool isClosed_ = false;
-  SignalConnection sizePrepared_ =
-      SignalConnection::connect<&Scaling::sizePrepared>(loader_.get(), "size-prepared", this);
-};
+std::variant<JpegImage, Failure> encodePixbuf(GdkPixbuf* stored, double quality) {
+  const auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_apply_embedded_orientation(stored));
+  if (!picture) return Failure{"too large to be turned"};
+  const bool hasAlpha = gdk_pixbuf_get_has_alpha(picture.get());
+  if (hasAlpha) blendOnWhite(picture.get());
+  const Pixels pixels{gdk_pixbuf_get_pixels(picture.get()), gdk_pixbuf_get_width(picture.get()),
+                      gdk_pixbuf_get_height(picture.get()), gdk_pixbuf_get_rowstride(picture.get()),
+                      hasAlpha ? TJPF_RGBX : TJPF_RGB};
+  return encodePixels(pixels, quality, profileOf(stored));
+}
 
 }  // namespace
 
 std::variant<JpegImage, Failure> recodePicture(std::FILE* file, double quality) {
   if (beginsAsJpeg(file)) {
-    if (auto recoded = JpegRecoder(file, quality).recode()) return std::move(*recoded);
+    if (auto recoded = recodeJpeg(file, quality)) return std::move(*recoded);
     std::rewind(file);
   }
-  auto decoded = decodePixbuf(file);
+  auto decoded = loadPixbuf(file);
   if (auto* const failure = std::get_if<Failure>(&decoded)) return std::move(*failure);
   return encodePixbuf(std::get<GRef<GdkPixbuf>>(decoded).get(), quality);
 }
 
-std::variant<GRef<GdkPixbuf>, Failure> readPicture(std::FILE* file, int width, int height) {
-  return Scaling({width, height}).load(file);
-}
-
-PixelSize fitted(PixelSize picture, PixelSize most) {
-  const double scale = std::min(
-      {1.0, most.width / static_cast<double>(picture.width), most.height / static_cast<double>(picture.height)});
-  const auto scaled = [&](int side) { return std::max(1, static_cast<int>(std::lround(side * scale))); };
-  return {scaled(picture.width), scaled(picture.height)};
+std::variant<GRef<GdkPixbuf>, Failure> readPicture(std::FILE* file, PixelSize most) {
+  auto decoded = loadPixbuf(file, most);
+  if (auto* const picture = std::get_if<GRef<GdkPixbuf>>(&decoded)) {
+    return GRef<GdkPixbuf>::adopt(gdk_pixbuf_apply_embedded_orientation(picture->get()));
+  }
+  return decoded;
 }
 
 }  // namespace orivex::gtk

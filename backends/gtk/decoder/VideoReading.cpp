@@ -9,8 +9,7 @@
 
 #include "FirstFrame.h"
 #include "PictureLimits.h"
-#include "PictureReading.h"
-#include "RowEncoder.h"
+#include "TurboJpeg.h"
 #include "glib/GMemory.h"
 #include "video/MappedFrame.h"
 #include "video/VideoContainer.h"
@@ -141,13 +140,12 @@ std::variant<VideoFacts, Failure> measureVideo(int file, double quality) {
   if (!sample) return facts;
   const MappedFrame frame(sample);
   if (!frame) return facts;
-  const auto row = [&](unsigned y) { return frame.pixels() + std::ptrdiff_t{frame.stride()} * y; };
-  auto encoded = encodeRows(static_cast<unsigned>(frame.width()), static_cast<unsigned>(frame.height()), row, quality);
+  auto encoded = encodePixels({frame.pixels(), frame.width(), frame.height(), frame.stride(), TJPF_RGB}, quality);
   if (auto* const jpeg = std::get_if<JpegImage>(&encoded)) facts.firstFrameJpeg = std::move(jpeg->bytes);
   return facts;
 }
 
-std::variant<ScaledFrame, Failure> readFrame(int file, int width, int height) {
+std::variant<ScaledFrame, Failure> readFrame(int file, PixelSize most) {
   auto looked = look(file);
   if (auto* const failure = std::get_if<Failure>(&looked)) return std::move(*failure);
   const auto& video = std::get<Video>(looked);
@@ -155,7 +153,7 @@ std::variant<ScaledFrame, Failure> readFrame(int file, int width, int height) {
   if (!sample) return Failure{"has no picture"};
   const MappedFrame frame(sample);
   if (!frame) return Failure{"has no picture"};
-  const auto size = fitted({frame.width(), frame.height()}, {width, height});
+  const auto size = fitted({frame.width(), frame.height()}, most);
   const auto whole = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_data(
       frame.pixels(), GDK_COLORSPACE_RGB, FALSE, 8, frame.width(), frame.height(), frame.stride(), nullptr, nullptr));
   auto scaled =

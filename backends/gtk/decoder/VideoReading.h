@@ -5,6 +5,7 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
+#include "PixbufLoading.h"
 #include "glib/GRef.h"
 
 #include "orivex/platform/base/Failure.h"
@@ -24,7 +25,7 @@ struct ScaledFrame {
   double duration;  // seconds
 };
 
-/// The video's first frame as it is seen, at no more than `width` by `height` pixels and never enlarged.
-std::variant<ScaledFrame, Failure> readFrame(int file, int width, int height);
+/// The video's first frame as it is seen, at no more than `most` and never enlarged.
+std::variant<ScaledFrame, Failure> readFrame(int file, PixelSize most);
 
 }  // namespace orivex::gtk

@@ -64,15 +64,14 @@ struct Answering {
 
 Answer answerTo(const DecodingRequest& request, std::FILE* file) {
   const auto answer = [](auto result) { return std::visit(Answering(), result); };
-  const int width = static_cast<int>(request.width);
-  const int height = static_cast<int>(request.height);
+  const PixelSize most{static_cast<int>(request.width), static_cast<int>(request.height)};
   switch (request.kind) {
     case Decoding::recode:
       return answer(recodePicture(file, request.quality));
     case Decoding::picture:
-      return answer(readPicture(file, width, height));
+      return answer(readPicture(file, most));
     case Decoding::frame:
-      return answer(readFrame(fileno(file), width, height));
+      return answer(readFrame(fileno(file), most));
     case Decoding::video:
       return answer(measureVideo(fileno(file), request.quality));
   }

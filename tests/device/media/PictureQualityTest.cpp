@@ -42,21 +42,14 @@ TEST_F(PictureQualityTest, SamplesThatAreNotConvertedLookAsIfTheyWere) {
   }
 }
 
-TEST_F(PictureQualityTest, TheQualityIsThatOfLibjpegsScale) {
-  const auto stored = encodePlainJpeg(quarters(64, 48), {.quality = 100});
-  for (const int quality : {1, 35, 70, 100}) {
-    EXPECT_EQ(lumaSteps(recode(stored, quality / 100.0)),
-              lumaSteps(encodePlainJpeg(quarters(64, 48), {.quality = quality})))
-        << quality;
-  }
-}
-
-TEST_F(PictureQualityTest, AFileOfLesserQualityNeitherGrowsNorLoses) {
-  const auto stored = encodePlainJpeg(naturalPhoto(800, 600, 4), {.quality = 55});
-  for (const double quality : {0.7, 1.0}) {
-    const auto own = recode(stored, quality);
-    EXPECT_LT(static_cast<double>(own.size()), 1.01 * static_cast<double>(stored.size())) << quality;
-    EXPECT_GE(psnr(decodePlainJpeg(own), decodePlainJpeg(stored)), 50) << quality;
+TEST_F(PictureQualityTest, TheQualityIsThatOfLibjpegsScaleWhateverTheFileHad) {
+  for (const int storedQuality : {50, 100}) {
+    const auto stored = encodePlainJpeg(quarters(64, 48), {.quality = storedQuality});
+    for (const int quality : {1, 35, 70, 100}) {
+      EXPECT_EQ(lumaSteps(recode(stored, quality / 100.0)),
+                lumaSteps(encodePlainJpeg(quarters(64, 48), {.quality = quality})))
+          << quality << " of " << storedQuality;
+    }
   }
 }
 
