@@ -10,7 +10,7 @@
 #include "GtkFixture.h"
 #include "ShopWindow.h"
 #include "TemporaryFolder.h"
-#include "audio/PipelineRun.h"
+#include "video/Pipeline.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/sdk/OrivexSDK.h"
@@ -122,14 +122,16 @@ void measureStart(const fs::path& folder) {
 
 void measureRecording(const fs::path& folder, const std::shared_ptr<Window>& window) {
   gtk::WorkerPool workers(1, std::chrono::seconds(1));
-  const auto run = gtk::PipelineRun::start(
-      workers, [&] { return gtk::parsePipeline(barePipeline(folder / "yardstick.wav")); },
-      [](const std::optional<Failure>& failure) { std::fputs(failure ? "the yardstick failed\n" : "", stderr); });
+  auto yardstick = std::make_unique<gtk::Pipeline>(
+      gtk::PipelineThreads{Platform::current().mainQueue, workers},
+      [&] { return gtk::parsePipeline(barePipeline(folder / "yardstick.wav")); },
+      gtk::Pipeline::Handlers{
+          .failed = [](const gtk::PipelineError& /*error*/) { std::fputs("the yardstick failed\n", stderr); }});
   gtk::pass(1);
   double before = processorMilliseconds();
   idle(seconds);
   const double bare = processorMilliseconds() - before;
-  run->stop();
+  yardstick.reset();
 
   const auto& overlay = RecordManager::shared().recordingView();
   overlay->setCenter(window->rootViewController()->view()->center());

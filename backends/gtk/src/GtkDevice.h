@@ -59,7 +59,7 @@ class GtkDevice {
   GtkDocumentPicker documentPicker_{mainQueue_, application_};
   OpenWithMenu documentInteraction_{mainQueue_, application_, typeRegistry_};
   GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaReader_};
-  GstAudioSession audioSession_;
+  GstAudioSession audioSession_{mainQueue_};
   GtkRecordPermission recordPermission_;
   GtkCamera camera_{mainQueue_, application_, recordPermission_};
   const Platform platform_;

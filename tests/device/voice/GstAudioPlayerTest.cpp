@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "../GtkFixture.h"
+#include "GlibMainQueue.h"
 #include "LogLines.h"
 #include "SoundServer.h"
 #include "TemporaryFolder.h"
@@ -18,10 +19,11 @@ TEST(GstAudioPlayerTest, PlaysAClipToItsEndAsOftenAsAsked) {
   const LogLines log;
   const TemporaryFolder folder;
   const SoundServer server;
+  GlibMainQueue queue;
   WorkerPool workers(4, std::chrono::seconds(1));
   const std::string path = folder.path() / "语音 1.wav";
   std::get<WavFile>(WavFile::create(path, {})).append(std::vector<std::byte>(16000));
-  GstAudioPlayer player(workers, Url::fromFilePath(path).absoluteString());
+  GstAudioPlayer player({queue, workers}, Url::fromFilePath(path).absoluteString());
   for (int round = 0; round < 2; ++round) {
     const auto begin = g_get_monotonic_time();
     ASSERT_TRUE(player.play());
@@ -36,8 +38,9 @@ TEST(GstAudioPlayerTest, EndsWithOneLineWithoutAFile) {
   const LogLines log;
   const TemporaryFolder folder;
   const SoundServer server;
+  GlibMainQueue queue;
   WorkerPool workers(4, std::chrono::seconds(1));
-  GstAudioPlayer lost(workers, Url::fromFilePath((folder.path() / "lost.wav").string()).absoluteString());
+  GstAudioPlayer lost({queue, workers}, Url::fromFilePath((folder.path() / "lost.wav").string()).absoluteString());
   EXPECT_TRUE(lost.play());
   EXPECT_TRUE(wait([&] { return !lost.isPlaying() && log.get().size() == 1; }, patience));
   lost.stop();

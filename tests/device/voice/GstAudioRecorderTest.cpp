@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 
 #include "../GtkFixture.h"
+#include "GlibMainQueue.h"
 #include "LogLines.h"
 #include "SoundServer.h"
 #include "TemporaryFolder.h"
@@ -26,7 +27,7 @@ class GstAudioRecorderTest : public ::testing::Test {
   fs::path place(const std::string& name) const { return folder_.path() / name; }
 
   std::unique_ptr<GstAudioRecorder> recorder(const std::string& name) {
-    auto made = std::make_unique<GstAudioRecorder>(workers_, place(name), PcmFormat{});
+    auto made = std::make_unique<GstAudioRecorder>(PipelineThreads{queue_, workers_}, place(name), PcmFormat{});
     made->setMeteringEnabled(true);
     return made;
   }
@@ -57,6 +58,7 @@ class GstAudioRecorderTest : public ::testing::Test {
   LogLines log_;
   TemporaryFolder folder_;
   SoundServer server_;
+  GlibMainQueue queue_;
   WorkerPool workers_{4, std::chrono::seconds(1)};
 };
 

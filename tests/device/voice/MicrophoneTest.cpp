@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "../GtkFixture.h"
+#include "GlibMainQueue.h"
 #include "TemporaryFolder.h"
 #include "WavClip.h"
 #include "audio/GstAudioRecorder.h"
@@ -11,9 +12,10 @@ namespace {
 // Whichever sound server there is: the device's own microphone hears 440 Hz.
 TEST(Microphone, OfTheDeviceIsTheOneThatIsRecorded) {
   const TemporaryFolder folder;
+  GlibMainQueue queue;
   WorkerPool workers{1, std::chrono::seconds(1)};
   const auto file = folder.path() / "a.wav";
-  GstAudioRecorder recorder(workers, file, PcmFormat{});
+  GstAudioRecorder recorder({queue, workers}, file, PcmFormat{});
   ASSERT_TRUE(recorder.record());
   ASSERT_TRUE(wait([&] { return recorder.recordedSeconds() > 1; }, 20));
   recorder.stop();

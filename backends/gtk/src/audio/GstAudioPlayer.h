@@ -1,11 +1,10 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <string>
+#include <utility>
 
-#include "../WorkerPool.h"
-#include "PipelineRun.h"
+#include "../video/Pipeline.h"
 
 #include "orivex/platform/ports/Audio.h"
 
@@ -14,18 +13,16 @@ namespace orivex::gtk {
 /// Plays a file of any kind that GStreamer knows. What goes wrong is one log line and ends the playing.
 class GstAudioPlayer final : public AudioPlayer {
  public:
-  GstAudioPlayer(WorkerPool& workers, std::string address) : workers_(workers), address_(std::move(address)) {}
-  ~GstAudioPlayer() override { stop(); }
+  GstAudioPlayer(PipelineThreads threads, std::string address) : threads_(threads), address_(std::move(address)) {}
 
   bool play() override;
-  bool isPlaying() const override { return playing_ && *playing_; }
-  void stop() override;
+  bool isPlaying() const override { return pipeline_ != nullptr; }
+  void stop() override { pipeline_.reset(); }
 
  private:
-  WorkerPool& workers_;
+  const PipelineThreads threads_;
   const std::string address_;
-  std::shared_ptr<std::atomic<bool>> playing_;
-  std::shared_ptr<PipelineRun> run_;
+  std::unique_ptr<Pipeline> pipeline_;
 };
 
 }  // namespace orivex::gtk

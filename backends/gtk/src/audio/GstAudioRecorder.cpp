@@ -9,8 +9,6 @@
 #include <system_error>
 #include <utility>
 
-#include <gst/app/gstappsink.h>
-
 #include "AudioSource.h"
 
 #include "orivex/platform/base/Log.h"
@@ -38,8 +36,6 @@ int peakOf(std::span<const std::int16_t> samples) {
   return std::max(-lowest, highest);
 }
 
-using SamplePtr = std::unique_ptr<GstSample, FreeWith<gst_sample_unref>>;
-
 std::string pipelineDescription(const PcmFormat& format) {
   return audioSource() + " ! audioconvert ! audioresample ! audio/x-raw,format=S16LE,layout=interleaved,rate=" +
          std::to_string(format.rate) + ",channels=" + std::to_string(format.channels) +
@@ -53,6 +49,7 @@ class GstAudioRecorder::Capture {
  public:
   explicit Capture(WavFile file) : file_(std::move(file)) {}
 
+  bool hasBegun() const { return lastTaken_ != 0; }
   bool isActive() const { return active_; }
 
   void begin() {
@@ -60,18 +57,11 @@ class GstAudioRecorder::Capture {
     active_ = true;
   }
 
-  void take(std::span<const std::byte> frames) {
-    const std::lock_guard lock(mutex_);
-    if (!active_) return;
-    bytes_ += frames.size();
-    const int peak = peakOf({reinterpret_cast<const std::int16_t*>(frames.data()), frames.size() / 2});
-    peak_ = std::max(peak_.load(), peak);
-    lastTaken_ = g_get_monotonic_time();
-    if (discarded_) return;
-    if (const auto error = file_.append(frames)) {
-      diskFull_ = tellsOfFullDisk(error);
-      lose({error.message()});
-    }
+  void take(GstBuffer& buffer) {
+    GstMapInfo map;
+    if (!gst_buffer_map(&buffer, &map, GST_MAP_READ)) return;
+    take({reinterpret_cast<const std::byte*>(map.data), map.size});
+    gst_buffer_unmap(&buffer, &map);
   }
 
   void discard() {
@@ -84,9 +74,9 @@ class GstAudioRecorder::Capture {
   bool isDiskFull() const { return diskFull_; }
 
   /// Ends the recording, if it goes on, for a reason that the log is told.
-  void fail(const Failure& failure) {
+  void fail(const std::string& reason) {
     const std::lock_guard lock(mutex_);
-    lose(failure);
+    lose(reason);
   }
 
   void end() {
@@ -106,10 +96,24 @@ class GstAudioRecorder::Capture {
  private:
   static constexpr int none = -1;
 
-  void lose(const Failure& failure) {
+  void take(std::span<const std::byte> frames) {
+    const std::lock_guard lock(mutex_);
+    if (!active_) return;
+    bytes_ += frames.size();
+    const int peak = peakOf({reinterpret_cast<const std::int16_t*>(frames.data()), frames.size() / 2});
+    peak_ = std::max(peak_.load(), peak);
+    lastTaken_ = g_get_monotonic_time();
+    if (discarded_) return;
+    if (const auto error = file_.append(frames)) {
+      diskFull_ = tellsOfFullDisk(error);
+      lose(error.message());
+    }
+  }
+
+  void lose(const std::string& reason) {
     if (!active_.exchange(false)) return;
     file_.close();
-    log::print("Recording ended: " + failure.description);
+    log::print("Recording ended: " + reason);
   }
 
   std::mutex mutex_;
@@ -135,34 +139,23 @@ bool GstAudioRecorder::prepareToRecord() {
 }
 
 bool GstAudioRecorder::record() {
-  if (run_) return isRecording();
+  if (capture_ && capture_->hasBegun()) return isRecording();
   if (!prepareToRecord()) return false;
   capture_->begin();
-  const auto make = [capture = capture_, format = format_]() -> PipelineRun::Made {
-    auto made = parsePipeline(pipelineDescription(format));
-    const auto* pipeline = std::get_if<GRef<GstElement>>(&made);
-    if (!pipeline) return made;
-    const auto sink = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(pipeline->get()), "samples"));
-    GstAppSinkCallbacks callbacks{};
-    callbacks.new_sample = [](GstAppSink* from, gpointer data) noexcept -> GstFlowReturn {
-      const SamplePtr sample(gst_app_sink_pull_sample(from));
-      GstBuffer* const buffer = sample ? gst_sample_get_buffer(sample.get()) : nullptr;
-      GstMapInfo map;
-      if (buffer && gst_buffer_map(buffer, &map, GST_MAP_READ)) {
-        static_cast<std::shared_ptr<Capture>*>(data)->get()->take({reinterpret_cast<std::byte*>(map.data), map.size});
-        gst_buffer_unmap(buffer, &map);
-      }
-      return GST_FLOW_OK;
-    };
-    auto shared = std::make_unique<std::shared_ptr<Capture>>(capture);
-    gst_app_sink_set_callbacks(GST_APP_SINK(sink.get()), &callbacks, shared.release(), [](gpointer data) {
-      const std::unique_ptr<std::shared_ptr<Capture>> done(static_cast<std::shared_ptr<Capture>*>(data));
-    });
-    return made;
+  const auto build = [capture = capture_, format = format_] {
+    auto parsed = parsePipeline(pipelineDescription(format));
+    if (const auto* const pipeline = std::get_if<GRef<GstElement>>(&parsed)) {
+      handleSamples(*elementIn(*pipeline->get(), "samples").get(), [capture](const SharedSample& sample) {
+        if (auto* const buffer = gst_sample_get_buffer(sample.get())) capture->take(*buffer);
+      });
+    }
+    return parsed;
   };
-  run_ = PipelineRun::start(workers_, make, [capture = capture_](const std::optional<Failure>& failure) {
-    capture->fail(failure.value_or(Failure{"the microphone has nothing more"}));
-  });
+  pipeline_ = std::make_unique<Pipeline>(
+      threads_, build,
+      Pipeline::Handlers{.ended = [this] { capture_->fail("the microphone has nothing more"); },
+                         .failed = [this](const PipelineError& error) { capture_->fail(error.text); },
+                         .needsDevice = true});
   return true;
 }
 
@@ -172,7 +165,7 @@ bool GstAudioRecorder::isRecording() const {
 
 void GstAudioRecorder::stop() {
   if (capture_) capture_->end();
-  if (run_) run_->stop();
+  pipeline_.reset();
 }
 
 void GstAudioRecorder::discard() {
@@ -193,8 +186,8 @@ void GstAudioRecorder::updateMeters() {
   } else if (const auto peak = capture_->takePeak()) {
     power_ = *peak == 0 ? silence : static_cast<float>(20 * std::log10(*peak / fullScale));
   } else if (capture_->isStarved()) {
-    capture_->fail(Failure{"no sound comes from the microphone"});
-    run_->stop();
+    capture_->fail("no sound comes from the microphone");
+    pipeline_.reset();
   }
 }
 

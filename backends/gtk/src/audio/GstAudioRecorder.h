@@ -3,8 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "../WorkerPool.h"
-#include "PipelineRun.h"
+#include "../video/Pipeline.h"
 #include "WavFile.h"
 
 #include "orivex/platform/ports/Audio.h"
@@ -15,8 +14,8 @@ namespace orivex::gtk {
 /// main thread neither waits for the sound server nor holds a recording up.
 class GstAudioRecorder final : public AudioRecorder {
  public:
-  GstAudioRecorder(WorkerPool& workers, std::string path, const PcmFormat& format)
-      : workers_(workers), path_(std::move(path)), format_(format) {}
+  GstAudioRecorder(PipelineThreads threads, std::string path, const PcmFormat& format)
+      : threads_(threads), path_(std::move(path)), format_(format) {}
   ~GstAudioRecorder() override { stop(); }
 
   void setMeteringEnabled(bool enabled) override { metering_ = enabled; }
@@ -36,14 +35,14 @@ class GstAudioRecorder final : public AudioRecorder {
   /// What a meter tells of nothing, in dBFS.
   static constexpr float silence = -160;
 
-  WorkerPool& workers_;
+  const PipelineThreads threads_;
   const std::string path_;
   const PcmFormat format_;
   bool metering_ = false;
   float power_ = silence;
   bool hasNoRoom_ = false;  // for as much as the head of the file
   std::shared_ptr<Capture> capture_;
-  std::shared_ptr<PipelineRun> run_;
+  std::unique_ptr<Pipeline> pipeline_;
 };
 
 }  // namespace orivex::gtk

@@ -13,7 +13,7 @@
 namespace orivex::gtk {
 namespace {
 
-// Recordings and players have a thread each. More than one at a time waits for a sound server that hangs.
+// Recordings and players come and go in any order, and each of their steps may wait for a sound server that hangs.
 constexpr std::size_t mostThreads = 4;
 constexpr std::chrono::seconds longestIdleness{5};
 
@@ -37,14 +37,14 @@ std::optional<PcmFormat> formatOf(const AudioSettings& settings) {
 
 }  // namespace
 
-GstAudioSession::GstAudioSession() : workers_(mostThreads, longestIdleness) {}
+GstAudioSession::GstAudioSession(MainQueue& main) : workers_(mostThreads, longestIdleness), threads_{main, workers_} {}
 
 std::optional<Failure> GstAudioSession::setCategory(AudioSessionCategory /*category*/, AudioSessionMode /*mode*/) {
   return std::nullopt;
 }
 
 std::optional<Failure> GstAudioSession::setActive(bool active) {
-  if (active) workers_.run([] { gst_init_check(nullptr, nullptr, nullptr); });
+  if (active) workers_.run([] { prepareGStreamer(); });
   return std::nullopt;
 }
 
@@ -57,12 +57,12 @@ std::variant<std::unique_ptr<AudioRecorder>, Failure> GstAudioSession::makeRecor
   if (::access(std::filesystem::path(*path).parent_path().c_str(), W_OK | X_OK) != 0) {
     return Failure{std::strerror(errno)};
   }
-  return std::make_unique<GstAudioRecorder>(workers_, *path, *format);
+  return std::make_unique<GstAudioRecorder>(threads_, *path, *format);
 }
 
 std::variant<std::unique_ptr<AudioPlayer>, Failure> GstAudioSession::makePlayer(const Url& file) {
   if (!file.filePath()) return Failure{"not a file: " + file.absoluteString()};
-  return std::make_unique<GstAudioPlayer>(workers_, file.absoluteString());
+  return std::make_unique<GstAudioPlayer>(threads_, file.absoluteString());
 }
 
 }  // namespace orivex::gtk

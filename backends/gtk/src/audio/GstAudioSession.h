@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../WorkerPool.h"
+#include "../video/PipelineThreads.h"
 
 #include "orivex/platform/ports/Audio.h"
 
@@ -10,7 +11,7 @@ namespace orivex::gtk {
 /// activation can fail; the latter makes GStreamer ready.
 class GstAudioSession final : public AudioSession {
  public:
-  GstAudioSession();
+  explicit GstAudioSession(MainQueue& main);
 
   std::optional<Failure> setCategory(AudioSessionCategory category, AudioSessionMode mode) override;
   std::optional<Failure> setActive(bool active) override;
@@ -22,6 +23,7 @@ class GstAudioSession final : public AudioSession {
 
  private:
   WorkerPool workers_;
+  const PipelineThreads threads_;
 };
 
 }  // namespace orivex::gtk

@@ -1,10 +1,8 @@
 #include "WavFile.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cerrno>
-#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -14,36 +12,25 @@
 namespace orivex::gtk {
 namespace {
 
-// RIFF header, format chunk and the head of the data chunk (Multimedia Programming Interface and Data Specifications
-// 1.0, 1991).
-constexpr std::size_t headerSize = 44;
-constexpr std::size_t riffHeadSize = 8;
-constexpr std::uint32_t formatChunkSize = 16;
-constexpr std::uint16_t linearPcm = 1;
+/// What a WAV file of linear PCM begins with (Multimedia Programming Interface and Data Specifications 1.0, 1991).
+struct Header {
+  std::array<char, 4> riff{'R', 'I', 'F', 'F'};
+  std::uint32_t restBytes;  // behind this number
+  std::array<char, 8> waveAndFormat{'W', 'A', 'V', 'E', 'f', 'm', 't', ' '};
+  std::uint32_t formatBytes = 16;
+  std::uint16_t linearPcm = 1;
+  std::uint16_t channels;
+  std::uint32_t rate;
+  std::uint32_t bytesPerSecond;
+  std::uint16_t frameBytes;
+  std::uint16_t bits;
+  std::array<char, 4> data{'d', 'a', 't', 'a'};
+  std::uint32_t dataBytes;
+};
+static_assert(sizeof(Header) == 44 && std::endian::native == std::endian::little);
 
 // The sizes in the header have 32 bits.
-constexpr std::uint64_t largestSize = std::numeric_limits<std::uint32_t>::max() - headerSize;
-
-class HeaderWriter {
- public:
-  HeaderWriter& text(const char (&code)[5]) { return copy(code, 4); }
-  template <class Integer>
-  HeaderWriter& number(Integer value) {
-    static_assert(std::endian::native == std::endian::little);
-    return copy(&value, sizeof value);
-  }
-  const std::array<std::byte, headerSize>& bytes() const { return bytes_; }
-
- private:
-  HeaderWriter& copy(const void* data, std::size_t size) {
-    std::memcpy(bytes_.data() + end_, data, size);
-    end_ += size;
-    return *this;
-  }
-
-  std::array<std::byte, headerSize> bytes_{};
-  std::size_t end_ = 0;
-};
+constexpr std::uint64_t largestSize = std::numeric_limits<std::uint32_t>::max() - sizeof(Header);
 
 std::error_code errorOf(int error) {
   return {error, std::generic_category()};
@@ -69,7 +56,7 @@ std::error_code WavFile::append(std::span<const std::byte> frames) {
   if (descriptor_ < 0) return errorOf(EBADF);
   if (frames.size() > largestSize - size_) return errorOf(EFBIG);
   std::uint64_t written = 0;
-  const auto error = writeAt(headerSize + size_, frames, written);
+  const auto error = writeAt(sizeof(Header) + size_, frames, written);
   size_ += written - written % static_cast<std::uint64_t>(format_.frameSize());
   // The samples come first: a header that is behind hides the last of them, one that is ahead promises what is not.
   const auto headerError = writeHeader();
@@ -94,15 +81,18 @@ std::error_code WavFile::writeAt(std::uint64_t position, std::span<const std::by
 
 std::error_code WavFile::writeHeader() const {
   const auto rate = static_cast<std::uint32_t>(format_.rate);
-  const auto frameSize = static_cast<std::uint16_t>(format_.frameSize());
-  const auto dataSize = static_cast<std::uint32_t>(size_);
-  HeaderWriter header;
-  header.text("RIFF").number(static_cast<std::uint32_t>(headerSize - riffHeadSize + dataSize)).text("WAVE");
-  header.text("fmt ").number(formatChunkSize).number(linearPcm).number(static_cast<std::uint16_t>(format_.channels));
-  header.number(rate).number(rate * frameSize).number(frameSize).number(static_cast<std::uint16_t>(format_.bits));
-  header.text("data").number(dataSize);
+  const auto frameBytes = static_cast<std::uint16_t>(format_.frameSize());
+  const auto dataBytes = static_cast<std::uint32_t>(size_);
+  constexpr auto behindFirstNumber = static_cast<std::uint32_t>(sizeof(Header) - offsetof(Header, waveAndFormat));
+  const Header header{.restBytes = behindFirstNumber + dataBytes,
+                      .channels = static_cast<std::uint16_t>(format_.channels),
+                      .rate = rate,
+                      .bytesPerSecond = rate * frameBytes,
+                      .frameBytes = frameBytes,
+                      .bits = static_cast<std::uint16_t>(format_.bits),
+                      .dataBytes = dataBytes};
   std::uint64_t written = 0;
-  return writeAt(0, header.bytes(), written);
+  return writeAt(0, std::as_bytes(std::span(&header, 1)), written);
 }
 
 }  // namespace orivex::gtk

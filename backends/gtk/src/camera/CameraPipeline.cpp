@@ -8,7 +8,6 @@
 
 #include "../glib/GMemory.h"
 #include "../video/PreviewBranch.h"
-#include "../video/SampleHandler.h"
 #include "SourceFailure.h"
 
 #include "orivex/platform/base/Log.h"
@@ -53,26 +52,25 @@ ElementOrError build(const CameraSource& source, Size captureSize, Size screenAr
                      const std::shared_ptr<FrameFeed>& feed, const std::shared_ptr<FrameTap>& frames) {
   auto made = makeSource(source);
   if (std::holds_alternative<PipelineError>(made)) return made;
-  GError* error = nullptr;
-  auto pipeline = GRef<GstElement>::sink(
-      gst_parse_launch_full(description().c_str(), nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
-  if (error || !pipeline) return adoptError(error);
+  auto parsed = parsePipeline(description());
+  if (std::holds_alternative<PipelineError>(parsed)) return parsed;
+  auto& pipeline = *std::get<GRef<GstElement>>(parsed).get();
 
   auto* const element = std::get<GRef<GstElement>>(made).get();
-  gst_bin_add(GST_BIN(pipeline.get()), element);
-  const auto offer = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(pipeline.get()), "offer"));
+  gst_bin_add(GST_BIN(&pipeline), element);
+  const auto offer = elementIn(pipeline, "offer");
   if (!gst_element_link(element, offer.get())) return pipelineError("the source gives no pictures");
   g_object_set(offer.get(), "caps", formatFor(source, captureSize).get(), nullptr);
 
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
-  gst_pipeline_use_clock(GST_PIPELINE(pipeline.get()), clock.get());
-  connectPreview(*pipeline.get(), screenArea, source.facing == CameraFacing::front, feed);
+  gst_pipeline_use_clock(GST_PIPELINE(&pipeline), clock.get());
+  connectPreview(pipeline, screenArea, source.facing == CameraFacing::front, feed);
   // The pipeline owns the handler and outlives it.
-  handleSamples(*pipeline.get(), "frames", [frames, &owner = *pipeline.get()](SharedSample sample) {
-    const auto time = timeOf(owner, *sample);
+  handleSamples(*elementIn(pipeline, "frames").get(), [frames, &pipeline](SharedSample sample) {
+    const auto time = timeOf(pipeline, *sample);
     frames->push(std::move(sample), time);
   });
-  return pipeline;
+  return parsed;
 }
 
 }  // namespace
@@ -107,8 +105,7 @@ CameraPipeline::~CameraPipeline() {
 
 void CameraPipeline::turn(int degrees) {
   pipeline_->run([degrees](GstElement& pipeline) {
-    const auto turn = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(&pipeline), "turn"));
-    g_object_set(turn.get(), "video-direction", turnMethod(degrees), nullptr);
+    g_object_set(elementIn(pipeline, "turn").get(), "video-direction", turnMethod(degrees), nullptr);
   });
 }
 

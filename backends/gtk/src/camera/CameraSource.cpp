@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "../glib/GMemory.h"
-#include "../video/SourceBin.h"
 #include "CameraPortal.h"
 #include "CaptureFormat.h"
 
@@ -89,7 +88,7 @@ ElementOrError makeSource(const CameraSource& source) {
     return element;
   }
   if (std::holds_alternative<CameraSource::Portal>(source.origin)) return CameraPortal::makeSource();
-  return makeSourceBin(std::get<CameraSource::LaunchFragment>(source.origin), nullptr);
+  return makeSourceBin(std::get<CameraSource::LaunchFragment>(source.origin));
 }
 
 GstCapsPtr formatFor(const CameraSource& source, Size captureSize) {

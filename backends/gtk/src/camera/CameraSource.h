@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "../glib/GRef.h"
+#include "../video/Elements.h"
 #include "../video/GstPointers.h"
-#include "../video/PipelineError.h"
 
 #include "orivex/platform/base/Geometry.h"
 

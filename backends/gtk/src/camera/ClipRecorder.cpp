@@ -6,7 +6,6 @@
 #include <gst/gst.h>
 
 #include "../audio/AudioSource.h"
-#include "../video/SourceBin.h"
 #include "ClipFormat.h"
 #include "ClipInput.h"
 #include "ScratchFile.h"
@@ -24,10 +23,6 @@ constexpr const char* soundQueue = "sound-queue";
 
 // Seconds within which an encoder has to complete a file: it has to write what it holds, a few megabytes at most.
 constexpr double longestFinish = 8;
-
-GRef<GstElement> elementOf(GstElement& bin, const char* name) {
-  return GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(&bin), name));
-}
 
 // Pictures that the encoder has no time for are dropped before they fill the memory.
 std::string describe(const ClipFormat& format, bool withSound) {
@@ -61,10 +56,12 @@ std::variant<ClipFiles, Failure> makeFiles(VideoExportType type) {
 
 // The microphone that voice messages use, ready; null when it does not open.
 GRef<GstElement> openMicrophone() {
-  const auto made = makeSourceBin(audioSource(), microphoneName);
-  const auto* const source = std::get_if<GRef<GstElement>>(&made);
-  if (source && gst_element_set_state(source->get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE) return *source;
-  if (source) gst_element_set_state(source->get(), GST_STATE_NULL);
+  const auto made = makeSourceBin(audioSource());
+  if (const auto* const source = std::get_if<GRef<GstElement>>(&made)) {
+    gst_object_set_name(GST_OBJECT(source->get()), microphoneName);
+    if (gst_element_set_state(source->get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE) return *source;
+    gst_element_set_state(source->get(), GST_STATE_NULL);
+  }
   log::print("camera: the microphone does not open");
   return nullptr;
 }
@@ -75,24 +72,23 @@ ElementOrError build(VideoExportType type, bool withSound, const ClipFiles& file
   const auto microphone = withSound && !format->sound.empty() ? openMicrophone() : nullptr;
   log::print("camera: records " + format->video + (microphone ? ", " + format->sound : ", silent"));
 
-  GError* error = nullptr;
-  auto pipeline = GRef<GstElement>::sink(gst_parse_launch_full(describe(*format, static_cast<bool>(microphone)).c_str(),
-                                                               nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
-  if (error || !pipeline) return adoptError(error);
+  auto parsed = parsePipeline(describe(*format, static_cast<bool>(microphone)));
+  if (std::holds_alternative<PipelineError>(parsed)) return parsed;
+  auto& pipeline = *std::get<GRef<GstElement>>(parsed).get();
   if (microphone) {
-    gst_bin_add(GST_BIN(pipeline.get()), microphone.get());
-    gst_element_link(microphone.get(), elementOf(*pipeline.get(), soundQueue).get());
+    gst_bin_add(GST_BIN(&pipeline), microphone.get());
+    gst_element_link(microphone.get(), elementIn(pipeline, soundQueue).get());
   }
-  g_object_set(elementOf(*pipeline.get(), "file").get(), "location", files.clip->path().c_str(), nullptr);
-  g_object_set(elementOf(*pipeline.get(), "mux").get(), "faststart-file", files.draft->path().c_str(), nullptr);
+  g_object_set(elementIn(pipeline, "file").get(), "location", files.clip->path().c_str(), nullptr);
+  g_object_set(elementIn(pipeline, "mux").get(), "faststart-file", files.draft->path().c_str(), nullptr);
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
-  gst_pipeline_use_clock(GST_PIPELINE(pipeline.get()), clock.get());
-  return pipeline;
+  gst_pipeline_use_clock(GST_PIPELINE(&pipeline), clock.get());
+  return parsed;
 }
 
 void endStreams(GstElement& pipeline) {
-  gst_app_src_end_of_stream(GST_APP_SRC(elementOf(pipeline, "pictures").get()));
-  if (const auto microphone = elementOf(pipeline, microphoneName)) {
+  gst_app_src_end_of_stream(GST_APP_SRC(elementIn(pipeline, "pictures").get()));
+  if (const auto microphone = elementIn(pipeline, microphoneName)) {
     gst_element_send_event(microphone.get(), gst_event_new_eos());
   }
 }
@@ -151,7 +147,7 @@ void ClipRecorder::connectFrames() {
   });
   pipeline_->run([frames = frames_, longest, began, &main = threads_.main](GstElement& pipeline) {
     const auto input =
-        std::make_shared<ClipInput>(elementOf(pipeline, "pictures"), gst_element_get_base_time(&pipeline), longest,
+        std::make_shared<ClipInput>(elementIn(pipeline, "pictures"), gst_element_get_base_time(&pipeline), longest,
                                     [began, &main] { main.async([began] { began(); }); });
     frames->setReceiver([input](GstSample& frame, GstClockTime time) { input->push(frame, time); });
   });

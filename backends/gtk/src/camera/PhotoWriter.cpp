@@ -3,8 +3,8 @@
 #include <gst/app/gstappsrc.h>
 
 #include "../glib/GRef.h"
+#include "../video/Elements.h"
 #include "../video/FrameMemory.h"
-#include "../video/PipelineError.h"
 
 namespace orivex::gtk {
 namespace {

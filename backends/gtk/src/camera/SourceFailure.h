@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../video/PipelineError.h"
+#include "../video/Elements.h"
 
 #include "orivex/platform/ports/Camera.h"
 

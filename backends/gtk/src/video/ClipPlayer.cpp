@@ -19,13 +19,12 @@ ElementOrError build(const std::string& path, Size area, const std::shared_ptr<F
   if (!isVideoContainerAt(path.c_str())) return pipelineError(path + " is not a video");
   auto player = GRef<GstElement>::sink(gst_element_factory_make("playbin", nullptr));
   if (!player) return pipelineError("no player is installed");
-  GError* error = nullptr;
-  const auto sink = GRef<GstElement>::sink(gst_parse_bin_from_description_full(
-      previewBranch(true).c_str(), TRUE, nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error));
-  if (error || !sink) return adoptError(error);
-  connectPreview(*sink.get(), area, false, feed);
+  auto made = parseBin(previewBranch(true));
+  if (std::holds_alternative<PipelineError>(made)) return made;
+  auto* const sink = std::get<GRef<GstElement>>(made).get();
+  connectPreview(*sink, area, false, feed);
   const GCharPtr address(g_filename_to_uri(path.c_str(), nullptr, nullptr));
-  g_object_set(player.get(), "uri", address.get(), "video-sink", sink.get(), "flags", pictureAndSound, nullptr);
+  g_object_set(player.get(), "uri", address.get(), "video-sink", sink, "flags", pictureAndSound, nullptr);
   return player;
 }
 

@@ -35,10 +35,11 @@ class Pipeline::BusListener {
  public:
   using Report = std::function<void(const std::optional<PipelineError>&)>;
 
-  BusListener(MainQueue& main, Report report) : main_(main), report_(std::move(report)) {}
+  BusListener(MainQueue& main, Report report, bool needsDevice)
+      : main_(main), report_(std::move(report)), needsDevice_(needsDevice) {}
 
-  static void listen(GstElement& element, MainQueue& main, Report report) {
-    auto listener = std::make_unique<BusListener>(main, std::move(report));
+  static void listen(GstElement& element, MainQueue& main, Report report, bool needsDevice) {
+    auto listener = std::make_unique<BusListener>(main, std::move(report), needsDevice);
     const auto bus = GRef<GstBus>::adopt(gst_element_get_bus(&element));
     gst_bus_set_sync_handler(bus.get(), received, listener.release(),
                              [](gpointer data) { delete static_cast<BusListener*>(data); });
@@ -54,16 +55,23 @@ class Pipeline::BusListener {
   void consider(GstMessage* message) const {
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
       main_.async([report = report_] { report(std::nullopt); });
-    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
-      GError* error = nullptr;
-      gst_message_parse_error(message, &error, nullptr);
-      const GCharPtr origin(gst_object_get_path_string(GST_MESSAGE_SRC(message)));
-      main_.async([report = report_, told = adoptError(error, origin ? origin.get() : "")] { report(told); });
+      return;
     }
+    GError* error = nullptr;
+    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+      gst_message_parse_error(message, &error, nullptr);
+    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_WARNING && needsDevice_) {
+      gst_message_parse_warning(message, &error, nullptr);
+      if (!g_error_matches(error, GST_RESOURCE_ERROR, GST_RESOURCE_ERROR_NOT_FOUND)) g_clear_error(&error);
+    }
+    if (!error) return;
+    const GCharPtr origin(gst_object_get_path_string(GST_MESSAGE_SRC(message)));
+    main_.async([report = report_, told = adoptError(error, origin ? origin.get() : "")] { report(told); });
   }
 
   MainQueue& main_;
   const Report report_;
+  const bool needsDevice_;
 };
 
 Pipeline::Pipeline(PipelineThreads threads, Build build, Handlers handlers, std::shared_ptr<void> belongings)
@@ -76,22 +84,23 @@ Pipeline::Pipeline(PipelineThreads threads, Build build, Handlers handlers, std:
       ended();
     }
   });
-  threads_.worker.run([core = core_, &main = threads_.main, build = std::move(build), report] {
-    if (core->closed) return;
-    prepareGStreamer();
-    const auto made = build();
-    if (const auto* const error = std::get_if<PipelineError>(&made)) {
-      main.async([report, told = *error] { report(told); });
-      return;
-    }
-    keepFramesInPages(*std::get<GRef<GstElement>>(made).get());
-    core->element.reset(GST_ELEMENT(gst_object_ref(std::get<GRef<GstElement>>(made).get())));
-    BusListener::listen(*core->element, main, report);
-    // Elements tell on the bus why they refuse; the few that do not are spoken for here, later than those that do.
-    if (gst_element_set_state(core->element.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE) {
-      main.async([report] { report(pipelineError("the pipeline does not start")); });
-    }
-  });
+  threads_.worker.run(
+      [core = core_, &main = threads_.main, build = std::move(build), report, needsDevice = handlers_.needsDevice] {
+        if (core->closed) return;
+        prepareGStreamer();
+        const auto made = build();
+        if (const auto* const error = std::get_if<PipelineError>(&made)) {
+          main.async([report, told = *error] { report(told); });
+          return;
+        }
+        keepFramesInPages(*std::get<GRef<GstElement>>(made).get());
+        core->element.reset(GST_ELEMENT(gst_object_ref(std::get<GRef<GstElement>>(made).get())));
+        BusListener::listen(*core->element, main, report, needsDevice);
+        // Elements tell on the bus why they refuse; the few that do not are spoken for here, later than those that do.
+        if (gst_element_set_state(core->element.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE) {
+          main.async([report] { report(pipelineError("the pipeline does not start")); });
+        }
+      });
 }
 
 Pipeline::~Pipeline() {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "video/PipelineError.h"
+#include "video/Elements.h"
 #include "video/PipelineThreads.h"
 
 #include "orivex/platform/base/Alive.h"
@@ -12,12 +12,14 @@
 namespace orivex::gtk {
 
 /// A GStreamer pipeline that plays as long as this object lives. Whatever may block, from loading plug-ins to letting
-/// go of the device, runs on the worker, in the order of the calls here. Main thread.
+/// go of the device, runs on the worker; where that has one thread, in the order of the calls here. Main thread.
 class Pipeline {
  public:
   struct Handlers {
     std::function<void()> ended;                       ///< every sink has seen the end of the stream
     std::function<void(const PipelineError&)> failed;  ///< once; nothing comes after it
+    bool needsDevice =
+        false;  ///< fails where an element would go on with a silent device in the place of a missing one
   };
 
   /// Makes the pipeline, on the worker, with GStreamer ready for use.

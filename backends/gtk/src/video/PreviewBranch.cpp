@@ -6,8 +6,7 @@
 
 #include <gst/video/video.h>
 
-#include "glib/GRef.h"
-#include "video/SampleHandler.h"
+#include "video/Elements.h"
 
 namespace orivex::gtk {
 namespace {
@@ -54,16 +53,13 @@ std::string previewBranch(bool keepsTime) {
 }
 
 void connectPreview(GstElement& bin, Size area, bool mirrored, const std::shared_ptr<FrameFeed>& feed) {
-  const auto elementOf = [&](const char* name) {
-    return GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(&bin), name));
-  };
-  g_object_set(elementOf("mirror").get(), "video-direction",
+  g_object_set(elementIn(bin, "mirror").get(), "video-direction",
                mirrored ? GST_VIDEO_ORIENTATION_HORIZ : GST_VIDEO_ORIENTATION_IDENTITY, nullptr);
-  const auto pad = GRef<GstPad>::adopt(gst_element_get_static_pad(elementOf("fit").get(), "sink"));
-  auto scaling = std::make_unique<Scaling>(Scaling{elementOf("shown"), area});
+  const auto pad = GRef<GstPad>::adopt(gst_element_get_static_pad(elementIn(bin, "fit").get(), "sink"));
+  auto scaling = std::make_unique<Scaling>(Scaling{elementIn(bin, "shown"), area});
   gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, formatComes, scaling.release(),
                     [](gpointer data) { delete static_cast<Scaling*>(data); });
-  handleSamples(bin, "preview", [feed](SharedSample sample) { feed->push(std::move(sample)); });
+  handleSamples(*elementIn(bin, "preview").get(), [feed](SharedSample sample) { feed->push(std::move(sample)); });
 }
 
 }  // namespace orivex::gtk
