@@ -125,8 +125,9 @@ void measureRecording(const fs::path& folder, const std::shared_ptr<Window>& win
   auto yardstick = std::make_unique<gtk::Pipeline>(
       gtk::PipelineThreads{Platform::current().mainQueue, workers},
       [&] { return gtk::parsePipeline(barePipeline(folder / "yardstick.wav")); },
-      gtk::Pipeline::Handlers{
-          .failed = [](const gtk::PipelineError& /*error*/) { std::fputs("the yardstick failed\n", stderr); }});
+      gtk::Pipeline::Handlers{.ended = {}, .failed = [](const gtk::PipelineError& /*error*/) {
+                                std::fputs("the yardstick failed\n", stderr);
+                              }});
   gtk::pass(1);
   double before = processorMilliseconds();
   idle(seconds);
