@@ -12,7 +12,11 @@ constexpr const char* script = R"js(
 {
   const down = new Map();
   const forget = (event) => down.delete(event.pointerId);
-  addEventListener("pointerdown", (event) => down.set(event.pointerId, [event.composedPath()[0], event]), true);
+  addEventListener("pointerdown", (event) => {
+    // Newer WebKit's own fingers, of which the page hears nothing: it gets ours.
+    if (event.isTrusted && event.pointerType === "touch") return;
+    down.set(event.pointerId, [event.composedPath()[0], event]);
+  }, true);
   addEventListener("pointerup", forget, true);
   addEventListener("pointercancel", forget, true);
   addEventListener("orivexpointerstaken", () => {
