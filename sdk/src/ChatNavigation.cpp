@@ -1,5 +1,9 @@
 #include "ChatNavigation.h"
 
+#include "ChatWebViewHost.h"
+#include "PageOrigins.h"
+#include "ScreenGuard.h"
+
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
@@ -23,39 +27,49 @@ void tell(OVKFApi& screen, const std::string& message) {
 
 }  // namespace
 
-void ChatNavigation::didStartProvisionalNavigation() {
-  log::debugPrint("Start Loading");
-  Platform::current().mainQueue.asyncAfter(watchdogSeconds, [weak = std::weak_ptr(screen_.hold())] {
+WebEngineHandlers ChatNavigation::handlers() {
+  const auto act = [this](auto event) {
+    return guarded(screen_, [this, event](auto&&... arguments) { (this->*event)(arguments...); });
+  };
+  WebEngineHandlers handlers;
+  handlers.didStartProvisionalNavigation = act(&ChatNavigation::started);
+  handlers.didReceiveServerRedirect = [] { log::debugPrint("Redirected by the server"); };
+  handlers.didCommitNavigation = act(&ChatNavigation::committed);
+  handlers.didFinishNavigation = act(&ChatNavigation::finished);
+  handlers.didFailProvisionalNavigation = act(&ChatNavigation::failedToStart);
+  handlers.didFailNavigation = [](const std::string& error) { log::debugPrint("Load broken off: " + error); };
+  handlers.decideNavigationAction = [this, weak = screen_.weak_from_this()](const std::optional<std::string>& url) {
     const auto screen = weak.lock();
-    if (screen && screen->view()->isShowing() && !screen->isLoaded()) tell(*screen, "服务请求超时");
-  });
+    return screen ? decide(url) : NavigationPolicy::allow;
+  };
+  return handlers;
 }
 
-void ChatNavigation::didReceiveServerRedirect() {
-  log::debugPrint("Redirected by the server");
+void ChatNavigation::started() {
+  log::debugPrint("Start Loading");
+  const auto tellWhenLate = [this] {
+    if (screen_.view()->isShowing() && !screen_.isLoaded()) tell(screen_, "服务请求超时");
+  };
+  Platform::current().mainQueue.asyncAfter(watchdogSeconds, guarded(screen_, tellWhenLate));
 }
 
-void ChatNavigation::didCommitNavigation() {
+void ChatNavigation::committed() {
   hasCommitted_ = true;
   log::debugPrint("Loading");
-  screen_.pageCommitted();
+  origins_.committed(host_.documentUrl());
 }
 
-void ChatNavigation::didFinishNavigation() {
-  screen_.pageFinished();
+void ChatNavigation::finished() {
+  origins_.finished(host_.documentUrl());
+  host_.pageFinished();
 }
 
-void ChatNavigation::didFailProvisionalNavigation(const std::string& error) {
+void ChatNavigation::failedToStart(const std::string& error) {
   log::debugPrint("Load failed: " + error);
-  const auto screen = screen_.hold();
-  if (screen->view()->isShowing()) tell(*screen, "请求失败,请稍后重试");
+  if (screen_.view()->isShowing()) tell(screen_, "请求失败,请稍后重试");
 }
 
-void ChatNavigation::didFailNavigation(const std::string& error) {
-  log::debugPrint("Load broken off: " + error);
-}
-
-NavigationPolicy ChatNavigation::decideNavigationAction(const std::optional<std::string>& url) {
+NavigationPolicy ChatNavigation::decide(const std::optional<std::string>& url) {
   if (url) log::debugPrint("URL: " + *url);
   if (!leavesHttps(url)) return NavigationPolicy::allow;
   log::print("The page's first load was led from https to http and ends");

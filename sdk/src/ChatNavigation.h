@@ -1,40 +1,38 @@
 #pragma once
 
-#include <functional>
-#include <memory>
+#include <optional>
+#include <string>
 
-#include "orivex/platform/ui/WebView.h"
+#include "orivex/platform/ports/WebEngine.h"
 
 namespace orivex {
 
+class ChatWebViewHost;
 class OVKFApi;
+class PageOrigins;
 
 /// Follows the navigations of the chat page: the watchdog, the failure messages, the log. The page may go anywhere;
 /// only its first load must not be led from https to http, with the visitor's token.
-class ChatNavigation : public NavigationDelegate {
+class ChatNavigation {
  public:
-  /// What the navigation asks and tells the screen.
-  struct Screen {
-    std::function<std::shared_ptr<OVKFApi>()> hold;
-    std::function<void()> pageCommitted;
-    std::function<void()> pageFinished;
-  };
+  /// `screen` owns this object and the others.
+  ChatNavigation(OVKFApi& screen, ChatWebViewHost& host, PageOrigins& origins)
+      : screen_(screen), host_(host), origins_(origins) {}
 
-  explicit ChatNavigation(Screen screen) : screen_(std::move(screen)) {}
-
-  void didStartProvisionalNavigation() override;
-  void didReceiveServerRedirect() override;
-  void didCommitNavigation() override;
-  void didFinishNavigation() override;
-  void didFailProvisionalNavigation(const std::string& error) override;
-  void didFailNavigation(const std::string& error) override;
-  NavigationPolicy decideNavigationAction(const std::optional<std::string>& url) override;
-  NavigationPolicy decideNavigationResponse() override { return NavigationPolicy::allow; }
+  /// What is to be done at the events of a navigation.
+  WebEngineHandlers handlers();
 
  private:
+  void started();
+  void committed();
+  void finished();
+  void failedToStart(const std::string& error);
+  NavigationPolicy decide(const std::optional<std::string>& url);
   bool leavesHttps(const std::optional<std::string>& url);
 
-  Screen screen_;
+  OVKFApi& screen_;
+  ChatWebViewHost& host_;
+  PageOrigins& origins_;
   bool isSecret_ = false;  // the first load, from the first https address on
   bool hasCommitted_ = false;
 };

@@ -1,6 +1,8 @@
 #include "ChatWebViewHost.h"
 
 #include "Closing.h"
+#include "ScreenGuard.h"
+#include "ScriptMessageBridge.h"
 #include "StartScripts.h"
 
 #include "orivex/media/OVKFApiHelper.h"
@@ -21,11 +23,6 @@ namespace {
 constexpr double revealDelay = 4.0;
 constexpr double fadeSeconds = 0.4;
 constexpr double messageSeconds = 2.0;
-
-// Exactly what the page may post, in the order of registration.
-constexpr const char* messageNames[] = {
-    "trackEvent",         "openUrl",    "openFile",  "openCamera", "openPhotoLibraryPicker",
-    "openDocumentPicker", "initLoaded", "recording", "goBack"};
 
 }  // namespace
 
@@ -55,15 +52,12 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
   screen_.view();
   if (webView_) return webView_;
   const auto around = surroundings();
-  WebViewConfiguration configuration;
-  auto& controller = *configuration.userContentController;
-  const auto handler = std::static_pointer_cast<OVKFApi>(screen_.shared_from_this());
-  for (const auto* name : messageNames) controller.addScriptMessageHandler(handler, name);
-  installEnvironmentScript(controller, around.statusBarHeight, around.insets.bottom);
-  installDebugConsoles(controller);
+  WebEngineConfiguration configuration{.scriptMessageNames = ScriptMessageBridge::messageNames(), .userScripts = {}};
+  addEnvironmentScript(configuration.userScripts, around.statusBarHeight, around.insets.bottom);
+  addDebugConsoles(configuration.userScripts);
   log::debugPrint("Distance: safeDistanceTop:" + doubleText(around.insets.top) + " safeDistanceBottom:" +
                   doubleText(around.insets.bottom) + " navHeight:" + doubleText(around.statusBarHeight));
-  webView_ = std::make_shared<WebView>(webViewFrame(), std::move(configuration));
+  webView_ = std::make_shared<WebView>(webViewFrame(), std::move(configuration), makeHandlers_());
   webView_->setCustomUserAgent(OVKFApiHelper::userAgent());
   webView_->setAlpha(0);
   webView_->setScrollSettings({.bounces = false,
@@ -74,9 +68,6 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
                                .contentInset = {},
                                .indicatorInsets = {}});
   webView_->setBackgroundColor(Color::white());
-  webView_->setNavigationDelegate(delegate_);
-  pageRequests_ = std::make_shared<ChatPageRequests>(*webView_, [this] { closeScreenIfShown(screen_); });
-  webView_->setUIDelegate(pageRequests_);
   webView_->evaluate(std::string(touchScript));
   return webView_;
 }
@@ -84,7 +75,7 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
 const std::shared_ptr<WebView>& ChatWebViewHost::loadView() {
   screen_.view();
   if (loadView_) return loadView_;
-  WebViewConfiguration configuration;
+  WebEngineConfiguration configuration;
   configuration.javaScriptCanOpenWindowsAutomatically = false;
   loadView_ = std::make_shared<WebView>(loadViewFrame(), std::move(configuration));
   const auto white = OVKFApiHelper::color("#FFFFFF");
@@ -103,10 +94,9 @@ void ChatWebViewHost::layout() {
 }
 
 void ChatWebViewHost::observeUrl() {
-  std::weak_ptr<ViewController> weak = screen_.weak_from_this();
-  urlObservation_ = webView()->observeUrl([this, weak](const auto& /*before*/, const auto& now) {
-    if (const auto kept = weak.lock(); kept && !now) processGone();
-  });
+  urlObservation_ = webView()->observeUrl(guarded(screen_, [this](const auto& /*before*/, const auto& now) {
+    if (!now) processGone();
+  }));
 }
 
 void ChatWebViewHost::processGone() {
@@ -132,9 +122,7 @@ void ChatWebViewHost::pageFinished() {
   log::debugPrint("Loaded");
   webView()->evaluate(std::string(viewportScript));
   // Held weakly: a screen that its host has let go of is not kept for a page that nobody sees.
-  Platform::current().mainQueue.asyncAfter(revealDelay, [this, weak = screen_.weak_from_this()] {
-    if (const auto kept = weak.lock()) reveal();
-  });
+  Platform::current().mainQueue.asyncAfter(revealDelay, guarded(screen_, [this] { reveal(); }));
 }
 
 void ChatWebViewHost::reveal() {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
-#include "ChatPageRequests.h"
 #include "ReloadLimit.h"
 
 #include "orivex/platform/base/Subscription.h"
@@ -15,15 +15,17 @@ class OVKFApi;
 /// Builds and holds the two web views of the chat screen: the chat page and the placeholder over it.
 class ChatWebViewHost {
  public:
-  /// `screen` owns this object.
-  explicit ChatWebViewHost(OVKFApi& screen) : screen_(screen) {}
+  /// `screen` owns this object; `makeHandlers` gives what serves the chat page, once it is built.
+  ChatWebViewHost(OVKFApi& screen, std::function<WebEngineHandlers()> makeHandlers)
+      : screen_(screen), makeHandlers_(std::move(makeHandlers)) {}
 
   bool isLoaded() const { return isLoaded_; }
 
   const std::shared_ptr<WebView>& webView();
   const std::shared_ptr<WebView>& loadView();
 
-  void setNavigationDelegate(std::weak_ptr<NavigationDelegate> delegate) { delegate_ = std::move(delegate); }
+  /// Address of the document in the chat page whose scripts run now.
+  std::optional<std::string> documentUrl() { return webView()->engine().documentUrl(); }
 
   /// Places both views in the screen's view as it is now.
   void layout();
@@ -52,10 +54,9 @@ class ChatWebViewHost {
   void processGone();
 
   OVKFApi& screen_;
+  std::function<WebEngineHandlers()> makeHandlers_;
   std::shared_ptr<WebView> webView_;
-  std::shared_ptr<ChatPageRequests> pageRequests_;
   std::shared_ptr<WebView> loadView_;
-  std::weak_ptr<NavigationDelegate> delegate_;
   Subscription urlObservation_;
   ReloadLimit reloads_;
   bool isLoaded_ = false;

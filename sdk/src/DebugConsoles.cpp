@@ -10,7 +10,6 @@
 #include "orivex/platform/base/Text.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/UserDefaults.h"
-#include "orivex/platform/ui/UserContentController.h"
 
 namespace orivex {
 namespace {
@@ -48,7 +47,7 @@ FileText readText(const std::string& path) {
   return result;
 }
 
-void install(const Console& console, UserContentController& controller) {
+void add(const Console& console, std::vector<UserScript>& scripts) {
   const auto path = Platform::current().componentBundle.pathForResource(console.resource, "js");
   if (!path) return;
   log::debugPrint(std::string(console.name) + " injecting");
@@ -57,7 +56,7 @@ void install(const Console& console, UserContentController& controller) {
     log::debugPrint("Error reading " + std::string(console.name) + " script file: " + file.error);
     return;
   }
-  controller.addUserScript({std::move(file.text) + console.startTail});
+  scripts.push_back({std::move(file.text) + console.startTail});
 }
 
 // A device set to imperial units gets the console whatever the switch says.
@@ -68,10 +67,10 @@ bool hasImperialUnits(const UserDefaults& defaults) {
 
 }  // namespace
 
-void installDebugConsoles(UserContentController& controller) {
+void addDebugConsoles(std::vector<UserScript>& scripts) {
   const auto& defaults = Platform::current().userDefaults;
-  if (defaults.boolForKey("enable_vconsole")) install(vConsole, controller);
-  if (defaults.boolForKey("enable_eruda") || hasImperialUnits(defaults)) install(eruda, controller);
+  if (defaults.boolForKey("enable_vconsole")) add(vConsole, scripts);
+  if (defaults.boolForKey("enable_eruda") || hasImperialUnits(defaults)) add(eruda, scripts);
 }
 
 }  // namespace orivex

@@ -2,10 +2,12 @@
 
 #include "ChatNavigation.h"
 #include "ChatPageAddress.h"
+#include "ChatPageRequests.h"
 #include "ChatWebViewHost.h"
 #include "Closing.h"
 #include "EdgePanBack.h"
 #include "PageOrigins.h"
+#include "ScreenGuard.h"
 #include "ScriptMessageBridge.h"
 
 #include "orivex/media/DeviceIdentifier.h"
@@ -47,24 +49,10 @@ std::string drain(std::vector<std::shared_ptr<MessageBody>>& queue) {
 
 OVKFApi::OVKFApi() {
   origins_ = std::make_unique<PageOrigins>();
-  host_ = std::make_unique<ChatWebViewHost>(*this);
-  const auto documentUrl = [this] { return webView()->engine().documentUrl(); };
-  navigation_ = std::make_shared<ChatNavigation>(
-      ChatNavigation::Screen{.hold = [this] { return self(); },
-                             .pageCommitted = [this, documentUrl] { origins_->committed(documentUrl()); },
-                             .pageFinished =
-                                 [this, documentUrl] {
-                                   origins_->finished(documentUrl());
-                                   host_->pageFinished();
-                                 }});
-  host_->setNavigationDelegate(navigation_);
-  bridge_ = std::make_unique<ScriptMessageBridge>(ScriptMessageBridge::Screen{
-      .hold = [this] { return self(); },
-      .delegate = [this] { return conversionDelegate; },
-      .evaluate = [this](const std::string& script) { host_->evaluate(script); },
-      .reveal = [this] { host_->reveal(); },
-      .origin = [documentUrl] { return originOf(documentUrl()); },
-      .showsChatPage = [this, documentUrl] { return origins_->trusts(documentUrl(), trustedOrigins); }});
+  host_ = std::make_unique<ChatWebViewHost>(*this, [this] { return pageHandlers(); });
+  navigation_ = std::make_unique<ChatNavigation>(*this, *host_, *origins_);
+  pageRequests_ = std::make_unique<ChatPageRequests>(*this);
+  bridge_ = std::make_unique<ScriptMessageBridge>(*this, *host_, *origins_);
 }
 
 // A screen that never disappeared, for example with its window, is gone all the same.
@@ -72,8 +60,12 @@ OVKFApi::~OVKFApi() {
   closeMicrophone();
 }
 
-std::shared_ptr<OVKFApi> OVKFApi::self() {
-  return std::static_pointer_cast<OVKFApi>(shared_from_this());
+// What the page does goes to the part of the screen that serves it.
+WebEngineHandlers OVKFApi::pageHandlers() {
+  auto handlers = navigation_->handlers();
+  handlers.scriptMessage = guarded(*this, [this](const ScriptMessage& message) { didReceive(message); });
+  handlers.pageRequests = pageRequests_->handlers();
+  return handlers;
 }
 
 void OVKFApi::startSession(const std::string& host, const std::string& entryId, const std::string& appkey,
@@ -215,9 +207,8 @@ void OVKFApi::placeSnapshot() {
 void OVKFApi::installBackGesture() {
   backGesture_ = std::make_unique<EdgePanBack>(*this);
   // The view may outlive the screen, with its gesture.
-  view()->addGesture(std::make_shared<ScreenEdgePanGesture>([weak = weak_from_this()](const auto& gesture) {
-    if (const auto kept = weak.lock()) static_cast<OVKFApi&>(*kept).backGesture_->handle(gesture);
-  }));
+  view()->addGesture(std::make_shared<ScreenEdgePanGesture>(
+      guarded(*this, [this](const auto& gesture) { backGesture_->handle(gesture); })));
   // Under a title bar it reaches beyond the screen.
   previousViewSnapshot_->setUserInteractionEnabled(false);
   view()->setClipsToBounds(true);
@@ -235,7 +226,8 @@ void OVKFApi::addRecordingView() {
 
 void OVKFApi::loadPage() {
   if (!hasAddress_) {  // the shared one is that of another session, with another visitor's token
-    OVKFApiHelper::showMessage("请求失败,请稍后重试", pageFailureSeconds, [screen = self()] { screen->close(); });
+    OVKFApiHelper::showMessage("请求失败,请稍后重试", pageFailureSeconds,
+                               [screen = shared_from_this()] { closeScreenIfShown(*screen); });
     return;
   }
   const auto& address = OVKFApiManager::shared().instanceURL;
@@ -244,18 +236,17 @@ void OVKFApi::loadPage() {
                "instanceURL not set. Call setUrl() first. (OVKFApi::startSession sets it; call that before the screen "
                "shows.)");
   }
-  OVKFApiHelper::checkPage(*address, [weak = weak_from_this()](const PageCheckOutcome& outcome) {
-    const auto screen = std::static_pointer_cast<OVKFApi>(weak.lock());
-    if (!screen) return;
+  OVKFApiHelper::checkPage(*address, guarded(*this, [this](const PageCheckOutcome& outcome) {
     if (const auto* request = std::get_if<UrlRequest>(&outcome)) {
-      screen->webView()->load(*request);
-    } else if (!screen->view()->isShowing()) {
-      screen->mustLoadPage_ = true;
+      webView()->load(*request);
+    } else if (!view()->isShowing()) {
+      mustLoadPage_ = true;
     } else if (const auto& message = std::get<PageCheckFailure>(outcome).message) {
-      Platform::current().progressOverlay.bringTo(*screen->view());
-      OVKFApiHelper::showMessage(*message, pageFailureSeconds, [screen] { screen->close(); });
+      Platform::current().progressOverlay.bringTo(*view());
+      OVKFApiHelper::showMessage(*message, pageFailureSeconds,
+                                 [screen = shared_from_this()] { closeScreenIfShown(*screen); });
     }
-  });
+  }));
 }
 
 void OVKFApi::viewWillAppear(bool animated) {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "ChatWebViewHost.h"
 #include "Closing.h"
+#include "PageOrigins.h"
 
 #include "orivex/media/ChatManager.h"
 #include "orivex/media/OVKFApiHelper.h"
@@ -13,7 +15,7 @@
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
-#include "orivex/platform/ui/ViewController.h"
+#include "orivex/sdk/OVKFApi.h"
 #include "orivex/session/OVKFApiManager.h"
 #include "orivex/voice/RecordManager.h"
 
@@ -55,13 +57,19 @@ const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
     {"trackEvent", &ScriptMessageBridge::trackEvent},
     {"openUrl", &ScriptMessageBridge::openUrl, true, true},
     {"openFile", &ScriptMessageBridge::openFile, false, true},
-    {"goBack", &ScriptMessageBridge::goBack, true},
     {"openCamera", &ScriptMessageBridge::openCamera, false, true},
-    {"openDocumentPicker", &ScriptMessageBridge::openDocumentPicker, false, true},
     {"openPhotoLibraryPicker", &ScriptMessageBridge::openPhotoLibraryPicker, false, true},
-    {"recording", &ScriptMessageBridge::recording, false, true},
+    {"openDocumentPicker", &ScriptMessageBridge::openDocumentPicker, false, true},
     {"initLoaded", &ScriptMessageBridge::initLoaded, true},
+    {"recording", &ScriptMessageBridge::recording, false, true},
+    {"goBack", &ScriptMessageBridge::goBack, true},
 };
+
+std::vector<std::string> ScriptMessageBridge::messageNames() {
+  std::vector<std::string> names;
+  for (const auto& service : services) names.emplace_back(service.name);
+  return names;
+}
 
 void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
   if (message.body.size() > longestBody) {
@@ -72,15 +80,15 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
     const auto text = message.body.starts_with('"') ? decodeText(message.body) : std::nullopt;
     log::debugPrint("Received message from JavaScript: " + message.name + " " + (text ? *text : message.body));
   }
-  Platform::current().progressOverlay.bringTo(*screen_.hold()->view());
+  Platform::current().progressOverlay.bringTo(*screen_.view());
   const auto* const service = std::find_if(std::begin(services), std::end(services),
                                            [&](const Service& candidate) { return candidate.name == message.name; });
   if (service == std::end(services)) return;
-  if (!service->isOpen && !screen_.showsChatPage()) {
-    log::print("Declined \"" + message.name + "\" of a page that is not the chat's: " + screen_.origin());
+  if (!service->isOpen && !origins_.trusts(host_.documentUrl(), screen_.trustedOrigins)) {
+    log::print("Declined \"" + message.name + "\" of a page that is not the chat's: " + origin());
     return;
   }
-  if (service->opensSomething && !screen_.hold()->view()->isShowing()) {
+  if (service->opensSomething && !screen_.view()->isShowing()) {
     log::print("A screen that does not show was declined: " + message.name);
     return;
   }
@@ -91,7 +99,7 @@ void ScriptMessageBridge::trackEvent(std::string_view body) {
   if (!isDictionary(body)) return;
   try {
     const auto event = decode<TrackModel>(body);
-    const auto delegate = screen_.delegate();
+    const auto delegate = screen_.conversionDelegate;
     if (delegate && event.name && event.attributes) delegate->trackEvent(*event.name, *event.attributes);
   } catch (const DecodingError& error) {
     log::print(std::string("Error decoding TrackModel: ") + error.what());
@@ -106,26 +114,26 @@ void ScriptMessageBridge::openFile(std::string_view body) {
   const auto address = decodeText(body);
   if (!address || address->size() > OVKFApiHelper::longestAddress) return;
   if (const auto file = Url::parse(*address)) {
-    ChatManager::shared().openFile(*file, *screen_.hold());
+    ChatManager::shared().openFile(*file, screen_);
   }
 }
 
 void ScriptMessageBridge::goBack(std::string_view /*body*/) {
-  closeScreen(*screen_.hold(), true);
+  closeScreen(screen_, true);
 }
 
 void ScriptMessageBridge::openCamera(std::string_view body) {
-  if (const auto asked = request(body)) ChatManager::shared().openCamera(*asked, *screen_.hold(), filesAnswer());
+  if (const auto asked = request(body)) ChatManager::shared().openCamera(*asked, screen_, filesAnswer());
 }
 
 void ScriptMessageBridge::openDocumentPicker(std::string_view body) {
   if (const auto asked = request(body)) {
-    ChatManager::shared().openDocumentPicker(*asked, *screen_.hold(), filesAnswer());
+    ChatManager::shared().openDocumentPicker(*asked, screen_, filesAnswer());
   }
 }
 
 void ScriptMessageBridge::openPhotoLibraryPicker(std::string_view body) {
-  if (const auto asked = request(body)) ChatManager::shared().openPhotoLibrary(*asked, *screen_.hold(), filesAnswer());
+  if (const auto asked = request(body)) ChatManager::shared().openPhotoLibrary(*asked, screen_, filesAnswer());
 }
 
 void ScriptMessageBridge::recording(std::string_view body) {
@@ -138,7 +146,7 @@ void ScriptMessageBridge::recording(std::string_view body) {
 void ScriptMessageBridge::initLoaded(std::string_view /*body*/) {
   Platform::current().mainQueue.asyncAfter(initLoadedDelay, alive_.guard([this] {
     log::debugPrint("InitLoad");
-    screen_.reveal();
+    host_.reveal();
   }));
 }
 
@@ -165,10 +173,14 @@ ScriptMessageBridge::RecordAnswer ScriptMessageBridge::recordAnswer() {
 }
 
 AnswerQueue::Evaluate ScriptMessageBridge::evaluateForAsker() const {
-  return [this, asker = screen_.origin()](const std::string& script) {
-    if (screen_.origin() == asker) return screen_.evaluate(script);
-    log::print("An answer for " + asker + " was dropped: the page has gone to " + screen_.origin());
+  return [this, asker = origin()](const std::string& script) {
+    if (origin() == asker) return host_.evaluate(script);
+    log::print("An answer for " + asker + " was dropped: the page has gone to " + origin());
   };
+}
+
+std::string ScriptMessageBridge::origin() const {
+  return originOf(host_.documentUrl());
 }
 
 }  // namespace orivex

@@ -14,28 +14,25 @@
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/ports/WebEngine.h"
-#include "orivex/sdk/Conversation.h"
 
 namespace orivex {
 
-class ViewController;
+class ChatWebViewHost;
+class OVKFApi;
+class PageOrigins;
 
 /// Serves what the page posts, and answers it by script. Bad input is one log line; nothing reaches page or host. While
 /// the screen does not show, the page can open nothing over what does.
 class ScriptMessageBridge {
  public:
-  /// What the bridge asks of the screen, which owns both.
-  struct Screen {
-    std::function<std::shared_ptr<ViewController>()> hold;
-    std::function<std::shared_ptr<OVKFApiConversationDelegate>()> delegate;
-    std::function<void(const std::string& script)> evaluate;
-    std::function<void()> reveal;
-    std::function<std::string()> origin;  ///< of the document that posts or is answered now
-    std::function<bool()> showsChatPage;  ///< whether that document is the chat's own
-  };
+  /// `screen` owns this object and the others.
+  ScriptMessageBridge(OVKFApi& screen, ChatWebViewHost& host, const PageOrigins& origins)
+      : screen_(screen), host_(host), origins_(origins) {}
 
-  explicit ScriptMessageBridge(Screen screen) : screen_(std::move(screen)) {}
+  /// What the page may post, in the order of registration.
+  static std::vector<std::string> messageNames();
 
+  /// Serves one message. The caller keeps the screen, which the message may close.
   void dispatch(const ScriptMessage& message);
 
  private:
@@ -51,6 +48,9 @@ class ScriptMessageBridge {
 
   using FilesAnswer = ChatManager::PickedFiles;
   using RecordAnswer = Once<void(UploadFileInfoModel)>;
+
+  /// Origin of the document that posts or is answered now.
+  std::string origin() const;
 
   /// The request of a picker or recording message; nothing, with a log line, when it is no such request.
   static std::optional<PostMessageModel> request(std::string_view body);
@@ -68,9 +68,11 @@ class ScriptMessageBridge {
     bool isOpen = false;          ///< also to a document that is not the chat's
     bool opensSomething = false;  ///< declined while the screen does not show
   };
-  static const Service services[9];
+  static const Service services[9];  // in the order of registration
 
-  Screen screen_;
+  OVKFApi& screen_;
+  ChatWebViewHost& host_;
+  const PageOrigins& origins_;
   AnswerQueue answers_;
   Alive alive_;
 };

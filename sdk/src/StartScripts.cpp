@@ -7,7 +7,6 @@
 #include "orivex/models/UserMappingModel.h"
 #include "orivex/models/WebViewEnvModel.h"
 #include "orivex/platform/base/Log.h"
-#include "orivex/platform/ui/UserContentController.h"
 #include "orivex/session/OVKFApiManager.h"
 
 namespace orivex {
@@ -23,7 +22,7 @@ std::int64_t wholePoints(double points) {
 
 }  // namespace
 
-void installEnvironmentScript(UserContentController& controller, double statusBarHeight, double bottomInset) {
+void addEnvironmentScript(std::vector<UserScript>& scripts, double statusBarHeight, double bottomInset) {
   const auto& user = OVKFApiManager::shared().user.get();
   WebViewEnvModel environment;
   environment.app_name = user && user->app_name ? *user->app_name : "kep";
@@ -31,7 +30,7 @@ void installEnvironmentScript(UserContentController& controller, double statusBa
   environment.hh = wholePoints(statusBarHeight);
   environment.bh = wholePoints(bottomInset);
   environment.os_name = "iOS";
-  controller.addUserScript({"window.extraParams=" + environment.getJsonString() + ";"});
+  scripts.push_back({"window.extraParams=" + environment.getJsonString() + ";"});
 }
 
 }  // namespace orivex

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
+
+#include "orivex/platform/ports/WebEngine.h"
 
 namespace orivex {
-
-class UserContentController;
 
 /// Keeps long presses from selecting the page's own surface.
 inline constexpr std::string_view touchScript =
@@ -20,9 +21,9 @@ inline constexpr std::string_view viewportScript =
 
 /// Adds the script that tells the page about its surroundings, `window.extraParams`. Heights are in points; one that is
 /// not finite or not inside 64 bits stops the process.
-void installEnvironmentScript(UserContentController& controller, double statusBarHeight, double bottomInset);
+void addEnvironmentScript(std::vector<UserScript>& scripts, double statusBarHeight, double bottomInset);
 
 /// Adds the in-page debug consoles that the user defaults ask for, as far as the bundle holds them.
-void installDebugConsoles(UserContentController& controller);
+void addDebugConsoles(std::vector<UserScript>& scripts);
 
 }  // namespace orivex

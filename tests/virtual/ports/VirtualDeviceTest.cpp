@@ -33,7 +33,7 @@ TEST(VirtualDeviceInstallation, IsThePlatformWhileItLivesAndGivesBackTheOneBefor
 
 TEST(VirtualDeviceInstallation, ScreensInTheWindowAndInWaitingWorkGoWithTheDevice) {
   struct WebScreen final : ViewController {
-    void viewDidLoad() override { view()->addSubview(std::make_shared<WebView>(Rect{}, WebViewConfiguration{})); }
+    void viewDidLoad() override { view()->addSubview(std::make_shared<WebView>(Rect{}, WebEngineConfiguration{})); }
     // As a screen that tidies up after itself: it still finds its platform.
     ~WebScreen() override {
       Platform::current().progressOverlay.dismiss();

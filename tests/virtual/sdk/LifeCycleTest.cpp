@@ -193,6 +193,23 @@ TEST_F(LifeCycleTest, FollowsTheApplicationUntilItIsReleased) {
   EXPECT_EQ(log_.take("\"App"), Lines{});
 }
 
+TEST_F(LifeCycleTest, IsNotKeptByItsPageWhichThenServesNobody) {
+  auto screen = present();
+  screen->dismiss(false);
+  device_.advance(60);
+  const auto page = screen->webView();
+  const std::weak_ptr<OVKFApi> life = screen;
+  screen.reset();
+  EXPECT_TRUE(life.expired());
+  log_.take();
+  engineOf(page).completeLoad();
+  engineOf(page).post("openUrl", R"("https://other.example")");
+  engineOf(page).openWindow("https://other.example");
+  device_.advance(60);
+  EXPECT_EQ(log_.take(), Lines{});
+  EXPECT_TRUE(device_.application().openedUrls().empty());
+}
+
 TEST_F(LifeCycleTest, LeavesNothingBehindAfterAThousandScreens) {
   device_.webEngines().setLoader([](VirtualWebEngine& engine) {
     if (!engine.loads().empty()) engine.completeLoad();

@@ -3,7 +3,6 @@
 #include "ChatScreenTest.h"
 #include "StartScripts.h"
 
-#include "orivex/platform/ui/UserContentController.h"
 #include "orivex/session/OVKFApiManager.h"
 
 namespace orivex::testing {
@@ -11,9 +10,9 @@ namespace {
 
 std::string environmentScript(const std::shared_ptr<UserMappingModel>& user, double statusBar, double bottom) {
   OVKFApiManager::shared().user.set(user);
-  UserContentController controller;
-  installEnvironmentScript(controller, statusBar, bottom);
-  const auto& script = controller.userScripts().at(0);
+  std::vector<UserScript> scripts;
+  addEnvironmentScript(scripts, statusBar, bottom);
+  const auto& script = scripts.at(0);
   EXPECT_EQ(script.injectionTime, UserScript::InjectionTime::documentStart);
   EXPECT_TRUE(script.mainFrameOnly);
   return script.source;

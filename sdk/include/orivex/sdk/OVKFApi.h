@@ -7,20 +7,22 @@
 #include <vector>
 
 #include "orivex/platform/base/Subscription.h"
-#include "orivex/platform/ui/UserContentController.h"
 #include "orivex/platform/ui/ViewController.h"
 #include "orivex/sdk/Conversation.h"
 
 namespace orivex {
 
 class ChatNavigation;
+class ChatPageRequests;
 class ChatWebViewHost;
 class EdgePanBack;
 class PageOrigins;
 class ScriptMessageBridge;
 class WebView;
 struct MessageBody;
+struct ScriptMessage;
 struct UserMappingModel;
+struct WebEngineHandlers;
 
 /// The chat screen. Make one with std::make_shared for each conversation, call `startSession`, then present or push it.
 /// Main thread only.
@@ -28,7 +30,7 @@ struct UserMappingModel;
 ///     auto chat = std::make_shared<orivex::OVKFApi>();
 ///     chat->startSession("https://chat.example", "entry", "key", user);
 ///     window->rootViewController()->present(chat, true);
-class OVKFApi : public ViewController, public ScriptMessageHandler {
+class OVKFApi : public ViewController {
  public:
   OVKFApi();
   ~OVKFApi() override;
@@ -90,10 +92,11 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   bool goBack() override;
 
   /// What the page posts.
-  void didReceive(const ScriptMessage& message) override;
+  void didReceive(const ScriptMessage& message);
 
  private:
   static void configureOverlay();
+  WebEngineHandlers pageHandlers();
   void observeApplication();
   void takeSnapshot(const Window& window);
   void placeSnapshot();
@@ -103,7 +106,6 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   void loadPage();
   void hideHostChrome();
   void restoreHostChrome();
-  std::shared_ptr<OVKFApi> self();
 
   std::shared_ptr<View> previousViewSnapshot_;
   std::unique_ptr<PageOrigins> origins_;
@@ -111,7 +113,8 @@ class OVKFApi : public ViewController, public ScriptMessageHandler {
   std::weak_ptr<Window> sessionWindow_;  // of which the picture is
   bool hasAddress_ = true;               // unless its own session has none
   std::unique_ptr<ChatWebViewHost> host_;
-  std::shared_ptr<ChatNavigation> navigation_;
+  std::unique_ptr<ChatNavigation> navigation_;
+  std::unique_ptr<ChatPageRequests> pageRequests_;
   std::unique_ptr<ScriptMessageBridge> bridge_;
   std::unique_ptr<EdgePanBack> backGesture_;
   std::vector<Subscription> applicationObservers_;

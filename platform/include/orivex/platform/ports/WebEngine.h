@@ -81,21 +81,27 @@ struct PageRequestHandlers {
   std::function<void()> leave;
 };
 
-/// Everything that comes out of an engine, all on the main thread and never inside a call into the engine.
+/// Everything that comes out of an engine, all on the main thread and never inside a call into the engine. At first,
+/// all of it goes unheard and every navigation goes on.
 struct WebEngineHandlers {
-  std::function<void(ScriptMessage)> scriptMessage;
-  std::function<void()> didStartProvisionalNavigation;
-  std::function<void()> didReceiveServerRedirect;
-  std::function<void()> didCommitNavigation;
-  std::function<void()> didFinishNavigation;
-  std::function<void(const std::string& error)> didFailProvisionalNavigation;
-  std::function<void(const std::string& error)> didFailNavigation;
+  using Event = std::function<void()>;
+  using Failed = std::function<void(const std::string& error)>;
+
+  std::function<void(const ScriptMessage& message)> scriptMessage = [](const auto&) {};
+  Event didStartProvisionalNavigation = [] {};
+  Event didReceiveServerRedirect = [] {};
+  Event didCommitNavigation = [] {};
+  Event didFinishNavigation = [] {};
+  Failed didFailProvisionalNavigation = [](const auto&) {};
+  Failed didFailNavigation = [](const auto&) {};
   /// Asked for each address to which the page or a frame of it wants to go, in a window of its own too, and for each to
   /// which a server redirects it.
-  std::function<NavigationPolicy(const std::optional<std::string>& url)> decideNavigationAction;
-  std::function<NavigationPolicy()> decideNavigationResponse;
+  std::function<NavigationPolicy(const std::optional<std::string>& url)> decideNavigationAction = [](const auto&) {
+    return NavigationPolicy::allow;
+  };
+  std::function<NavigationPolicy()> decideNavigationResponse = [] { return NavigationPolicy::allow; };
   /// The address changed; absent when the process behind the page is gone.
-  std::function<void(const std::optional<std::string>& url)> urlChanged;
+  std::function<void(const std::optional<std::string>& url)> urlChanged = [](const auto&) {};
   PageRequestHandlers pageRequests;
 };
 
