@@ -88,8 +88,7 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
       shutter_(main, {handlers_.tapped, handlers_.held, handlers_.released}),
       root_(GRef<GtkWidget>::sink(
           GTK_WIDGET(g_object_new(GTK_TYPE_OVERLAY, "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr)))) {
-  static const bool styled = (installStyle(css), true);
-  static_cast<void>(styled);
+  installStyle(css);
   gtk_widget_add_css_class(root_.get(), "orivex-camera");
   gtk_accessible_update_property(GTK_ACCESSIBLE(root_.get()), GTK_ACCESSIBLE_PROPERTY_LABEL, "相机",
                                  GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE, -1);

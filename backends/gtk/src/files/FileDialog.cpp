@@ -92,7 +92,10 @@ FileDialog::FileDialog(GtkWindow* parent, const Options& options, Once<void(File
   gtk_file_chooser_set_select_multiple(chooser, options.multiple);
   auto* const dialog = GTK_NATIVE_DIALOG(chooser_.get());
   gtk_native_dialog_set_modal(dialog, TRUE);
-  responded_ = SignalConnection::connect<&FileDialog::responded>(dialog, "response", this);
+  responded_ = SignalConnection::connect(dialog, "response", [this, chooser](int response) {
+    const bool isAccepted = response == GTK_RESPONSE_ACCEPT;
+    std::move(answered_)(isAccepted ? filesIn(GRef<GListModel>::adopt(gtk_file_chooser_get_files(chooser))) : Files());
+  });
   gtk_native_dialog_show(dialog);
   ++openCount;
 }
@@ -100,14 +103,6 @@ FileDialog::FileDialog(GtkWindow* parent, const Options& options, Once<void(File
 FileDialog::~FileDialog() {
   closeSoon();
   gtk_native_dialog_destroy(GTK_NATIVE_DIALOG(chooser_.get()));
-}
-
-void FileDialog::responded(GtkNativeDialog* /*dialog*/, int response) {
-  Files files;
-  if (response == GTK_RESPONSE_ACCEPT) {
-    files = filesIn(GRef<GListModel>::adopt(gtk_file_chooser_get_files(GTK_FILE_CHOOSER(chooser_.get()))));
-  }
-  std::move(answered_)(std::move(files));
 }
 
 #endif

@@ -54,8 +54,6 @@ class FileDialog {
 
   const GRef<GCancellable> closing_ = GRef<GCancellable>::adopt(g_cancellable_new());
 #else
-  void responded(GtkNativeDialog* dialog, int response);
-
   GRef<GtkFileChooserNative> chooser_;
   SignalConnection responded_;
 #endif

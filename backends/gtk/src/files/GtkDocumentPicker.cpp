@@ -49,7 +49,7 @@ void GtkDocumentPicker::present(const DocumentPickerOptions& options, View& view
 void GtkDocumentPicker::open(const DocumentPickerOptions& options, GtkWindow* window) {
   // The chooser would greet the visitor with an error about a folder that has gone.
   if (!folder_ || !g_file_query_exists(folder_.get(), nullptr)) folder_ = documentsFolder();
-  destroyed_ = SignalConnection::connect<&GtkDocumentPicker::windowDestroyed>(window, "destroy", this);
+  destroyed_ = SignalConnection::connect(window, "destroy", [this] { drop(); });
   dialog_ = std::make_unique<FileDialog>(
       window,
       FileDialog::Options{
@@ -65,10 +65,6 @@ void GtkDocumentPicker::answered(const FileDialog::Files& files) {
   PickedDocuments picked;
   for (const auto& path : FileDialog::pathsOf(files)) picked.files.push_back(Url::fromFilePath(path));
   answerLater(mainQueue_, std::move(completion_), std::move(picked));
-}
-
-void GtkDocumentPicker::windowDestroyed(GtkWidget* /*window*/) {
-  drop();
 }
 
 void GtkDocumentPicker::drop() {

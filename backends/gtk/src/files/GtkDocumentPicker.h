@@ -28,7 +28,6 @@ class GtkDocumentPicker final : public DocumentPicker {
 
  private:
   void open(const DocumentPickerOptions& options, GtkWindow* window);
-  void windowDestroyed(GtkWidget* window);
   void drop();
   void answered(const FileDialog::Files& files);
 

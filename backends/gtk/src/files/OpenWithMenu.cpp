@@ -8,6 +8,7 @@
 #include "../glib/GMemory.h"
 #include "../ui/GtkApplicationPort.h"
 #include "../ui/StyleSheet.h"
+#include "../ui/Widgets.h"
 #include "Applications.h"
 #include "OpenPortal.h"
 
@@ -39,26 +40,20 @@ std::string nameOf(const Url& file) {
 }
 
 GtkWidget* headingNew(const Url& file) {
-  GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 2);
-  GtkWidget* const heading = gtk_label_new(title);
-  gtk_widget_add_css_class(heading, "title");
-  gtk_box_append(GTK_BOX(box), heading);
+  GtkWidget* const box = boxNew(GTK_ORIENTATION_VERTICAL, 2, {styled(gtk_label_new(title), "title")});
   if (const auto name = nameOf(file); !name.empty()) {
-    GtkWidget* const label = gtk_label_new(name.c_str());
+    GtkWidget* const label = styled(gtk_label_new(name.c_str()), "dim-label");
     gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_MIDDLE);
-    gtk_widget_add_css_class(label, "dim-label");
     gtk_box_append(GTK_BOX(box), label);
   }
   return box;
 }
 
 GtkWidget* rowNew(GAppInfo* application) {
-  GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 12);
   GIcon* const icon = g_app_info_get_icon(application);
   GtkWidget* const image =
       icon ? gtk_image_new_from_gicon(icon) : gtk_image_new_from_icon_name("application-x-executable");
   gtk_image_set_pixel_size(GTK_IMAGE(image), iconSize);
-  gtk_box_append(GTK_BOX(box), image);
   GtkWidget* const name = gtk_label_new(g_app_info_get_display_name(application));
   gtk_widget_set_hexpand(name, TRUE);
   gtk_label_set_xalign(GTK_LABEL(name), 0);
@@ -66,8 +61,7 @@ GtkWidget* rowNew(GAppInfo* application) {
   gtk_label_set_wrap_mode(GTK_LABEL(name), PANGO_WRAP_WORD_CHAR);
   gtk_label_set_lines(GTK_LABEL(name), 2);
   gtk_label_set_ellipsize(GTK_LABEL(name), PANGO_ELLIPSIZE_END);
-  gtk_box_append(GTK_BOX(box), name);
-  return box;
+  return boxNew(GTK_ORIENTATION_HORIZONTAL, 12, {image, name});
 }
 
 }  // namespace
@@ -77,26 +71,26 @@ struct OpenWithMenu::Menu {
   Menu(const Url& opened, std::vector<GRef<GAppInfo>> choices) : file(opened), applications(std::move(choices)) {}
 
   GtkWidget* contentNew() {
-    GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
-    gtk_widget_add_css_class(box, "orivex-open-with");
+    GtkWidget* const cancel = gtk_button_new_with_label("取消");
+    connections.add(cancel, "clicked", [this] { sheet->close(); });
+    GtkWidget* const box =
+        styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {headingNew(file), listNew(), cancel}), "orivex-open-with");
     gtk_widget_set_margin_top(box, margin + 4);
     gtk_widget_set_margin_bottom(box, margin);
     gtk_widget_set_margin_start(box, margin);
     gtk_widget_set_margin_end(box, margin);
-    gtk_box_append(GTK_BOX(box), headingNew(file));
-    gtk_box_append(GTK_BOX(box), listNew());
-    GtkWidget* const cancel = gtk_button_new_with_label("取消");
-    cancelled = SignalConnection::connect<&Menu::cancel>(cancel, "clicked", this);
-    gtk_box_append(GTK_BOX(box), cancel);
     return box;
   }
 
   GtkWidget* listNew() {
-    GtkWidget* const list = gtk_list_box_new();
-    gtk_widget_add_css_class(list, "orivex-applications");
+    GtkWidget* const list = styled(gtk_list_box_new(), "orivex-applications");
     gtk_list_box_set_selection_mode(GTK_LIST_BOX(list), GTK_SELECTION_NONE);
     for (const auto& application : applications) gtk_list_box_append(GTK_LIST_BOX(list), rowNew(application.get()));
-    activated = SignalConnection::connect<&Menu::choose>(list, "row-activated", this);
+    connections.add(list, "row-activated", [this](GtkListBoxRow* row) {
+      connections.disconnect();
+      launch(applications[static_cast<std::size_t>(gtk_list_box_row_get_index(row))].get(), file);
+      sheet->close();
+    });
     GtkWidget* const scroller = gtk_scrolled_window_new();
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
     gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(scroller), TRUE);
@@ -104,18 +98,9 @@ struct OpenWithMenu::Menu {
     return scroller;
   }
 
-  void choose(GtkListBox* /*list*/, GtkListBoxRow* row) {
-    activated.disconnect();
-    launch(applications[static_cast<std::size_t>(gtk_list_box_row_get_index(row))].get(), file);
-    sheet->close();
-  }
-
-  void cancel(GtkButton* /*button*/) { sheet->close(); }
-
   const Url file;
   const std::vector<GRef<GAppInfo>> applications;
-  SignalConnection activated;
-  SignalConnection cancelled;
+  SignalConnections connections;
   std::unique_ptr<Sheet> sheet;
 };
 
@@ -134,8 +119,7 @@ bool OpenWithMenu::presentOptionsMenu(const Url& file, const Rect& /*rect*/, Vie
   }
   auto applications = applicationsFor(file, types_);
   if (applications.empty()) return false;
-  static const bool styled = (installStyle(css), true);
-  static_cast<void>(styled);
+  installStyle(css);
   menu_ = std::make_unique<Menu>(file, std::move(applications));
   menu_->sheet =
       std::make_unique<Sheet>(host->overlay(), mainQueue_, menu_->contentNew(), title, [this] { menu_.reset(); });

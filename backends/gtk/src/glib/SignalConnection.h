@@ -1,6 +1,9 @@
 #pragma once
 
+#include <memory>
+#include <type_traits>
 #include <utility>
+#include <vector>
 
 #include <glib-object.h>
 
@@ -39,6 +42,18 @@ class SignalConnection {
     return {G_OBJECT(sender), g_signal_connect_after(sender, signal, callback, owner)};
   }
 
+  /// Calls `handler`, a lambda, at every `signal` of `sender`. It takes as many of the signal's own arguments as it
+  /// needs, from the first one on, and neither the sender nor the closing user data; one that answers yes or no may
+  /// return a bool. It lives as long as the connection, and to the end of a call in which that ends.
+  template <class Handler>
+  [[nodiscard]] static SignalConnection connect(gpointer sender, const char* signal, Handler handler) {
+    const auto free = [](gpointer owned, GClosure* /*closure*/) { delete static_cast<Handler*>(owned); };
+    // Swapped: the handler comes first and the sender last, where a function that does not take it does no harm.
+    return {G_OBJECT(sender),
+            g_signal_connect_data(sender, signal, trampoline(&Handler::operator()),
+                                  std::make_unique<Handler>(std::move(handler)).release(), free, G_CONNECT_SWAPPED)};
+  }
+
   void disconnect() {
     if (!sender_) return;
     auto* const sender = forget();
@@ -54,6 +69,15 @@ class SignalConnection {
   static GCallback trampoline(Result (Owner::*)(Args...)) {
     Result (*function)(Args..., Owner*) = [](Args... args, Owner* owner) noexcept -> Result {
       return contained([&] { return (owner->*handler)(args...); });
+    };
+    return reinterpret_cast<GCallback>(function);
+  }
+
+  template <class Handler, class Result, class... Args>
+  static GCallback trampoline(Result (Handler::*)(Args...) const) {
+    using Returned = std::conditional_t<std::is_same_v<Result, bool>, gboolean, Result>;
+    Returned (*function)(Handler*, Args...) = [](Handler* handler, Args... args) noexcept -> Returned {
+      return contained([&]() -> Returned { return (*handler)(args...); });
     };
     return reinterpret_cast<GCallback>(function);
   }
@@ -74,6 +98,21 @@ class SignalConnection {
 
   GObject* sender_ = nullptr;
   gulong id_ = 0;
+};
+
+/// Lambdas that are connected as long as this object lives.
+class SignalConnections {
+ public:
+  /// As `SignalConnection::connect`.
+  template <class Handler>
+  void add(gpointer sender, const char* signal, Handler handler) {
+    connections_.push_back(SignalConnection::connect(sender, signal, std::move(handler)));
+  }
+
+  void disconnect() { connections_.clear(); }
+
+ private:
+  std::vector<SignalConnection> connections_;
 };
 
 }  // namespace orivex::gtk

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -41,39 +39,25 @@ class AlbumMenu {
 
   /// While it is open: albums that have come join at the end, and nothing moves under the finger. What has changed
   /// besides shows at the next opening.
-  void learn(const MediaCatalog& catalog);
+  void update(const MediaCatalog& catalog);
 
  private:
-  struct Row {
-    GtkWidget* cover;
-    GtkWidget* name;
-    GtkWidget* count;
-    GtkWidget* check;
-    Subscription request;
-  };
-
   void build();
-  void setUp(GtkSignalListItemFactory* factory, GtkListItem* item);
-  void bind(GtkSignalListItemFactory* factory, GtkListItem* item);
-  void unbind(GtkSignalListItemFactory* factory, GtkListItem* item);
-  void tearDown(GtkSignalListItemFactory* factory, GtkListItem* item);
-  void activated(GtkListView* view, guint position);
-  void browseClicked(GtkButton* button);
-  void maskPressed(GtkGestureClick* click, int count, double x, double y);
-  void addLater();
-  gboolean addSome();
+  GtkWidget* rowNew(const Album& album);
+  void addRows();
+  bool addSomeRows();
 
   ThumbnailLoader& thumbnails_;
   const Handlers handlers_;
   std::vector<Album> albums_;
+  std::size_t rowCount_ = 0;  // of the first albums
   std::string folder_;
-  GRef<GtkStringList> names_;
   GRef<GtkWidget> mask_;
   GtkWidget* revealer_ = nullptr;
-  GtkWidget* view_ = nullptr;
+  GtkWidget* list_ = nullptr;
   guint adding_ = 0;  // tick callback
-  std::map<GtkListItem*, Row> rows_;
-  std::vector<SignalConnection> connections_;
+  std::vector<Subscription> covers_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

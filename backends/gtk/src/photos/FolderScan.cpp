@@ -30,19 +30,22 @@ bool leadsAround(const std::string& link) {
 }  // namespace
 
 void FolderScan::run(const std::vector<std::string>& roots) {
-  for (const auto& root : roots) visitLater(root);
-  while (!visitor_.isStopped()) {
-    if (folders_.empty()) {
-      for (auto& link : std::exchange(links_, {})) visitLater(std::move(link));
-    }
-    if (folders_.empty()) return;
-    const std::string folder = folders_.top().second;
-    folders_.pop();
-    visit(folder);
-  }
+  for (const auto& root : roots) add(root);
+  while (!visitor_.isStopped() && visitNext()) continue;
 }
 
-void FolderScan::visitLater(std::string folder) {
+bool FolderScan::visitNext() {
+  if (folders_.empty()) {
+    for (auto& link : std::exchange(links_, {})) add(std::move(link));
+  }
+  if (folders_.empty()) return false;
+  const std::string folder = folders_.top().second;
+  folders_.pop();
+  visit(folder);
+  return true;
+}
+
+void FolderScan::add(std::string folder) {
   struct stat facts {};
   if (stat(folder.c_str(), &facts) == 0) folders_.emplace(modified(facts), std::move(folder));
 }
@@ -65,13 +68,13 @@ void FolderScan::entry(int folderDescriptor, const std::string& folder, const ch
   // Most of what lies around needs no look: names tell files apart, and most file systems tell which are folders.
   if (!type && kind == DT_REG) return;
   std::string path = folder + "/" + name;
-  if (kind == DT_DIR) return visitLater(std::move(path));
+  if (kind == DT_DIR) return add(std::move(path));
   struct stat facts {};
   if (fstatat(folderDescriptor, name, &facts, 0) != 0) return;
   if (S_ISDIR(facts.st_mode)) {
     std::error_code failure;
     const bool isLink = kind == DT_LNK || std::filesystem::is_symlink(path, failure);
-    if (!isLink) return visitLater(std::move(path));
+    if (!isLink) return add(std::move(path));
     if (!leadsAround(path)) links_.push_back(std::move(path));
   } else if (type && S_ISREG(facts.st_mode)) {
     visitor_.foundItem({std::move(path), *type, modified(facts), facts.st_size});

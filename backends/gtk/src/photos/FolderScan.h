@@ -37,13 +37,17 @@ class FolderScan {
  public:
   FolderScan(const MediaFilter& filter, ScanVisitor& visitor) : filter_(filter), visitor_(visitor) {}
 
+  /// Visits all folders, unless the visitor stops it.
   void run(const std::vector<std::string>& roots);
+
+  /// The same in steps: what is to be visited, and the visit of one more folder; false when none is left.
+  void add(std::string folder);
+  bool visitNext();
 
   /// What the file at `path` is for the library; nothing when it is no regular file of a wanted kind.
   static std::optional<MediaItem> itemAt(const std::string& path, const MediaFilter& filter);
 
  private:
-  void visitLater(std::string folder);
   void visit(const std::string& folder);
   void entry(int folderDescriptor, const std::string& folder, const char* name, unsigned char kind);
 

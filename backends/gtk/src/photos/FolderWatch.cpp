@@ -20,44 +20,47 @@ constexpr double gatheringSeconds = 0.2;
 
 }  // namespace
 
-FolderWatch::Monitor::Monitor(FolderWatch& owner, const std::string& folder) : owner_(owner) {
-  const auto file = GRef<GFile>::adopt(g_file_new_for_path(folder.c_str()));
-  monitor_ =
-      GRef<GFileMonitor>::adopt(g_file_monitor_directory(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
-  if (monitor_) changed_ = SignalConnection::connect<&Monitor::happened>(monitor_.get(), "changed", this);
-}
-
-void FolderWatch::Monitor::happened(GFileMonitor* /*monitor*/, GFile* file, GFile* other, GFileMonitorEvent event) {
-  // While a file is written, only the end of the writing counts.
-  if (event == G_FILE_MONITOR_EVENT_CHANGED) return;
-  for (GFile* const touched : {file, other}) {
-    const GCharPtr path(touched ? g_file_get_path(touched) : nullptr);
-    if (path) owner_.note(path.get());
-  }
-}
-
 FolderWatch::FolderWatch(MainQueue& queue, std::function<void(std::vector<std::string> paths)> changed)
     : queue_(queue), changed_(std::move(changed)) {}
 
 void FolderWatch::watch(const std::vector<std::string>& folders) {
-  const bool isAsleep = waiting_.empty();
+  const bool isIdle = waiting_.empty();
   waiting_.insert(waiting_.end(), folders.begin(), folders.end());
-  if (isAsleep && !waiting_.empty()) queue_.async(alive_.guard([this] { watchSome(); }));
+  if (isIdle) watchLater();
 }
 
-void FolderWatch::watchSome() {
-  for (int count = 0; count < monitorsPerTurn && !waiting_.empty(); ++count) {
-    std::string folder = std::move(waiting_.front());
-    waiting_.pop_front();
-    if (monitors_.contains(folder)) continue;
-    if (monitors_.size() == mostMonitors) {
-      log::print("Too many photo folders to watch; from now on, changes are seen when the library is opened.");
-      return waiting_.clear();
+void FolderWatch::watchLater() {
+  if (waiting_.empty()) return;
+  queue_.async(alive_.guard([this] {
+    for (int count = 0; count < monitorsPerTurn && !waiting_.empty(); ++count) {
+      const std::string folder = std::move(waiting_.front());
+      waiting_.pop_front();
+      if (monitors_.contains(folder)) continue;
+      if (monitors_.size() == mostMonitors) {
+        log::print("Too many photo folders to watch; from now on, changes are seen when the library is opened.");
+        return waiting_.clear();
+      }
+      monitors_.emplace(folder, monitorOf(folder));
+      note(folder);
     }
-    monitors_.emplace(folder, std::make_unique<Monitor>(*this, folder));
-    note(std::move(folder));
-  }
-  if (!waiting_.empty()) queue_.async(alive_.guard([this] { watchSome(); }));
+    watchLater();
+  }));
+}
+
+FolderWatch::Monitor FolderWatch::monitorOf(const std::string& folder) {
+  const auto file = GRef<GFile>::adopt(g_file_new_for_path(folder.c_str()));
+  auto monitor =
+      GRef<GFileMonitor>::adopt(g_file_monitor_directory(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
+  if (!monitor) return {};
+  const auto changed = [this](GFile* touched, GFile* other, GFileMonitorEvent event) {
+    // While a file is written, only the end of the writing counts.
+    if (event == G_FILE_MONITOR_EVENT_CHANGED) return;
+    for (GFile* const one : {touched, other}) {
+      if (const GCharPtr path(one ? g_file_get_path(one) : nullptr); path) note(path.get());
+    }
+  };
+  auto connection = SignalConnection::connect(monitor.get(), "changed", changed);
+  return {std::move(monitor), std::move(connection)};
 }
 
 void FolderWatch::forget(const std::string& folder) {

@@ -3,7 +3,6 @@
 #include <deque>
 #include <functional>
 #include <map>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -32,27 +31,20 @@ class FolderWatch {
   void forget(const std::string& folder);
 
  private:
-  /// One folder's monitor.
-  class Monitor {
-   public:
-    Monitor(FolderWatch& owner, const std::string& folder);
-
-   private:
-    void happened(GFileMonitor* monitor, GFile* file, GFile* other, GFileMonitorEvent event);
-
-    FolderWatch& owner_;
-    GRef<GFileMonitor> monitor_;
-    SignalConnection changed_;
+  struct Monitor {
+    GRef<GFileMonitor> monitor;
+    SignalConnection changed;
   };
 
-  void watchSome();
+  void watchLater();
+  Monitor monitorOf(const std::string& folder);
   void note(std::string path);
   void tell();
 
   MainQueue& queue_;
   std::function<void(std::vector<std::string> paths)> changed_;
   std::deque<std::string> waiting_;
-  std::map<std::string, std::unique_ptr<Monitor>> monitors_;  // by folder
+  std::map<std::string, Monitor> monitors_;  // by folder
   std::set<std::string> noted_;
   Alive alive_;
 };

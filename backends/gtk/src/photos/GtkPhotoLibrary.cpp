@@ -42,15 +42,6 @@ void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<
   leaves_ = view.observeLeaving([this] { forget(); });
 }
 
-// Two hundred thumbnails and a hundred cells are too much to free in one turn of the main thread.
-void GtkPhotoLibrary::freeLater() {
-  if (!leaving_) return;
-  queue_.async(alive_.guard([this] {
-    if (leaving_ && !leaving_->shrink()) leaving_.reset();
-    freeLater();
-  }));
-}
-
 void GtkPhotoLibrary::confirmed(PhotoSelection selection) {
   queue_.async([selected = std::move(selected_), selection = std::move(selection)]() mutable {
     std::move(selected)(std::move(selection));
@@ -67,8 +58,7 @@ void GtkPhotoLibrary::close() {
 void GtkPhotoLibrary::forget() {
   resigns_ = {};
   sheet_.reset();
-  if (content_) leaving_ = std::move(content_);
-  freeLater();
+  content_.reset();
   selected_ = nullptr;
   isClosing_ = false;
 }

@@ -8,7 +8,6 @@
 #include "../ui/Sheet.h"
 #include "PhotoSheet.h"
 
-#include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
@@ -35,7 +34,6 @@ class GtkPhotoLibrary final : public PhotoLibrary {
   void close();
   void confirmed(PhotoSelection selection);
   void forget();
-  void freeLater();
 
   MainQueue& queue_;
   GtkApplicationPort& application_;
@@ -44,12 +42,10 @@ class GtkPhotoLibrary final : public PhotoLibrary {
   Once<void(PhotoSelection)> selected_;
   WorkerPool players_;
   std::unique_ptr<PhotoSheet> content_;
-  std::unique_ptr<PhotoSheet> leaving_;
   std::unique_ptr<Sheet> sheet_;
   Subscription resigns_;
   Subscription leaves_;
   bool isClosing_ = false;
-  Alive alive_;
 };
 
 }  // namespace orivex::gtk

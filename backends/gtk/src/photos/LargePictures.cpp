@@ -3,14 +3,6 @@
 #include <algorithm>
 
 namespace orivex::gtk {
-namespace {
-
-GRef<GdkTexture> decode(const MediaItem& item, int width, int height, const MediaReader& reader) {
-  const auto large = reader.read(item, width, height);
-  return large ? GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(large->picture.get())) : nullptr;
-}
-
-}  // namespace
 
 void LargePictures::want(std::vector<Wish> wishes, Size area) {
   wishes_ = std::move(wishes);
@@ -54,7 +46,9 @@ void LargePictures::load(const Wish& wish) {
   const int height = static_cast<int>(area_.height) * wish.detail;
   queue_.global(
       [&queue = queue_, &reader = reader_, item = wish.item, width, height, loaded = std::move(loaded)]() mutable {
-        auto texture = decode(*item, width, height, reader);
+        const auto large = reader.read(*item, width, height);
+        auto texture =
+            large ? GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(large->picture.get())) : GRef<GdkTexture>();
         queue.async([loaded = std::move(loaded), texture = std::move(texture)]() mutable { loaded(texture); });
       });
 }

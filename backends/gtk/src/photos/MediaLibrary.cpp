@@ -2,17 +2,15 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <filesystem>
 #include <map>
 #include <mutex>
-#include <thread>
+#include <unordered_map>
 #include <utility>
 
 #include <glib.h>
 
 #include "FolderScan.h"
-#include "MediaIndex.h"
 
 namespace orivex::gtk {
 namespace {
@@ -22,7 +20,7 @@ namespace {
 // the scan rests, so that the first pictures have a small device's processors for themselves.
 constexpr double firstNewsSeconds = 0.003;
 constexpr int screenful = 24;
-constexpr std::chrono::milliseconds rest{60};
+constexpr double restSeconds = 0.06;
 
 // A folder that takes so long to read shows what it has so far, and so does a slow library from then on.
 constexpr double slowSeconds = 0.12;
@@ -30,64 +28,77 @@ constexpr double slowSeconds = 0.12;
 // The clock is asked once in so many files.
 constexpr int filesPerLook = 64;
 
+bool isIn(const std::string& path, const std::string& folder) {
+  return path == folder || path.starts_with(folder + "/");
+}
+
 }  // namespace
 
-/// What the worker threads share: one of them at a time changes the index and tells about it.
-class MediaLibrary::Worker final : public ScanVisitor {
- public:
-  using News = std::function<void(std::shared_ptr<const MediaCatalog>, std::vector<std::string> folders,
-                                  std::vector<std::string> gone)>;
+struct MediaLibrary::News {
+  std::shared_ptr<const MediaCatalog> catalog;
+  std::vector<std::string> newFolders;
+  std::vector<std::string> goneFolders;
+};
 
-  /// `news` is called on the worker threads, one call at a time.
-  Worker(const MainQueue& queue, std::vector<MediaRoot> roots, const MediaFilter& filter, News news)
-      : queue_(queue), roots_(std::move(roots)), filter_(filter), news_(std::move(news)) {}
+/// What the worker threads share: one of them at a time changes what is known and reports it.
+class MediaLibrary::Worker final : public ScanVisitor, public std::enable_shared_from_this<Worker> {
+ public:
+  /// `report` is called on the worker threads, one call at a time.
+  Worker(MainQueue& queue, std::vector<MediaRoot> roots, const MediaFilter& filter, std::function<void(News)> report)
+      : queue_(queue), roots_(std::move(roots)), filter_(filter), report_(std::move(report)), scan_(filter, *this) {
+    for (const auto& root : roots_) scan_.add(root.path);
+  }
 
   void stop() { stopped_ = true; }
 
-  void scanRoots() {
+  /// Reads the library, or what is left of it after a rest.
+  void scan() {
     const std::lock_guard lock(mutex_);
-    std::vector<std::string> paths;
-    for (const auto& root : roots_) paths.push_back(root.path);
-    start_ = queue_.now();
-    nextNews_ = start_ + slowSeconds;
-    FolderScan(filter_, *this).run(paths);
+    while (!stopped_ && scan_.visitNext()) {
+      if (hasReported_ || found_ < screenful || queue_.now() < start_ + firstNewsSeconds) continue;
+      report();
+      return queue_.asyncAfter(restSeconds,
+                               [self = shared_from_this()] { self->queue_.global([self] { self->scan(); }); });
+    }
     isComplete_ = true;
     // Even a root that is not there is watched: it may come.
-    newFolders_.insert(newFolders_.end(), paths.begin(), paths.end());
-    tell();
+    for (const auto& root : roots_) newFolders_.push_back(root.path);
+    report();
   }
 
-  void lookAt(const std::vector<std::string>& paths) {
+  /// Looks at what has changed.
+  void update(const std::vector<std::string>& paths) {
     const std::lock_guard lock(mutex_);
-    for (const auto& path : paths) lookAt(path);
-    if (hasChanged_) tell();
+    for (const auto& path : paths) update(path);
+    if (hasChanged_) report();
   }
 
   bool foundFolder(const std::string& path, std::int64_t modified) override {
-    if (!hasTold_ && found_ >= screenful && queue_.now() >= start_ + firstNewsSeconds) {
-      tell();
-      std::this_thread::sleep_for(rest);
-    }
     const auto [known, isNew] = folders_.try_emplace(path, modified);
-    if (!isNew && known->second == modified) return false;
-    known->second = modified;
+    if (!isNew && std::exchange(known->second, modified) == modified) return false;
     if (isNew) newFolders_.push_back(path);
     hasChanged_ = true;
     return true;
   }
 
   void foundItem(MediaItem item) override {
-    index_.add(std::move(item));
-    hasChanged_ = true;
-    if (isComplete_ || ++found_ % filesPerLook != 0 || queue_.now() < nextNews_) return;
-    tell();
-    nextNews_ = queue_.now() + slowSeconds;
+    add(std::move(item));
+    if (isComplete_ || ++found_ % filesPerLook != 0 || queue_.now() < slowAfter_) return;
+    report();
+    slowAfter_ = queue_.now() + slowSeconds;
   }
 
   bool isStopped() const override { return stopped_; }
 
  private:
-  void lookAt(const std::string& path) {
+  // An unchanged file keeps its item, by which the grid sees that nothing is to be drawn anew.
+  void add(MediaItem item) {
+    hasChanged_ = true;
+    auto& known = items_[item.path];
+    if (!known || *known != item) known = std::make_shared<MediaItem>(std::move(item));
+  }
+
+  void update(const std::string& path) {
     std::error_code failure;
     const auto status = std::filesystem::status(path, failure);
     const bool isHidden = path.compare(path.rfind('/') + 1, 1, ".") == 0;
@@ -96,72 +107,68 @@ class MediaLibrary::Worker final : public ScanVisitor {
     } else if (std::filesystem::is_directory(status)) {
       if (!isHidden || folders_.contains(path)) FolderScan(filter_, *this).run({path});
     } else if (auto item = FolderScan::itemAt(path, filter_)) {
-      hasChanged_ = true;
-      index_.add(*std::move(item));
+      add(*std::move(item));
     }
   }
 
   void forget(const std::string& path) {
-    if (index_.remove(path)) hasChanged_ = true;
-    const auto isInside = [&](const auto& folder) {
-      return folder.first == path || folder.first.starts_with(path + "/");
-    };
-    if (std::erase_if(folders_, isInside) == 0) return;
+    if (std::erase_if(items_, [&](const auto& item) { return isIn(item.first, path); }) > 0) hasChanged_ = true;
+    if (std::erase_if(folders_, [&](const auto& folder) { return isIn(folder.first, path); }) == 0) return;
     hasChanged_ = true;
     // A root is watched on: it may come back.
     const auto isGone = [&](const MediaRoot& root) { return root.path == path; };
-    if (std::none_of(roots_.begin(), roots_.end(), isGone)) gone_.push_back(path);
+    if (std::none_of(roots_.begin(), roots_.end(), isGone)) goneFolders_.push_back(path);
   }
 
-  void tell() {
-    hasTold_ = true;
+  void report() {
+    hasReported_ = true;
     hasChanged_ = false;
-    if (!stopped_) news_(index_.catalog(roots_, isComplete_), std::exchange(newFolders_, {}), std::exchange(gone_, {}));
+    if (stopped_) return;
+    MediaItems items;
+    items.reserve(items_.size());
+    for (const auto& [path, item] : items_) items.push_back(item);
+    report_({std::make_shared<MediaCatalog>(std::move(items), roots_, isComplete_), std::exchange(newFolders_, {}),
+             std::exchange(goneFolders_, {})});
   }
 
-  const MainQueue& queue_;
+  MainQueue& queue_;
   const std::vector<MediaRoot> roots_;
   const MediaFilter filter_;
-  const News news_;
+  const std::function<void(News)> report_;
+  FolderScan scan_;
   std::atomic<bool> stopped_ = false;
   std::mutex mutex_;
-  MediaIndex index_;
-  std::map<std::string, std::int64_t> folders_;  // when each was last modified
-  std::vector<std::string> newFolders_;          // not told yet
-  std::vector<std::string> gone_;                // not told yet
-  bool hasTold_ = false;
+  std::unordered_map<std::string, MediaItemPtr> items_;  // by path
+  std::map<std::string, std::int64_t> folders_;          // when each was last modified
+  std::vector<std::string> newFolders_;                  // not reported yet
+  std::vector<std::string> goneFolders_;                 // not reported yet
+  bool hasReported_ = false;
   bool hasChanged_ = false;
   bool isComplete_ = false;
   int found_ = 0;
-  double start_ = 0;     // seconds of the queue's clock, as the next
-  double nextNews_ = 0;  // not before then
+  const double start_ = queue_.now();  // seconds of the queue's clock, as the next
+  double slowAfter_ = start_ + slowSeconds;
 };
 
 MediaLibrary::MediaLibrary(MainQueue& queue, std::vector<MediaRoot> roots, const MediaFilter& filter, Changed changed)
     : queue_(queue), changed_(std::move(changed)), watch_(queue, [this](const std::vector<std::string>& paths) {
-        queue_.global([worker = worker_, paths] { worker->lookAt(paths); });
+        queue_.global([worker = worker_, paths] { worker->update(paths); });
       }) {
-  auto learn = alive_.guard(
-      [this](const auto& catalog, const auto& folders, const auto& gone) { this->learn(catalog, folders, gone); });
-  worker_ = std::make_shared<Worker>(
-      queue, std::move(roots), filter, [&queue, learn](auto catalog, auto folders, auto gone) mutable {
-        queue.async([learn, catalog = std::move(catalog), folders = std::move(folders),
-                     gone = std::move(gone)]() mutable { learn(catalog, folders, gone); });
-      });
-  queue_.global([worker = worker_] { worker->scanRoots(); });
+  auto learn = alive_.guard([this](const News& news) {
+    for (const auto& folder : news.goneFolders) watch_.forget(folder);
+    watch_.watch(news.newFolders);
+    changed_(news.catalog);
+  });
+  worker_ = std::make_shared<Worker>(queue, std::move(roots), filter, [&queue, learn](News news) {
+    queue.async([learn, news = std::move(news)]() mutable { learn(news); });
+  });
+  queue_.global([worker = worker_] { worker->scan(); });
 }
 
 MediaLibrary::~MediaLibrary() {
   worker_->stop();
   // To free thousands of files takes longer than the main thread has.
   queue_.global([worker = std::move(worker_)] {});
-}
-
-void MediaLibrary::learn(std::shared_ptr<const MediaCatalog> catalog, const std::vector<std::string>& folders,
-                         const std::vector<std::string>& gone) {
-  for (const auto& path : gone) watch_.forget(path);
-  watch_.watch(folders);
-  changed_(std::move(catalog));
 }
 
 std::vector<MediaRoot> MediaLibrary::desktopRoots() {

@@ -33,9 +33,7 @@ class MediaLibrary {
 
  private:
   class Worker;
-
-  void learn(std::shared_ptr<const MediaCatalog> catalog, const std::vector<std::string>& folders,
-             const std::vector<std::string>& gone);
+  struct News;
 
   MainQueue& queue_;
   Changed changed_;

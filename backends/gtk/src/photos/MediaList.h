@@ -11,8 +11,9 @@
 
 namespace orivex::gtk {
 
-/// The items of an album as a list model. Of a long album only the beginning is in the model at first: a list widget
-/// makes dozens of rows at once for whatever is there, and the main thread has only a moment. Main thread.
+/// The items of an album as a list model, whose objects are told apart by their positions only. Of a long album only
+/// the beginning is in the model at first: a list widget makes dozens of rows at once for whatever is there, and the
+/// main thread has only a moment. Main thread.
 class MediaList {
  public:
   MediaList();
@@ -31,9 +32,6 @@ class MediaList {
   void setLimit(std::size_t count);
 
   std::size_t count() const { return std::min(limit_, items_->size()); }
-
-  /// The item that an object of the model stands for.
-  static MediaItemPtr itemOf(gpointer object);
 
  private:
   GRef<GListModel> model_;

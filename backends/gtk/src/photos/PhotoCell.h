@@ -1,15 +1,14 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
-#include <set>
 
 #include <gtk/gtk.h>
 
 #include "../glib/GRef.h"
+#include "../ui/Canvas.h"
 #include "MediaItem.h"
-#include "ThumbnailStore.h"
+#include "ThumbnailLoader.h"
 
 #include "orivex/platform/base/Subscription.h"
 
@@ -18,20 +17,12 @@ namespace orivex::gtk {
 /// One square of the grid: the picture, a video's length, and the circle that selects. It draws everything by itself,
 /// since scrolling binds dozens of cells at a time: a cell is one widget, and binding it touches no other. Owned by
 /// its widget.
-class PhotoCell {
+class PhotoCell final : public CanvasDelegate {
  public:
-  /// The cells of a grid that live. A grid widget does not always say when it lets go of one.
-  using Roster = std::set<PhotoCell*>;
-
-  /// A fresh floating widget with its cell, which is in `roster` while it lives.
-  static GtkWidget* make(std::shared_ptr<Roster> roster);
+  /// A fresh floating widget with its cell.
+  static GtkWidget* make();
   /// The cell of `widget`; null when it is another kind of widget.
-  static PhotoCell* of(GtkWidget* widget);
-
-  explicit PhotoCell(GtkWidget* widget) : widget_(widget) {}
-  PhotoCell(const PhotoCell&) = delete;
-  PhotoCell& operator=(const PhotoCell&) = delete;
-  ~PhotoCell();
+  static PhotoCell* of(GtkWidget* widget) { return dynamic_cast<PhotoCell*>(canvasDelegate(widget)); }
 
   GtkWidget* widget() const { return widget_; }
   const MediaItemPtr& item() const { return item_; }
@@ -39,29 +30,29 @@ class PhotoCell {
   /// Shows another item, of which nothing is known yet; null empties the cell.
   void bind(MediaItemPtr item);
   void setThumbnail(const LoadedThumbnail& thumbnail);
-  bool isBroken() const { return thumbnail_ && thumbnail_->isBroken(); }
   bool hasThumbnail() const { return thumbnail_.has_value(); }
 
   /// `number`: the place in the selection, 0 when not selected. `isExcluded` dims what cannot be selected now.
   void setMarks(std::size_t number, bool isExcluded);
 
   /// Whether a tap there means the circle. In the cell's points; the hot area is a fingertip's.
-  bool isOnCircle(double x, double y) const;
+  bool isOnCircle(graphene_point_t point) const;
 
   /// The wait for the thumbnail, while there is one.
   void setRequest(Subscription request) { request_ = std::move(request); }
   bool isWaiting() const { return static_cast<bool>(request_); }
 
-  void snapshot(GtkSnapshot* snapshot);
-
  private:
-  void drawPicture(GtkSnapshot* snapshot, float side) const;
+  int minimumSize(GtkOrientation orientation, int forSize) override;
+  void allocate(int /*width*/, int /*height*/) override {}
+  void snapshot(GtkSnapshot* snapshot) override;
+
+  void drawPicture(GtkSnapshot* snapshot, const graphene_rect_t& area) const;
   void drawLength(GtkSnapshot* snapshot, float side);
   void drawCircle(GtkSnapshot* snapshot, float side);
-  void tellAssistiveTechnology() const;
+  void updateAccessibility() const;
 
-  GtkWidget* const widget_;
-  std::shared_ptr<Roster> roster_;
+  GtkWidget* widget_ = nullptr;
   MediaItemPtr item_;
   std::optional<LoadedThumbnail> thumbnail_;
   std::size_t number_ = 0;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "../Contained.h"
+#include "../ui/Widgets.h"
 
 namespace orivex::gtk {
 namespace {
@@ -26,66 +27,97 @@ constexpr double margin = 140;
 PhotoGrid::PhotoGrid(ThumbnailLoader& thumbnails, const MediaSelection& selection, PhotoGridHandlers handlers)
     : thumbnails_(thumbnails), selection_(selection), handlers_(std::move(handlers)) {
   list_.setLimit(firstCells);
-  auto* const factory = gtk_signal_list_item_factory_new();
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::setUp>(factory, "setup", this));
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::bind>(factory, "bind", this));
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::unbind>(factory, "unbind", this));
   auto* const shown = gtk_no_selection_new(G_LIST_MODEL(g_object_ref(list_.model())));
-  view_ = GTK_GRID_VIEW(gtk_grid_view_new(GTK_SELECTION_MODEL(shown), factory));
-  gtk_widget_add_css_class(GTK_WIDGET(view_), "orivex-photos");
-  gtk_grid_view_set_min_columns(view_, fewestColumns);
-  gtk_grid_view_set_max_columns(view_, fewestColumns);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(view_), GTK_ACCESSIBLE_PROPERTY_LABEL, "照片和视频", -1);
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::activated>(view_, "activate", this));
-
+  view_ = styled(gtk_grid_view_new(GTK_SELECTION_MODEL(shown), factoryNew()), "orivex-photos");
+  gtk_grid_view_set_min_columns(GTK_GRID_VIEW(view_), fewestColumns);
+  gtk_grid_view_set_max_columns(GTK_GRID_VIEW(view_), fewestColumns);
+  setAccessibleLabel(view_, "照片和视频");
   scrolled_ = GRef<GtkWidget>::sink(gtk_scrolled_window_new());
   gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scrolled_.get()), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
-  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled_.get()), GTK_WIDGET(view_));
+  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled_.get()), view_);
   gtk_widget_set_vexpand(scrolled_.get(), TRUE);
   auto* const adjustment = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scrolled_.get()));
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::scrolled>(adjustment, "value-changed", this));
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::scrolled>(adjustment, "changed", this));
+  connections_.add(adjustment, "value-changed", [this] { loadLater(); });
+  connections_.add(adjustment, "changed", [this] { loadLater(); });
   listenToInput();
 }
 
 PhotoGrid::~PhotoGrid() {
-  if (looking_ != 0) g_source_remove(looking_);
-  if (revealing_ != 0) gtk_widget_remove_tick_callback(GTK_WIDGET(view_), revealing_);
+  if (loading_ != 0) g_source_remove(loading_);
+  if (revealing_ != 0) gtk_widget_remove_tick_callback(view_, revealing_);
   // The cells end with the widgets, which somebody may hold a moment longer than this.
-  for (auto* const cell : *cells_) cell->setRequest(Subscription());
+  for (auto* const cell : cells()) cell->setRequest(Subscription());
+}
+
+GtkListItemFactory* PhotoGrid::factoryNew() {
+  auto* const factory = gtk_signal_list_item_factory_new();
+  connections_.add(factory, "setup", [](GtkListItem* row) { gtk_list_item_set_child(row, PhotoCell::make()); });
+  connections_.add(factory, "bind", [this](GtkListItem* row) { bind(row); });
+  connections_.add(factory, "unbind", [](GtkListItem* row) {
+    if (auto* const cell = PhotoCell::of(gtk_list_item_get_child(row))) cell->bind(nullptr);
+  });
+  return factory;
+}
+
+void PhotoGrid::bind(GtkListItem* row) {
+  auto& cell = *PhotoCell::of(gtk_list_item_get_child(row));
+  cell.bind(list_.items()->at(gtk_list_item_get_position(row)));
+  setMarks(cell);
+  if (const auto* const known = thumbnails_.find(cell.item())) cell.setThumbnail(*known);
+  loadLater();
 }
 
 // Gestures on the grid as a whole: it has dozens of cells, and a finger is on one of them.
 void PhotoGrid::listenToInput() {
+  connections_.add(view_, "activate", [this](guint position) { handlers_.open(position); });
   auto* const click = gtk_gesture_click_new();
-  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(click), GTK_PHASE_CAPTURE);
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::released>(click, "released", this));
-  gtk_widget_add_controller(GTK_WIDGET(view_), GTK_EVENT_CONTROLLER(click));
+  connections_.add(click, "released", [this, click](int /*count*/, double x, double y) { tapped(click, x, y); });
   auto* const press = gtk_gesture_long_press_new();
-  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(press), GTK_PHASE_CAPTURE);
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::longPressed>(press, "pressed", this));
-  gtk_widget_add_controller(GTK_WIDGET(view_), GTK_EVENT_CONTROLLER(press));
-  gtk_gesture_group(click, press);
+  connections_.add(press, "pressed", [this, press](double x, double y) { longPressed(press, x, y); });
   auto* const keys = gtk_event_controller_key_new();
-  gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
-  connections_.push_back(SignalConnection::connect<&PhotoGrid::keyPressed>(keys, "key-pressed", this));
-  gtk_widget_add_controller(GTK_WIDGET(view_), keys);
+  connections_.add(keys, "key-pressed",
+                   [this](guint key, guint /*code*/, GdkModifierType modifiers) { return keyPressed(key, modifiers); });
+  for (auto* const controller : {GTK_EVENT_CONTROLLER(click), GTK_EVENT_CONTROLLER(press), keys}) {
+    gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
+    gtk_widget_add_controller(view_, controller);
+  }
+  gtk_gesture_group(click, press);
 }
 
-void PhotoGrid::setUp(GtkSignalListItemFactory* /*factory*/, GtkListItem* row) {
-  gtk_list_item_set_child(row, PhotoCell::make(cells_));
+void PhotoGrid::tapped(GtkGesture* click, double x, double y) {
+  graphene_point_t inside{};
+  auto* const cell = cellAt(x, y, inside);
+  if (!cell) return;
+  gtk_gesture_set_state(click, GTK_EVENT_SEQUENCE_CLAIMED);
+  if (cell->isOnCircle(inside)) {
+    handlers_.toggle(MediaItemPtr(cell->item()));
+  } else if (const auto position = positionOf(cell->item())) {
+    handlers_.open(*position);
+  }
 }
 
-void PhotoGrid::bind(GtkSignalListItemFactory* /*factory*/, GtkListItem* row) {
-  auto& cell = *PhotoCell::of(gtk_list_item_get_child(row));
-  cell.bind(MediaList::itemOf(gtk_list_item_get_item(row)));
-  cell.setMarks(selection_.numberOf(*cell.item()), selection_.isKindExcluded(*cell.item()));
-  if (const auto* const known = thumbnails_.find(cell.item())) cell.setThumbnail(*known);
-  lookLater();
+void PhotoGrid::longPressed(GtkGesture* press, double x, double y) {
+  graphene_point_t inside{};
+  auto* const cell = cellAt(x, y, inside);
+  const auto position = cell ? positionOf(cell->item()) : std::nullopt;
+  if (!position) return;
+  gtk_gesture_set_state(press, GTK_EVENT_SEQUENCE_CLAIMED);
+  handlers_.open(*position);
 }
 
-void PhotoGrid::unbind(GtkSignalListItemFactory* /*factory*/, GtkListItem* row) {
-  PhotoCell::of(gtk_list_item_get_child(row))->bind(nullptr);
+bool PhotoGrid::keyPressed(guint key, GdkModifierType modifiers) {
+  if (modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK)) return false;
+  if (key == GDK_KEY_space || key == GDK_KEY_KP_Space) {
+    if (const auto* const cell = focusedCell()) handlers_.toggle(MediaItemPtr(cell->item()));
+    return true;
+  }
+  // By itself the grid makes each of thousands of cells a stop of the Tab key.
+  if (key == GDK_KEY_Tab || key == GDK_KEY_ISO_Left_Tab) {
+    const bool isBackward = key == GDK_KEY_ISO_Left_Tab || (modifiers & GDK_SHIFT_MASK) != 0;
+    handlers_.leave(isBackward ? GTK_DIR_TAB_BACKWARD : GTK_DIR_TAB_FORWARD);
+    return true;
+  }
+  return false;
 }
 
 void PhotoGrid::show(std::shared_ptr<const MediaItems> items, bool fromTop) {
@@ -94,86 +126,111 @@ void PhotoGrid::show(std::shared_ptr<const MediaItems> items, bool fromTop) {
   reveal();
 }
 
-void PhotoGrid::reveal() {
-  if (revealing_ != 0 || list_.count() == list_.items()->size()) return;
-  const auto tick = [](GtkWidget*, GdkFrameClock* clock, gpointer grid) noexcept -> gboolean {
-    return contained([&] { return static_cast<PhotoGrid*>(grid)->frame(clock); });
-  };
-  revealing_ = gtk_widget_add_tick_callback(GTK_WIDGET(view_), tick, this, nullptr);
+std::optional<std::size_t> PhotoGrid::positionOf(const MediaItemPtr& item) const {
+  const auto& items = *list_.items();
+  const auto place = std::find(items.begin(), items.end(), item);
+  return place == items.end() ? std::nullopt : std::optional(static_cast<std::size_t>(place - items.begin()));
 }
 
-gboolean PhotoGrid::frame(GdkFrameClock* clock) {
-  const auto now = gdk_frame_clock_get_frame_time(clock);
-  if (revealStart_ == 0) revealStart_ = now;
-  if (now - revealStart_ < slideMicroseconds) return G_SOURCE_CONTINUE;
-  const std::size_t most = rowsMade * gtk_grid_view_get_max_columns(view_);
+void PhotoGrid::reveal() {
+  if (revealing_ != 0 || list_.count() == list_.items()->size()) return;
+  const auto tick = [](GtkWidget*, GdkFrameClock* clock, gpointer data) noexcept -> gboolean {
+    auto* const grid = static_cast<PhotoGrid*>(data);
+    if (contained([&] { return grid->revealMore(gdk_frame_clock_get_frame_time(clock)); })) return G_SOURCE_CONTINUE;
+    grid->revealing_ = 0;
+    return G_SOURCE_REMOVE;
+  };
+  revealing_ = gtk_widget_add_tick_callback(view_, tick, this, nullptr);
+}
+
+// Returns whether there is still more.
+bool PhotoGrid::revealMore(gint64 frameTime) {
+  if (revealStart_ == 0) revealStart_ = frameTime;
+  if (frameTime - revealStart_ < slideMicroseconds) return true;
+  const std::size_t most = rowsMade * gtk_grid_view_get_max_columns(GTK_GRID_VIEW(view_));
   list_.setLimit(list_.count() < most ? list_.count() + cellsPerFrame : SIZE_MAX);
-  if (list_.count() < list_.items()->size()) return G_SOURCE_CONTINUE;
-  revealing_ = 0;
-  return G_SOURCE_REMOVE;
+  return list_.count() < list_.items()->size();
+}
+
+std::vector<PhotoCell*> PhotoGrid::cells() const {
+  std::vector<PhotoCell*> cells;
+  for (auto* row = gtk_widget_get_first_child(view_); row; row = gtk_widget_get_next_sibling(row)) {
+    auto* const cell = PhotoCell::of(gtk_widget_get_first_child(row));
+    if (cell && cell->item()) cells.push_back(cell);
+  }
+  return cells;
+}
+
+// The cell under a point of the grid, and where that is inside of it.
+PhotoCell* PhotoGrid::cellAt(double x, double y, graphene_point_t& inside) const {
+  GtkWidget* hit = gtk_widget_pick(view_, x, y, GTK_PICK_DEFAULT);
+  while (hit && hit != view_ && !isCanvas(hit)) hit = gtk_widget_get_parent(hit);
+  auto* const cell = PhotoCell::of(hit);
+  const graphene_point_t point{static_cast<float>(x), static_cast<float>(y)};
+  const bool isShown = cell && cell->item() && gtk_widget_compute_point(view_, hit, &point, &inside);
+  return isShown ? cell : nullptr;
+}
+
+PhotoCell* PhotoGrid::focusedCell() const {
+  auto* const root = gtk_widget_get_root(view_);
+  GtkWidget* const focus = root ? gtk_root_get_focus(root) : nullptr;
+  auto* const cell = focus ? PhotoCell::of(gtk_widget_get_first_child(focus)) : nullptr;
+  return cell && cell->item() ? cell : nullptr;
 }
 
 void PhotoGrid::selectionChanged() {
-  for (auto* const cell : *cells_) {
-    if (cell->item()) cell->setMarks(selection_.numberOf(*cell->item()), selection_.isKindExcluded(*cell->item()));
-  }
+  for (auto* const cell : cells()) setMarks(*cell);
+}
+
+void PhotoGrid::setMarks(PhotoCell& cell) const {
+  cell.setMarks(selection_.numberOf(*cell.item()), selection_.isKindExcluded(*cell.item()));
 }
 
 void PhotoGrid::focus(std::size_t position) {
   list_.setLimit(position + 1);
-  gtk_widget_activate_action(GTK_WIDGET(view_), "list.scroll-to-item", "u", static_cast<guint>(position));
+  gtk_widget_activate_action(view_, "list.scroll-to-item", "u", static_cast<guint>(position));
   wantsFocus_ = position;
   takeFocus();
-  lookLater();
+  loadLater();
 }
 
 void PhotoGrid::takeFocus() {
-  const auto& items = *list_.items();
-  const auto position = wantsFocus_.value_or(items.size());
-  const auto found = std::find_if(cells_->begin(), cells_->end(), [&](const PhotoCell* cell) {
-    return position < items.size() && cell->item() == items[position] && gtk_widget_get_mapped(cell->widget());
-  });
-  if (found == cells_->end() || !gtk_widget_grab_focus(gtk_widget_get_parent((*found)->widget()))) return;
-  wantsFocus_.reset();
+  if (!wantsFocus_ || *wantsFocus_ >= list_.items()->size()) return;
+  for (auto* const cell : cells()) {
+    if (cell->item() != list_.items()->at(*wantsFocus_) || !gtk_widget_get_mapped(cell->widget())) continue;
+    if (gtk_widget_grab_focus(gtk_widget_get_parent(cell->widget()))) wantsFocus_.reset();
+    return;
+  }
 }
 
 std::size_t PhotoGrid::shownThumbnails() const {
-  return static_cast<std::size_t>(std::count_if(cells_->begin(), cells_->end(), [&](const PhotoCell* cell) {
-    return cell->item() && cell->hasThumbnail() && isInView(*cell);
-  }));
-}
-
-void PhotoGrid::scrolled(GtkAdjustment* /*adjustment*/) {
-  lookLater();
+  const auto all = cells();
+  return static_cast<std::size_t>(std::count_if(
+      all.begin(), all.end(), [&](const PhotoCell* cell) { return cell->hasThumbnail() && isInView(*cell); }));
 }
 
 // Once the cells are where they will be seen: after this frame's layout.
-void PhotoGrid::lookLater() {
-  if (looking_ != 0) return;
-  const auto looks = [](gpointer grid) noexcept -> gboolean {
-    static_cast<PhotoGrid*>(grid)->looking_ = 0;
-    contained([&] { static_cast<PhotoGrid*>(grid)->look(); });
+void PhotoGrid::loadLater() {
+  if (loading_ != 0) return;
+  const auto loads = [](gpointer grid) noexcept -> gboolean {
+    static_cast<PhotoGrid*>(grid)->loading_ = 0;
+    contained([&] { static_cast<PhotoGrid*>(grid)->load(); });
     return G_SOURCE_REMOVE;
   };
-  looking_ = g_idle_add_full(GDK_PRIORITY_REDRAW + 1, looks, this, nullptr);
+  loading_ = g_idle_add_full(GDK_PRIORITY_REDRAW + 1, loads, this, nullptr);
 }
 
-void PhotoGrid::look() {
+void PhotoGrid::load() {
   fitColumns();
   takeFocus();
-  std::vector<std::pair<std::size_t, PhotoCell*>> asking;
-  for (auto* const cell : *cells_) {
-    if (!cell->item() || cell->hasThumbnail()) continue;
+  for (auto* const cell : cells()) {
+    if (cell->hasThumbnail()) continue;
     if (!isInView(*cell)) {
       cell->setRequest(Subscription());
-    } else if (const auto position = positionOf(*cell); position && !cell->isWaiting()) {
-      asking.emplace_back(*position, cell);
+    } else if (!cell->isWaiting()) {
+      cell->setRequest(thumbnails_.request(
+          cell->item(), [cell](const LoadedThumbnail& thumbnail) { cell->setThumbnail(thumbnail); }));
     }
-  }
-  std::sort(asking.begin(), asking.end());
-  for (const auto& [position, cell] : asking) {
-    cell->setRequest(thumbnails_.request(
-        cell->item(), [shown = cell](const LoadedThumbnail& thumbnail) { shown->setThumbnail(thumbnail); }));
   }
 }
 
@@ -188,13 +245,14 @@ bool PhotoGrid::isInView(const PhotoCell& cell) const {
 }
 
 void PhotoGrid::fitColumns() {
+  auto* const view = GTK_GRID_VIEW(view_);
   const int width = gtk_widget_get_width(scrolled_.get());
   const auto columns = std::max(fewestColumns, static_cast<guint>(std::max(0.0, std::floor(width / columnWidth))));
-  if (columns == gtk_grid_view_get_max_columns(view_)) return;
+  if (columns == gtk_grid_view_get_max_columns(view)) return;
   // The lower bound may never pass the upper one.
-  gtk_grid_view_set_min_columns(view_, fewestColumns);
-  gtk_grid_view_set_max_columns(view_, columns);
-  gtk_grid_view_set_min_columns(view_, columns);
+  gtk_grid_view_set_min_columns(view, fewestColumns);
+  gtk_grid_view_set_max_columns(view, columns);
+  gtk_grid_view_set_min_columns(view, columns);
 }
 
 }  // namespace orivex::gtk

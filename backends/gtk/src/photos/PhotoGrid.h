@@ -38,6 +38,9 @@ class PhotoGrid {
   void show(std::shared_ptr<const MediaItems> items, bool fromTop);
   const std::shared_ptr<const MediaItems>& items() const { return list_.items(); }
 
+  /// Where an item stands; nothing when the album does not hold it.
+  std::optional<std::size_t> positionOf(const MediaItemPtr& item) const;
+
   /// Draws the marks anew.
   void selectionChanged();
 
@@ -48,39 +51,37 @@ class PhotoGrid {
   std::size_t shownThumbnails() const;
 
  private:
-  void setUp(GtkSignalListItemFactory* factory, GtkListItem* row);
-  void bind(GtkSignalListItemFactory* factory, GtkListItem* row);
-  void unbind(GtkSignalListItemFactory* factory, GtkListItem* row);
+  GtkListItemFactory* factoryNew();
+  void bind(GtkListItem* row);
   void listenToInput();
-  void released(GtkGestureClick* click, int count, double x, double y);
-  void longPressed(GtkGestureLongPress* press, double x, double y);
-  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void activated(GtkGridView* view, guint position);
-  void scrolled(GtkAdjustment* adjustment);
+  void tapped(GtkGesture* click, double x, double y);
+  void longPressed(GtkGesture* press, double x, double y);
+  bool keyPressed(guint key, GdkModifierType modifiers);
 
+  /// Those that show something, in their order.
+  std::vector<PhotoCell*> cells() const;
   PhotoCell* cellAt(double x, double y, graphene_point_t& inside) const;
   PhotoCell* focusedCell() const;
-  std::optional<std::size_t> positionOf(const PhotoCell& cell) const;
   bool isInView(const PhotoCell& cell) const;
-  void lookLater();
-  void look();
+  void setMarks(PhotoCell& cell) const;
+  void loadLater();
+  void load();
   void takeFocus();
   void fitColumns();
   void reveal();
-  gboolean frame(GdkFrameClock* clock);
+  bool revealMore(gint64 frameTime);
 
   ThumbnailLoader& thumbnails_;
   const MediaSelection& selection_;
   const PhotoGridHandlers handlers_;
   MediaList list_;
   GRef<GtkWidget> scrolled_;
-  GtkGridView* view_ = nullptr;
-  const std::shared_ptr<PhotoCell::Roster> cells_ = std::make_shared<PhotoCell::Roster>();
+  GtkWidget* view_ = nullptr;
   std::optional<std::size_t> wantsFocus_;
-  guint looking_ = 0;       // GLib source
+  guint loading_ = 0;       // GLib source
   guint revealing_ = 0;     // tick callback
   gint64 revealStart_ = 0;  // frame time in microseconds; 0 before the first frame with a long album
-  std::vector<SignalConnection> connections_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

@@ -3,16 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "../ui/Widgets.h"
 #include "MediaTexts.h"
 
 namespace orivex::gtk {
 namespace {
 
 constexpr int playIconSize = 32;  // points
-
-void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
-  gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
-}
 
 }  // namespace
 
@@ -30,8 +27,7 @@ PhotoPreview::PhotoPreview(PipelineThreads threads, const MediaReader& reader, T
 void PhotoPreview::build() {
   GtkWidget* const over = gtk_overlay_new();
   gtk_overlay_set_child(GTK_OVERLAY(over), strip_.widget());
-  length_ = gtk_label_new(nullptr);
-  gtk_widget_add_css_class(length_, "length");
+  length_ = styled(gtk_label_new(nullptr), "length");
   gtk_widget_set_halign(length_, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(length_, GTK_ALIGN_END);
   gtk_widget_set_can_target(length_, FALSE);
@@ -39,39 +35,37 @@ void PhotoPreview::build() {
   gtk_overlay_add_overlay(GTK_OVERLAY(over), playButton());
   gtk_widget_set_focusable(strip_.widget(), TRUE);
 
-  GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-  gtk_widget_add_css_class(box, "orivex-preview");
-  gtk_box_append(GTK_BOX(box), bar());
-  gtk_box_append(GTK_BOX(box), over);
+  GtkWidget* const box = styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {bar(), over}), "orivex-preview");
   auto* const keys = gtk_event_controller_key_new();
   gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
-  connections_.push_back(SignalConnection::connect<&PhotoPreview::keyPressed>(keys, "key-pressed", this));
+  connections_.add(keys, "key-pressed",
+                   [this](guint key, guint /*code*/, GdkModifierType modifiers) { return keyPressed(key, modifiers); });
   gtk_widget_add_controller(box, keys);
 
   revealer_ = GRef<GtkWidget>::sink(gtk_revealer_new());
   gtk_revealer_set_transition_type(GTK_REVEALER(revealer_.get()), GTK_REVEALER_TRANSITION_TYPE_CROSSFADE);
   gtk_revealer_set_transition_duration(GTK_REVEALER(revealer_.get()), 180);
   gtk_revealer_set_child(GTK_REVEALER(revealer_.get()), box);
-  gtk_widget_set_can_target(revealer_.get(), FALSE);
-  gtk_widget_set_can_focus(revealer_.get(), FALSE);
+  reveal(false);
+}
+
+void PhotoPreview::reveal(bool isOpen) {
+  gtk_widget_set_can_target(revealer_.get(), isOpen);
+  gtk_widget_set_can_focus(revealer_.get(), isOpen);
+  gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_.get()), isOpen);
 }
 
 GtkWidget* PhotoPreview::bar() {
-  GtkWidget* const back = gtk_button_new_from_icon_name("go-previous-symbolic");
-  gtk_widget_add_css_class(back, "plain");
+  GtkWidget* const back = styled(gtk_button_new_from_icon_name("go-previous-symbolic"), "plain");
   setAccessibleLabel(back, "返回");
-  connections_.push_back(SignalConnection::connect<&PhotoPreview::backClicked>(back, "clicked", this));
-  title_ = gtk_label_new(nullptr);
-  gtk_widget_add_css_class(title_, "title");
-  disc_ = gtk_label_new(nullptr);
-  gtk_widget_add_css_class(disc_, "disc");
+  connections_.add(back, "clicked", [this] { close(); });
+  title_ = styled(gtk_label_new(nullptr), "title");
+  disc_ = styled(gtk_label_new(nullptr), "disc");
   gtk_widget_set_valign(disc_, GTK_ALIGN_CENTER);
-  mark_ = gtk_button_new();
+  mark_ = styled(gtk_button_new(), "mark");
   gtk_button_set_child(GTK_BUTTON(mark_), disc_);
-  gtk_widget_add_css_class(mark_, "mark");
-  connections_.push_back(SignalConnection::connect<&PhotoPreview::markClicked>(mark_, "clicked", this));
-  GtkWidget* const fresh = gtk_center_box_new();
-  gtk_widget_add_css_class(fresh, "bar");
+  connections_.add(mark_, "clicked", [this] { toggle(); });
+  GtkWidget* const fresh = styled(gtk_center_box_new(), "bar");
   gtk_center_box_set_start_widget(GTK_CENTER_BOX(fresh), back);
   gtk_center_box_set_center_widget(GTK_CENTER_BOX(fresh), title_);
   gtk_center_box_set_end_widget(GTK_CENTER_BOX(fresh), mark_);
@@ -79,32 +73,27 @@ GtkWidget* PhotoPreview::bar() {
 }
 
 GtkWidget* PhotoPreview::playButton() {
-  play_ = gtk_button_new_from_icon_name("media-playback-start-symbolic");
+  play_ = styled(gtk_button_new_from_icon_name("media-playback-start-symbolic"), "play");
   gtk_image_set_pixel_size(GTK_IMAGE(gtk_button_get_child(GTK_BUTTON(play_))), playIconSize);
-  gtk_widget_add_css_class(play_, "play");
   gtk_widget_set_halign(play_, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(play_, GTK_ALIGN_CENTER);
   gtk_widget_set_visible(play_, FALSE);
   setAccessibleLabel(play_, "播放");
-  connections_.push_back(SignalConnection::connect<&PhotoPreview::playClicked>(play_, "clicked", this));
+  connections_.add(play_, "clicked", [this] { playOrStop(); });
   return play_;
 }
 
 void PhotoPreview::open(std::shared_ptr<const MediaItems> items, std::size_t position) {
   items_ = std::move(items);
   strip_.show(items_, position);
-  gtk_widget_set_can_target(revealer_.get(), TRUE);
-  gtk_widget_set_can_focus(revealer_.get(), TRUE);
-  gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_.get()), TRUE);
+  reveal(true);
   moveTo(position);
   gtk_widget_grab_focus(strip_.widget());
 }
 
 void PhotoPreview::close() {
   if (!isOpen()) return;
-  gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_.get()), FALSE);
-  gtk_widget_set_can_target(revealer_.get(), FALSE);
-  gtk_widget_set_can_focus(revealer_.get(), FALSE);
+  reveal(false);
   stop();
   strip_.clear();
   items_ = nullptr;
@@ -112,7 +101,7 @@ void PhotoPreview::close() {
 }
 
 void PhotoPreview::refresh(const std::shared_ptr<const MediaItems>& items) {
-  strip_.settle();
+  strip_.finishSlide();
   if (!isOpen()) return;
   const auto same =
       std::find_if(items->begin(), items->end(), [&](const auto& now) { return now->path == shown_->path; });
@@ -186,51 +175,42 @@ void PhotoPreview::stop() {
   if (shown_) gtk_widget_set_visible(play_, shown_->type == MediaType::video);
 }
 
-void PhotoPreview::backClicked(GtkButton* /*button*/) {
-  close();
-}
-
-void PhotoPreview::markClicked(GtkButton* /*button*/) {
+void PhotoPreview::toggle() {
   if (isOpen()) handlers_.toggle(MediaItemPtr(shown_));
 }
 
-void PhotoPreview::playClicked(GtkButton* /*button*/) {
-  playOrStop();
-}
-
-gboolean PhotoPreview::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
-                                  GdkModifierType modifiers) {
-  if (!isOpen() || (modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK))) return FALSE;
+bool PhotoPreview::keyPressed(guint key, GdkModifierType modifiers) {
+  if (!isOpen() || (modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK))) return false;
+  // The buttons have keys of their own.
+  const bool isOnPicture = gtk_widget_has_focus(strip_.widget()) != FALSE;
   switch (key) {
     case GDK_KEY_Left:
       strip_.step(-1);
-      return TRUE;
+      return true;
     case GDK_KEY_Right:
       strip_.step(1);
-      return TRUE;
+      return true;
     case GDK_KEY_space:
-      if (!gtk_widget_has_focus(strip_.widget())) return FALSE;
-      handlers_.toggle(MediaItemPtr(shown_));
-      return TRUE;
+      if (isOnPicture) toggle();
+      return isOnPicture;
     case GDK_KEY_Return:
     case GDK_KEY_KP_Enter:
-      if (!gtk_widget_has_focus(strip_.widget())) return FALSE;
-      playOrStop();
-      return TRUE;
+      if (isOnPicture) playOrStop();
+      return isOnPicture;
     case GDK_KEY_plus:
     case GDK_KEY_equal:
     case GDK_KEY_KP_Add:
       strip_.zoomStep(1);
-      return TRUE;
+      return true;
     case GDK_KEY_minus:
     case GDK_KEY_KP_Subtract:
       strip_.zoomStep(-1);
-      return TRUE;
+      return true;
     case GDK_KEY_BackSpace:
       close();
-      return TRUE;
+      return true;
     default:
-      return FALSE;
+      return false;
   }
 }
 

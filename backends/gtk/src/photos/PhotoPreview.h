@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 #include <gtk/gtk.h>
 
@@ -31,8 +30,6 @@ class PhotoPreview {
 
   GtkWidget* widget() const { return revealer_.get(); }
   bool isOpen() const { return static_cast<bool>(shown_); }
-  /// What is looked at; null while closed.
-  const MediaItemPtr& shown() const { return shown_; }
 
   void open(std::shared_ptr<const MediaItems> items, std::size_t position);
   void close();
@@ -54,10 +51,9 @@ class PhotoPreview {
   void playOrStop();
   void play();
   void moveTo(std::size_t position);
-  void backClicked(GtkButton* button);
-  void markClicked(GtkButton* button);
-  void playClicked(GtkButton* button);
-  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  void toggle();
+  void reveal(bool isOpen);
+  bool keyPressed(guint key, GdkModifierType modifiers);
 
   const PipelineThreads threads_;
   const MediaSelection& selection_;
@@ -75,7 +71,7 @@ class PhotoPreview {
   std::unique_ptr<ClipPlayer> player_;
   ThumbnailLoader& thumbnails_;
   Subscription reading_;  // of the video that the visitor wants to see
-  std::vector<SignalConnection> connections_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

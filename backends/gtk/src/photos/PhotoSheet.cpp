@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include "../ui/Widgets.h"
 #include "FolderScan.h"
 #include "MediaTexts.h"
 #include "PhotoStyle.h"
@@ -12,18 +13,31 @@
 namespace orivex::gtk {
 namespace {
 
+constexpr double toastSeconds = 2;
+
 ThumbnailSize thumbnailSize() {
   // A cell is some 130 points wide.
-  GdkMonitor* const monitor =
-      GDK_MONITOR(g_list_model_get_item(gdk_display_get_monitors(gdk_display_get_default()), 0));
-  const auto owned = GRef<GdkMonitor>::adopt(monitor);
-  return monitor && gdk_monitor_get_scale_factor(monitor) > 1 ? ThumbnailSize::xLarge : ThumbnailSize::large;
+  const auto monitor = GRef<GdkMonitor>::adopt(
+      GDK_MONITOR(g_list_model_get_item(gdk_display_get_monitors(gdk_display_get_default()), 0)));
+  return monitor && gdk_monitor_get_scale_factor(monitor.get()) > 1 ? ThumbnailSize::xLarge : ThumbnailSize::large;
 }
 
 GtkWidget* button(const char* text, const char* style) {
-  GtkWidget* const fresh = gtk_button_new_with_label(text);
-  gtk_widget_add_css_class(fresh, style);
-  return fresh;
+  return styled(gtk_button_new_with_label(text), style);
+}
+
+// The word for what is listed.
+const char* kindsOf(const MediaFilter& filter, const char* both, const char* images, const char* videos) {
+  return filter.images && filter.videos ? both : filter.images ? images : videos;
+}
+
+// Takes no input; screen readers speak it.
+GtkWidget* toastNew() {
+  auto* const toast =
+      GTK_WIDGET(g_object_new(GTK_TYPE_LABEL, "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT, "wrap", TRUE, "justify",
+                              GTK_JUSTIFY_CENTER, "halign", GTK_ALIGN_CENTER, "valign", GTK_ALIGN_CENTER, nullptr));
+  gtk_widget_set_can_target(toast, FALSE);
+  return styled(toast, "orivex-toast");
 }
 
 // Asks for more height than any screen has and gets by with little: the parent decides.
@@ -40,8 +54,7 @@ void allocateWhole(GtkWidget* widget, int width, int height, int baseline) {
 }
 
 GtkWidget* tall(GtkWidget* child) {
-  GtkWidget* const fresh = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-  gtk_box_append(GTK_BOX(fresh), child);
+  GtkWidget* const fresh = boxNew(GTK_ORIENTATION_VERTICAL, 0, {child});
   gtk_widget_set_layout_manager(fresh, gtk_custom_layout_new(nullptr, measureTall, allocateWhole));
   return fresh;
 }
@@ -50,12 +63,12 @@ GtkWidget* tall(GtkWidget* child) {
 
 PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, PhotoSources sources,
                        const PhotoLibraryOptions& options, Handlers handlers)
-    : roots_(sources.roots),
+    : queue_(threads.main),
+      roots_(sources.roots),
       filter_{options.allowSelectImage, options.allowSelectVideo},
       handlers_(std::move(handlers)),
       selection_(options),
       thumbnails_(threads.main, reader, std::move(sources.thumbnails), thumbnailSize()),
-      toast_(threads.main),
       grid_(thumbnails_, selection_,
             {[this](const MediaItemPtr& item) { toggle(item); }, [this](std::size_t position) { open(position); },
              [this](GtkDirectionType direction) { leaveGrid(direction); }}),
@@ -63,10 +76,10 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, Photo
                           [this] { gtk_widget_remove_css_class(albumButton_, "open"); }}),
       preview_(threads, reader, thumbnails_, selection_,
                {[this](const MediaItemPtr& item) { toggle(item); },
-                [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { toast_.show("无法播放此视频"); }}),
+                [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { showToast("无法播放此视频"); }}),
       catalog_(std::make_shared<MediaCatalog>(MediaItems{}, roots_, false)),
       library_(threads.main, sources.roots, filter_,
-               [this](std::shared_ptr<const MediaCatalog> catalog) { learn(std::move(catalog)); }) {
+               [this](std::shared_ptr<const MediaCatalog> catalog) { update(std::move(catalog)); }) {
   build();
 }
 
@@ -82,45 +95,38 @@ void PhotoSheet::build() {
   gtk_overlay_set_child(GTK_OVERLAY(below), pages_);
   gtk_overlay_add_overlay(GTK_OVERLAY(below), menu_.widget());
   gtk_widget_set_vexpand(below, TRUE);
-
-  browser_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-  gtk_box_append(GTK_BOX(browser_), header());
-  gtk_box_append(GTK_BOX(browser_), below);
+  browser_ = boxNew(GTK_ORIENTATION_VERTICAL, 0, {header(), below});
+  toast_ = toastNew();
   GtkWidget* const layers = gtk_overlay_new();
   gtk_overlay_set_child(GTK_OVERLAY(layers), browser_);
   gtk_overlay_add_overlay(GTK_OVERLAY(layers), preview_.widget());
-  gtk_overlay_add_overlay(GTK_OVERLAY(layers), toast_.widget());
+  gtk_overlay_add_overlay(GTK_OVERLAY(layers), toast_);
 
-  GtkWidget* const all = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-  gtk_widget_add_css_class(all, "orivex-photo-sheet");
-  gtk_box_append(GTK_BOX(all), layers);
-  gtk_box_append(GTK_BOX(all), footer());
+  GtkWidget* const all = styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {layers, footer()}), "orivex-photo-sheet");
   auto* const keys = gtk_event_controller_key_new();
-  connections_.push_back(SignalConnection::connect<&PhotoSheet::keyPressed>(keys, "key-pressed", this));
+  connections_.add(keys, "key-pressed", [this](guint key) { return key == GDK_KEY_Escape && goBack(); });
   gtk_widget_add_controller(all, keys);
   content_ = GRef<GtkWidget>::sink(tall(all));
-  connections_.push_back(SignalConnection::connect<&PhotoSheet::mapped>(content_.get(), "map", this));
+  connections_.add(content_.get(), "map", [this] { mapped(); });
   selectionChanged();
 }
 
 GtkWidget* PhotoSheet::header() {
   GtkWidget* const cancel = button("取消", "plain");
-  connections_.push_back(SignalConnection::connect<&PhotoSheet::cancelClicked>(cancel, "clicked", this));
+  connections_.add(cancel, "clicked", [this] { handlers_.cancelled(); });
   albumName_ = gtk_label_new(catalog_->albums().front().name.c_str());
   gtk_label_set_ellipsize(GTK_LABEL(albumName_), PANGO_ELLIPSIZE_MIDDLE);
-  GtkWidget* const arrow = gtk_image_new_from_icon_name("pan-down-symbolic");
-  gtk_widget_add_css_class(arrow, "arrow");
+  GtkWidget* const arrow = styled(gtk_image_new_from_icon_name("pan-down-symbolic"), "arrow");
   gtk_widget_set_valign(arrow, GTK_ALIGN_CENTER);
-  GtkWidget* const inside = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 6);
-  gtk_box_append(GTK_BOX(inside), albumName_);
-  gtk_box_append(GTK_BOX(inside), arrow);
-  albumButton_ = gtk_button_new();
-  gtk_button_set_child(GTK_BUTTON(albumButton_), inside);
-  gtk_widget_add_css_class(albumButton_, "album");
+  albumButton_ = styled(gtk_button_new(), "album");
+  gtk_button_set_child(GTK_BUTTON(albumButton_), boxNew(GTK_ORIENTATION_HORIZONTAL, 6, {albumName_, arrow}));
   gtk_widget_set_valign(albumButton_, GTK_ALIGN_CENTER);
-  connections_.push_back(SignalConnection::connect<&PhotoSheet::albumsClicked>(albumButton_, "clicked", this));
-  GtkWidget* const bar = gtk_center_box_new();
-  gtk_widget_add_css_class(bar, "bar");
+  connections_.add(albumButton_, "clicked", [this] {
+    if (menu_.isOpen()) return menu_.close();
+    gtk_widget_add_css_class(albumButton_, "open");
+    menu_.open(*catalog_, folder_);
+  });
+  GtkWidget* const bar = styled(gtk_center_box_new(), "bar");
   gtk_center_box_set_start_widget(GTK_CENTER_BOX(bar), cancel);
   gtk_center_box_set_center_widget(GTK_CENTER_BOX(bar), albumButton_);
   return bar;
@@ -129,44 +135,36 @@ GtkWidget* PhotoSheet::header() {
 GtkWidget* PhotoSheet::footer() {
   originalText_ = gtk_label_new(nullptr);
   gtk_label_set_ellipsize(GTK_LABEL(originalText_), PANGO_ELLIPSIZE_END);
-  original_ = gtk_check_button_new();
+  original_ = styled(gtk_check_button_new(), "original");
   gtk_check_button_set_child(GTK_CHECK_BUTTON(original_), originalText_);
-  gtk_widget_add_css_class(original_, "original");
   gtk_widget_set_name(original_, "photos-original");
   confirm_ = button("", "confirm");
   gtk_widget_set_name(confirm_, "photos-confirm");
   gtk_widget_set_hexpand(confirm_, TRUE);
   gtk_widget_set_halign(confirm_, GTK_ALIGN_END);
   gtk_widget_set_valign(confirm_, GTK_ALIGN_CENTER);
-  connections_.push_back(SignalConnection::connect<&PhotoSheet::confirmClicked>(confirm_, "clicked", this));
-  GtkWidget* const bar = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 12);
-  gtk_widget_add_css_class(bar, "foot");
-  gtk_box_append(GTK_BOX(bar), original_);
-  gtk_box_append(GTK_BOX(bar), confirm_);
-  return bar;
+  connections_.add(confirm_, "clicked", [this] {
+    const bool isOriginal = gtk_check_button_get_active(GTK_CHECK_BUTTON(original_)) != FALSE;
+    if (!selection_.items().empty()) handlers_.confirmed(selection_.result(isOriginal));
+  });
+  return styled(boxNew(GTK_ORIENTATION_HORIZONTAL, 12, {original_, confirm_}), "foot");
 }
 
 GtkWidget* PhotoSheet::emptyPage() {
   std::string places;
   for (const auto& root : roots_) places += "\n" + root.path;
-  const char* const what = filter_.images && filter_.videos ? "没有照片或视频"
-                           : filter_.images                 ? "没有照片"
-                                                            : "没有视频";
   GtkWidget* const icon = gtk_image_new_from_icon_name("image-x-generic-symbolic");
   gtk_image_set_pixel_size(GTK_IMAGE(icon), 72);
-  GtkWidget* const title = gtk_label_new(what);
-  gtk_widget_add_css_class(title, "title");
-  GtkWidget* const hint = gtk_label_new(("在这些文件夹里没有找到:" + places).c_str());
+  GtkWidget* const title = styled(gtk_label_new(kindsOf(filter_, "没有照片或视频", "没有照片", "没有视频")), "title");
+  GtkWidget* const hint = styled(gtk_label_new(("在这些文件夹里没有找到:" + places).c_str()), "hint");
   gtk_label_set_justify(GTK_LABEL(hint), GTK_JUSTIFY_CENTER);
   gtk_label_set_wrap(GTK_LABEL(hint), TRUE);
   gtk_label_set_wrap_mode(GTK_LABEL(hint), PANGO_WRAP_WORD_CHAR);
-  gtk_widget_add_css_class(hint, "hint");
-  GtkWidget* const page = gtk_box_new(GTK_ORIENTATION_VERTICAL, 12);
-  gtk_widget_add_css_class(page, "orivex-photos-empty");
-  gtk_widget_set_valign(page, GTK_ALIGN_CENTER);
   GtkWidget* const elsewhere = button("浏览…", "browse");
-  connections_.push_back(SignalConnection::connect<&PhotoSheet::browseClicked>(elsewhere, "clicked", this));
-  for (GtkWidget* const part : {icon, title, hint, elsewhere}) gtk_box_append(GTK_BOX(page), part);
+  connections_.add(elsewhere, "clicked", [this] { browse(); });
+  GtkWidget* const page =
+      styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {icon, title, hint, elsewhere}), "orivex-photos-empty");
+  gtk_widget_set_valign(page, GTK_ALIGN_CENTER);
   // A phone that is held sideways has no room for it.
   GtkWidget* const scrolled = gtk_scrolled_window_new();
   gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scrolled), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
@@ -174,12 +172,12 @@ GtkWidget* PhotoSheet::emptyPage() {
   return scrolled;
 }
 
-void PhotoSheet::learn(std::shared_ptr<const MediaCatalog> catalog) {
+void PhotoSheet::update(std::shared_ptr<const MediaCatalog> catalog) {
   const bool isFirst = catalog_->albums().front().items->empty();
   catalog_ = std::move(catalog);
   if (selection_.refresh([this](const std::string& path) { return find(path); })) selectionChanged();
   showAlbum(false);
-  menu_.learn(*catalog_);
+  menu_.update(*catalog_);
   preview_.refresh(grid_.items());
   if (isFirst && !grid_.items()->empty() && !menu_.isOpen()) grid_.focus(0);
 }
@@ -194,11 +192,17 @@ void PhotoSheet::chooseAlbum(const std::string& folder) {
   }
 }
 
+// With the desktop's own chooser; in a sandbox its portal reaches every folder of the visitor.
 void PhotoSheet::browse() {
   auto* const window = gtk_widget_get_root(content_.get());
   if (!GTK_IS_WINDOW(window)) return;
-  chooser_ =
-      chooseMedia(GTK_WINDOW(window), filter_, [this](const std::vector<std::string>& paths) { browsed(paths); });
+  auto filter = GRef<GtkFileFilter>::sink(gtk_file_filter_new());
+  if (filter_.images) gtk_file_filter_add_mime_type(filter.get(), "image/*");
+  if (filter_.videos) gtk_file_filter_add_mime_type(filter.get(), "video/*");
+  gtk_file_filter_set_name(filter.get(), kindsOf(filter_, "照片和视频", "照片", "视频"));
+  chooser_ = std::make_unique<FileDialog>(
+      GTK_WINDOW(window), FileDialog::Options{.title = "浏览", .filters = {std::move(filter)}, .multiple = true},
+      [this](const FileDialog::Files& files) { browsed(FileDialog::pathsOf(files)); });
 }
 
 // What was chosen elsewhere is an album of its own, in which all of it is selected already as far as the rules allow.
@@ -225,7 +229,7 @@ void PhotoSheet::browsed(const std::vector<std::string>& paths) {
   browsed_.items = std::make_shared<MediaItems>(std::move(items));
   chooseAlbum(browsed_.folder);
   selectionChanged();
-  if (refusal) toast_.show(*refusal);
+  if (refusal) showToast(*refusal);
 }
 
 MediaItemPtr PhotoSheet::find(const std::string& path) const {
@@ -255,17 +259,17 @@ void PhotoSheet::showAlbum(bool fromTop) {
 
 void PhotoSheet::toggle(const MediaItemPtr& item) {
   const auto* const known = thumbnails_.find(item);
-  if (const auto refusal = selection_.refusal(*item)) return toast_.show(*refusal);
+  if (const auto refusal = selection_.refusal(*item)) return showToast(*refusal);
   // Of a video without a picture the sound or a later frame may still be good.
   const bool isUnreadable = known && known->isBroken() && item->type == MediaType::image;
-  if (isUnreadable && selection_.numberOf(*item) == 0) return toast_.show("这张照片无法打开");
+  if (isUnreadable && selection_.numberOf(*item) == 0) return showToast("这张照片无法打开");
   selection_.toggle(item);
   selectionChanged();
 }
 
 void PhotoSheet::open(std::size_t position) {
   const auto& item = grid_.items()->at(position);
-  if (selection_.isKindExcluded(*item)) return toast_.show(selection_.refusal(*item).value_or(""));
+  if (selection_.isKindExcluded(*item)) return showToast(selection_.refusal(*item).value_or(""));
   // The preview covers it.
   gtk_widget_set_can_focus(browser_, FALSE);
   preview_.open(grid_.items(), position);
@@ -273,9 +277,7 @@ void PhotoSheet::open(std::size_t position) {
 
 void PhotoSheet::previewClosed(const MediaItemPtr& last) {
   gtk_widget_set_can_focus(browser_, TRUE);
-  const auto& items = *grid_.items();
-  const auto place = std::find(items.begin(), items.end(), last);
-  if (place != items.end()) grid_.focus(static_cast<std::size_t>(place - items.begin()));
+  if (const auto position = grid_.positionOf(last)) grid_.focus(*position);
 }
 
 void PhotoSheet::selectionChanged() {
@@ -291,43 +293,33 @@ void PhotoSheet::leaveGrid(GtkDirectionType direction) {
   gtk_widget_grab_focus(direction == GTK_DIR_TAB_BACKWARD ? albumButton_ : original_);
 }
 
-void PhotoSheet::browseClicked(GtkButton* /*button*/) {
-  browse();
-}
-
 // In a sandbox there may be nothing else to look at.
-void PhotoSheet::mapped(GtkWidget* /*content*/) {
+void PhotoSheet::mapped() {
   const bool isFirst = !std::exchange(wasMapped_, true);
   const auto isReadable = [](const MediaRoot& root) { return access(root.path.c_str(), R_OK | X_OK) == 0; };
   if (isFirst && std::none_of(roots_.begin(), roots_.end(), isReadable)) browse();
 }
 
-void PhotoSheet::cancelClicked(GtkButton* /*button*/) {
-  handlers_.cancelled();
-}
-
-void PhotoSheet::albumsClicked(GtkButton* /*button*/) {
-  if (menu_.isOpen()) return menu_.close();
-  gtk_widget_add_css_class(albumButton_, "open");
-  menu_.open(*catalog_, folder_);
-}
-
-void PhotoSheet::confirmClicked(GtkButton* /*button*/) {
-  const bool isOriginal = gtk_check_button_get_active(GTK_CHECK_BUTTON(original_)) != FALSE;
-  if (!selection_.items().empty()) handlers_.confirmed(selection_.result(isOriginal));
-}
-
-// Escape leaves the innermost place first; the sheet around takes it when nothing is open in here.
-gboolean PhotoSheet::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
-                                GdkModifierType /*modifiers*/) {
-  if (key != GDK_KEY_Escape || (!preview_.isOpen() && !menu_.isOpen())) return FALSE;
+// Leaves the innermost place; false when nothing is open in here: then the sheet around goes.
+bool PhotoSheet::goBack() {
   if (preview_.isOpen()) {
     preview_.close();
-  } else {
-    menu_.close();
-    gtk_widget_grab_focus(albumButton_);
+    return true;
   }
-  return TRUE;
+  if (!menu_.isOpen()) return false;
+  menu_.close();
+  gtk_widget_grab_focus(albumButton_);
+  return true;
+}
+
+// A later word replaces an earlier one.
+void PhotoSheet::showToast(const std::string& text) {
+  gtk_label_set_text(GTK_LABEL(toast_), text.c_str());
+  gtk_widget_add_css_class(toast_, "shown");
+  toastEnd_ = queue_.repeat(toastSeconds, [this] {
+    gtk_widget_remove_css_class(toast_, "shown");
+    toastEnd_.reset();
+  });
 }
 
 }  // namespace orivex::gtk

@@ -7,17 +7,17 @@
 
 #include <gtk/gtk.h>
 
+#include "../files/FileDialog.h"
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
 #include "AlbumMenu.h"
-#include "MediaChooser.h"
 #include "MediaLibrary.h"
 #include "MediaSelection.h"
 #include "PhotoGrid.h"
 #include "PhotoPreview.h"
 #include "ThumbnailLoader.h"
-#include "Toast.h"
 
+#include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 
 namespace orivex::gtk {
@@ -48,9 +48,6 @@ class PhotoSheet {
   /// The application is no longer in front: a video must not go on behind another one.
   void pause() { preview_.stop(); }
 
-  /// Frees a part of what a sheet that nobody sees any more holds; false when the rest is little.
-  bool shrink() { return thumbnails_.shrink(); }
-
   const PhotoGrid& grid() const { return grid_; }
 
  private:
@@ -58,7 +55,7 @@ class PhotoSheet {
   GtkWidget* header();
   GtkWidget* footer();
   GtkWidget* emptyPage();
-  void learn(std::shared_ptr<const MediaCatalog> catalog);
+  void update(std::shared_ptr<const MediaCatalog> catalog);
   void showAlbum(bool fromTop);
   const Album& album();
   void chooseAlbum(const std::string& folder);
@@ -71,19 +68,16 @@ class PhotoSheet {
   void selectionChanged();
   void leaveGrid(GtkDirectionType direction);
 
-  void mapped(GtkWidget* content);
-  void browseClicked(GtkButton* button);
-  void cancelClicked(GtkButton* button);
-  void albumsClicked(GtkButton* button);
-  void confirmClicked(GtkButton* button);
-  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  void mapped();
+  bool goBack();
+  void showToast(const std::string& text);
 
+  MainQueue& queue_;
   const std::vector<MediaRoot> roots_;
   const MediaFilter filter_;
   const Handlers handlers_;
   MediaSelection selection_;
   ThumbnailLoader thumbnails_;
-  Toast toast_;
   PhotoGrid grid_;
   AlbumMenu menu_;
   PhotoPreview preview_;
@@ -92,6 +86,8 @@ class PhotoSheet {
   std::string folder_;  // of the album that is shown; empty for that of everything
   GRef<GtkWidget> content_;
   bool wasMapped_ = false;
+  GtkWidget* toast_ = nullptr;
+  std::unique_ptr<Timer> toastEnd_;
   GtkWidget* pages_ = nullptr;
   GtkWidget* albumName_ = nullptr;
   GtkWidget* albumButton_ = nullptr;
@@ -99,7 +95,7 @@ class PhotoSheet {
   GtkWidget* original_ = nullptr;
   GtkWidget* originalText_ = nullptr;
   GtkWidget* confirm_ = nullptr;
-  std::vector<SignalConnection> connections_;
+  SignalConnections connections_;
   std::unique_ptr<FileDialog> chooser_;
   MediaLibrary library_;  // last: it tells the others
 };

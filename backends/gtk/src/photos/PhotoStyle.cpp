@@ -34,7 +34,7 @@ constexpr const char* css = R"css(
 .orivex-photo-sheet .confirm:hover { background-color: #3d7cf0; }
 .orivex-photo-sheet .confirm:disabled { background-color: #3a3a3c; color: #98989f; filter: none; opacity: 1; }
 
-.orivex-photos { background-color: #1c1c1e; }
+.orivex-photos { background-color: #1c1c1e; font-size: 9.75pt; font-weight: 500; }
 .orivex-photos > child { padding: 1px; margin: 0; border-radius: 0; background: none; border: none; outline-offset: -4px; }
 .orivex-photos > child:focus-visible { outline: 3px solid #6ea0ff; }
 .orivex-photos-empty { padding: 24px; color: #98989f; }
@@ -76,8 +76,7 @@ constexpr const char* css = R"css(
 }  // namespace
 
 void installPhotoStyle() {
-  static const bool installed = (installStyle(css), true);
-  static_cast<void>(installed);
+  installStyle(css);
 }
 
 }  // namespace orivex::gtk

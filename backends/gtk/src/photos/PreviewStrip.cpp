@@ -8,8 +8,8 @@
 namespace orivex::gtk {
 namespace {
 
-constexpr double gap = 16;             // points between two pictures
-constexpr double brokenIconSide = 64;  // points
+constexpr double gap = 16;            // points between two pictures
+constexpr float brokenIconSide = 64;  // points
 constexpr guint slideMilliseconds = 220;
 
 // A drag is a swipe when it goes so far, or goes on so shortly over a small distance.
@@ -26,11 +26,12 @@ constexpr double zoomStepFactor = 1.5;
 constexpr double doubleTapZoom = 2.5;
 constexpr int closeDetail = 2;
 
-drawing::Area zoomed(const drawing::Area& area, const PictureZoom& zoom) {
+graphene_rect_t zoomed(const graphene_rect_t& area, const PictureZoom& zoom) {
   const auto scale = static_cast<float>(zoom.scale());
-  return {area.x + area.width * (1 - scale) / 2 + static_cast<float>(zoom.offset().x),
-          area.y + area.height * (1 - scale) / 2 + static_cast<float>(zoom.offset().y), area.width * scale,
-          area.height * scale};
+  const auto [width, height] = area.size;
+  return {{area.origin.x + width * (1 - scale) / 2 + static_cast<float>(zoom.offset().x),
+           area.origin.y + height * (1 - scale) / 2 + static_cast<float>(zoom.offset().y)},
+          {width * scale, height * scale}};
 }
 
 }  // namespace
@@ -43,14 +44,22 @@ PreviewStrip::PreviewStrip(MainQueue& queue, const MediaReader& reader, Thumbnai
   gtk_widget_set_overflow(canvas_.get(), GTK_OVERFLOW_HIDDEN);
   gtk_widget_set_vexpand(canvas_.get(), TRUE);
   gtk_widget_set_hexpand(canvas_.get(), TRUE);
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragBegun>(drag_, "drag-begin", this));
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragged>(drag_, "drag-update", this));
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::dragEnded>(drag_, "drag-end", this));
+  connections_.add(drag_, "drag-begin", [this] {
+    zoomedFrom_ = zoom_.offset();
+    dragStart_ = g_get_monotonic_time();
+    finishSlide();
+  });
+  connections_.add(drag_, "drag-update", [this](double x, double y) { dragged(x, y); });
+  connections_.add(drag_, "drag-end", [this](double x, double y) { dragEnded(x, y); });
   gtk_widget_add_controller(canvas_.get(), GTK_EVENT_CONTROLLER(drag_));
   auto* const pinch = gtk_gesture_zoom_new();
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::pinchBegun>(pinch, "begin", this));
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::pinched>(pinch, "scale-changed", this));
-  connections_.push_back(SignalConnection::connect<&PreviewStrip::pinchEnded>(pinch, "end", this));
+  connections_.add(pinch, "begin", [this] { pinchBegun(); });
+  connections_.add(pinch, "scale-changed", [this, pinch](double scale) {
+    Point center;
+    gtk_gesture_get_bounding_box_center(pinch, &center.x, &center.y);
+    zoomTo(pinchedFrom_ * scale, fromMiddle(center.x, center.y));
+  });
+  connections_.add(pinch, "end", [this] { isPinching_ = false; });
   gtk_widget_add_controller(canvas_.get(), GTK_EVENT_CONTROLLER(pinch));
 }
 
@@ -86,7 +95,7 @@ MediaItemPtr PreviewStrip::itemAt(std::ptrdiff_t position) const {
   return exists ? (*items_)[static_cast<std::size_t>(position)] : nullptr;
 }
 
-int PreviewStrip::minimumSize(GtkOrientation /*orientation*/) {
+int PreviewStrip::minimumSize(GtkOrientation /*orientation*/, int /*forSize*/) {
   return 0;
 }
 
@@ -107,13 +116,14 @@ void PreviewStrip::snapshot(GtkSnapshot* snapshot) {
 
 void PreviewStrip::drawItem(GtkSnapshot* snapshot, std::size_t position, double left) {
   const auto& item = (*items_)[position];
-  drawing::Area area{static_cast<float>(left), 0, static_cast<float>(size_.width), static_cast<float>(size_.height)};
+  graphene_rect_t area{{static_cast<float>(left), 0},
+                       {static_cast<float>(size_.width), static_cast<float>(size_.height)}};
   if (position == position_ && zoom_.isIn()) area = zoomed(area, zoom_);
   if (frame_ && position == position_) return drawing::contain(snapshot, frame_.get(), area);
   const auto* const large = pictures_.find(item);
   if (large && large->isBroken) {
     drawing::icon(snapshot, canvas_.get(), "image-missing-symbolic",
-                  {area.x + area.width / 2, area.y + area.height / 2}, static_cast<float>(brokenIconSide),
+                  {area.origin.x + area.size.width / 2, area.origin.y + area.size.height / 2}, brokenIconSide,
                   drawing::faint);
   } else if (large) {
     drawing::contain(snapshot, large->texture.get(), area);
@@ -152,23 +162,12 @@ Point PreviewStrip::fromMiddle(double x, double y) const {
   return {x - size_.width / 2, y - size_.height / 2};
 }
 
-void PreviewStrip::pinchBegun(GtkGesture* /*pinch*/, GdkEventSequence* /*sequence*/) {
+void PreviewStrip::pinchBegun() {
   // The first of the two fingers has begun a drag.
   isPinching_ = true;
   gtk_gesture_set_state(drag_, GTK_EVENT_SEQUENCE_DENIED);
   if (offset_ != 0) slideTo(0);
   pinchedFrom_ = zoom_.scale();
-}
-
-void PreviewStrip::pinched(GtkGestureZoom* pinch, double scale) {
-  double x = 0;
-  double y = 0;
-  gtk_gesture_get_bounding_box_center(GTK_GESTURE(pinch), &x, &y);
-  zoomTo(pinchedFrom_ * scale, fromMiddle(x, y));
-}
-
-void PreviewStrip::pinchEnded(GtkGesture* /*pinch*/, GdkEventSequence* /*sequence*/) {
-  isPinching_ = false;
 }
 
 void PreviewStrip::tapped(Point place) {
@@ -184,13 +183,7 @@ void PreviewStrip::tapped(Point place) {
   }
 }
 
-void PreviewStrip::dragBegun(GtkGestureDrag* /*drag*/, double /*x*/, double /*y*/) {
-  zoomedFrom_ = zoom_.offset();
-  dragStart_ = g_get_monotonic_time();
-  settle();
-}
-
-void PreviewStrip::dragged(GtkGestureDrag* /*drag*/, double x, double y) {
+void PreviewStrip::dragged(double x, double y) {
   constexpr double resistance = 3;
   gtk_widget_queue_draw(canvas_.get());
   if (zoom_.isIn()) return zoom_.moveTo({zoomedFrom_.x + x, zoomedFrom_.y + y});
@@ -198,13 +191,12 @@ void PreviewStrip::dragged(GtkGestureDrag* /*drag*/, double x, double y) {
   offset_ = itemAt(next) ? x : x / resistance;
 }
 
-void PreviewStrip::dragEnded(GtkGestureDrag* drag, double x, double y) {
+void PreviewStrip::dragEnded(double x, double y) {
   if (isPinching_) return;
   if (std::hypot(x, y) < tapSlack) {
-    double left = 0;
-    double top = 0;
-    gtk_gesture_drag_get_start_point(drag, &left, &top);
-    tapped(fromMiddle(left, top));
+    Point start;
+    gtk_gesture_drag_get_start_point(GTK_GESTURE_DRAG(drag_), &start.x, &start.y);
+    tapped(fromMiddle(start.x, start.y));
   }
   if (zoom_.isIn()) return;
   const bool isQuick = g_get_monotonic_time() - dragStart_ < shortMicroseconds && std::abs(x) > shortDistance;
@@ -215,13 +207,13 @@ void PreviewStrip::dragEnded(GtkGestureDrag* drag, double x, double y) {
 
 void PreviewStrip::step(int direction) {
   // A step on top of one that still slides begins where that one leads.
-  settle();
+  finishSlide();
   zoom_ = {};
   const bool exists = itemAt(static_cast<std::ptrdiff_t>(position_) + direction) != nullptr;
   slideTo(exists ? -direction * (size_.width + gap) : 0);
 }
 
-void PreviewStrip::settle() {
+void PreviewStrip::finishSlide() {
   if (slide_ && adw_animation_get_state(slide_.get()) == ADW_ANIMATION_PLAYING) adw_animation_skip(slide_.get());
 }
 
@@ -243,11 +235,11 @@ void PreviewStrip::slideTo(double offset) {
   slide_ = GRef<AdwAnimation>::sink(adw_timed_animation_new(canvas_.get(), from, offset, slideMilliseconds,
                                                             adw_callback_animation_target_new(move, this, nullptr)));
   adw_timed_animation_set_easing(ADW_TIMED_ANIMATION(slide_.get()), ADW_EASE_OUT_CUBIC);
-  slideDone_ = SignalConnection::connect<&PreviewStrip::slideEnded>(slide_.get(), "done", this);
+  slideDone_ = SignalConnection::connect(slide_.get(), "done", [this] { slideEnded(); });
   adw_animation_play(slide_.get());
 }
 
-void PreviewStrip::slideEnded(AdwAnimation* /*animation*/) {
+void PreviewStrip::slideEnded() {
   const int direction = offset_ < -1 ? 1 : offset_ > 1 ? -1 : 0;
   offset_ = 0;
   if (direction == 0 || !items_) return;

@@ -40,7 +40,7 @@ class PreviewStrip final : private CanvasDelegate {
   void showFrame(GRef<GdkTexture> frame);
 
   /// Ends a slide under way where it leads.
-  void settle();
+  void finishSlide();
 
   /// Slides to the next item, or the previous one; past either end it springs back.
   void step(int direction);
@@ -49,7 +49,7 @@ class PreviewStrip final : private CanvasDelegate {
   void zoomStep(int direction);
 
  private:
-  int minimumSize(GtkOrientation orientation) override;
+  int minimumSize(GtkOrientation orientation, int forSize) override;
   void allocate(int width, int height) override;
   void snapshot(GtkSnapshot* snapshot) override;
   void drawItem(GtkSnapshot* snapshot, std::size_t position, double left);
@@ -59,16 +59,13 @@ class PreviewStrip final : private CanvasDelegate {
   void wantPictures();
   void zoomTo(double scale, Point focus);
   Point fromMiddle(double x, double y) const;
-  void dragBegun(GtkGestureDrag* drag, double x, double y);
-  void dragged(GtkGestureDrag* drag, double x, double y);
-  void dragEnded(GtkGestureDrag* drag, double x, double y);
+  void dragged(double x, double y);
+  void dragEnded(double x, double y);
   void tapped(Point place);
-  void pinchBegun(GtkGesture* pinch, GdkEventSequence* sequence);
-  void pinchEnded(GtkGesture* pinch, GdkEventSequence* sequence);
-  void pinched(GtkGestureZoom* pinch, double scale);
+  void pinchBegun();
   void abandonSlide();
   void slideTo(double offset);
-  void slideEnded(AdwAnimation* animation);
+  void slideEnded();
 
   ThumbnailLoader& thumbnails_;
   const Handlers handlers_;
@@ -88,7 +85,7 @@ class PreviewStrip final : private CanvasDelegate {
   LargePictures pictures_;
   GRef<GdkTexture> frame_;
   GRef<AdwAnimation> slide_;
-  std::vector<SignalConnection> connections_;
+  SignalConnections connections_;
   SignalConnection slideDone_;
 };
 

@@ -1,135 +1,104 @@
 #include "ThumbnailLoader.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace orivex::gtk {
 namespace {
 
-constexpr int mostRunning = 2;
+constexpr std::size_t mostRunning = 2;
 
 // Some twenty screens of thumbnails of a phone.
 constexpr std::size_t mostBytes = 48 << 20;
 
-using Deliver = std::function<void(LoadedThumbnail)>;
+std::size_t bytesOf(const LoadedThumbnail& thumbnail) {
+  constexpr std::size_t bytesPerPixel = 4;
+  if (!thumbnail.texture) return 0;
+  return bytesPerPixel * static_cast<std::size_t>(gdk_texture_get_width(thumbnail.texture.get())) *
+         static_cast<std::size_t>(gdk_texture_get_height(thumbnail.texture.get()));
+}
 
-LoadedThumbnail loaded(const Thumbnail& thumbnail) {
+LoadedThumbnail textureOf(const Thumbnail& thumbnail) {
   return {GRef<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(thumbnail.picture.get())), thumbnail.duration};
 }
 
-/// The work for one thumbnail on a worker thread.
-struct Job {
-  const MediaItem& item;
-  const ThumbnailSize size;
-  const ThumbnailCache& cache;
-  const MediaReader& reader;
-  const Deliver& deliver;
-
-  void run() const {
-    if (const auto kept = readSharp()) {
-      deliver(loaded(*kept));
-      if (item.type == MediaType::video && !kept->duration) addDuration(*kept);
-    } else if (cache.hasFailed(item)) {
-      deliver({});
-    } else {
-      // Something to look at in the meantime.
-      if (const auto coarse = cache.read(item, ThumbnailSize::normal)) deliver(loaded(*coarse));
-      make();
-    }
+// The work for one thumbnail on a worker thread.
+void load(const MediaItem& item, ThumbnailSize size, const ThumbnailCache& cache, const MediaReader& reader,
+          const ThumbnailLoader::Ready& deliver) {
+  auto kept = cache.read(item, size);
+  if (!kept && size != ThumbnailSize::xLarge) kept = cache.read(item, ThumbnailSize::xLarge);
+  if (kept) deliver(textureOf(*kept));
+  // Another program may have made it, perhaps of a video that is none to the decoder.
+  if (kept && (item.type == MediaType::image || kept->duration)) return;
+  if (cache.hasFailed(item)) return deliver({});
+  if (!kept) {
+    // Something to look at in the meantime.
+    if (const auto coarse = cache.read(item, ThumbnailSize::normal)) deliver(textureOf(*coarse));
   }
-
- private:
-  std::optional<Thumbnail> readSharp() const {
-    auto kept = cache.read(item, size);
-    if (!kept && size != ThumbnailSize::xLarge) kept = cache.read(item, ThumbnailSize::xLarge);
-    return kept;
+  if (const auto made = reader.read(item, static_cast<int>(size), static_cast<int>(size))) {
+    deliver(textureOf(*made));
+    cache.write(item, size, *made);
+  } else {
+    deliver({});
+    cache.writeFailure(item);
   }
-
-  // Another program made the thumbnail, perhaps of a video that is none to the decoder.
-  void addDuration(Thumbnail kept) const {
-    const auto video = reader.read(item, 1, 1);
-    if (!video) return deliver({});
-    kept.duration = video->duration;
-    deliver(loaded(kept));
-    cache.write(item, size, kept);
-  }
-
-  void make() const {
-    if (const auto made = reader.read(item, static_cast<int>(size), static_cast<int>(size))) {
-      deliver(loaded(*made));
-      cache.write(item, size, *made);
-    } else {
-      deliver({});
-      cache.writeFailure(item);
-    }
-  }
-};
+}
 
 }  // namespace
 
-ThumbnailLoader::ThumbnailLoader(MainQueue& queue, const MediaReader& reader, ThumbnailCache cache, ThumbnailSize size)
-    : queue_(queue), reader_(reader), cache_(std::move(cache)), size_(size), store_(mostBytes) {}
+const LoadedThumbnail* ThumbnailLoader::find(const MediaItemPtr& item) {
+  const auto found = std::find_if(kept_.begin(), kept_.end(), [&](const auto& known) { return known.first == item; });
+  if (found == kept_.end()) return nullptr;
+  kept_.splice(kept_.begin(), kept_, found);
+  return &kept_.front().second;
+}
 
 Subscription ThumbnailLoader::request(const MediaItemPtr& item, Ready ready) {
-  auto request = find(item.get());
-  if (request == requests_.end()) request = requests_.insert(requests_.end(), Request{item, {}});
-  const auto ticket = nextTicket_++;
-  request->waiting.emplace(ticket, std::move(ready));
+  const auto request = std::make_shared<const Request>(Request{item, std::move(ready)});
+  requests_.push_back(request);
   startNext();
-  return Subscription(alive_.guard([this, item, ticket] { withdraw(item.get(), ticket); }));
-}
-
-std::list<ThumbnailLoader::Request>::iterator ThumbnailLoader::find(const MediaItem* item) {
-  return std::find_if(requests_.begin(), requests_.end(), [&](const auto& known) { return known.item.get() == item; });
-}
-
-void ThumbnailLoader::withdraw(const MediaItem* item, std::uint64_t ticket) {
-  const auto request = find(item);
-  if (request == requests_.end()) return;
-  request->waiting.erase(ticket);
-  if (request->waiting.empty() && !request->isRunning) requests_.erase(request);
+  return Subscription(alive_.guard([this, request] { requests_.remove(request); }));
 }
 
 void ThumbnailLoader::startNext() {
-  for (auto& request : requests_) {
-    if (running_ == mostRunning) return;
-    const bool isVideo = request.item->type == MediaType::video;
-    if (!request.isRunning && !(isVideo && runningVideos_ > 0)) start(request);
+  const auto isVideo = [](const MediaItemPtr& item) { return item->type == MediaType::video; };
+  const auto isRunning = [this](const MediaItemPtr& item) {
+    return std::find(running_.begin(), running_.end(), item) != running_.end();
+  };
+  for (const auto& request : requests_) {
+    if (running_.size() == mostRunning) return;
+    const bool waits = isVideo(request->item) && std::any_of(running_.begin(), running_.end(), isVideo);
+    if (!waits && !isRunning(request->item)) start(request->item);
   }
 }
 
-void ThumbnailLoader::start(Request& request) {
-  request.isRunning = true;
-  ++running_;
-  if (request.item->type == MediaType::video) ++runningVideos_;
-  auto learn =
-      alive_.guard([this, item = request.item](const LoadedThumbnail& thumbnail) { this->learn(item, thumbnail); });
-  auto finish = alive_.guard([this, item = request.item] { this->finish(item.get()); });
-  queue_.global([&queue = queue_, &reader = reader_, cache = cache_, size = size_, item = request.item,
-                 learn = std::move(learn), finish = std::move(finish)]() mutable {
-    const Deliver deliver = [&](LoadedThumbnail thumbnail) {
-      queue.async([learn, thumbnail = std::move(thumbnail)]() mutable { learn(thumbnail); });
-    };
-    Job{*item, size, cache, reader, deliver}.run();
-    queue.async(std::move(finish));
+void ThumbnailLoader::start(const MediaItemPtr& item) {
+  running_.push_back(item);
+  auto loaded = alive_.guard([this, item](const LoadedThumbnail& thumbnail) { this->loaded(item, thumbnail); });
+  auto finished = alive_.guard([this, item] { this->finished(item); });
+  queue_.global([&queue = queue_, &reader = reader_, cache = cache_, size = size_, item, loaded = std::move(loaded),
+                 finished = std::move(finished)]() mutable {
+    load(*item, size, cache, reader,
+         [&](const LoadedThumbnail& thumbnail) { queue.async([loaded, thumbnail]() mutable { loaded(thumbnail); }); });
+    queue.async(std::move(finished));
   });
 }
 
-void ThumbnailLoader::learn(const MediaItemPtr& item, const LoadedThumbnail& thumbnail) {
-  store_.put(item, thumbnail);
-  const auto request = find(item.get());
-  if (request == requests_.end()) return;
-  // Copies, since one that is told may withdraw itself or another.
-  const auto asked = request->waiting;
-  for (const auto& [ticket, ready] : asked) {
-    if (request->waiting.contains(ticket)) ready(thumbnail);
+void ThumbnailLoader::loaded(const MediaItemPtr& item, const LoadedThumbnail& thumbnail) {
+  kept_.remove_if([&](const auto& known) { return known.first == item; });
+  kept_.emplace_front(item, thumbnail);
+  std::size_t bytes = 0;
+  const auto isTooMuch = [&](const auto& known) { return (bytes += bytesOf(known.second)) > mostBytes; };
+  kept_.erase(std::find_if(std::next(kept_.begin()), kept_.end(), isTooMuch), kept_.end());
+  // A copy, since one that is told may withdraw itself or another.
+  for (const auto& request : std::list(requests_)) {
+    const bool waits = std::find(requests_.begin(), requests_.end(), request) != requests_.end();
+    if (waits && request->item == item) request->ready(thumbnail);
   }
 }
 
-void ThumbnailLoader::finish(const MediaItem* item) {
-  --running_;
-  if (item->type == MediaType::video) --runningVideos_;
-  requests_.erase(find(item));
+void ThumbnailLoader::finished(const MediaItemPtr& item) {
+  std::erase(running_, item);
+  requests_.remove_if([&](const auto& request) { return request->item == item; });
   startNext();
 }
 

@@ -1,12 +1,16 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <list>
-#include <map>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
 
+#include <gdk/gdk.h>
+
+#include "../glib/GRef.h"
 #include "MediaReader.h"
-#include "ThumbnailStore.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Subscription.h"
@@ -14,19 +18,24 @@
 
 namespace orivex::gtk {
 
+/// What is known of how an item looks.
+struct LoadedThumbnail {
+  GRef<GdkTexture> texture;  ///< null when the item is broken
+  std::optional<double> duration = std::nullopt;
+  bool isBroken() const { return !texture; }
+};
+
 /// Brings thumbnails into memory: from the desktop's cache, or made anew and put there. Two at a time, in the order in
 /// which they were asked for; of videos, which can take seconds, one at a time. Main thread.
 class ThumbnailLoader {
  public:
   using Ready = std::function<void(const LoadedThumbnail&)>;
 
-  ThumbnailLoader(MainQueue& queue, const MediaReader& reader, ThumbnailCache cache, ThumbnailSize size);
+  ThumbnailLoader(MainQueue& queue, const MediaReader& reader, ThumbnailCache cache, ThumbnailSize size)
+      : queue_(queue), reader_(reader), cache_(std::move(cache)), size_(size) {}
 
-  /// What is in memory; null when nothing is.
-  const LoadedThumbnail* find(const MediaItemPtr& item) { return store_.find(item); }
-
-  /// Lets go of a part of what is in memory; false when there is nothing.
-  bool shrink() { return store_.shrink(); }
+  /// What is in memory; null when nothing is. Those that were not looked for longest go first.
+  const LoadedThumbnail* find(const MediaItemPtr& item);
 
   /// Calls `ready` once the thumbnail is there, and again when more becomes known: a sharper picture, the length of a
   /// video. Whoever lets go of the subscription withdraws; what nobody waits for is not begun.
@@ -35,26 +44,21 @@ class ThumbnailLoader {
  private:
   struct Request {
     MediaItemPtr item;
-    std::map<std::uint64_t, Ready> waiting;
-    bool isRunning = false;
+    Ready ready;
   };
 
-  std::list<Request>::iterator find(const MediaItem* item);
-  void withdraw(const MediaItem* item, std::uint64_t ticket);
   void startNext();
-  void start(Request& request);
-  void learn(const MediaItemPtr& item, const LoadedThumbnail& thumbnail);
-  void finish(const MediaItem* item);
+  void start(const MediaItemPtr& item);
+  void loaded(const MediaItemPtr& item, const LoadedThumbnail& thumbnail);
+  void finished(const MediaItemPtr& item);
 
   MainQueue& queue_;
   const MediaReader& reader_;
   const ThumbnailCache cache_;
   const ThumbnailSize size_;
-  ThumbnailStore store_;
-  std::list<Request> requests_;
-  std::uint64_t nextTicket_ = 0;
-  int running_ = 0;
-  int runningVideos_ = 0;
+  std::list<std::pair<MediaItemPtr, LoadedThumbnail>> kept_;  // the last used first
+  std::list<std::shared_ptr<const Request>> requests_;
+  std::vector<MediaItemPtr> running_;
   Alive alive_;
 };
 

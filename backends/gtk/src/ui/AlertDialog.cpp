@@ -109,29 +109,22 @@ void AlertDialog::setContent(GtkWidget* content) {
 
 void AlertDialog::present(bool isModal, Once<void(const char*)> answered) {
   answered_ = std::move(answered);
-  responded_ = SignalConnection::connect<&AlertDialog::responded>(dialog_.get(), "response", this);
-  destroyed_ = SignalConnection::connect<&AlertDialog::parentDestroyed>(parent_, "destroy", this);
+  connections_.add(dialog_.get(), "response", [this](const char* id) {
+    connections_.disconnect();
+    dialog_ = nullptr;  // it closes by itself
+    std::move(answered_)(id);
+  });
+  connections_.add(parent_, "destroy", [this] {
+    close();
+    std::move(answered_)(nullptr);
+  });
   show(dialog_, parent_, isModal);
   if (keys_) takeFocus(dialog_);
 }
 
 void AlertDialog::close() {
-  responded_.disconnect();
-  destroyed_.disconnect();
+  connections_.disconnect();
   if (const auto dialog = std::exchange(dialog_, nullptr)) hide(dialog);
-}
-
-// The dialog closes by itself after a response.
-void AlertDialog::responded(GtkWidget* /*dialog*/, const char* id) {
-  responded_.disconnect();
-  destroyed_.disconnect();
-  dialog_ = nullptr;
-  std::move(answered_)(id);
-}
-
-void AlertDialog::parentDestroyed(GtkWidget* /*parent*/) {
-  close();
-  std::move(answered_)(nullptr);
 }
 
 }  // namespace orivex::gtk

@@ -38,16 +38,13 @@ class AlertDialog {
   void present(bool isModal, Once<void(const char* id)> answered);
 
  private:
-  void responded(GtkWidget* dialog, const char* id);
-  void parentDestroyed(GtkWidget* parent);
   void close();
 
   GtkWindow* const parent_;
   GRef<GtkWidget> dialog_;  // null when it is off the screen
   Once<void(const char*)> answered_;
   std::unique_ptr<HeldKeys> keys_;
-  SignalConnection responded_;
-  SignalConnection destroyed_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

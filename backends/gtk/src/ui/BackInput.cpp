@@ -22,34 +22,29 @@ bool leadsBack(guint key, GdkModifierType modifiers) {
 BackInput::BackInput(GtkWidget* screens, std::function<bool()> goBack) : screens_(screens), goBack_(std::move(goBack)) {
   const auto group = GRef<GSimpleActionGroup>::adopt(g_simple_action_group_new());
   const auto action = GRef<GSimpleAction>::adopt(g_simple_action_new("back", nullptr));
-  activated_ = SignalConnection::connect<&BackInput::activated>(action.get(), "activate", this);
+  connections_.add(action.get(), "activate", [this] { goBack_(); });
   g_action_map_add_action(G_ACTION_MAP(group.get()), G_ACTION(action.get()));
   gtk_widget_insert_action_group(screens, "screens", G_ACTION_GROUP(group.get()));
 
   auto* const keys = gtk_event_controller_key_new();
   gtk_widget_add_controller(screens, keys);
-  keyPressed_ = SignalConnection::connect<&BackInput::keyPressed>(keys, "key-pressed", this);
+  connections_.add(keys, "key-pressed", [this](guint key, guint /*code*/, GdkModifierType modifiers) {
+    return !isInPage() && leadsBack(key, modifiers) && goBack_();
+  });
   auto* const click = gtk_gesture_click_new();
   gtk_gesture_single_set_button(GTK_GESTURE_SINGLE(click), backButton);
   // A page is not told of this button, but would keep it from us.
   gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(click), GTK_PHASE_CAPTURE);
   gtk_widget_add_controller(screens, GTK_EVENT_CONTROLLER(click));
-  pressed_ = SignalConnection::connect<&BackInput::pressed>(click, "pressed", this);
+  connections_.add(click, "pressed", [this, click] {
+    if (goBack_()) gtk_gesture_set_state(click, GTK_EVENT_SEQUENCE_CLAIMED);
+  });
 }
 
-gboolean BackInput::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/, GdkModifierType modifiers) {
+bool BackInput::isInPage() const {
   auto* const root = gtk_widget_get_root(screens_);
   auto* const focus = root ? gtk_root_get_focus(root) : nullptr;
-  const bool isOfPage = focus && (WEBKIT_IS_WEB_VIEW(focus) || gtk_widget_get_ancestor(focus, WEBKIT_TYPE_WEB_VIEW));
-  return !isOfPage && leadsBack(key, modifiers) && goBack_();
-}
-
-void BackInput::activated(GSimpleAction* /*action*/, GVariant* /*parameter*/) {
-  goBack_();
-}
-
-void BackInput::pressed(GtkGestureClick* click, int /*count*/, double /*x*/, double /*y*/) {
-  if (goBack_()) gtk_gesture_set_state(GTK_GESTURE(click), GTK_EVENT_SEQUENCE_CLAIMED);
+  return focus && (WEBKIT_IS_WEB_VIEW(focus) || gtk_widget_get_ancestor(focus, WEBKIT_TYPE_WEB_VIEW));
 }
 
 }  // namespace orivex::gtk

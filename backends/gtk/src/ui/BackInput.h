@@ -20,15 +20,11 @@ class BackInput {
   ~BackInput() = default;
 
  private:
-  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void pressed(GtkGestureClick* click, int count, double x, double y);
-  void activated(GSimpleAction* action, GVariant* parameter);
+  bool isInPage() const;
 
   GtkWidget* const screens_;
   std::function<bool()> goBack_;
-  SignalConnection keyPressed_;
-  SignalConnection pressed_;
-  SignalConnection activated_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

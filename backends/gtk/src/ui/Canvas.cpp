@@ -23,10 +23,14 @@ OrivexCanvas* canvas(GtkWidget* widget) {
       g_type_check_instance_cast(&widget->parent_instance.g_type_instance, canvasType()));
 }
 
-void measure(GtkWidget* widget, GtkOrientation orientation, int /*forSize*/, int* minimum, int* natural,
+GtkSizeRequestMode requestMode(GtkWidget* /*widget*/) {
+  return GTK_SIZE_REQUEST_HEIGHT_FOR_WIDTH;
+}
+
+void measure(GtkWidget* widget, GtkOrientation orientation, int forSize, int* minimum, int* natural,
              int* minimumBaseline, int* naturalBaseline) noexcept {
   auto* const delegate = canvas(widget)->delegate;
-  *minimum = *natural = contained([&] { return delegate ? delegate->minimumSize(orientation) : 0; });
+  *minimum = *natural = contained([&] { return delegate ? delegate->minimumSize(orientation, forSize) : 0; });
   *minimumBaseline = *naturalBaseline = -1;
 }
 
@@ -51,6 +55,7 @@ void dispose(GObject* object) {
 
 void classInit(gpointer classPointer, gpointer /*data*/) {
   auto* const widgetClass = static_cast<GtkWidgetClass*>(classPointer);
+  widgetClass->get_request_mode = requestMode;
   widgetClass->measure = measure;
   widgetClass->size_allocate = sizeAllocate;
   widgetClass->snapshot = snapshotCanvas;
@@ -74,8 +79,19 @@ GtkWidget* canvasNew(CanvasDelegate& delegate) {
   return widget;
 }
 
+GtkWidget* canvasNew(std::unique_ptr<CanvasDelegate> delegate) {
+  GtkWidget* const widget = canvasNew(*delegate);
+  const auto free = [](gpointer owned) { delete static_cast<CanvasDelegate*>(owned); };
+  g_object_set_data_full(G_OBJECT(widget), "delegate", delegate.release(), free);
+  return widget;
+}
+
 bool isCanvas(GtkWidget* widget) {
   return G_TYPE_CHECK_INSTANCE_TYPE(widget, canvasType()) != FALSE;
+}
+
+CanvasDelegate* canvasDelegate(GtkWidget* widget) {
+  return widget && isCanvas(widget) ? canvas(widget)->delegate : nullptr;
 }
 
 void canvasForget(GtkWidget* widget) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include <gtk/gtk.h>
 
 namespace orivex::gtk {
@@ -12,8 +14,8 @@ class CanvasDelegate {
   CanvasDelegate& operator=(const CanvasDelegate&) = delete;
   virtual ~CanvasDelegate() = default;
 
-  /// Smallest width or height in points.
-  virtual int minimumSize(GtkOrientation orientation) = 0;
+  /// Width or height in points, at least; `forSize` is the other one, or -1.
+  virtual int minimumSize(GtkOrientation orientation, int forSize) = 0;
   virtual void allocate(int width, int height) = 0;
   /// Draws the canvas itself, and its children by `canvasSnapshotChildren`.
   virtual void snapshot(GtkSnapshot* snapshot) = 0;
@@ -22,7 +24,13 @@ class CanvasDelegate {
 /// A fresh floating widget that has children but no opinion of its own about where they stand.
 GtkWidget* canvasNew(CanvasDelegate& delegate);
 
+/// The same, for a canvas that owns its delegate.
+GtkWidget* canvasNew(std::unique_ptr<CanvasDelegate> delegate);
+
 bool isCanvas(GtkWidget* widget);
+
+/// Null when it is no canvas, or one whose tie to its delegate has ended.
+CanvasDelegate* canvasDelegate(GtkWidget* widget);
 
 /// Ends the tie to the delegate: the canvas is then empty and inert.
 void canvasForget(GtkWidget* canvas);

@@ -16,45 +16,36 @@ EdgePanSource::EdgePanSource(GtkWidget* widget, std::shared_ptr<ScreenEdgePanGes
   // Before the page sees the press: what begins at the edge is ours to judge.
   gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(drag_), GTK_PHASE_CAPTURE);
   gtk_widget_add_controller(widget_, GTK_EVENT_CONTROLLER(drag_));
-  began_ = SignalConnection::connect<&EdgePanSource::begin>(drag_, "drag-begin", this);
-  updated_ = SignalConnection::connect<&EdgePanSource::update>(drag_, "drag-update", this);
-  ended_ = SignalConnection::connect<&EdgePanSource::end>(drag_, "drag-end", this);
-  cancelled_ = SignalConnection::connect<&EdgePanSource::cancel>(drag_, "cancel", this);
+  connections_.add(drag_, "drag-begin", [this](double x) {
+    panning_ = false;
+    if (x > edgeWidth) gtk_gesture_set_state(drag_, GTK_EVENT_SEQUENCE_DENIED);
+  });
+  connections_.add(drag_, "drag-update", [this](double x, double y) { update(x, y); });
+  connections_.add(drag_, "drag-end", [this](double x) { end(ScreenEdgePanGesture::State::ended, x); });
+  connections_.add(drag_, "cancel", [this] { end(ScreenEdgePanGesture::State::cancelled, translation_); });
 }
 
 EdgePanSource::~EdgePanSource() {
-  began_.disconnect();
-  updated_.disconnect();
-  ended_.disconnect();
-  cancelled_.disconnect();
+  connections_.disconnect();
   gtk_widget_remove_controller(widget_, GTK_EVENT_CONTROLLER(drag_));
 }
 
-void EdgePanSource::begin(GtkGestureDrag* drag, double x, double /*y*/) {
-  panning_ = false;
-  if (x > edgeWidth) gtk_gesture_set_state(GTK_GESTURE(drag), GTK_EVENT_SEQUENCE_DENIED);
-}
-
-void EdgePanSource::update(GtkGestureDrag* drag, double x, double y) {
+void EdgePanSource::update(double x, double y) {
   if (!panning_) {
     if (std::hypot(x, y) < slack) return;
     if (x < std::abs(y)) {
-      gtk_gesture_set_state(GTK_GESTURE(drag), GTK_EVENT_SEQUENCE_DENIED);
+      gtk_gesture_set_state(drag_, GTK_EVENT_SEQUENCE_DENIED);
       return;
     }
-    gtk_gesture_set_state(GTK_GESTURE(drag), GTK_EVENT_SEQUENCE_CLAIMED);
+    gtk_gesture_set_state(drag_, GTK_EVENT_SEQUENCE_CLAIMED);
     panning_ = true;
     report(ScreenEdgePanGesture::State::began, x);
   }
   report(ScreenEdgePanGesture::State::changed, x);
 }
 
-void EdgePanSource::end(GtkGestureDrag* /*drag*/, double x, double /*y*/) {
-  if (std::exchange(panning_, false)) report(ScreenEdgePanGesture::State::ended, x);
-}
-
-void EdgePanSource::cancel(GtkGesture* /*drag*/, GdkEventSequence* /*sequence*/) {
-  if (std::exchange(panning_, false)) report(ScreenEdgePanGesture::State::cancelled, translation_);
+void EdgePanSource::end(ScreenEdgePanGesture::State state, double translation) {
+  if (std::exchange(panning_, false)) report(state, translation);
 }
 
 void EdgePanSource::report(ScreenEdgePanGesture::State state, double translation) {

@@ -19,10 +19,8 @@ class EdgePanSource {
   ~EdgePanSource();
 
  private:
-  void begin(GtkGestureDrag* drag, double x, double y);
-  void update(GtkGestureDrag* drag, double x, double y);
-  void end(GtkGestureDrag* drag, double x, double y);
-  void cancel(GtkGesture* drag, GdkEventSequence* sequence);
+  void update(double x, double y);
+  void end(ScreenEdgePanGesture::State state, double translation);
   void report(ScreenEdgePanGesture::State state, double translation);
 
   GtkWidget* const widget_;
@@ -30,10 +28,7 @@ class EdgePanSource {
   std::shared_ptr<ScreenEdgePanGesture> gesture_;
   bool panning_ = false;
   double translation_ = 0;
-  SignalConnection began_;
-  SignalConnection updated_;
-  SignalConnection ended_;
-  SignalConnection cancelled_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

@@ -5,16 +5,13 @@
 #include "../glib/GRef.h"
 #include "Canvas.h"
 #include "TitleBar.h"
+#include "Widgets.h"
 
 namespace orivex::gtk {
 namespace {
 
 // Enough for the screens that may lie over each other.
 constexpr std::size_t mostKnown = 16;
-
-bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
-  return widget == ancestor || gtk_widget_is_ancestor(widget, ancestor);
-}
 
 bool takesFocus(GtkWidget* widget) {
   // A page's view takes the focus without calling itself focusable.
@@ -46,7 +43,7 @@ GtkWidget* pageBelow(GtkWidget* canvas) {
 
 FocusKeeper::FocusKeeper(GtkWindow* window, GtkWidget* screens, MainQueue& mainQueue)
     : window_(window), screens_(screens), mainQueue_(mainQueue) {
-  focus_ = SignalConnection::connect<&FocusKeeper::focusChanged>(window_, "notify::focus-widget", this);
+  focus_ = SignalConnection::connect(window_, "notify::focus-widget", [this] { focusChanged(); });
   if (auto* const focus = gtk_window_get_focus(window_)) remember(focus);
 }
 
@@ -58,9 +55,9 @@ void FocusKeeper::rest() {
   gtk_window_set_focus(window_, nullptr);
 }
 
-void FocusKeeper::focusChanged(GtkWindow* window, GParamSpec* /*property*/) {
-  if (gtk_widget_in_destruction(GTK_WIDGET(window))) return;
-  if (auto* const focus = gtk_window_get_focus(window)) {
+void FocusKeeper::focusChanged() {
+  if (gtk_widget_in_destruction(GTK_WIDGET(window_))) return;
+  if (auto* const focus = gtk_window_get_focus(window_)) {
     resting_ = false;
     if (!isLost(focus)) remember(focus);
   }

@@ -42,7 +42,7 @@ class FocusKeeper {
     GWeakRef reference{};
   };
 
-  void focusChanged(GtkWindow* window, GParamSpec* property);
+  void focusChanged();
   void remember(GtkWidget* widget);
   void settle();
   bool focusKnownIn(GtkWidget* screen);

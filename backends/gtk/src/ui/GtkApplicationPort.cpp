@@ -11,9 +11,13 @@ constexpr double focusPassing = 0.1;  // seconds that a display server takes at 
 
 }  // namespace
 
+GtkApplicationPort::Windows::const_iterator GtkApplicationPort::entryOf(GtkWindow* window) const {
+  return std::find_if(windows_.begin(), windows_.end(),
+                      [&](const auto& candidate) { return candidate->gtkWindow() == window; });
+}
+
 HostWindow* GtkApplicationPort::find(GtkWindow* window) const {
-  const auto found = std::find_if(windows_.begin(), windows_.end(),
-                                  [&](const auto& candidate) { return candidate->gtkWindow() == window; });
+  const auto found = entryOf(window);
   return found == windows_.end() ? nullptr : found->get();
 }
 
@@ -26,27 +30,22 @@ HostWindow* GtkApplicationPort::find(const View& view) const {
 
 HostWindow& GtkApplicationPort::attach(GtkWindow* window, const Surroundings& surroundings) {
   if (auto* const known = find(window)) return *known;
-  if (!toplevels_) watchToplevels(gtk_window_get_toplevels());
+  if (!toplevels_) {
+    toplevels_ = GRef<GListModel>::share(gtk_window_get_toplevels());
+    toplevelsChanged_ = SignalConnection::connect(toplevels_.get(), "items-changed", [this] { watchToplevels(); });
+    watchToplevels();
+  }
   windows_.push_back(
       std::make_unique<HostWindow>(window, surroundings, mainQueue_, [this, window] { forget(window); }));
-  activityChanged(window, nullptr);
+  activityChanged(window);
   return *find(window);
 }
 
-void GtkApplicationPort::watchToplevels(GListModel* toplevels) {
-  toplevels_ = GRef<GListModel>::share(toplevels);
-  toplevelsChanged_ =
-      SignalConnection::connect<&GtkApplicationPort::toplevelsChanged>(toplevels, "items-changed", this);
-  toplevelsChanged(toplevels, 0, 0, 0);
-}
-
-void GtkApplicationPort::toplevelsChanged(GListModel* toplevels, guint /*position*/, guint /*removed*/,
-                                          guint /*added*/) {
-  activity_.clear();
-  for (guint index = 0; index < g_list_model_get_n_items(toplevels); ++index) {
-    const auto window = GRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(toplevels, index)));
-    activity_.push_back(
-        SignalConnection::connect<&GtkApplicationPort::activityChanged>(window.get(), "notify::is-active", this));
+void GtkApplicationPort::watchToplevels() {
+  activity_.disconnect();
+  for (guint index = 0; index < g_list_model_get_n_items(toplevels_.get()); ++index) {
+    const auto owned = GRef<GtkWindow>::adopt(GTK_WINDOW(g_list_model_get_item(toplevels_.get(), index)));
+    activity_.add(owned.get(), "notify::is-active", [this, window = owned.get()] { activityChanged(window); });
   }
   settleSoon();
 }
@@ -87,9 +86,8 @@ Subscription GtkApplicationPort::observe(ApplicationEvent event, std::function<v
   return observers.add(std::move(handler));
 }
 
-void GtkApplicationPort::activityChanged(GtkWindow* window, GParamSpec* /*property*/) {
-  const auto changed = std::find_if(windows_.begin(), windows_.end(),
-                                    [&](const auto& candidate) { return candidate->gtkWindow() == window; });
+void GtkApplicationPort::activityChanged(GtkWindow* window) {
+  const auto changed = windows_.begin() + (entryOf(window) - windows_.cbegin());
   if (changed != windows_.end() && (*changed)->isActive()) std::rotate(windows_.begin(), changed, changed + 1);
   settleSoon();
 }
@@ -101,8 +99,7 @@ void GtkApplicationPort::settleActivity() {
 }
 
 void GtkApplicationPort::forget(GtkWindow* window) {
-  const auto gone = std::find_if(windows_.begin(), windows_.end(),
-                                 [&](const auto& candidate) { return candidate->gtkWindow() == window; });
+  const auto gone = windows_.begin() + (entryOf(window) - windows_.cbegin());
   if (gone == windows_.end()) return;
   const auto kept = std::move(*gone);  // its screens may ask for windows while they end
   windows_.erase(gone);

@@ -43,9 +43,11 @@ class GtkApplicationPort final : public Application {
   void allow(std::string scheme) { launcher_.allow(std::move(scheme)); }
 
  private:
-  void watchToplevels(GListModel* toplevels);
-  void toplevelsChanged(GListModel* toplevels, guint position, guint removed, guint added);
-  void activityChanged(GtkWindow* window, GParamSpec* property);
+  using Windows = std::vector<std::unique_ptr<HostWindow>>;
+
+  Windows::const_iterator entryOf(GtkWindow* window) const;
+  void watchToplevels();
+  void activityChanged(GtkWindow* window);
   bool hasActiveWindow() const;
   void settleSoon();
   void settleActivity();
@@ -53,10 +55,10 @@ class GtkApplicationPort final : public Application {
 
   MainQueue& mainQueue_;
   DesktopLauncher launcher_;
-  std::vector<std::unique_ptr<HostWindow>> windows_;  // the one that was active last comes first
+  Windows windows_;  // the one that was active last comes first
   GRef<GListModel> toplevels_;
   SignalConnection toplevelsChanged_;
-  std::vector<SignalConnection> activity_;  // of every window of the application
+  SignalConnections activity_;  // of every window of the application
   Observers<> becameActive_;
   Observers<> willResignActive_;
   bool active_ = false;

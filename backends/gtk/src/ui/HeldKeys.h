@@ -27,15 +27,8 @@ class HeldKeys {
   const Keys& down() const { return down_; }
 
  private:
-  gboolean pressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void released(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void left(GtkEventControllerFocus* focus);
-
   Keys down_;
-  const Repeats repeats_;
-  SignalConnection pressed_;
-  SignalConnection released_;
-  SignalConnection left_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

@@ -31,8 +31,7 @@ HostWindow::HostWindow(GtkWindow* window, const Surroundings& surroundings, Main
                        std::function<void()> closed)
     : gtkWindow_(window),
       overlay_(GRef<GtkOverlay>::sink(GTK_OVERLAY(gtk_overlay_new()))),
-      content_(std::make_shared<WidgetScreen>(contentOf(window))),
-      closed_(std::move(closed)) {
+      content_(std::make_shared<WidgetScreen>(contentOf(window))) {
   scene_->addWindow(window_);
   setSurroundings(surroundings);
   int width = 0;
@@ -53,14 +52,12 @@ HostWindow::HostWindow(GtkWindow* window, const Surroundings& surroundings, Main
   backInput_ = std::make_unique<BackInput>(root_->widget(), [this] { return window_->goBack(); });
   g_object_set(window, contentProperty(window), overlay_.get(), nullptr);
   window_->setRootViewController(content_);
-  contentChanged_ = SignalConnection::connect<&HostWindow::contentChanged>(
-      window, isAdwaita(window) ? "notify::content" : "notify::child", this);
-  destroy_ = SignalConnection::connect<&HostWindow::destroyed>(window, "destroy", this);
+  connections_.add(window, isAdwaita(window) ? "notify::content" : "notify::child", [this] { contentChanged(); });
+  connections_.add(window, "destroy", [closed = std::move(closed)] { closed(); });
 }
 
 HostWindow::~HostWindow() {
-  contentChanged_.disconnect();
-  destroy_.disconnect();
+  connections_.disconnect();
   window_->setEndEditingHandler(nullptr);
   window_->setTitleBarHeight(nullptr);
   // The screens end before the widgets that show them.
@@ -77,22 +74,17 @@ void HostWindow::setSurroundings(const Surroundings& surroundings) {
 
 // A host that has put our widget into one of its own, or taken it out to do so, shows the screens itself. Another
 // widget is the root screen's new content, whatever lies over that.
-void HostWindow::contentChanged(GtkWindow* window, GParamSpec* /*property*/) {
-  auto next = contentOf(window);
+void HostWindow::contentChanged() {
+  auto next = contentOf(gtkWindow_);
   auto* const ours = GTK_WIDGET(overlay_.get());
   if (!next || next.get() == ours || gtk_widget_is_ancestor(ours, next.get())) return;
-  g_object_set(window, contentProperty(window), ours, nullptr);
+  g_object_set(gtkWindow_, contentProperty(gtkWindow_), ours, nullptr);
   if (window_->rootViewController() == content_) {
     content_->setWidget(std::move(next));
   } else {
     content_ = std::make_shared<WidgetScreen>(std::move(next));
     window_->setRootViewController(content_);
   }
-}
-
-void HostWindow::destroyed(GtkWidget* /*window*/) {
-  const auto closed = closed_;
-  closed();
 }
 
 }  // namespace orivex::gtk

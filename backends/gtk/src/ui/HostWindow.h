@@ -42,8 +42,7 @@ class HostWindow {
   void setSurroundings(const Surroundings& surroundings);
 
  private:
-  void contentChanged(GtkWindow* window, GParamSpec* property);
-  void destroyed(GtkWidget* window);
+  void contentChanged();
 
   GtkWindow* const gtkWindow_;
   GRef<GtkOverlay> overlay_;
@@ -54,9 +53,7 @@ class HostWindow {
   std::unique_ptr<FocusKeeper> focus_;
   std::unique_ptr<BackInput> backInput_;
   HeldKeys keys_{GTK_WIDGET(gtkWindow_), {}, HeldKeys::Repeats::pass};
-  std::function<void()> closed_;
-  SignalConnection contentChanged_;
-  SignalConnection destroy_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

@@ -21,13 +21,9 @@ class OverlayBar {
   void raise();
 
  private:
-  void retryPressed(GtkButton* retry);
-  void dropPressed(GtkButton* drop);
-
   OverlayOffer offer_;
   GRef<GtkWidget> bar_;
-  SignalConnection retryPressed_;
-  SignalConnection dropPressed_;
+  SignalConnections connections_;
 };
 
 }  // namespace orivex::gtk

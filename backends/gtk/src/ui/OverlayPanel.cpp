@@ -6,6 +6,7 @@
 
 #include "Compatibility.h"
 #include "StyleSheet.h"
+#include "Widgets.h"
 
 namespace orivex::gtk {
 namespace {
@@ -38,10 +39,13 @@ void setClass(GtkWidget* widget, const char* name, bool present) {
 }  // namespace
 
 OverlayPanel::OverlayPanel(GtkOverlay* parent) : parent_(parent) {
-  static const bool styled = (installStyle(css), true);
-  static_cast<void>(styled);
+  installStyle(css);
   build();
-  destroyed_ = SignalConnection::connect<&OverlayPanel::parentDestroyed>(parent_, "destroy", this);
+  destroyed_ = SignalConnection::connect(parent_, "destroy", [this] {
+    keyPressed_.disconnect();
+    keys_ = nullptr;
+    parent_ = nullptr;
+  });
 }
 
 OverlayPanel::~OverlayPanel() {
@@ -52,9 +56,6 @@ OverlayPanel::~OverlayPanel() {
 }
 
 void OverlayPanel::build() {
-  mask_ = GRef<GtkWidget>::sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
-  gtk_widget_add_css_class(mask_.get(), "orivex-mask");
-
   panel_ = GTK_WIDGET(g_object_new(GTK_TYPE_OVERLAY, "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT, nullptr));
   gtk_widget_add_css_class(panel_, "orivex-panel");
   gtk_widget_set_halign(panel_, GTK_ALIGN_CENTER);
@@ -62,12 +63,9 @@ void OverlayPanel::build() {
   gtk_widget_set_vexpand(panel_, TRUE);
   gtk_widget_set_margin_start(panel_, gapToWindow);
   gtk_widget_set_margin_end(panel_, gapToWindow);
-  gtk_box_append(GTK_BOX(mask_.get()), panel_);
+  mask_ = GRef<GtkWidget>::sink(styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {panel_}), "orivex-mask"));
 
-  GtkWidget* const content = gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing);
-  gtk_overlay_set_child(GTK_OVERLAY(panel_), content);
   gtk_widget_set_vexpand(indicator_.widget(), TRUE);
-  gtk_box_append(GTK_BOX(content), indicator_.widget());
   label_ = gtk_label_new(nullptr);
   gtk_widget_set_name(label_, "overlay-status");
   gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
@@ -75,17 +73,15 @@ void OverlayPanel::build() {
   gtk_label_set_ellipsize(GTK_LABEL(label_), PANGO_ELLIPSIZE_END);
   gtk_label_set_max_width_chars(GTK_LABEL(label_), textWidth);
   gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
-  gtk_box_append(GTK_BOX(content), label_);
+  gtk_overlay_set_child(GTK_OVERLAY(panel_), boxNew(GTK_ORIENTATION_VERTICAL, spacing, {indicator_.widget(), label_}));
 
-  close_ = gtk_button_new_from_icon_name("window-close-symbolic");
-  gtk_widget_add_css_class(close_, "flat");
-  gtk_widget_add_css_class(close_, "circular");
+  close_ = styled(styled(gtk_button_new_from_icon_name("window-close-symbolic"), "flat"), "circular");
   gtk_widget_set_focusable(close_, FALSE);  // the focus stays in the page
   gtk_widget_set_halign(close_, GTK_ALIGN_END);
   gtk_widget_set_valign(close_, GTK_ALIGN_START);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(close_), GTK_ACCESSIBLE_PROPERTY_LABEL, "取消上传", -1);
+  setAccessibleLabel(close_, "取消上传");
   gtk_overlay_add_overlay(GTK_OVERLAY(panel_), close_);
-  closePressed_ = SignalConnection::connect<&OverlayPanel::closePressed>(close_, "clicked", this);
+  closeClicked_ = SignalConnection::connect(close_, "clicked", [this] { cancel(); });
 }
 
 void OverlayPanel::showSpinner(const OverlayLook& look, std::function<void()> giveUp) {
@@ -112,7 +108,7 @@ void OverlayPanel::appear(const OverlayLook& look, const std::string& status, co
   gtk_label_set_text(GTK_LABEL(label_), status.c_str());
   gtk_label_set_lines(GTK_LABEL(label_), linesThatFit());
   gtk_widget_set_visible(label_, !status.empty());
-  gtk_accessible_update_property(GTK_ACCESSIBLE(panel_), GTK_ACCESSIBLE_PROPERTY_LABEL, spoken, -1);
+  setAccessibleLabel(panel_, spoken);
   // A percentage comes many times with the same words.
   if (parent_ && (!shown_ || spoken_ != spoken)) announce(GTK_WIDGET(parent_), spoken);
   spoken_ = spoken;
@@ -150,7 +146,10 @@ void OverlayPanel::takeInput(bool taking) {
   if (taking) {
     keys_ = GRef<GtkEventController>::share(gtk_event_controller_key_new());
     gtk_event_controller_set_propagation_phase(keys_.get(), GTK_PHASE_CAPTURE);
-    keyPressed_ = SignalConnection::connect<&OverlayPanel::keyPressed>(keys_.get(), "key-pressed", this);
+    keyPressed_ = SignalConnection::connect(keys_.get(), "key-pressed", [this](guint key) {
+      if (key == GDK_KEY_Escape) cancel();
+      return true;
+    });
     gtk_widget_add_controller(GTK_WIDGET(parent_), keys_.get());
   } else {
     keyPressed_.disconnect();
@@ -159,13 +158,7 @@ void OverlayPanel::takeInput(bool taking) {
   }
 }
 
-gboolean OverlayPanel::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
-                                  GdkModifierType /*modifiers*/) {
-  if (key == GDK_KEY_Escape) closePressed(nullptr);
-  return TRUE;
-}
-
-void OverlayPanel::closePressed(GtkButton* /*close*/) {
+void OverlayPanel::cancel() {
   if (const auto act = giveUp_) act();  // which may show something else
 }
 
@@ -187,20 +180,12 @@ void OverlayPanel::fadeTo(double opacity) {
   auto* const target = adw_property_animation_target_new(G_OBJECT(mask_.get()), "opacity");
   fade_ = GRef<AdwAnimation>::adopt(adw_timed_animation_new(
       mask_.get(), now, opacity, static_cast<guint>(std::lround(fadeTime * std::abs(opacity - now))), target));
-  faded_ = SignalConnection::connect<&OverlayPanel::faded>(fade_.get(), "done", this);
+  faded_ = SignalConnection::connect(fade_.get(), "done", [this] {
+    if (shown_ || !parent_) return;
+    indicator_.rest();
+    gtk_overlay_remove_overlay(parent_, mask_.get());
+  });
   adw_animation_play(fade_.get());
-}
-
-void OverlayPanel::faded(AdwAnimation* /*animation*/) {
-  if (shown_ || !parent_) return;
-  indicator_.rest();
-  gtk_overlay_remove_overlay(parent_, mask_.get());
-}
-
-void OverlayPanel::parentDestroyed(GtkWidget* /*parent*/) {
-  keyPressed_.disconnect();
-  keys_ = nullptr;
-  parent_ = nullptr;
 }
 
 }  // namespace orivex::gtk

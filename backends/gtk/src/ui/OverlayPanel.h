@@ -48,10 +48,7 @@ class OverlayPanel {
   void takeInput(bool taking);
   int linesThatFit() const;
   void fadeTo(double opacity);
-  void faded(AdwAnimation* animation);
-  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void closePressed(GtkButton* close);
-  void parentDestroyed(GtkWidget* parent);
+  void cancel();
 
   GtkOverlay* parent_;
   OverlayIndicator indicator_;
@@ -66,7 +63,7 @@ class OverlayPanel {
   GRef<GtkEventController> keys_;  // of the parent, while the mask takes input
   SignalConnection faded_;
   SignalConnection keyPressed_;
-  SignalConnection closePressed_;
+  SignalConnection closeClicked_;
   SignalConnection destroyed_;
 };
 

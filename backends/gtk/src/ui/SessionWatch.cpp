@@ -85,7 +85,11 @@ void SessionWatch::useManager(GRef<GDBusProxy> manager) {
   manager_ = std::move(manager);
   // GLib would end the process with the system's bus.
   g_dbus_connection_set_exit_on_close(g_dbus_proxy_get_connection(manager_.get()), FALSE);
-  signals_.push_back(SignalConnection::connect<&SessionWatch::managerSignal>(manager_.get(), "g-signal", this));
+  signals_.add(manager_.get(), "g-signal", [this](const char* /*sender*/, const char* name, GVariant* parameters) {
+    if (std::string_view(name) != "PrepareForSleep") return;
+    sleeping_ = boolIn(parameters);
+    settle();
+  });
   // "auto": the session of this process or, for one started by the user's service manager, the one on the display.
   g_dbus_proxy_call(manager_.get(), "GetSession", g_variant_new("(s)", "auto"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
                     cancellable_.get(), sessionFound, this);
@@ -110,44 +114,27 @@ void SessionWatch::sessionFound(GObject* source, GAsyncResult* result, gpointer 
 
 void SessionWatch::useSession(GRef<GDBusProxy> session) {
   session_ = std::move(session);
-  signals_.push_back(
-      SignalConnection::connect<&SessionWatch::sessionChanged>(session_.get(), "g-properties-changed", this));
+  signals_.add(session_.get(), "g-properties-changed", [this] { readLockedHint(); });
   readLockedHint();
 }
 
 void SessionWatch::useScreenSaver(GRef<GDBusProxy> saver) {
-  signals_.push_back(SignalConnection::connect<&SessionWatch::screenSaverSignal>(saver.get(), "g-signal", this));
-  signals_.push_back(
-      SignalConnection::connect<&SessionWatch::screenSaverOwnerChanged>(saver.get(), "notify::g-name-owner", this));
+  auto* const proxy = saver.get();
+  signals_.add(proxy, "g-signal", [this, proxy](const char* /*sender*/, const char* name, GVariant* parameters) {
+    if (std::string_view(name) == "ActiveChanged") coverBy(proxy, boolIn(parameters));
+  });
+  // A screen saver that has ended covers nothing.
+  signals_.add(proxy, "notify::g-name-owner", [this, proxy] {
+    const GCharPtr owner(g_dbus_proxy_get_name_owner(proxy));
+    if (!owner) coverBy(proxy, false);
+  });
   screenSavers_.push_back(std::move(saver));
-}
-
-void SessionWatch::managerSignal(GDBusProxy* /*manager*/, const char* /*sender*/, const char* name,
-                                 GVariant* parameters) {
-  if (std::string_view(name) != "PrepareForSleep") return;
-  sleeping_ = boolIn(parameters);
-  settle();
-}
-
-void SessionWatch::sessionChanged(GDBusProxy* /*session*/, GVariant* /*changed*/, const char* const* /*invalidated*/) {
-  readLockedHint();
 }
 
 void SessionWatch::readLockedHint() {
   const GVariantPtr hint(g_dbus_proxy_get_cached_property(session_.get(), "LockedHint"));
   locked_ = hint && g_variant_is_of_type(hint.get(), G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(hint.get());
   settle();
-}
-
-void SessionWatch::screenSaverSignal(GDBusProxy* saver, const char* /*sender*/, const char* name,
-                                     GVariant* parameters) {
-  if (std::string_view(name) == "ActiveChanged") coverBy(saver, boolIn(parameters));
-}
-
-// A screen saver that has ended covers nothing.
-void SessionWatch::screenSaverOwnerChanged(GDBusProxy* saver, GParamSpec* /*property*/) {
-  const GCharPtr owner(g_dbus_proxy_get_name_owner(saver));
-  if (!owner) coverBy(saver, false);
 }
 
 void SessionWatch::coverBy(GDBusProxy* saver, bool covered) {

@@ -39,11 +39,6 @@ class SessionWatch {
   void useSession(GRef<GDBusProxy> session);
   void useScreenSaver(GRef<GDBusProxy> saver);
 
-  void managerSignal(GDBusProxy* manager, const char* sender, const char* name, GVariant* parameters);
-  void sessionChanged(GDBusProxy* session, GVariant* changed, const char* const* invalidated);
-  void screenSaverSignal(GDBusProxy* saver, const char* sender, const char* name, GVariant* parameters);
-  void screenSaverOwnerChanged(GDBusProxy* saver, GParamSpec* property);
-
   void readLockedHint();
   void coverBy(GDBusProxy* saver, bool covered);
   void settle();
@@ -59,7 +54,7 @@ class SessionWatch {
   bool locked_ = false;
   bool away_ = false;
   bool told_ = false;
-  std::vector<SignalConnection> signals_;
+  SignalConnections signals_;
 };
 
 }  // namespace orivex::gtk

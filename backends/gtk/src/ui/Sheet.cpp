@@ -6,6 +6,7 @@
 #include <adwaita.h>
 
 #include "StyleSheet.h"
+#include "Widgets.h"
 
 namespace orivex::gtk {
 namespace {
@@ -40,10 +41,6 @@ std::optional<GtkDirectionType> directionOf(guint key, GdkModifierType modifiers
   }
 }
 
-bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
-  return widget == ancestor || gtk_widget_is_ancestor(widget, ancestor);
-}
-
 }  // namespace
 
 Sheet::Sheet(GtkOverlay* parent, MainQueue& mainQueue, GtkWidget* content, const std::string& label,
@@ -66,8 +63,7 @@ Sheet::~Sheet() {
 }
 
 void Sheet::build(GtkWidget* content, const std::string& label) {
-  static const bool styled = (installStyle(css), true);
-  static_cast<void>(styled);
+  installStyle(css);
   panel_ = GTK_WIDGET(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL, "overflow",
                                    GTK_OVERFLOW_HIDDEN, "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr));
   gtk_accessible_update_property(GTK_ACCESSIBLE(panel_), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(),
@@ -89,9 +85,8 @@ void Sheet::build(GtkWidget* content, const std::string& label) {
   gtk_widget_set_valign(GTK_WIDGET(revealer_), GTK_ALIGN_END);
   gtk_widget_set_margin_top(GTK_WIDGET(revealer_), leastGapAbove);
 
-  mask_ = GRef<GtkWidget>::sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
-  gtk_widget_add_css_class(mask_.get(), "orivex-sheet-mask");
-  gtk_box_append(GTK_BOX(mask_.get()), GTK_WIDGET(revealer_));
+  mask_ =
+      GRef<GtkWidget>::sink(styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {GTK_WIDGET(revealer_)}), "orivex-sheet-mask"));
 }
 
 void Sheet::listen() {
@@ -99,16 +94,25 @@ void Sheet::listen() {
   // Before the panel's buttons: of a finger that one of these has taken it would not see the end, and miss the next.
   gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(click), GTK_PHASE_CAPTURE);
   gtk_widget_add_controller(mask_.get(), GTK_EVENT_CONTROLLER(click));
-  pressed_ = SignalConnection::connect<&Sheet::pressed>(click, "pressed", this);
-  released_ = SignalConnection::connect<&Sheet::released>(click, "released", this);
+  input_.add(click, "pressed", [this](int /*count*/, double x, double y) { pressedOnMask_ = !isOnPanel(x, y); });
+  input_.add(click, "released", [this](int /*count*/, double x, double y) {
+    if (pressedOnMask_ && !isOnPanel(x, y)) close();
+  });
   auto* const keys = gtk_event_controller_key_new();
   gtk_widget_add_controller(mask_.get(), keys);
-  keys_ = SignalConnection::connect<&Sheet::keyPressed>(keys, "key-pressed", this);
+  input_.add(keys, "key-pressed",
+             [this](guint key, guint /*code*/, GdkModifierType modifiers) { return keyPressed(key, modifiers); });
   if (auto* const window = gtk_widget_get_root(mask_.get())) {
-    focus_ = SignalConnection::connect<&Sheet::focusMoved>(window, "notify::focus-widget", this);
+    input_.add(window, "notify::focus-widget", [this, window] { focusMoved(window); });
   }
-  revealed_ = SignalConnection::connect<&Sheet::revealedChanged>(revealer_, "notify::child-revealed", this);
-  destroyed_ = SignalConnection::connect<&Sheet::parentDestroyed>(parent_, "destroy", this);
+  end_.add(revealer_, "notify::child-revealed", [this] {
+    if (closing_ && !gtk_revealer_get_child_revealed(revealer_)) finishLater();
+  });
+  end_.add(parent_, "destroy", [this] {
+    parent_ = nullptr;
+    closing_ = true;
+    finishLater();
+  });
 }
 
 void Sheet::close() {
@@ -121,10 +125,7 @@ void Sheet::close() {
 
 void Sheet::releaseInput() {
   mapped_.disconnect();
-  pressed_.disconnect();
-  released_.disconnect();
-  keys_.disconnect();
-  focus_.disconnect();
+  input_.disconnect();
   gtk_widget_set_can_target(mask_.get(), FALSE);
   auto* const window = gtk_widget_get_root(mask_.get());
   GtkWidget* const focus = window ? gtk_root_get_focus(window) : nullptr;
@@ -138,15 +139,13 @@ void Sheet::releaseInput() {
 
 // At once from the page, and to the content as soon as that is on the screen: before, it cannot take any.
 void Sheet::takeFocus() {
-  mapped_ = SignalConnection::connect<&Sheet::panelMapped>(panel_, "map", this);
+  mapped_ = SignalConnection::connect(panel_, "map", [this] {
+    mapped_.disconnect();
+    moveFocus(GTK_DIR_TAB_FORWARD);
+  });
   movingFocus_ = true;
   if (auto* const window = gtk_widget_get_root(panel_)) gtk_root_set_focus(window, nullptr);
   movingFocus_ = false;
-}
-
-void Sheet::panelMapped(GtkWidget* /*panel*/) {
-  mapped_.disconnect();
-  if (!closing_) moveFocus(GTK_DIR_TAB_FORWARD);
 }
 
 void Sheet::moveFocus(GtkDirectionType direction) {
@@ -165,8 +164,7 @@ void Sheet::moveFocus(GtkDirectionType direction) {
 }
 
 void Sheet::detach() {
-  revealed_.disconnect();
-  destroyed_.disconnect();
+  end_.disconnect();
   if (auto* const parent = std::exchange(parent_, nullptr)) gtk_overlay_remove_overlay(parent, mask_.get());
 }
 
@@ -175,19 +173,11 @@ bool Sheet::isOnPanel(double x, double y) const {
   return hit && isInside(hit, panel_);
 }
 
-void Sheet::pressed(GtkGestureClick* /*click*/, int /*count*/, double x, double y) {
-  pressedOnMask_ = !isOnPanel(x, y);
-}
-
-void Sheet::released(GtkGestureClick* /*click*/, int /*count*/, double x, double y) {
-  if (pressedOnMask_ && !isOnPanel(x, y)) close();
-}
-
-gboolean Sheet::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/, GdkModifierType modifiers) {
-  if (modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK)) return FALSE;
+bool Sheet::keyPressed(guint key, GdkModifierType modifiers) {
+  if (modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK)) return false;
   if (key == GDK_KEY_Escape) {
     close();
-    return TRUE;
+    return true;
   }
   const auto direction = directionOf(key, modifiers);
   if (direction) moveFocus(*direction);
@@ -195,26 +185,16 @@ gboolean Sheet::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*c
 }
 
 // A page under the sheet may ask for the focus by itself.
-void Sheet::focusMoved(GtkWidget* window, GParamSpec* /*property*/) {
-  if (movingFocus_ || gtk_widget_in_destruction(window) || !gtk_widget_get_mapped(panel_)) return;
-  GtkWidget* const focus = gtk_root_get_focus(GTK_ROOT(window));
+void Sheet::focusMoved(GtkRoot* window) {
+  if (movingFocus_ || gtk_widget_in_destruction(GTK_WIDGET(window)) || !gtk_widget_get_mapped(panel_)) return;
+  GtkWidget* const focus = gtk_root_get_focus(window);
   const bool escaped = !focus || (!isInside(focus, mask_.get()) && isInside(focus, GTK_WIDGET(parent_)));
   if (escaped) moveFocus(GTK_DIR_TAB_FORWARD);
 }
 
-void Sheet::revealedChanged(GtkRevealer* revealer, GParamSpec* /*property*/) {
-  if (closing_ && !gtk_revealer_get_child_revealed(revealer)) finishLater();
-}
-
-void Sheet::parentDestroyed(GtkWidget* /*parent*/) {
-  parent_ = nullptr;
-  closing_ = true;
-  finishLater();
-}
-
 // From the queue: the widget is in the middle of its own work, and the owner may destroy the sheet.
 void Sheet::finishLater() {
-  revealed_.disconnect();
+  end_.disconnect();
   mainQueue_.async(alive_.guard([this] {
     detach();
     auto closed = std::move(onClosed_);

@@ -41,13 +41,8 @@ class Sheet {
   void detach();
 
   bool isOnPanel(double x, double y) const;
-  void pressed(GtkGestureClick* click, int count, double x, double y);
-  void released(GtkGestureClick* click, int count, double x, double y);
-  void panelMapped(GtkWidget* panel);
-  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void focusMoved(GtkWidget* window, GParamSpec* property);
-  void revealedChanged(GtkRevealer* revealer, GParamSpec* property);
-  void parentDestroyed(GtkWidget* parent);
+  bool keyPressed(guint key, GdkModifierType modifiers);
+  void focusMoved(GtkRoot* window);
   void finishLater();
 
   GtkOverlay* parent_;
@@ -61,12 +56,8 @@ class Sheet {
   bool movingFocus_ = false;
   bool pressedOnMask_ = false;
   SignalConnection mapped_;
-  SignalConnection pressed_;
-  SignalConnection released_;
-  SignalConnection keys_;
-  SignalConnection focus_;
-  SignalConnection revealed_;
-  SignalConnection destroyed_;
+  SignalConnections input_;
+  SignalConnections end_;
   Alive alive_;
 };
 

@@ -1,5 +1,7 @@
 #include "StyleSheet.h"
 
+#include <set>
+
 #include "../glib/GRef.h"
 #include "Compatibility.h"
 
@@ -16,6 +18,8 @@ constexpr const char* light = R"css(
 }  // namespace
 
 void installStyle(const char* css) {
+  static std::set<const char*> installed;
+  if (!installed.insert(css).second) return;
   const auto provider = GRef<GtkCssProvider>::adopt(gtk_css_provider_new());
   loadCss(provider.get(), css);
   gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
@@ -23,8 +27,7 @@ void installStyle(const char* css) {
 }
 
 void makeLight(GtkWidget* surface) {
-  static const bool styled = (installStyle(light), true);
-  static_cast<void>(styled);
+  installStyle(light);
   gtk_widget_add_css_class(surface, "orivex-light");
 }
 

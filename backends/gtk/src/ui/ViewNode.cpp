@@ -58,7 +58,7 @@ ViewNode::ViewNode(View& view, ViewNode* parent)
   syncGestures();
   if (view.growsWithText()) {
     textSizeChanged_ =
-        SignalConnection::connect<&ViewNode::textSizeChanged>(gtk_settings_get_default(), "notify::gtk-xft-dpi", this);
+        SignalConnection::connect(gtk_settings_get_default(), "notify::gtk-xft-dpi", [this] { queuePlacement(); });
   }
 }
 
@@ -182,7 +182,7 @@ void ViewNode::queuePlacement() const {
   gtk_widget_queue_allocate(parent_->widget());
 }
 
-int ViewNode::minimumSize(GtkOrientation orientation) {
+int ViewNode::minimumSize(GtkOrientation orientation, int /*forSize*/) {
   int minimum = 0;
   // A widget of the host must not be squeezed under its own minimum; what the component shows fits any size.
   if (content_ && view_ && dynamic_cast<WidgetView*>(view_)) {
@@ -223,10 +223,6 @@ double ViewNode::scale() const {
   const auto& room = parent_->view_->frame();
   const double most = widestShare * std::min(room.width / frame.width, room.height / frame.height);
   return std::max(1.0, std::min(textScale(), most));
-}
-
-void ViewNode::textSizeChanged(GtkSettings* /*settings*/, GParamSpec* /*property*/) {
-  queuePlacement();
 }
 
 void ViewNode::snapshot(GtkSnapshot* snapshot) {

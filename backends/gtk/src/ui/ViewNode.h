@@ -32,7 +32,7 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   std::shared_ptr<View> snapshot() override;
 
  private:
-  int minimumSize(GtkOrientation orientation) override;
+  int minimumSize(GtkOrientation orientation, int forSize) override;
   void allocate(int width, int height) override;
   void snapshot(GtkSnapshot* snapshot) override;
 
@@ -42,7 +42,6 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   void syncGestures();
   void place() const;
   double scale() const;
-  void textSizeChanged(GtkSettings* settings, GParamSpec* property);
   void queuePlacement() const;
   bool takesInput() const;
   bool isAllocating() const;

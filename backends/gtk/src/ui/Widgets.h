@@ -1,0 +1,33 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+#include <gtk/gtk.h>
+
+/// Short ways to put widgets together. Main thread.
+namespace orivex::gtk {
+
+/// The widget, with a style class more.
+inline GtkWidget* styled(GtkWidget* widget, const char* styleClass) {
+  gtk_widget_add_css_class(widget, styleClass);
+  return widget;
+}
+
+inline GtkWidget* boxNew(GtkOrientation orientation, int spacing, std::initializer_list<GtkWidget*> children) {
+  GtkWidget* const box = gtk_box_new(orientation, spacing);
+  for (GtkWidget* const child : children) gtk_box_append(GTK_BOX(box), child);
+  return box;
+}
+
+/// What screen readers call the widget.
+inline void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
+}
+
+/// Whether `widget` is `ancestor` or lies in it.
+inline bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
+  return widget == ancestor || gtk_widget_is_ancestor(widget, ancestor);
+}
+
+}  // namespace orivex::gtk
