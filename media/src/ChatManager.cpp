@@ -14,14 +14,14 @@ namespace {
 // The same field of the request means another limit here than for documents: each picker guards its own kind of file.
 void storeMediaRequest(const PostMessageModel& request) {
   auto& store = OVKFApiManager::shared();
-  store.guestId.set(request.deviceId);
-  store.videoSize.set(request.fileSize.value_or(OVKFApiManager::defaultVideoSize));
+  store.guestId = request.deviceId;
+  store.videoSize = request.fileSize.value_or(OVKFApiManager::defaultVideoSize);
 }
 
 void storeDocumentRequest(const PostMessageModel& request) {
   auto& store = OVKFApiManager::shared();
-  store.guestId.set(request.deviceId);
-  store.fileSize.set(request.fileSize.value_or(OVKFApiManager::defaultFileSize));
+  store.guestId = request.deviceId;
+  store.fileSize = request.fileSize.value_or(OVKFApiManager::defaultFileSize);
 }
 
 template <class Service, class... Args>

@@ -138,7 +138,7 @@ void startWith(const Url& file, std::weak_ptr<ViewController> screen, ChatManage
   }
   auto document = std::make_unique<Document>(Document{file,
                                                       file.filePath().value_or(""),
-                                                      OVKFApiManager::shared().fileSize.get(),
+                                                      OVKFApiManager::shared().fileSize,
                                                       std::get<std::unique_ptr<FileAccess>>(std::move(access)),
                                                       std::move(screen),
                                                       std::move(completion),

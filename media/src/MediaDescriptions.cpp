@@ -182,9 +182,8 @@ class Batch : public std::enable_shared_from_this<Batch> {
 void describeMedia(std::vector<PickedMedia> items, double jpegQuality, std::weak_ptr<ViewController> screen,
                    ChatManager::PickedFiles completion) {
   auto& store = OVKFApiManager::shared();
-  const auto batch =
-      std::make_shared<Batch>(std::move(items), Terms{jpegQuality, store.videoSize.get(), store.fileSize.get()},
-                              std::move(screen), std::move(completion));
+  const auto batch = std::make_shared<Batch>(std::move(items), Terms{jpegQuality, store.videoSize, store.fileSize},
+                                             std::move(screen), std::move(completion));
   Platform::current().mainQueue.async([batch] { batch->proceed(); });
 }
 

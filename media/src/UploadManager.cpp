@@ -100,7 +100,7 @@ void post(const std::optional<std::string>& address, std::optional<FilePart> fil
     dismissLater(std::move(shown));
     std::move(completion)(interpret(reply));
   };
-  const auto target = address.value_or(OVKFApiManager::shared().host.get() + uploadPath);
+  const auto target = address.value_or(OVKFApiManager::shared().host + uploadPath);
   const auto url = Url::parse(target);
   if (!url) {
     Platform::current().mainQueue.async([finish = std::move(finish), target]() mutable {
@@ -146,9 +146,9 @@ std::vector<HttpHeader> UploadManager::makeUploadHeaders() {
   auto& store = OVKFApiManager::shared();
   return {{"Accept", "*/*"},
           {"Content-Type", "multipart/form-data"},
-          {"x-entry", store.entryId.get()},
-          {"x-device-id", store.guestId.get().value_or(deviceIdentifier())},
-          {"Authorization", "Bearer " + store.appKey.get()},
+          {"x-entry", store.entryId},
+          {"x-device-id", store.guestId.value_or(deviceIdentifier())},
+          {"Authorization", "Bearer " + store.appKey},
           {"User-Agent", OVKFApiHelper::userAgent()}};
 }
 

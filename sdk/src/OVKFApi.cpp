@@ -74,18 +74,18 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
   if (!user->deviceId || user->deviceId->empty()) user->deviceId = deviceIdentifier();
 
   auto& store = OVKFApiManager::shared();
-  store.user.set(user);
-  store.host.set(host);
+  store.user = user;
+  store.host = host;
   origins_->setServer(host);
-  store.entryId.set(entryId);
-  store.appKey.set(appkey);
+  store.entryId = entryId;
+  store.appKey = appkey;
   if (callBack) callBack();
 
   const auto window = firstWindow(Platform::current().application);
   sessionWindow_ = window;
   if (window) takeSnapshot(*window);
 
-  const ChatPageAddress address{.host = store.host.get(),
+  const ChatPageAddress address{.host = store.host,
                                 .entryId = entryId,
                                 .appKey = appkey,
                                 .user = *user,

@@ -139,7 +139,7 @@ void ScriptMessageBridge::openPhotoLibraryPicker(std::string_view body) {
 void ScriptMessageBridge::recording(std::string_view body) {
   const auto asked = request(body);
   if (!asked) return;
-  OVKFApiManager::shared().guestId.set(asked->deviceId);
+  OVKFApiManager::shared().guestId = asked->deviceId;
   if (asked->action) RecordManager::shared().perform(*asked->action, recordAnswer());
 }
 

@@ -23,7 +23,7 @@ std::int64_t wholePoints(double points) {
 }  // namespace
 
 void addEnvironmentScript(std::vector<UserScript>& scripts, double statusBarHeight, double bottomInset) {
-  const auto& user = OVKFApiManager::shared().user.get();
+  const auto& user = OVKFApiManager::shared().user;
   WebViewEnvModel environment;
   environment.app_name = user && user->app_name ? *user->app_name : "kep";
   environment.env_name = user && user->env_name ? *user->env_name : "test";

@@ -32,10 +32,10 @@ class UploadFaultsTest : public ::testing::Test {
     adw_init();
     install();
     auto& store = OVKFApiManager::shared();
-    store.host.set(server_.address());
-    store.entryId.set("entry");
-    store.appKey.set("key");
-    store.guestId.set("visitor");
+    store.host = server_.address();
+    store.entryId = "entry";
+    store.appKey = "key";
+    store.guestId = "visitor";
   }
 
   std::string file(std::size_t size) {

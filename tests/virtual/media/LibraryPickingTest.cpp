@@ -98,7 +98,7 @@ TEST_F(LibraryPickingTest, ComparesWithTheLimitOfVideosAndQuotesThatOfDocuments)
       {60 << 20, 10000000, "选择的视频文件大小不能超过 9 MB"},
   };
   for (const auto& row : rows) {
-    OVKFApiManager::shared().fileSize.set(row.documentLimit);
+    OVKFApiManager::shared().fileSize = row.documentLimit;
     const auto answers = select({video("v.mp4", row.size)});
     EXPECT_EQ(answers.size(), *row.expected == '\0' ? 1U : 0U) << row.size;
     EXPECT_EQ(message(), row.expected) << row.size;

@@ -13,7 +13,7 @@ constexpr const char* stored = R"({"url":"u","inputContentType":"a","actualConte
 
 class UploadManagerTest : public ChatScreenTest {
  protected:
-  UploadManagerTest() { OVKFApiManager::shared().host.set("https://chat.example"); }
+  UploadManagerTest() { OVKFApiManager::shared().host = "https://chat.example"; }
 
   /// Uploads one file and lets time pass until it is over; the failure's message, or "stored <url>".
   std::string upload(double seconds = 1) {
@@ -45,9 +45,9 @@ TEST_F(UploadManagerTest, SendsTheSixHeadersInOrder) {
   };
   upload();
   EXPECT_EQ(device_.httpClient().uploads().back().headers, header("", virtualDeviceId, "Bearer "));
-  store.entryId.set("entry");
-  store.appKey.set("key");
-  store.guestId.set("guest");
+  store.entryId = "entry";
+  store.appKey = "key";
+  store.guestId = "guest";
   upload();
   EXPECT_EQ(device_.httpClient().uploads().back().headers, header("entry", "guest", "Bearer key"));
 }
@@ -133,7 +133,7 @@ TEST_F(UploadManagerTest, IsOverWithAFailureWhenTheServerNeverAnswersOrThereIsNo
   EXPECT_EQ(upload(120), "未知错误");
   EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
 
-  OVKFApiManager::shared().host.set("no address");
+  OVKFApiManager::shared().host = "no address";
   EXPECT_EQ(upload(), "未知错误");
   EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
 }

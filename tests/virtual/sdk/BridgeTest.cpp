@@ -136,14 +136,14 @@ TEST_F(BridgeTest, StoresTheLimitsThatARequestBrings) {
   auto& store = OVKFApiManager::shared();
   for (const auto& row : cases) {
     SCOPED_TRACE(row.name + row.body);
-    store.guestId.set("before");
-    store.fileSize.set(fileBefore);
-    store.videoSize.set(videoBefore);
+    store.guestId = "before";
+    store.fileSize = fileBefore;
+    store.videoSize = videoBefore;
     pickers_.asked.clear();
     EXPECT_EQ(post(row.name, row.body), Lines{});
-    EXPECT_EQ(store.guestId.get(), row.guest);
-    EXPECT_EQ(store.fileSize.get(), row.fileSize.value_or(fileBefore));
-    EXPECT_EQ(store.videoSize.get(), row.videoSize.value_or(videoBefore));
+    EXPECT_EQ(store.guestId, row.guest);
+    EXPECT_EQ(store.fileSize, row.fileSize.value_or(fileBefore));
+    EXPECT_EQ(store.videoSize, row.videoSize.value_or(videoBefore));
     ASSERT_EQ(pickers_.asked.size(), row.picker ? 1U : 0U);
     if (row.picker) {
       EXPECT_EQ(pickers_.asked[0].picker, row.picker);
@@ -169,9 +169,9 @@ TEST_F(BridgeTest, HandsTheActionsOfAPressToTheRecorder) {
 
 TEST_F(BridgeTest, LeavesEverythingAsItWasAfterABadBody) {
   auto& store = OVKFApiManager::shared();
-  store.guestId.set("before");
-  store.fileSize.set(11);
-  store.videoSize.set(22);
+  store.guestId = "before";
+  store.fileSize = 11;
+  store.videoSize = 22;
   const auto requests = {"openCamera", "openPhotoLibraryPicker", "openDocumentPicker", "recording"};
   for (const auto* name : requests) {
     for (const auto* body : {"{}", R"({"deviceId":null})", R"({"DeviceId":"d"})", R"({"deviceId":"d","fileSize":1.5})",
@@ -192,9 +192,9 @@ TEST_F(BridgeTest, LeavesEverythingAsItWasAfterABadBody) {
   EXPECT_TRUE(pickers_.asked.empty() && pickers_.openedFiles.empty());
   EXPECT_TRUE(device_.recordPermission().asked().empty());
   EXPECT_TRUE(delegate_->events.empty());
-  EXPECT_EQ(store.guestId.get(), "before");
-  EXPECT_EQ(store.fileSize.get(), 11);
-  EXPECT_EQ(store.videoSize.get(), 22);
+  EXPECT_EQ(store.guestId, "before");
+  EXPECT_EQ(store.fileSize, 11);
+  EXPECT_EQ(store.videoSize, 22);
 }
 
 TEST_F(BridgeTest, KeepsTheDelegateAsLongAsTheScreen) {

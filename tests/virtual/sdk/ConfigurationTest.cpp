@@ -28,10 +28,10 @@ TEST(DeviceIdentifier, IsAskedForUntilThereIsOne) {
 auto leftBehind() {
   auto& store = OVKFApiManager::shared();
   const auto& address = ChatManager::shared().instanceURL;
-  return std::tuple(store.host.get(), store.user.get(), store.guestId.get(), store.videoSize.get(),
-                    store.elements.size(), address ? address->absoluteString() : "",
-                    ChatManager::shared().services.camera != nullptr, VoiceManager::shared().isStop,
-                    RecordManager::shared().recordingView()->isHidden(), deviceIdentifier());
+  return std::tuple(store.host, store.user, store.guestId, store.videoSize, store.elements.size(),
+                    address ? address->absoluteString() : "", ChatManager::shared().services.camera != nullptr,
+                    VoiceManager::shared().isStop, RecordManager::shared().recordingView()->isHidden(),
+                    deviceIdentifier());
 }
 
 TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
@@ -40,8 +40,8 @@ TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
   OVKFApi screen;
   screen.startSession("https://chat.example", "entry", "key", std::make_shared<UserMappingModel>());
   screen.sendMessage(1, std::make_shared<MessageBody>());
-  OVKFApiManager::shared().guestId.set("guest");
-  OVKFApiManager::shared().videoSize.set(1);
+  OVKFApiManager::shared().guestId = "guest";
+  OVKFApiManager::shared().videoSize = 1;
   ChatManager::shared().services = {};
   VoiceManager::shared().isStop = true;
   RecordManager::shared().recordingView()->setHidden(false);

@@ -9,7 +9,7 @@ namespace orivex::testing {
 namespace {
 
 std::string environmentScript(const std::shared_ptr<UserMappingModel>& user, double statusBar, double bottom) {
-  OVKFApiManager::shared().user.set(user);
+  OVKFApiManager::shared().user = user;
   std::vector<UserScript> scripts;
   addEnvironmentScript(scripts, statusBar, bottom);
   const auto& script = scripts.at(0);

@@ -49,10 +49,10 @@ TEST_F(StartSessionTest, KeepsTheOrderOfItsSteps) {
   screen_->startSession("https://chat.example", "E", "K", user_, [&] {
     ++calls;
     EXPECT_EQ(user_->deviceId, virtualDeviceId);
-    EXPECT_EQ(store.user.get(), user_);
-    EXPECT_EQ(store.host.get(), "https://chat.example");
-    EXPECT_EQ(store.entryId.get(), "E");
-    EXPECT_EQ(store.appKey.get(), "K");
+    EXPECT_EQ(store.user, user_);
+    EXPECT_EQ(store.host, "https://chat.example");
+    EXPECT_EQ(store.entryId, "E");
+    EXPECT_EQ(store.appKey, "K");
     EXPECT_EQ(screen_->previousViewSnapshot(), firstSnapshot);
     EXPECT_EQ(store.elements.size(), 1U);
     EXPECT_EQ(address(), firstAddress);
@@ -91,8 +91,8 @@ TEST_F(StartSessionTest, KeepsTheEarlierAddressWhenTheNewOneDoesNotParse) {
 
   EXPECT_EQ(calls, 1);
   EXPECT_EQ(address(), earlier);
-  EXPECT_EQ(OVKFApiManager::shared().host.get(), "https://chat example");
-  EXPECT_EQ(OVKFApiManager::shared().entryId.get(), "E2");
+  EXPECT_EQ(OVKFApiManager::shared().host, "https://chat example");
+  EXPECT_EQ(OVKFApiManager::shared().entryId, "E2");
   EXPECT_TRUE(OVKFApiManager::shared().elements.empty());
   screen_->startSession("https://chat.example", "E", "K", user_);
   EXPECT_EQ(objectValue(), "");

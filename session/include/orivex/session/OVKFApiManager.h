@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "orivex/platform/base/Url.h"
@@ -13,23 +12,6 @@ namespace orivex {
 
 struct MessageBody;
 struct UserMappingModel;
-
-/// A stored property with a default that is taken at the first read. A write before that simply stores.
-template <class Value>
-class Lazy {
- public:
-  explicit Lazy(Value (*makeDefault)()) : makeDefault_(makeDefault) {}
-
-  Value& get() {
-    if (!value_) value_ = makeDefault_();
-    return *value_;
-  }
-  void set(Value value) { value_ = std::move(value); }
-
- private:
-  Value (*makeDefault_)();
-  std::optional<Value> value_;
-};
 
 /// The configuration that the whole component reads. One per process, made on first use (thread-safe) and never
 /// replaced; its properties are plain storage for the main thread.
@@ -42,22 +24,22 @@ class OVKFApiManager {
   static constexpr std::int64_t defaultVideoSize = 52428800;
 
   /// The visitor of the session; null before the first `startSession`.
-  Lazy<std::shared_ptr<UserMappingModel>> user;
+  std::shared_ptr<UserMappingModel> user;
 
-  /// Address of the chat server, without a trailing slash.
-  Lazy<std::string> host;
+  /// Address of the chat server, without a trailing slash; at first where a host's developer is sent who gives none.
+  std::string host = "https://dev-chat.example";
 
-  Lazy<std::string> entryId;
-  Lazy<std::string> appKey;
+  std::string entryId;
+  std::string appKey;
 
   /// The visitor identifier that the page uses, from its last picker or recording request.
-  Lazy<std::optional<std::string>> guestId;
+  std::optional<std::string> guestId;
 
   /// Size limit of a document, in bytes; both too-large messages quote it.
-  Lazy<std::int64_t> fileSize;
+  std::int64_t fileSize = defaultFileSize;
 
   /// Size limit of a video, in bytes.
-  Lazy<std::int64_t> videoSize;
+  std::int64_t videoSize = defaultVideoSize;
 
   /// What the host wants placed in the chat page when it opens.
   std::vector<std::shared_ptr<MessageBody>> elements;
@@ -70,7 +52,7 @@ class OVKFApiManager {
 
  private:
   friend class ProcessState;
-  OVKFApiManager();
+  OVKFApiManager() = default;
   ~OVKFApiManager() = default;
 };
 
