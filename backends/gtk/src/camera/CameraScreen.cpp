@@ -70,7 +70,10 @@ void CameraScreen::attach() {
   if (focusBefore_) g_object_add_weak_pointer(G_OBJECT(focusBefore_), reinterpret_cast<gpointer*>(&focusBefore_));
   gtk_overlay_add_overlay(parent_, view_.widget());
   gtk_widget_set_can_focus(gtk_overlay_get_child(parent_), FALSE);
-  parentDestroyed_ = SignalConnection::connect<&CameraScreen::parentDestroyed>(parent_, "destroy", this);
+  parentDestroyed_ = SignalConnection::connect(parent_, "destroy", [this] {
+    parent_ = nullptr;
+    finish(std::nullopt);
+  });
 }
 
 void CameraScreen::detach() {
@@ -80,11 +83,6 @@ void CameraScreen::detach() {
   if (auto* const below = gtk_overlay_get_child(parent_)) gtk_widget_set_can_focus(below, TRUE);
   gtk_overlay_remove_overlay(parent_, view_.widget());
   if (focusBefore_) gtk_widget_grab_focus(focusBefore_);
-}
-
-void CameraScreen::parentDestroyed(GtkWidget* /*parent*/) {
-  parent_ = nullptr;
-  finish(std::nullopt);
 }
 
 // The devices are let go of now, the widgets when the call that ends the visit is over.

@@ -64,7 +64,6 @@ class CameraScreen {
   CameraView::Handlers viewHandlers();
   void attach();
   void detach();
-  void parentDestroyed(GtkWidget* parent);
   void finish(Result result);
 
   void findSources();

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "../ui/StyleSheet.h"
+#include "../ui/Widgets.h"
 
 namespace orivex::gtk {
 namespace {
@@ -38,23 +39,17 @@ constexpr const char* css = R"css(
 .orivex-camera .notice { font-size: 12pt; padding: 12px 20px; border-radius: 22px; background-color: rgba(0, 0, 0, 0.7); }
 )css";
 
-void name(GtkWidget* widget, const char* label) {
-  gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, label, -1);
-}
-
 GtkWidget* roundButton(const char* icon, const char* label) {
   GtkWidget* const button = gtk_button_new_from_icon_name(icon);
   gtk_image_set_pixel_size(GTK_IMAGE(gtk_button_get_child(GTK_BUTTON(button))), roundIconSize);
   gtk_widget_set_halign(button, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(button, GTK_ALIGN_CENTER);
-  name(button, label);
+  setAccessibleLabel(button, label);
   return button;
 }
 
 GtkWidget* textButton(const char* label) {
-  GtkWidget* const button = gtk_button_new_with_label(label);
-  gtk_widget_add_css_class(button, "text");
-  return button;
+  return styled(gtk_button_new_with_label(label), "text");
 }
 
 void wrap(GtkWidget* label) {
@@ -64,9 +59,8 @@ void wrap(GtkWidget* label) {
 }
 
 GtkWidget* hiddenLabel(const char* styleClass) {
-  GtkWidget* const label = gtk_label_new(nullptr);
+  GtkWidget* const label = styled(gtk_label_new(nullptr), styleClass);
   wrap(label);
-  gtk_widget_add_css_class(label, styleClass);
   gtk_widget_set_halign(label, GTK_ALIGN_CENTER);
   gtk_widget_set_visible(label, FALSE);
   return label;
@@ -93,11 +87,9 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
   gtk_accessible_update_property(GTK_ACCESSIBLE(root_.get()), GTK_ACCESSIBLE_PROPERTY_LABEL, "相机",
                                  GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE, -1);
 
-  GtkWidget* const picture = gtk_picture_new_for_paintable(picture_.paintable());
-  gtk_picture_set_content_fit(GTK_PICTURE(picture), GTK_CONTENT_FIT_FILL);
-  gtk_widget_set_hexpand(picture, TRUE);
-  gtk_widget_set_vexpand(picture, TRUE);
-  gtk_overlay_set_child(GTK_OVERLAY(root_.get()), picture);
+  gtk_widget_set_hexpand(picture_.widget(), TRUE);
+  gtk_widget_set_vexpand(picture_.widget(), TRUE);
+  gtk_overlay_set_child(GTK_OVERLAY(root_.get()), picture_.widget());
 
   gtk_widget_set_size_request(spinner_, 40, 40);
   gtk_widget_set_halign(spinner_, GTK_ALIGN_CENTER);
@@ -108,8 +100,8 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
 
   auto* const keys = gtk_event_controller_key_new();
   gtk_widget_add_controller(root_.get(), keys);
-  keyPressed_ = SignalConnection::connect<&CameraView::keyPressed>(keys, "key-pressed", this);
-  keyReleased_ = SignalConnection::connect<&CameraView::keyReleased>(keys, "key-released", this);
+  connections_.add(keys, "key-pressed", [this](guint key) { return keyPressed(key); });
+  connections_.add(keys, "key-released", [this] { shutter_.keyReleased(); });
   // A key that is held from one step to the next must not answer there.
   heldKeys_ = std::make_unique<HeldKeys>(root_.get(), heldKeys, HeldKeys::Repeats::stop);
 }
@@ -118,12 +110,12 @@ CameraView::~CameraView() = default;
 
 void CameraView::buildTop(const EdgeInsets& insets) {
   const int top = static_cast<int>(std::ceil(insets.top)) + margin;
-  close_ = roundButton("window-close-symbolic", "关闭");
-  gtk_widget_set_halign(close_, GTK_ALIGN_START);
-  gtk_widget_set_valign(close_, GTK_ALIGN_START);
-  setMargins(close_, top, 0, margin);
-  closeClicked_ = SignalConnection::connect<&CameraView::closeClicked>(close_, "clicked", this);
-  gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), close_);
+  GtkWidget* const close = roundButton("window-close-symbolic", "关闭");
+  gtk_widget_set_halign(close, GTK_ALIGN_START);
+  gtk_widget_set_valign(close, GTK_ALIGN_START);
+  setMargins(close, top, 0, margin);
+  connections_.add(close, "clicked", [this] { handlers_.close(); });
+  gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), close);
 
   clock_ = hiddenLabel("clock");
   gtk_widget_set_valign(clock_, GTK_ALIGN_START);
@@ -138,52 +130,40 @@ void CameraView::buildBottom(const EdgeInsets& insets, const std::string& hint) 
   setMargins(controls_, 0, static_cast<int>(std::ceil(insets.bottom)) + 2 * margin, 0);
 
   notice_ = hiddenLabel("notice");
-  GtkWidget* const bottom = gtk_box_new(GTK_ORIENTATION_VERTICAL, margin);
-  gtk_widget_add_css_class(bottom, "bottom");
+  GtkWidget* const bottom = styled(boxNew(GTK_ORIENTATION_VERTICAL, margin, {notice_, controls_}), "bottom");
   gtk_widget_set_valign(bottom, GTK_ALIGN_END);
-  gtk_box_append(GTK_BOX(bottom), notice_);
-  gtk_box_append(GTK_BOX(bottom), controls_);
   gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), bottom);
 }
 
 GtkWidget* CameraView::liveControls(const std::string& hint) {
   switch_ = roundButton("emblem-synchronizing-symbolic", "切换摄像头");
-  switchClicked_ = SignalConnection::connect<&CameraView::switchClicked>(switch_, "clicked", this);
-  GtkWidget* const beside = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
-  gtk_widget_set_size_request(beside, sideWidth, -1);
-  gtk_box_append(GTK_BOX(beside), switch_);
+  connections_.add(switch_, "clicked", [this] { handlers_.switchCamera(); });
   gtk_widget_set_hexpand(switch_, TRUE);
-  GtkWidget* const balance = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
+  GtkWidget* const beside = boxNew(GTK_ORIENTATION_HORIZONTAL, 0, {switch_});
+  gtk_widget_set_size_request(beside, sideWidth, -1);
+  GtkWidget* const balance = boxNew(GTK_ORIENTATION_HORIZONTAL, 0, {});
   gtk_widget_set_size_request(balance, sideWidth, -1);
 
-  name(shutter_.widget(), hint.c_str());
-  GtkWidget* const row = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, sideSpacing);
+  setAccessibleLabel(shutter_.widget(), hint);
+  GtkWidget* const row = boxNew(GTK_ORIENTATION_HORIZONTAL, sideSpacing, {balance, shutter_.widget(), beside});
   gtk_widget_set_halign(row, GTK_ALIGN_CENTER);
-  gtk_box_append(GTK_BOX(row), balance);
-  gtk_box_append(GTK_BOX(row), shutter_.widget());
-  gtk_box_append(GTK_BOX(row), beside);
 
-  hint_ = gtk_label_new(hint.c_str());
+  hint_ = styled(gtk_label_new(hint.c_str()), "hint");
   wrap(hint_);
-  gtk_widget_add_css_class(hint_, "hint");
-  GtkWidget* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, margin);
-  gtk_box_append(GTK_BOX(column), hint_);
-  gtk_box_append(GTK_BOX(column), row);
-  return column;
+  return boxNew(GTK_ORIENTATION_VERTICAL, margin, {hint_, row});
 }
 
 GtkWidget* CameraView::reviewControls() {
-  retake_ = textButton("重拍");
-  use_ = textButton("使用");
-  gtk_widget_add_css_class(use_, "use");
-  gtk_widget_set_name(retake_, "camera-retake");
+  GtkWidget* const retake = textButton("重拍");
+  use_ = styled(textButton("使用"), "use");
+  gtk_widget_set_name(retake, "camera-retake");
   gtk_widget_set_name(use_, "camera-use");
-  retakeClicked_ = SignalConnection::connect<&CameraView::retakeClicked>(retake_, "clicked", this);
-  useClicked_ = SignalConnection::connect<&CameraView::useClicked>(use_, "clicked", this);
+  connections_.add(retake, "clicked", [this] { handlers_.retake(); });
+  connections_.add(use_, "clicked", [this] { handlers_.use(); });
   GtkWidget* const row = gtk_center_box_new();
   gtk_widget_set_valign(row, GTK_ALIGN_END);
   setMargins(row, 0, margin, 2 * margin);
-  gtk_center_box_set_start_widget(GTK_CENTER_BOX(row), retake_);
+  gtk_center_box_set_start_widget(GTK_CENTER_BOX(row), retake);
   gtk_center_box_set_end_widget(GTK_CENTER_BOX(row), use_);
   return row;
 }
@@ -254,34 +234,12 @@ void CameraView::showNotice(const std::string& text) {
   }));
 }
 
-void CameraView::closeClicked(GtkButton* /*button*/) {
-  handlers_.close();
-}
-
-void CameraView::switchClicked(GtkButton* /*button*/) {
-  handlers_.switchCamera();
-}
-
-void CameraView::retakeClicked(GtkButton* /*button*/) {
-  handlers_.retake();
-}
-
-void CameraView::useClicked(GtkButton* /*button*/) {
-  handlers_.use();
-}
-
 // What the focused button does not take.
-gboolean CameraView::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
-                                GdkModifierType /*modifiers*/) {
+bool CameraView::keyPressed(guint key) {
   if (key == GDK_KEY_Escape) handlers_.close();
   shutter_.keyPressed(key);
   // Nothing goes on to the screen below.
   return key != GDK_KEY_Tab && key != GDK_KEY_ISO_Left_Tab;
-}
-
-void CameraView::keyReleased(GtkEventControllerKey* /*keys*/, guint /*key*/, guint /*code*/,
-                             GdkModifierType /*modifiers*/) {
-  shutter_.keyReleased();
 }
 
 }  // namespace orivex::gtk

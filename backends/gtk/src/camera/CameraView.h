@@ -9,7 +9,7 @@
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
 #include "../ui/HeldKeys.h"
-#include "../video/FramePaintable.h"
+#include "../video/FrameView.h"
 #include "ShutterButton.h"
 
 #include "orivex/platform/base/Alive.h"
@@ -42,7 +42,7 @@ class CameraView {
   ~CameraView();
 
   GtkWidget* widget() const { return root_.get(); }
-  FramePaintable& picture() { return picture_; }
+  FrameView& picture() { return picture_; }
 
   /// Black, and a moving sign after a moment, until there is a picture.
   void showOpening(bool canSwitch);
@@ -64,16 +64,11 @@ class CameraView {
   void showControls(const char* page, bool enabled);
   void showSpinner(bool spins);
 
-  void closeClicked(GtkButton* button);
-  void switchClicked(GtkButton* button);
-  void retakeClicked(GtkButton* button);
-  void useClicked(GtkButton* button);
-  void keyReleased(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  gboolean keyPressed(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
+  bool keyPressed(guint key);
 
   MainQueue& main_;
   const Handlers handlers_;
-  FramePaintable picture_;
+  FrameView picture_;
   ShutterButton shutter_;
   GRef<GtkWidget> root_;
   GtkWidget* spinner_ = gtk_spinner_new();
@@ -81,19 +76,12 @@ class CameraView {
   GtkWidget* notice_ = nullptr;
   GtkWidget* controls_ = nullptr;
   GtkWidget* hint_ = nullptr;
-  GtkWidget* close_ = nullptr;
   GtkWidget* switch_ = nullptr;
-  GtkWidget* retake_ = nullptr;
   GtkWidget* use_ = nullptr;
   unsigned notices_ = 0;
   bool opening_ = false;
-  SignalConnection closeClicked_;
-  SignalConnection switchClicked_;
-  SignalConnection retakeClicked_;
-  SignalConnection useClicked_;
   std::unique_ptr<HeldKeys> heldKeys_;
-  SignalConnection keyPressed_;
-  SignalConnection keyReleased_;
+  SignalConnections connections_;
   Alive alive_;
 };
 

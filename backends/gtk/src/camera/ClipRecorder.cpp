@@ -4,11 +4,11 @@
 
 #include <gst/app/gstappsrc.h>
 #include <gst/gst.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include "../audio/AudioSource.h"
 #include "ClipFormat.h"
-#include "ClipInput.h"
-#include "ScratchFile.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -38,21 +38,63 @@ std::string describe(const ClipFormat& format, bool withSound) {
   return text;
 }
 
+/// Puts the camera's frames into a recording, from the first that comes to the last that still fits.
+class ClipInput {
+ public:
+  /// `pictures` is the recording's appsrc, `base` the time at which the recording's clock stood at 0, `longest` the
+  /// clip's greatest length. `began` is called with the first frame, on the camera's thread.
+  ClipInput(GRef<GstElement> pictures, GstClockTime base, GstClockTime longest, std::function<void()> began)
+      : pictures_(std::move(pictures)), base_(base), longest_(longest), began_(std::move(began)) {}
+
+  /// A frame and when it was taken.
+  void push(GstSample& frame, GstClockTime time) {
+    if (!GST_CLOCK_TIME_IS_VALID(time) || time < base_) return;  // taken before the recording began
+    const bool isFirst = !GST_CLOCK_TIME_IS_VALID(first_);
+    if (isFirst) first_ = time;
+    if (time - first_ >= longest_) return;
+
+    auto* const pictures = GST_APP_SRC(pictures_.get());
+    if (isFirst) gst_app_src_set_caps(pictures, gst_sample_get_caps(&frame));
+    auto* const buffer = gst_buffer_copy(gst_sample_get_buffer(&frame));  // shares the pixels
+    GST_BUFFER_PTS(buffer) = time - base_;
+    GST_BUFFER_DTS(buffer) = GST_CLOCK_TIME_NONE;
+    gst_app_src_push_buffer(pictures, buffer);
+    if (isFirst) began_();
+  }
+
+ private:
+  const GRef<GstElement> pictures_;
+  const GstClockTime base_;
+  const GstClockTime longest_;
+  const std::function<void()> began_;
+  GstClockTime first_ = GST_CLOCK_TIME_NONE;
+};
+
+/// A file in memory that nobody else finds.
+class ScratchFile {
+ public:
+  ScratchFile() : descriptor_(memfd_create("orivex-scratch", MFD_CLOEXEC)) {}
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+  ~ScratchFile() {
+    if (*this) close(descriptor_);
+  }
+
+  explicit operator bool() const { return descriptor_ >= 0; }
+
+  /// Opens it, for this process alone and whatever happens to the folders meanwhile.
+  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+
+ private:
+  const int descriptor_;
+};
+
 // The muxer moves the index before the pictures and keeps them in a draft until then. GStreamer's waits for itself for
 // ever when it cannot open its draft, so that is one which always opens.
 struct ClipFiles {
   std::shared_ptr<CaptureFile> clip;
-  std::shared_ptr<ScratchFile> draft;
+  ScratchFile draft;
 };
-
-std::variant<ClipFiles, Failure> makeFiles(VideoExportType type) {
-  auto clip = CaptureFile::make("video", type == VideoExportType::mp4 ? ".mp4" : ".mov");
-  if (const auto* const failure = std::get_if<Failure>(&clip)) return *failure;
-  auto draft = ScratchFile::make();
-  if (const auto* const failure = std::get_if<Failure>(&draft)) return *failure;
-  return ClipFiles{std::get<std::shared_ptr<CaptureFile>>(std::move(clip)),
-                   std::get<std::shared_ptr<ScratchFile>>(std::move(draft))};
-}
 
 // The microphone that voice messages use, ready; null when it does not open.
 GRef<GstElement> openMicrophone() {
@@ -80,7 +122,7 @@ ElementOrError build(VideoExportType type, bool withSound, const ClipFiles& file
     gst_element_link(microphone.get(), elementIn(pipeline, soundQueue).get());
   }
   g_object_set(elementIn(pipeline, "file").get(), "location", files.clip->path().c_str(), nullptr);
-  g_object_set(elementIn(pipeline, "mux").get(), "faststart-file", files.draft->path().c_str(), nullptr);
+  g_object_set(elementIn(pipeline, "mux").get(), "faststart-file", files.draft.path().c_str(), nullptr);
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
   gst_pipeline_use_clock(GST_PIPELINE(&pipeline), clock.get());
   return parsed;
@@ -125,13 +167,13 @@ void ClipRecorder::warmUp(PipelineThreads threads, VideoExportType type) {
 void ClipRecorder::start(bool withSound) {
   withSound_ = withSound;
   pipeline_.reset();
-  const auto made = makeFiles(type_);
-  if (const auto* const failure = std::get_if<Failure>(&made)) {
-    threads_.main.async(alive_.guard([this, reason = failure->description] { fail(reason); }));
+  auto files = std::make_shared<ClipFiles>();
+  auto made = CaptureFile::make("video", type_ == VideoExportType::mp4 ? ".mp4" : ".mov");
+  if (auto* const failure = std::get_if<Failure>(&made); failure || !files->draft) {
+    threads_.main.async(alive_.guard([this, reason = failure ? failure->description : "no memory"] { fail(reason); }));
     return;
   }
-  auto files = std::make_shared<ClipFiles>(std::get<ClipFiles>(made));
-  file_ = files->clip;
+  file_ = files->clip = std::get<std::shared_ptr<CaptureFile>>(std::move(made));
   pipeline_ = std::make_unique<Pipeline>(
       threads_, [type = type_, withSound, files] { return build(type, withSound, *files); },
       Pipeline::Handlers{.ended = [this] { ended(); },

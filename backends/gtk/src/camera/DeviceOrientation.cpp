@@ -53,15 +53,10 @@ void DeviceOrientation::connected(GRef<GDBusProxy> sensor) {
   const GCharPtr owner(g_dbus_proxy_get_name_owner(sensor.get()));
   if (!owner) return;
   sensor_ = std::move(sensor);
-  propertiesChanged_ =
-      SignalConnection::connect<&DeviceOrientation::propertiesChanged>(sensor_.get(), "g-properties-changed", this);
+  propertiesChanged_ = SignalConnection::connect(sensor_.get(), "g-properties-changed", [this] { read(); });
   // The service watches its sensor only for those who ask for it.
   g_dbus_proxy_call(sensor_.get(), "ClaimAccelerometer", nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr,
                     nullptr);
-  read();
-}
-
-void DeviceOrientation::propertiesChanged(GDBusProxy* /*sensor*/, GVariant* /*changed*/, char** /*invalidated*/) {
   read();
 }
 

@@ -26,7 +26,6 @@ class DeviceOrientation {
 
  private:
   void connected(GRef<GDBusProxy> sensor);
-  void propertiesChanged(GDBusProxy* sensor, GVariant* changed, char** invalidated);
   void read();
 
   std::function<void(int)> changed_;

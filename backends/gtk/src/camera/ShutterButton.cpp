@@ -71,15 +71,8 @@ ShutterButton::ShutterButton(MainQueue& main, Handlers handlers)
       this, nullptr);
   gtk_button_set_child(GTK_BUTTON(button_.get()), drawing_);
 
-  ignoreClicks(button_.get());
-  // Of the pointer's gestures the one that follows it until it lets go, wherever that is: a finger that holds trembles.
-  auto* const drag = gtk_gesture_drag_new();
-  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(drag), GTK_PHASE_CAPTURE);
-  gtk_widget_add_controller(button_.get(), GTK_EVENT_CONTROLLER(drag));
-  pressed_ = SignalConnection::connect<&ShutterButton::pressed>(drag, "drag-begin", this);
-  released_ = SignalConnection::connect<&ShutterButton::released>(drag, "drag-end", this);
-  cancelled_ = SignalConnection::connect<&ShutterButton::cancelled>(drag, "cancel", this);
-  clicked_ = SignalConnection::connect<&ShutterButton::clicked>(button_.get(), "clicked", this);
+  connections_.add(button_.get(), "clicked", [this] { handlers_.tapped(); });
+  listenToPointer();
   listenToKeys();
 }
 
@@ -87,16 +80,34 @@ ShutterButton::~ShutterButton() {
   gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(drawing_), nullptr, nullptr, nullptr);
 }
 
+void ShutterButton::listenToPointer() {
+  ignoreClicks(button_.get());
+  // Of the pointer's gestures the one that follows it until it lets go, wherever that is: a finger that holds trembles.
+  auto* const drag = gtk_gesture_drag_new();
+  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(drag), GTK_PHASE_CAPTURE);
+  gtk_widget_add_controller(button_.get(), GTK_EVENT_CONTROLLER(drag));
+  connections_.add(drag, "drag-begin", [this, drag] {
+    gtk_gesture_set_state(drag, GTK_EVENT_SEQUENCE_CLAIMED);
+    press();
+  });
+  connections_.add(drag, "drag-end", [this] { release(); });
+  // The system took the pointer away: no tap, but a hold ends.
+  connections_.add(drag, "cancel", [this] { endHold(); });
+}
+
 // Before the button itself, to which a key that goes down is a click.
 void ShutterButton::listenToKeys() {
   auto* const keys = gtk_event_controller_key_new();
   gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
   gtk_widget_add_controller(button_.get(), keys);
-  keyPressed_ = SignalConnection::connect<&ShutterButton::keyWentDown>(keys, "key-pressed", this);
-  keyReleased_ = SignalConnection::connect<&ShutterButton::keyWentUp>(keys, "key-released", this);
+  connections_.add(keys, "key-pressed", [this](guint key) { return keyPressed(key); });
+  connections_.add(keys, "key-released", [this] { keyReleased(); });
   auto* const focus = gtk_event_controller_focus_new();
   gtk_widget_add_controller(button_.get(), focus);
-  focusLeft_ = SignalConnection::connect<&ShutterButton::focusLeft>(focus, "leave", this);
+  // The key will be let go of where nobody tells of it.
+  connections_.add(focus, "leave", [this] {
+    if (std::exchange(byKey_, false)) endHold();
+  });
 }
 
 bool ShutterButton::keyPressed(guint key) {
@@ -112,26 +123,6 @@ void ShutterButton::keyReleased() {
   if (std::exchange(byKey_, false)) release();
 }
 
-gboolean ShutterButton::keyWentDown(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
-                                    GdkModifierType /*modifiers*/) {
-  return keyPressed(key);
-}
-
-void ShutterButton::keyWentUp(GtkEventControllerKey* /*keys*/, guint /*key*/, guint /*code*/,
-                              GdkModifierType /*modifiers*/) {
-  keyReleased();
-}
-
-// The key will be let go of where nobody tells of it.
-void ShutterButton::focusLeft(GtkEventControllerFocus* /*focus*/) {
-  if (std::exchange(byKey_, false)) endHold();
-}
-
-void ShutterButton::pressed(GtkGestureDrag* gesture, double /*x*/, double /*y*/) {
-  gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
-  press();
-}
-
 void ShutterButton::press() {
   press_ = Press::down;
   gtk_widget_queue_draw(drawing_);
@@ -142,10 +133,6 @@ void ShutterButton::press() {
   }));
 }
 
-void ShutterButton::released(GtkGestureDrag* /*gesture*/, double /*x*/, double /*y*/) {
-  release();
-}
-
 void ShutterButton::release() {
   if (press_ == Press::down) {
     press_ = Press::none;
@@ -154,15 +141,6 @@ void ShutterButton::release() {
   } else {
     endHold();
   }
-}
-
-// The system took the pointer away: no tap, but a hold ends.
-void ShutterButton::cancelled(GtkGesture* /*gesture*/, GdkEventSequence* /*sequence*/) {
-  endHold();
-}
-
-void ShutterButton::clicked(GtkButton* /*button*/) {
-  handlers_.tapped();
 }
 
 void ShutterButton::endHold() {

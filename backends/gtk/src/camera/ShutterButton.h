@@ -43,13 +43,7 @@ class ShutterButton {
   void listenToKeys();
   void press();
   void release();
-  void pressed(GtkGestureDrag* gesture, double x, double y);
-  void released(GtkGestureDrag* gesture, double x, double y);
-  void cancelled(GtkGesture* gesture, GdkEventSequence* sequence);
-  void clicked(GtkButton* button);
-  gboolean keyWentDown(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void keyWentUp(GtkEventControllerKey* keys, guint key, guint code, GdkModifierType modifiers);
-  void focusLeft(GtkEventControllerFocus* focus);
+  void listenToPointer();
   void endHold();
   void draw(cairo_t* context) const;
 
@@ -62,13 +56,7 @@ class ShutterButton {
   bool byKey_ = false;
   bool recording_ = false;
   double fraction_ = 0;
-  SignalConnection pressed_;
-  SignalConnection released_;
-  SignalConnection cancelled_;
-  SignalConnection clicked_;
-  SignalConnection keyPressed_;
-  SignalConnection keyReleased_;
-  SignalConnection focusLeft_;
+  SignalConnections connections_;
   Alive alive_;
 };
 

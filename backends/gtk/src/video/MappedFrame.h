@@ -14,8 +14,8 @@ class MappedFrame {
  public:
   explicit MappedFrame(SharedSample sample) : sample_(std::move(sample)) {
     GstVideoInfo info;
-    const auto* const caps = gst_sample_get_caps(sample_.get());
-    auto* const buffer = gst_sample_get_buffer(sample_.get());
+    const auto* const caps = sample_ ? gst_sample_get_caps(sample_.get()) : nullptr;
+    auto* const buffer = sample_ ? gst_sample_get_buffer(sample_.get()) : nullptr;
     isMapped_ = caps && buffer && gst_video_info_from_caps(&info, caps) &&
                 gst_video_frame_map(&frame_, &info, buffer, GST_MAP_READ);
   }
