@@ -53,9 +53,8 @@ std::string plainAddress(const std::filesystem::path& photo, int quality) {
 std::string ownAddress(const gtk::Decoder& decoder, const std::filesystem::path& photo, double quality) {
   const auto result = gtk::PictureCodec(decoder).jpeg(photo, quality);
   const auto& jpeg = std::get<JpegImage>(result).bytes;
-  std::string address(prefix.size() + base64Length(jpeg.size()), '\0');
-  prefix.copy(address.data(), prefix.size());
-  base64Encode({reinterpret_cast<const std::uint8_t*>(jpeg.data()), jpeg.size()}, address.data() + prefix.size());
+  std::string address{prefix};
+  appendBase64(address, {reinterpret_cast<const std::uint8_t*>(jpeg.data()), jpeg.size()});
   return address;
 }
 

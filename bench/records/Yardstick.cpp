@@ -76,8 +76,7 @@ void read(const Tree& tree, std::vector<Element>& into);
 template <HasFields Record>
 void read(const Tree& tree, Record& into) {
   require(tree.is_object());
-  forEachField<Record>([&](auto at) {
-    constexpr auto& field = std::get<at>(fieldsOf<Record>);
+  forEachField<Record>([&](const auto& field) {
     const auto found = tree.find(field.key);
     if (found == tree.end() || found->is_null()) return;
     auto& member = into.*field.member;
@@ -112,8 +111,7 @@ Tree toTree(const std::vector<Record>& records);
 template <HasFields Record>
 Tree toTree(const Record& record) {
   Tree tree = Tree::object();
-  forEachField<Record>([&](auto at) {
-    constexpr auto& field = std::get<at>(fieldsOf<Record>);
+  forEachField<Record>([&](const auto& field) {
     const auto& member = record.*field.member;
     if (member) tree[field.key] = toTree(*member);
   });

@@ -6,11 +6,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "JsonCursor.h"
 #include "JsonFault.h"
+#include "JsonText.h"
 #include "Tables.h"
 
 #include "orivex/models/Base64.h"
@@ -27,11 +29,19 @@ void expect(const JsonCursor& json, JsonType type, std::string_view what) {
   if (json.type() != type) throw JsonFault(mismatch(what, nameOf(json.type())));
 }
 
-// What each `read` reads is taken from the text.
+template <class Number>
+Number readNumber(JsonCursor& json, std::optional<Number> parse(std::string_view), std::string_view what) {
+  const std::string_view text = json.takeNumber();
+  const auto number = parse(text);
+  if (!number) throw JsonFault(mismatch(what, printable(text)));
+  return *number;
+}
+
+// One `read` for each type that a record holds; it takes the value that it reads.
 
 void read(JsonCursor& json, std::string& into) {
   expect(json, JsonType::string, "a string");
-  into = json.takeString();
+  json.takeString(into);
 }
 
 void read(JsonCursor& json, bool& into) {
@@ -39,18 +49,9 @@ void read(JsonCursor& json, bool& into) {
   into = json.takeBoolean();
 }
 
-template <class Number>
-Number readNumber(JsonCursor& json, std::optional<Number> parse(std::string_view), std::string_view expected) {
-  const std::string_view text = json.takeNumber();
-  const auto number = parse(text);
-  if (!number) throw JsonFault(mismatch(expected, shown(text)));
-  return *number;
-}
-
 void read(JsonCursor& json, std::int64_t& into) {
-  constexpr std::string_view what = "a 64-bit integer";
-  expect(json, JsonType::number, what);
-  into = readNumber(json, wholeNumber, what);
+  expect(json, JsonType::number, "a 64-bit integer");
+  into = readNumber(json, wholeNumber, "a 64-bit integer");
 }
 
 void read(JsonCursor& json, double& into) {
@@ -64,10 +65,11 @@ void read(JsonCursor& json, float& into) {
 }
 
 void read(JsonCursor& json, Bytes& into) {
-  constexpr std::string_view what = "Base64 text";
-  expect(json, JsonType::string, what);
-  auto bytes = base64Decode(json.takeString());
-  if (!bytes) throw JsonFault(mismatch(what, "other text"));
+  expect(json, JsonType::string, "Base64 text");
+  std::string text;
+  json.takeString(text);
+  auto bytes = base64Decode(text);
+  if (!bytes) throw JsonFault(mismatch("Base64 text", "other text"));
   into = std::move(*bytes);
 }
 
@@ -82,7 +84,7 @@ void read(JsonCursor& json, std::vector<Element>& into) {
 
 void read(JsonCursor& json, std::map<std::string, std::string>& into) {
   expect(json, JsonType::object, "an object");
-  json.takeObject([&](std::string_view key) { within(key, [&] { read(json, into[std::string(key)]); }); });
+  json.takeObject([&](const std::string& key) { within(key, [&] { read(json, into[key]); }); });
 }
 
 template <class Value>
@@ -100,71 +102,25 @@ void read(JsonCursor& json, std::shared_ptr<Value>& into) {
   read(json, *into);
 }
 
-/// Reads the fields of a record as they come, whichever order that is.
-template <HasFields Record>
-class FieldReader {
- public:
-  void readField(JsonCursor& json, std::string_view key, Record& into) {
-    static constexpr auto readers = readersInOrder();
-    const std::size_t at = positionOf(key);
-    if (at == readers.size() || !readers[at]) return json.skip();
-    within(key, [&] { readers[at](json, into); });
-    seen_[at] = true;
-    next_ = at + 1;
-  }
-
-  void requireFields() const {
-    forEachField<Record>([&](auto at) {
-      constexpr auto& field = std::get<at>(fieldsOf<Record>);
-      if (field.presence == Presence::required && !seen_[at]) {
-        within(field.key, [] { throw JsonFault("required, but missing"); });
-      }
-    });
-  }
-
- private:
-  using ReadMember = void (*)(JsonCursor&, Record&);
-
-  template <std::size_t position>
-  static void readMember(JsonCursor& json, Record& into) {
-    read(json, into.*std::get<position>(fieldsOf<Record>).member);
-  }
-
-  static constexpr auto keysInOrder() {
-    std::array<std::string_view, fieldCount<Record>> keys{};
-    forEachField<Record>([&](auto at) { keys[at] = std::get<at>(fieldsOf<Record>).key; });
-    return keys;
-  }
-
-  static constexpr auto readersInOrder() {
-    std::array<ReadMember, fieldCount<Record>> readers{};
-    forEachField<Record>([&](auto at) { readers[at] = readMember<at>; });
-    return readers;
-  }
-
-  /// The position of a key in the table, or the number of fields for a key that the record does not know. Keys mostly
-  /// come in the order of the table.
-  std::size_t positionOf(std::string_view key) const {
-    static constexpr auto keys = keysInOrder();
-    for (std::size_t i = next_; i < keys.size(); ++i) {
-      if (keys[i] == key) return i;
-    }
-    for (std::size_t i = 0; i < next_; ++i) {
-      if (keys[i] == key) return i;
-    }
-    return keys.size();
-  }
-
-  std::array<bool, fieldCount<Record>> seen_{};
-  std::size_t next_ = 0;
-};
-
 template <HasFields Record>
 void read(JsonCursor& json, Record& into) {
   expect(json, JsonType::object, "an object");
-  FieldReader<Record> fields;
-  json.takeObject([&](std::string_view key) { fields.readField(json, key, into); });
-  fields.requireFields();
+  std::array<bool, fieldCount<Record>> isRead{};
+  json.takeObject([&](const std::string& key) {
+    std::size_t position = 0;
+    const auto readIfNamed = [&](const auto& field) {
+      if (field.key != key) return ++position, false;
+      within(key, [&] { read(json, into.*field.member); });
+      return isRead[position] = true;
+    };
+    const auto readAnyOf = [&](const auto&... fields) { return (readIfNamed(fields) || ...); };
+    if (!std::apply(readAnyOf, fieldsOf<Record>)) json.skip();
+  });
+  std::size_t position = 0;
+  forEachField<Record>([&](const auto& field) {
+    if (isRead[position++] || !field.isRequired) return;
+    within(field.key, [] { throw JsonFault("required, but missing"); });
+  });
 }
 
 /// Whether a text is JSON is asked before what is wrong with a value in it.
@@ -176,32 +132,26 @@ void expectJson(std::string_view text) {
 
 }  // namespace
 
-template <class Record>
-Record decode(std::string_view text) {
-  Record record{};
+template <class Value>
+Value decode(std::string_view text) {
+  Value value{};
   try {
     JsonCursor json(text);
-    read(json, record);
+    read(json, value);
     json.takeEnd();
   } catch (const JsonFault& fault) {
     expectJson(text);
     throw DecodingError(fault.line());
   }
-  return record;
+  return value;
 }
 
 std::optional<std::string> decodeText(std::string_view text) {
-  std::string decoded;
   try {
-    JsonCursor json(text);
-    read(json, decoded);
-    json.takeEnd();
+    return decode<std::string>(text);
   } catch (const DecodingError&) {
     return std::nullopt;
-  } catch (const JsonFault&) {
-    return std::nullopt;
   }
-  return decoded;
 }
 
 template FailModel decode(std::string_view);
@@ -218,9 +168,7 @@ template UploadResposeModel decode(std::string_view);
 template UserMappingModel decode(std::string_view);
 template WebViewEnvModel decode(std::string_view);
 template incoming::MessageBody decode(std::string_view);
-template incoming::MessageCustomFields decode(std::string_view);
 template incoming::MessageCustomItems decode(std::string_view);
-template incoming::MessageCustomMenus decode(std::string_view);
 template incoming::MessageModel decode(std::string_view);
 
 }  // namespace orivex

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include <simdjson.h>
@@ -22,177 +23,181 @@
 namespace orivex {
 namespace {
 
-constexpr std::size_t longestNumber = 40;
+template <class Number, class... Format>
+void appendNumber(std::string& out, Number number, Format... format) {
+  constexpr std::size_t longestNumber = 40;
+  char text[longestNumber];
+  out.append(text, std::to_chars(text, text + longestNumber, number, format...).ptr);
+}
 
-/// Roughly the bytes that a value takes as JSON, so that megabytes of photos are put together without being moved.
-template <class Value>
-std::size_t roughSize(const Value& value) {
-  if constexpr (HasFields<Value>) {
-    std::size_t size = 2;
-    forEachField<Value>([&](auto at) {
-      constexpr auto& field = std::get<at>(fieldsOf<Value>);
-      size += field.key.size() + 4 + roughSize(value.*field.member);
-    });
-    return size;
-  } else if constexpr (canBeAbsent<Value>) {
-    return value ? roughSize(*value) : 0;
-  } else if constexpr (std::is_arithmetic_v<Value>) {
-    return sizeof(value);
-  } else if constexpr (std::is_same_v<Value, std::string>) {
-    return value.size() + 3;
-  } else if constexpr (std::is_same_v<Value, Bytes>) {
-    return base64Length(value.size()) + 2;
+template <class Float>
+void appendFloating(std::string& out, Float number) {
+  if (!std::isfinite(number)) throw JsonFault("not a finite number");
+  // The shortest text of 100000 would be 1e+05: plain digits are kept for what people count and measure.
+  constexpr auto everyWholeBelow = static_cast<Float>(std::int64_t{1} << std::numeric_limits<Float>::digits);
+  constexpr auto smallestPlain = static_cast<Float>(1e-4);
+  const Float magnitude = std::abs(number);
+  if (number == Float{0} || (magnitude >= smallestPlain && magnitude < everyWholeBelow)) {
+    appendNumber(out, number, std::chars_format::fixed);
   } else {
-    std::size_t size = 2;
-    for (const auto& part : value) size += roughSize(part);
-    return size;
+    appendNumber(out, number);
   }
 }
 
-template <>
-std::size_t roughSize(const std::map<std::string, std::string>::value_type& pair) {
-  return roughSize(pair.first) + roughSize(pair.second) + 1;
+void appendEscape(std::string& out, char c) {
+  constexpr std::string_view characters = "\"\\\b\t\n\f\r";
+  constexpr std::string_view letters = R"("\btnfr)";
+  constexpr std::string_view hexDigits = "0123456789abcdef";
+  out += '\\';
+  if (const std::size_t at = characters.find(c); at != std::string_view::npos) {
+    out += letters[at];
+  } else {
+    out += "u00";
+    out += hexDigits[static_cast<unsigned char>(c) >> 4U];
+    out += hexDigits[static_cast<unsigned char>(c) & 0xFU];
+  }
 }
 
-bool isAscii(std::string_view text) {
-  char bits = 0;
-  for (const char c : text) bits |= c;
-  return static_cast<unsigned char>(bits) < 0x80;
+// One `write` for each type that a record holds.
+
+void write(std::string& out, const std::string& text) {
+  out += '"';
+  std::string_view rest = text;
+  while (true) {
+    const std::size_t plain = plainLength(rest);
+    out += rest.substr(0, plain);
+    if (plain == rest.size()) break;
+    appendEscape(out, rest[plain]);
+    rest.remove_prefix(plain + 1);
+  }
+  out += '"';
+  if (!simdjson::validate_utf8(text)) throw JsonFault("not UTF-8 text");
 }
 
-/// Writes records by their tables, and what records are made of.
-class RecordWriter {
- public:
-  explicit RecordWriter(std::string& out) : out_(out) {}
+void write(std::string& out, bool value) {
+  out += value ? "true" : "false";
+}
 
-  void write(const std::string& text) {
-    out_ += '"';
-    std::string_view rest = text;
-    while (true) {
-      const std::size_t plain = plainLength(rest);
-      out_ += rest.substr(0, plain);
-      if (plain == rest.size()) break;
-      escape(rest[plain]);
-      rest.remove_prefix(plain + 1);
-    }
-    out_ += '"';
-    if (!isAscii(text) && !simdjson::validate_utf8(text)) throw JsonFault("not UTF-8 text");
+void write(std::string& out, std::int64_t number) {
+  appendNumber(out, number);
+}
+
+void write(std::string& out, double number) {
+  appendFloating(out, number);
+}
+
+void write(std::string& out, float number) {
+  appendFloating(out, number);
+}
+
+void write(std::string& out, const Bytes& bytes) {
+  out += '"';
+  appendBase64(out, bytes);
+  out += '"';
+}
+
+template <HasFields Record>
+void write(std::string& out, const Record& record);
+
+template <class Element>
+void write(std::string& out, const std::vector<Element>& elements) {
+  out += '[';
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    if (i > 0) out += ',';
+    within(i, [&] { write(out, elements[i]); });
   }
+  out += ']';
+}
 
-  void write(std::int64_t number) { writeNumber(number); }
-  void write(double number) { writeFloating(number); }
-  void write(float number) { writeFloating(number); }
-  void write(bool value) { out_ += value ? "true" : "false"; }
-
-  void write(const Bytes& bytes) {
-    const std::size_t start = out_.size() + 1;
-    out_.resize(start + base64Length(bytes.size()) + 1, '"');
-    out_[start - 1] = '"';
-    base64Encode(bytes, out_.data() + start);
-  }
-
-  template <HasFields Record>
-  void write(const Record& record) {
-    out_ += '{';
-    forEachField<Record>([&](auto at) {
-      constexpr auto& field = std::get<at>(fieldsOf<Record>);
-      writeField(field.key, record.*field.member);
+void write(std::string& out, const std::map<std::string, std::string>& pairs) {
+  out += '{';
+  for (const auto& pair : pairs) {
+    if (out.back() != '{') out += ',';
+    within(pair.first, [&] {
+      write(out, pair.first);
+      out += ':';
+      write(out, pair.second);
     });
-    out_ += '}';
   }
+  out += '}';
+}
 
-  template <class Element>
-  void write(const std::vector<Element>& elements) {
-    out_ += '[';
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-      if (i > 0) out_ += ',';
-      within(i, [&] { write(elements[i]); });
+template <class Value>
+requires canBeAbsent<Value>
+void write(std::string& out, const Value& present) {
+  write(out, *present);
+}
+
+template <HasFields Record>
+void write(std::string& out, const Record& record) {
+  out += '{';
+  forEachField<Record>([&](const auto& field) {
+    const auto& value = record.*field.member;
+    if constexpr (canBeAbsent<std::remove_cvref_t<decltype(value)>>) {
+      if (!value) return;
     }
-    out_ += ']';
-  }
+    if (out.back() != '{') out += ',';
+    out += '"';
+    out += field.key;
+    out += "\":";
+    within(field.key, [&] { write(out, value); });
+  });
+  out += '}';
+}
 
-  void write(const std::map<std::string, std::string>& pairs) {
-    out_ += '{';
-    for (const auto& [key, value] : pairs) {
-      if (out_.back() != '{') out_ += ',';
-      within(std::string_view(key), [&, &name = key, &text = value] {
-        write(name);
-        out_ += ':';
-        write(text);
-      });
-    }
-    out_ += '}';
+/// The bytes that the texts of a value take as JSON, roughly: megabytes of photos are to be put together without being
+/// moved.
+template <class Value>
+std::size_t textSize(const Value& value) {
+  std::size_t size = 0;
+  if constexpr (HasFields<Value>) {
+    forEachField<Value>([&](const auto& field) { size += field.key.size() + textSize(value.*field.member); });
+  } else if constexpr (canBeAbsent<Value>) {
+    if (value) size = textSize(*value);
+  } else if constexpr (std::is_same_v<Value, std::string>) {
+    size = value.size();
+  } else if constexpr (std::is_same_v<Value, Bytes>) {
+    size = value.size() / 3 * 4;
+  } else if constexpr (requires { value.front(); }) {
+    for (const auto& element : value) size += textSize(element);
   }
+  return size + 8;  // punctuation, or a number
+}
 
- private:
-  template <class Value>
-  void writeField(std::string_view key, const std::optional<Value>& value) {
-    if (value) writeField(key, *value);
+template <class Value>
+std::optional<std::string> encodeOrNothing(const Value& value) {
+  try {
+    return encode(value);
+  } catch (const EncodingError&) {
+    return std::nullopt;
   }
-
-  template <class Value>
-  void writeField(std::string_view key, const std::shared_ptr<Value>& value) {
-    if (value) writeField(key, *value);
-  }
-
-  template <class Value>
-  void writeField(std::string_view key, const Value& value) {
-    out_ += out_.back() == '{' ? "\"" : ",\"";
-    out_ += key;
-    out_ += "\":";
-    within(key, [&] { write(value); });
-  }
-
-  void escape(char c) {
-    constexpr std::string_view characters = "\"\\\b\t\n\f\r";
-    constexpr std::string_view letters = R"("\btnfr)";
-    constexpr std::string_view hexDigits = "0123456789abcdef";
-    out_ += '\\';
-    if (const std::size_t at = characters.find(c); at != std::string_view::npos) {
-      out_ += letters[at];
-    } else {
-      out_ += "u00";
-      out_ += hexDigits[static_cast<unsigned char>(c) >> 4U];
-      out_ += hexDigits[static_cast<unsigned char>(c) & 0xFU];
-    }
-  }
-
-  template <class Number, class... Format>
-  void writeNumber(Number number, Format... format) {
-    char text[longestNumber];
-    out_.append(text, std::to_chars(text, text + longestNumber, number, format...).ptr);
-  }
-
-  template <class Float>
-  void writeFloating(Float number) {
-    if (!std::isfinite(number)) throw JsonFault("not a finite number");
-    // The shortest text of 100000 would be 1e+05: plain digits are kept for what people count and measure.
-    constexpr auto everyWholeBelow = static_cast<Float>(std::int64_t{1} << std::numeric_limits<Float>::digits);
-    constexpr auto smallestPlain = static_cast<Float>(1e-4);
-    const Float magnitude = std::abs(number);
-    if (number == Float{0} || (magnitude >= smallestPlain && magnitude < everyWholeBelow)) {
-      writeNumber(number, std::chars_format::fixed);
-    } else {
-      writeNumber(number);
-    }
-  }
-
-  std::string& out_;
-};
+}
 
 }  // namespace
 
 template <class Value>
 std::string encode(const Value& value, std::string_view before, std::string_view after) {
   std::string json;
-  json.reserve(before.size() + roughSize(value) + after.size());
+  json.reserve(before.size() + textSize(value) + after.size());
   json = before;
   try {
-    RecordWriter(json).write(value);
+    write(json, value);
   } catch (const JsonFault& fault) {
     throw EncodingError(fault.line());
   }
   return json += after;
+}
+
+std::string MessageBody::getJsonString() const {
+  return encodeOrNothing(*this).value_or("");
+}
+
+std::string WebViewEnvModel::getJsonString() const {
+  return encodeOrNothing(*this).value_or("");
+}
+
+std::optional<std::string> UserMappingModel::getJsonString() const {
+  return encodeOrNothing(*this);
 }
 
 template std::string encode(const FailModel&, std::string_view, std::string_view);

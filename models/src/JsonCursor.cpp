@@ -2,6 +2,8 @@
 
 #include <simdjson.h>
 
+#include "JsonText.h"
+
 #include "orivex/models/Codec.h"
 
 namespace orivex {
@@ -49,8 +51,20 @@ JsonType JsonCursor::type() const {
   }
 }
 
-std::string JsonCursor::takeString() {
-  return unescaped(takeRawString());
+void JsonCursor::takeString(std::string& into) {
+  if (!takeOne('"')) fail("a key is missing");
+  into.clear();
+  while (true) {
+    const std::size_t plain = plainLength(rest());
+    into.append(at_, plain);
+    at_ += plain;
+    if (at_ == end_) fail("a string without an end");
+    if (takeOne('"')) return;
+    if (*at_ != '\\') fail("a control character in a string");
+    const std::size_t escape = appendUnescaped(into, rest());
+    if (escape == 0) fail("a bad escape in a string");
+    at_ += escape;
+  }
 }
 
 bool JsonCursor::takeBoolean() {
@@ -71,12 +85,13 @@ std::string_view JsonCursor::takeNumber() {
 void JsonCursor::skip() {
   switch (type()) {
     case JsonType::object:
-      return takeObject([this](std::string_view) { skip(); });
+      return takeObject([this](const std::string&) { skip(); });
     case JsonType::array:
       return takeArray([this](std::size_t) { skip(); });
-    case JsonType::string:
-      takeRawString();
-      break;
+    case JsonType::string: {
+      std::string skipped;
+      return takeString(skipped);
+    }
     case JsonType::number:
       takeNumber();
       break;
@@ -92,20 +107,6 @@ void JsonCursor::skip() {
 void JsonCursor::takeEnd() {
   takeBlanks();
   if (at_ != end_) fail("something follows its end");
-}
-
-std::string_view JsonCursor::takeRawString() {
-  if (!takeOne('"')) fail("a key is missing");
-  const char* const start = at_;
-  while (true) {
-    at_ += plainLength(rest());
-    if (at_ == end_) fail("a string without an end");
-    if (*at_ == '"') return {start, static_cast<std::size_t>(at_++ - start)};
-    std::string_view escape = rest();
-    if (escape.front() != '\\') fail("a control character in a string");
-    if (!takeEscape(escape)) fail("a bad escape in a string");
-    at_ = escape.data();
-  }
 }
 
 void JsonCursor::takeWord(std::string_view word) {

@@ -1,12 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
-
-#include "JsonText.h"
 
 namespace orivex {
 
@@ -26,7 +22,7 @@ class JsonCursor {
   JsonType type() const;
 
   /// Take the next value, which must be of that type.
-  std::string takeString();
+  void takeString(std::string& into);
   bool takeBoolean();
   /// The text of a number as it is written.
   std::string_view takeNumber();
@@ -47,7 +43,6 @@ class JsonCursor {
  private:
   template <class TakePart>
   void takeParts(char close, TakePart&& takePart);
-  std::string_view takeRawString();
   void takeWord(std::string_view word);
   bool takeOne(char c);
   void takeBlanks();
@@ -63,14 +58,11 @@ class JsonCursor {
 
 template <class OnField>
 void JsonCursor::takeObject(OnField&& onField) {
+  std::string key;
   takeParts('}', [&] {
-    const std::string_view raw = takeRawString();
+    takeString(key);
     takeColon();
-    if (raw.find('\\') == std::string_view::npos) {
-      onField(raw);
-    } else {
-      onField(std::string_view(unescaped(raw)));
-    }
+    onField(key);
   });
 }
 

@@ -1,15 +1,15 @@
 #pragma once
 
 #include <cstddef>
-#include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace orivex {
 
-/// A value that does not fit: on its way up the exception collects the path to the value, as in
+/// A value that does not fit. On its way up the exception collects the path to the value, as in
 /// "messageBody.customItems[2].customMenus".
-class JsonFault : public std::exception {
+class JsonFault {
  public:
   explicit JsonFault(std::string problem) : problem_(std::move(problem)) {}
 
@@ -18,8 +18,6 @@ class JsonFault : public std::exception {
 
   /// The path and the problem, in one line.
   std::string line() const { return path_.empty() ? problem_ : path_ + ": " + problem_; }
-
-  const char* what() const noexcept override { return problem_.c_str(); }
 
  private:
   void prependSegment(std::string segment);
@@ -30,7 +28,7 @@ class JsonFault : public std::exception {
 
 /// Does something with what lies under a key or at an index; a fault takes that along.
 template <class Segment, class Action>
-void within(Segment segment, Action&& action) {
+void within(const Segment& segment, Action&& action) {
   try {
     action();
   } catch (JsonFault& fault) {
@@ -38,5 +36,9 @@ void within(Segment segment, Action&& action) {
     throw;
   }
 }
+
+/// Foreign text made fit for a one-line message in UTF-8: what is long is cut short, and control characters, or bytes
+/// of text that is not UTF-8, become '?'.
+std::string printable(std::string_view text);
 
 }  // namespace orivex

@@ -1,18 +1,15 @@
 #include "JsonText.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
-
-#include <simdjson.h>
 
 namespace orivex {
 namespace {
 
-constexpr std::size_t longestShown = 40;
-
-constexpr bool isPlain(char c) {
-  return (static_cast<unsigned char>(c) >= 0x20) & (c != '"') & (c != '\\');
+constexpr unsigned char isSpecial(unsigned char c) {
+  return (c < 0x20) | (c == '"') | (c == '\\');
 }
 
 /// Takes the digits at the head of a text off it and tells how many there were.
@@ -28,74 +25,67 @@ bool takeOne(std::string_view& text, std::string_view anyOf) {
   return true;
 }
 
-/// Takes "\uXXXX" off the front of a text.
-std::optional<char32_t> takeCodeUnit(std::string_view& text) {
-  constexpr std::size_t length = 6;
-  if (text.size() < length || !text.starts_with("\\u")) return std::nullopt;
+constexpr std::size_t codeUnitLength = 6;
+
+/// The UTF-16 code unit that a text begins with as "\uXXXX".
+std::optional<char32_t> codeUnit(std::string_view text) {
+  if (text.size() < codeUnitLength || !text.starts_with("\\u")) return std::nullopt;
   std::uint16_t unit = 0;
-  const char* const end = text.data() + length;
+  const char* const end = text.data() + codeUnitLength;
   if (std::from_chars(text.data() + 2, end, unit, 16).ptr != end) return std::nullopt;
-  text.remove_prefix(length);
   return unit;
 }
 
+bool isHighSurrogate(char32_t unit) {
+  return unit >= 0xD800 && unit < 0xDC00;
+}
+bool isLowSurrogate(char32_t unit) {
+  return unit >= 0xDC00 && unit < 0xE000;
+}
+
 void appendUtf8(std::string& text, char32_t point) {
-  const auto byte = [&text](char32_t bits) { text += static_cast<char>(bits); };
-  if (point < 0x80) return byte(point);
-  if (point < 0x800) {
-    byte(0xC0 | point >> 6U);
-  } else {
-    if (point < 0x10000) {
-      byte(0xE0 | point >> 12U);
-    } else {
-      byte(0xF0 | point >> 18U);
-      byte(0x80 | (point >> 12U & 0x3F));
-    }
-    byte(0x80 | (point >> 6U & 0x3F));
-  }
-  byte(0x80 | (point & 0x3F));
+  const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
+  if (point < 0x80) return append(point);
+  constexpr std::array<char32_t, 4> firstBytes{0, 0xC0, 0xE0, 0xF0};
+  unsigned more = point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
+  append(firstBytes[more] | point >> 6 * more);
+  while (more-- > 0) append(0x80 | (point >> 6 * more & 0x3F));
 }
 
 }  // namespace
 
 std::size_t plainLength(std::string_view text) {
+  const auto at = [text](std::size_t index) { return static_cast<unsigned char>(text[index]); };
   std::size_t length = 0;
   // Whole blocks in a form of which compilers make vector instructions: photos are megabytes of plain text.
-  constexpr std::size_t blockSize = 16;
+  constexpr std::size_t blockSize = 32;
   for (; length + blockSize <= text.size(); length += blockSize) {
-    bool plain = true;
-    for (std::size_t i = 0; i < blockSize; ++i) plain &= isPlain(text[length + i]);
-    if (!plain) break;
+    unsigned char special = 0;
+    for (std::size_t i = 0; i < blockSize; ++i) special |= isSpecial(at(length + i));
+    if (special != 0) break;
   }
-  while (length < text.size() && isPlain(text[length])) ++length;
+  while (length < text.size() && !isSpecial(at(length))) ++length;
   return length;
 }
 
-std::optional<char32_t> takeEscape(std::string_view& text) {
-  if (const auto unit = takeCodeUnit(text)) {
-    if (*unit < 0xD800 || *unit > 0xDFFF) return unit;
-    const auto low = *unit < 0xDC00 ? takeCodeUnit(text) : std::nullopt;
-    if (!low || *low < 0xDC00 || *low > 0xDFFF) return std::nullopt;
-    return 0x10000 + ((*unit - 0xD800) << 10U) + (*low - 0xDC00);
-  }
+std::size_t appendUnescaped(std::string& text, std::string_view json) {
   constexpr std::string_view letters = R"("\/bfnrt)";
   constexpr std::string_view meanings = "\"\\/\b\f\n\r\t";
-  const std::size_t at = text.size() < 2 ? std::string_view::npos : letters.find(text[1]);
-  if (at == std::string_view::npos) return std::nullopt;
-  text.remove_prefix(2);
-  return static_cast<char32_t>(meanings[at]);
-}
-
-std::string unescaped(std::string_view raw) {
-  std::size_t backslash = raw.find('\\');
-  std::string text{raw.substr(0, backslash)};
-  while (backslash != std::string_view::npos) {
-    raw.remove_prefix(backslash);
-    appendUtf8(text, takeEscape(raw).value());
-    backslash = raw.find('\\');
-    text += raw.substr(0, backslash);
+  const std::size_t letter = json.size() < 2 ? std::string_view::npos : letters.find(json[1]);
+  if (letter != std::string_view::npos) {
+    text += meanings[letter];
+    return 2;
   }
-  return text;
+  const auto unit = codeUnit(json);
+  if (!unit || isLowSurrogate(*unit)) return 0;
+  if (!isHighSurrogate(*unit)) {
+    appendUtf8(text, *unit);
+    return codeUnitLength;
+  }
+  const auto low = codeUnit(json.substr(codeUnitLength));
+  if (!low || !isLowSurrogate(*low)) return 0;
+  appendUtf8(text, 0x10000 + ((*unit - 0xD800) << 10U) + (*low - 0xDC00));
+  return 2 * codeUnitLength;
 }
 
 bool isJsonNumber(std::string_view text) {
@@ -135,21 +125,5 @@ std::optional<Float> floatingNumber(std::string_view number) {
 
 template std::optional<double> floatingNumber(std::string_view);
 template std::optional<float> floatingNumber(std::string_view);
-
-std::string shown(std::string_view text) {
-  std::string line{text.substr(0, longestShown)};
-  if (text.size() > longestShown) {
-    constexpr auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
-    // A cut character would make the message invalid UTF-8. Of a character no more than three bytes can be in the way.
-    for (int i = 0; i < 3 && isContinuation(text[line.size()]); ++i) line.pop_back();
-    line += "...";
-  }
-  const unsigned char highest = simdjson::validate_utf8(line) ? 0xFF : 0x7E;
-  for (char& c : line) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F || byte > highest) c = '?';
-  }
-  return line;
-}
 
 }  // namespace orivex

@@ -12,12 +12,9 @@ namespace orivex {
 /// character.
 std::size_t plainLength(std::string_view text);
 
-/// The characters of a JSON string without its escapes. `raw` lies between the quotes and is known to be well-formed.
-std::string unescaped(std::string_view raw);
-
-/// Takes an escape, which begins with a backslash, off the front of a text. Nothing when it is not one; a surrogate is
-/// one only as the first half of a pair.
-std::optional<char32_t> takeEscape(std::string_view& text);
+/// Appends the character that the escape at the front of `json` stands for, and returns the length of the escape. 0
+/// when it is not one; a surrogate is one only as the first half of a pair.
+std::size_t appendUnescaped(std::string& text, std::string_view json);
 
 /// Whether a text is a number by the grammar of JSON, of whatever size.
 bool isJsonNumber(std::string_view text);
@@ -30,9 +27,5 @@ std::optional<std::int64_t> wholeNumber(std::string_view number);
 /// too large.
 template <class Float>
 std::optional<Float> floatingNumber(std::string_view number);
-
-/// Foreign text made fit for a one-line message in UTF-8: what is long is cut short, and control characters, or bytes
-/// of text that is not UTF-8, become '?'.
-std::string shown(std::string_view text);
 
 }  // namespace orivex

@@ -17,7 +17,7 @@
 #include "orivex/models/WebViewEnvModel.h"
 
 // The JSON of every record, on one page. Decoding and encoding are both driven by these tables: a new field is one line
-// here beside its member in the record.
+// here beside its member in the record. Members without a line are no part of the JSON.
 
 namespace orivex {
 
@@ -33,25 +33,11 @@ inline constexpr auto fieldsOf<MessageCustomFields> = std::tuple{
 };
 
 template <>
-inline constexpr auto fieldsOf<incoming::MessageCustomFields> = std::tuple{
-    field("key", &incoming::MessageCustomFields::key),
-    field("value", &incoming::MessageCustomFields::value),
-};
-
-template <>
 inline constexpr auto fieldsOf<MessageCustomMenus> = std::tuple{
     field("type", &MessageCustomMenus::type),
     field("title", &MessageCustomMenus::title),
     field("command", &MessageCustomMenus::command),
     field("visible", &MessageCustomMenus::visible),
-};
-
-template <>
-inline constexpr auto fieldsOf<incoming::MessageCustomMenus> = std::tuple{
-    field("type", &incoming::MessageCustomMenus::type),
-    field("title", &incoming::MessageCustomMenus::title),
-    field("command", &incoming::MessageCustomMenus::command),
-    field("visible", &incoming::MessageCustomMenus::visible),
 };
 
 template <>
@@ -160,11 +146,8 @@ inline constexpr auto fieldsOf<incoming::MessageBody> = std::tuple{
 
 template <>
 inline constexpr auto fieldsOf<MessageModel> = std::tuple{
-    never("messageUUId", &MessageModel::messageUUId),
     field("mId", &MessageModel::mId),
     field("createTime", &MessageModel::createTime),
-    never("timestamp", &MessageModel::timestamp),
-    never("timeFormatInfo", &MessageModel::timeFormatInfo),
     field("cMid", &MessageModel::cMid),
     field("mType", &MessageModel::mType),
     field("messageBody", &MessageModel::messageBody),

@@ -38,7 +38,6 @@ TEST(Base64, AgreesWithTheStandardsExamples) {
 TEST(Base64, EveryByteSurvivesAtEveryPlaceAndLength) {
   Bytes bytes;
   for (unsigned i = 0; i < 1027; ++i) {
-    EXPECT_EQ(base64Encode(bytes).size(), base64Length(bytes.size()));
     ASSERT_EQ(base64Decode(base64Encode(bytes)), bytes) << "length " << i;
     bytes.push_back(static_cast<std::uint8_t>(i * 7 + i / 256));
   }
@@ -57,10 +56,10 @@ TEST(Base64, RefusesWhatItWouldNotWrite) {
   EXPECT_EQ(base64Decode("AQ\xC3\xA9"), std::nullopt);
 }
 
-TEST(Base64, WritesNoFurtherThanItSays) {
-  std::string memory(base64Length(4) + 1, '#');
-  base64Encode(bytesOf("foob"), memory.data());
-  EXPECT_EQ(memory, "Zm9vYg==#");
+TEST(Base64, IsAppendedToWhatIsThere) {
+  std::string text = "data:";
+  appendBase64(text, bytesOf("foob"));
+  EXPECT_EQ(text, "data:Zm9vYg==");
 }
 
 }  // namespace

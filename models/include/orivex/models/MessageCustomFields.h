@@ -14,14 +14,7 @@ struct MessageCustomFields {
 };
 
 namespace incoming {
-
-/// A card's key/value line as the page reports it. Decode-only.
-struct MessageCustomFields {
-  std::optional<std::string> key{};
-  std::optional<std::string> value{};
-
-  bool operator==(const MessageCustomFields&) const = default;
-};
-
+/// A card's key/value line as the page reports it: the same keys.
+using orivex::MessageCustomFields;
 }  // namespace incoming
 }  // namespace orivex

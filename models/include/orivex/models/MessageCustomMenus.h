@@ -18,16 +18,7 @@ struct MessageCustomMenus {
 };
 
 namespace incoming {
-
-/// A card's menu as the page reports it. Decode-only.
-struct MessageCustomMenus {
-  std::optional<std::int64_t> type{};
-  std::optional<std::string> title{};
-  std::optional<std::string> command{};
-  std::optional<std::vector<std::string>> visible{};
-
-  bool operator==(const MessageCustomMenus&) const = default;
-};
-
+/// A card's menu as the page reports it: the same keys.
+using orivex::MessageCustomMenus;
 }  // namespace incoming
 }  // namespace orivex
