@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -31,7 +30,7 @@ std::atomic<bool>& enabledFlag() {
 
 struct SinkHolder {
   std::recursive_mutex mutex;
-  std::shared_ptr<const Sink> sink;
+  Sink sink;
   bool isInSink = false;
 };
 
@@ -51,44 +50,32 @@ std::string_view cut(std::string_view text) {
   return text.substr(0, end);
 }
 
-void appendByte(std::string& line, char character) {
-  static constexpr char hex[] = "0123456789abcdef";
-  const auto byte = static_cast<unsigned char>(character);
-  line += "\\x";
-  line += hex[byte >> 4U];
-  line += hex[byte & 0xFU];
+// Whether a terminal obeys the character at `index`: ASCII's controls, and U+0080 to U+009F, which are two bytes.
+bool isControl(std::string_view text, std::size_t index) {
+  const auto byteAt = [text](std::size_t at) { return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U; };
+  const auto isLongControl = [&](std::size_t at) {
+    return byteAt(at) == 0xC2 && byteAt(at + 1) >= 0x80 && byteAt(at + 1) < 0xA0;
+  };
+  return byteAt(index) < 0x20 || byteAt(index) == 0x7F || isLongControl(index) ||
+         (index > 0 && isLongControl(index - 1));
 }
 
-// U+0080 to U+009F: control characters in two bytes, to which terminals listen as well.
-bool isLongControl(std::string_view text) {
-  return text.size() > 1 && text[0] == '\xC2' && isContinuationByte(text[1]) &&
-         static_cast<unsigned char>(text[1]) < 0xA0;
-}
-
-void appendEscaped(std::string& line, char character, bool quoted) {
-  const auto byte = static_cast<unsigned char>(character);
-  switch (character) {
-    case '\n':
-      line += "\\n";
-      return;
-    case '\r':
-      line += "\\r";
-      return;
-    case '\t':
-      line += "\\t";
-      return;
-    case '"':
-    case '\\':
-      if (quoted) line += '\\';
-      line += character;
-      return;
-    default:
-      break;
-  }
-  if (byte < 0x20 || byte == 0x7F) {
-    appendByte(line, character);
-  } else {
-    line += character;
+void appendShown(std::string& line, std::string_view text, bool quoted) {
+  constexpr std::string_view breaks = "\n\r\t";
+  constexpr std::string_view letters = "nrt";
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const char c = text[index];
+    if (const auto at = breaks.find(c); at != std::string_view::npos) {
+      line += '\\';
+      line += letters[at];
+    } else if (isControl(text, index)) {
+      char escape[5];
+      std::snprintf(escape, sizeof escape, "\\x%02x", static_cast<unsigned>(static_cast<unsigned char>(c)));
+      line += escape;
+    } else {
+      if (quoted && (c == '"' || c == '\\')) line += '\\';
+      line += c;
+    }
   }
 }
 
@@ -97,41 +84,23 @@ std::string entry(std::string_view text, bool quoted) {
   std::string line;
   line.reserve(shown.size() + 32);
   if (quoted) line += '"';
-  for (std::size_t index = 0; index < shown.size(); ++index) {
-    if (isLongControl(shown.substr(index))) {
-      appendByte(line, shown[index]);
-      appendByte(line, shown[++index]);
-    } else {
-      appendEscaped(line, shown[index], quoted);
-    }
-  }
+  appendShown(line, shown, quoted);
   if (shown.size() < text.size()) line += "... (" + std::to_string(text.size()) + " bytes)";
   if (quoted) line += '"';
   return line;
 }
 
-// Marks the time in which a sink runs, however it ends.
-class InSink {
- public:
-  explicit InSink(bool& mark) : mark_(mark) { mark = true; }
-  InSink(const InSink&) = delete;
-  InSink& operator=(const InSink&) = delete;
-  ~InSink() { mark_ = false; }
-
- private:
-  bool& mark_;
-};
-
 void write(const std::string& line) {
   auto& target = holder();
   const std::lock_guard lock(target.mutex);
-  if (target.sink && !target.isInSink) {
-    const auto sink = target.sink;  // which may replace itself
-    const InSink mark(target.isInSink);
-    (*sink)(line);
-  } else {
+  if (!target.sink || target.isInSink) {
     std::fprintf(stderr, "%s\n", line.c_str());
+    return;
   }
+  target.isInSink = true;
+  const Sink sink = target.sink;  // which may replace itself
+  sink(line);
+  target.isInSink = false;
 }
 
 }  // namespace
@@ -139,7 +108,7 @@ void write(const std::string& line) {
 void setSink(Sink sink) {
   auto& target = holder();
   const std::lock_guard lock(target.mutex);
-  target.sink = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
+  target.sink = std::move(sink);
 }
 
 void setEnabled(bool enabled) {

@@ -8,7 +8,7 @@
 namespace orivex::log {
 
 /// Receives one line without its line break; may be called on any thread, one call at a time. What it logs itself goes
-/// to standard error.
+/// to standard error. It must not throw.
 using Sink = std::function<void(std::string_view line)>;
 
 /// Replaces the sink; an empty one brings back standard error.
