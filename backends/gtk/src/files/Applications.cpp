@@ -8,7 +8,7 @@
 
 #include <gdk/gdk.h>
 
-#include "../Contained.h"
+#include "../glib/AsyncCallback.h"
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
@@ -87,15 +87,6 @@ std::string extensionOf(const Url& url) {
   return std::string(dot == std::string_view::npos ? "" : name.substr(dot + 1));
 }
 
-void launched(GObject* source, GAsyncResult* result, gpointer) noexcept {
-  GError* raised = nullptr;
-  g_app_info_launch_uris_finish(G_APP_INFO(source), result, &raised);
-  const GErrorPtr error(raised);
-  contained([&] {
-    if (error) log::print(std::string("Error opening a file: ") + error->message);
-  });
-}
-
 }  // namespace
 
 List applicationsFor(const Url& file, const TypeRegistry& types) {
@@ -113,7 +104,13 @@ void launch(GAppInfo* application, const Url& file) {
       G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(gdk_display_get_default())));
   std::string address = file.absoluteString();
   GList addresses{address.data(), nullptr, nullptr};
-  g_app_info_launch_uris_async(application, &addresses, context.get(), nullptr, launched, nullptr);
+  const auto launched = asyncCallback([](GObject* source, GAsyncResult* result) {
+    GError* raised = nullptr;
+    g_app_info_launch_uris_finish(G_APP_INFO(source), result, &raised);
+    const GErrorPtr error(raised);
+    if (error) log::print(std::string("Error opening a file: ") + error->message);
+  });
+  g_app_info_launch_uris_async(application, &addresses, context.get(), nullptr, launched.function, launched.data);
 }
 
 }  // namespace orivex::gtk

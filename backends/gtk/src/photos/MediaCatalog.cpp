@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
+#include <unordered_map>
 
 #include <glib.h>
 
@@ -36,8 +38,6 @@ void tellApart(std::vector<Album>& albums) {
 
 MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots, bool isComplete)
     : isComplete_(isComplete) {
-  byPath_.reserve(items.size());
-  for (const auto& item : items) byPath_.emplace(item->path, item);
   auto all = std::make_shared<MediaItems>(std::move(items));
   std::sort(all->begin(), all->end(), [](const auto& one, const auto& other) { return isShownBefore(*one, *other); });
 
@@ -59,8 +59,9 @@ MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots
 }
 
 MediaItemPtr MediaCatalog::find(const std::string& path) const {
-  const auto found = byPath_.find(path);
-  return found == byPath_.end() ? nullptr : found->second;
+  const auto& all = *albums_.front().items;
+  const auto found = std::find_if(all.begin(), all.end(), [&](const auto& item) { return item->path == path; });
+  return found == all.end() ? nullptr : *found;
 }
 
 }  // namespace orivex::gtk

@@ -2,8 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "MediaItem.h"
@@ -28,7 +26,6 @@ struct Album {
 /// The library at one moment. It never changes, so that threads can share it.
 class MediaCatalog {
  public:
-  MediaCatalog() = default;
   /// `items` in any order.
   MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots, bool isComplete);
 
@@ -43,7 +40,6 @@ class MediaCatalog {
   MediaItemPtr find(const std::string& path) const;
 
  private:
-  std::unordered_map<std::string_view, MediaItemPtr> byPath_;
   std::vector<Album> albums_;
   bool isComplete_ = false;
 };

@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include "../ui/StyleSheet.h"
 #include "../ui/Widgets.h"
 #include "FolderScan.h"
 #include "MediaTexts.h"
@@ -84,7 +85,7 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, Photo
 }
 
 void PhotoSheet::build() {
-  installPhotoStyle();
+  installStyle(photoStyle);
   pages_ = gtk_stack_new();
   gtk_stack_set_vhomogeneous(GTK_STACK(pages_), FALSE);
   gtk_stack_set_hhomogeneous(GTK_STACK(pages_), FALSE);

@@ -1,10 +1,7 @@
 #include "ThumbnailCache.h"
 
 #include <array>
-#include <charconv>
-#include <cstring>
 #include <string_view>
-#include <vector>
 
 #include <glib/gstdio.h>
 #include <sys/stat.h>
@@ -77,10 +74,7 @@ GRef<GdkPixbuf> readFresh(const std::filesystem::path& path, const MediaItem& it
 std::optional<double> durationIn(GdkPixbuf* picture) {
   if (g_strcmp0(gdk_pixbuf_get_option(picture, softwareKey), software) != 0) return std::nullopt;
   const char* const text = gdk_pixbuf_get_option(picture, durationKey);
-  if (!text) return std::nullopt;
-  double value = 0;
-  const auto [end, error] = std::from_chars(text, text + std::strlen(text), value);
-  return error == std::errc{} && *end == '\0' ? std::optional(value) : std::nullopt;
+  return text ? std::optional(g_ascii_strtod(text, nullptr)) : std::nullopt;
 }
 
 // Modification times are kept in seconds: a file that changes twice in one would keep the first one's thumbnail.
@@ -91,29 +85,13 @@ bool isSettled(const MediaItem& item) {
 }
 
 void writePicture(const std::filesystem::path& path, const MediaItem& item, const Thumbnail& thumbnail) {
-  const std::string uri = uriOf(item);
-  const std::string modified = seconds(item);
-  std::string duration;
-  std::vector<char*> keys;
-  std::vector<char*> values;
-  const auto add = [&](const char* key, const char* value) {
-    keys.push_back(const_cast<char*>(key));
-    values.push_back(const_cast<char*>(value));
-  };
-  add(uriKey, uri.c_str());
-  add(modifiedKey, modified.c_str());
-  add(softwareKey, software);
-  if (thumbnail.duration) {
-    std::array<char, G_ASCII_DTOSTR_BUF_SIZE> buffer{};
-    duration = g_ascii_dtostr(buffer.data(), buffer.size(), *thumbnail.duration);
-    add(durationKey, duration.c_str());
-  }
-  keys.push_back(nullptr);
-  values.push_back(nullptr);
+  std::array<char, G_ASCII_DTOSTR_BUF_SIZE> duration{};
+  if (thumbnail.duration) g_ascii_dtostr(duration.data(), duration.size(), *thumbnail.duration);
   char* contents = nullptr;
   gsize length = 0;
-  if (!gdk_pixbuf_save_to_bufferv(thumbnail.picture.get(), &contents, &length, "png", keys.data(), values.data(),
-                                  nullptr)) {
+  if (!gdk_pixbuf_save_to_buffer(thumbnail.picture.get(), &contents, &length, "png", nullptr, uriKey,
+                                 uriOf(item).c_str(), modifiedKey, seconds(item).c_str(), softwareKey, software,
+                                 thumbnail.duration ? durationKey : nullptr, duration.data(), nullptr)) {
     return;
   }
   const GCharPtr owned(contents);

@@ -45,6 +45,11 @@ void load(const MediaItem& item, ThumbnailSize size, const ThumbnailCache& cache
 
 }  // namespace
 
+// To free hundreds of pictures takes a moment, and so does the sheet around that goes in this one.
+ThumbnailLoader::~ThumbnailLoader() {
+  queue_.async([kept = std::move(kept_)] {});
+}
+
 const LoadedThumbnail* ThumbnailLoader::find(const MediaItemPtr& item) {
   const auto found = std::find_if(kept_.begin(), kept_.end(), [&](const auto& known) { return known.first == item; });
   if (found == kept_.end()) return nullptr;

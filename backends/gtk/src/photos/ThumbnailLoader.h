@@ -33,6 +33,9 @@ class ThumbnailLoader {
 
   ThumbnailLoader(MainQueue& queue, const MediaReader& reader, ThumbnailCache cache, ThumbnailSize size)
       : queue_(queue), reader_(reader), cache_(std::move(cache)), size_(size) {}
+  ThumbnailLoader(const ThumbnailLoader&) = delete;
+  ThumbnailLoader& operator=(const ThumbnailLoader&) = delete;
+  ~ThumbnailLoader();
 
   /// What is in memory; null when nothing is. Those that were not looked for longest go first.
   const LoadedThumbnail* find(const MediaItemPtr& item);

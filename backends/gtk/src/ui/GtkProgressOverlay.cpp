@@ -65,7 +65,7 @@ void GtkProgressOverlay::dismiss() {
 
 void GtkProgressOverlay::offer(std::optional<OverlayOffer> offer) {
   auto* const over = offer ? overlayOf(shownIn(application_, offer->window)) : nullptr;
-  bar_ = over ? std::make_unique<OverlayBar>(over, *std::move(offer)) : nullptr;
+  bar_ = over ? std::make_unique<OverlayBar>(over, *offer) : nullptr;
 }
 
 }  // namespace orivex::gtk

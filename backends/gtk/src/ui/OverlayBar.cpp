@@ -1,7 +1,5 @@
 #include "OverlayBar.h"
 
-#include <utility>
-
 #include "StyleSheet.h"
 #include "Widgets.h"
 
@@ -20,20 +18,17 @@ constexpr const char* css = R"css(
 
 }  // namespace
 
-OverlayBar::OverlayBar(GtkOverlay* parent, OverlayOffer offer) : offer_(std::move(offer)) {
+OverlayBar::OverlayBar(GtkOverlay* parent, const OverlayOffer& offer) {
   installStyle(css);
-  GtkWidget* const label = gtk_label_new(offer_.status.c_str());
+  GtkWidget* const label = gtk_label_new(offer.status.c_str());
   gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
   GtkWidget* const retry = styled(gtk_button_new_with_label("重试"), "flat");
   gtk_widget_set_name(retry, "overlay-retry");
   GtkWidget* const drop = styled(gtk_button_new_from_icon_name("window-close-symbolic"), "flat");
   setAccessibleLabel(drop, "不再发送");
   // Either may end this bar.
-  const auto call = [](const std::function<void()>& act) {
-    if (const auto kept = act) kept();
-  };
-  connections_.add(retry, "clicked", [this, call] { call(offer_.retry); });
-  connections_.add(drop, "clicked", [this, call] { call(offer_.drop); });
+  if (offer.retry) connections_.add(retry, "clicked", [act = offer.retry] { act(); });
+  if (offer.drop) connections_.add(drop, "clicked", [act = offer.drop] { act(); });
 
   GtkWidget* const bar = boxNew(GTK_ORIENTATION_HORIZONTAL, spacing, {label, retry, drop});
   bar_ = GRef<GtkWidget>::sink(styled(bar, "orivex-offer"));

@@ -12,7 +12,7 @@ namespace orivex::gtk {
 /// The bar of an offer at the top of one GtkOverlay, until this object goes: a text, "重试" and "✕".
 class OverlayBar {
  public:
-  OverlayBar(GtkOverlay* parent, OverlayOffer offer);
+  OverlayBar(GtkOverlay* parent, const OverlayOffer& offer);
   OverlayBar(const OverlayBar&) = delete;
   OverlayBar& operator=(const OverlayBar&) = delete;
   ~OverlayBar();
@@ -21,7 +21,6 @@ class OverlayBar {
   void raise();
 
  private:
-  OverlayOffer offer_;
   GRef<GtkWidget> bar_;
   SignalConnections connections_;
 };

@@ -5,29 +5,16 @@
 #include <string_view>
 #include <utility>
 
-#include "../Contained.h"
+#include "../glib/AsyncCallback.h"
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
 
 namespace orivex::gtk {
 
-/// One object on a bus.
-struct SessionWatch::Peer {
-  std::string name;
-  std::string path;
-  std::string interface;
-};
-
-/// What a proxy under way is for.
-struct SessionWatch::ProxyRequest {
-  SessionWatch& owner;
-  void (SessionWatch::*use)(GRef<GDBusProxy>);
-};
-
 namespace {
 
-constexpr const char* loginName = "org.freedesktop.login1";
+constexpr const char* login = "org.freedesktop.login1";
 
 using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
 
@@ -46,12 +33,11 @@ bool boolIn(GVariant* parameters) {
 
 SessionWatch::SessionWatch(std::function<void()> changed)
     : changed_(std::move(changed)), cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())) {
-  makeProxy(G_BUS_TYPE_SYSTEM, {loginName, "/org/freedesktop/login1", "org.freedesktop.login1.Manager"},
+  makeProxy(G_BUS_TYPE_SYSTEM, login, "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
             &SessionWatch::useManager);
-  makeProxy(G_BUS_TYPE_SESSION,
-            {"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", "org.freedesktop.ScreenSaver"},
-            &SessionWatch::useScreenSaver);
-  makeProxy(G_BUS_TYPE_SESSION, {"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"},
+  makeProxy(G_BUS_TYPE_SESSION, "org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver",
+            "org.freedesktop.ScreenSaver", &SessionWatch::useScreenSaver);
+  makeProxy(G_BUS_TYPE_SESSION, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver",
             &SessionWatch::useScreenSaver);
 }
 
@@ -59,26 +45,19 @@ SessionWatch::~SessionWatch() {
   g_cancellable_cancel(cancellable_.get());
 }
 
-void SessionWatch::makeProxy(GBusType bus, const Peer& peer, void (SessionWatch::*use)(GRef<GDBusProxy>)) {
-  auto request = std::make_unique<ProxyRequest>(ProxyRequest{*this, use});
-  // Nobody is started to be asked whether he is there.
-  g_dbus_proxy_new_for_bus(bus, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START, nullptr, peer.name.c_str(), peer.path.c_str(),
-                           peer.interface.c_str(), cancellable_.get(), proxyMade, request.release());
-}
-
-void SessionWatch::proxyMade(GObject* /*source*/, GAsyncResult* result, gpointer data) noexcept {
-  const std::unique_ptr<ProxyRequest> request(static_cast<ProxyRequest*>(data));
-  GError* raised = nullptr;
-  auto proxy = GRef<GDBusProxy>::adopt(g_dbus_proxy_new_for_bus_finish(result, &raised));
-  const GErrorPtr error(raised);
-  if (isCancelled(error)) return;  // the owner is gone
-  contained([&] {
-    if (proxy) {
-      (request->owner.*request->use)(std::move(proxy));
-    } else {
-      request->owner.tellOnce(error->message);
-    }
+void SessionWatch::makeProxy(GBusType bus, const char* name, const char* path, const char* interface,
+                             void (SessionWatch::*use)(GRef<GDBusProxy>)) {
+  const auto made = asyncCallback([this, use](GObject* /*source*/, GAsyncResult* result) {
+    GError* raised = nullptr;
+    auto proxy = GRef<GDBusProxy>::adopt(g_dbus_proxy_new_for_bus_finish(result, &raised));
+    const GErrorPtr error(raised);
+    if (isCancelled(error)) return;  // this has gone
+    if (!proxy) return tellOnce(error->message);
+    (this->*use)(std::move(proxy));
   });
+  // Nobody is started to be asked whether he is there.
+  g_dbus_proxy_new_for_bus(bus, G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START, nullptr, name, path, interface,
+                           cancellable_.get(), made.function, made.data);
 }
 
 void SessionWatch::useManager(GRef<GDBusProxy> manager) {
@@ -91,25 +70,20 @@ void SessionWatch::useManager(GRef<GDBusProxy> manager) {
     settle();
   });
   // "auto": the session of this process or, for one started by the user's service manager, the one on the display.
-  g_dbus_proxy_call(manager_.get(), "GetSession", g_variant_new("(s)", "auto"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
-                    cancellable_.get(), sessionFound, this);
-}
-
-void SessionWatch::sessionFound(GObject* source, GAsyncResult* result, gpointer data) noexcept {
-  GError* raised = nullptr;
-  const GVariantPtr reply(g_dbus_proxy_call_finish(G_DBUS_PROXY(source), result, &raised));
-  const GErrorPtr error(raised);
-  if (isCancelled(error)) return;
-  contained([&] {
-    auto& self = *static_cast<SessionWatch*>(data);
+  const auto found = asyncCallback([this](GObject* source, GAsyncResult* result) {
+    GError* raised = nullptr;
+    const GVariantPtr reply(g_dbus_proxy_call_finish(G_DBUS_PROXY(source), result, &raised));
+    const GErrorPtr error(raised);
+    if (isCancelled(error)) return;
     if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(o)"))) {
-      self.tellOnce(error ? error->message : "the login manager answers something else");
-      return;
+      return tellOnce(error ? error->message : "the login manager answers something else");
     }
     const char* path = nullptr;
     g_variant_get(reply.get(), "(&o)", &path);
-    self.makeProxy(G_BUS_TYPE_SYSTEM, {loginName, path, "org.freedesktop.login1.Session"}, &SessionWatch::useSession);
+    makeProxy(G_BUS_TYPE_SYSTEM, login, path, "org.freedesktop.login1.Session", &SessionWatch::useSession);
   });
+  g_dbus_proxy_call(manager_.get(), "GetSession", g_variant_new("(s)", "auto"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
+                    cancellable_.get(), found.function, found.data);
 }
 
 void SessionWatch::useSession(GRef<GDBusProxy> session) {

@@ -28,13 +28,8 @@ class SessionWatch {
   bool isAway() const { return away_; }
 
  private:
-  struct Peer;
-  struct ProxyRequest;
-
-  void makeProxy(GBusType bus, const Peer& peer, void (SessionWatch::*use)(GRef<GDBusProxy>));
-  static void proxyMade(GObject* source, GAsyncResult* result, gpointer data) noexcept;
-  static void sessionFound(GObject* source, GAsyncResult* result, gpointer data) noexcept;
-
+  void makeProxy(GBusType bus, const char* name, const char* path, const char* interface,
+                 void (SessionWatch::*use)(GRef<GDBusProxy>));
   void useManager(GRef<GDBusProxy> manager);
   void useSession(GRef<GDBusProxy> session);
   void useScreenSaver(GRef<GDBusProxy> saver);
