@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <chrono>
 #include <memory>
 
 #include <gst/app/app.h>
@@ -6,11 +7,14 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include "../GtkFixture.h"
 #include "FreeWith.h"
+#include "GlibMainQueue.h"
 #include "TemporaryFolder.h"
 #include "VideoFiles.h"
 #include "glib/GRef.h"
-#include "video/FrameMemory.h"
+#include "video/ClipPlayer.h"
+#include "video/Pipeline.h"
 
 namespace orivex::gtk {
 namespace {
@@ -19,7 +23,6 @@ namespace {
 void* pageOfFirstFrame(const std::string& source) {
   const auto pipeline =
       GRef<GstElement>::sink(gst_parse_launch((source + " ! tee ! queue ! appsink name=frames").c_str(), nullptr));
-  keepFramesInPages(*pipeline.get());
   gst_element_set_state(pipeline.get(), GST_STATE_PLAYING);
   const auto sink = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(pipeline.get()), "frames"));
   std::unique_ptr<GstSample, FreeWith<gst_sample_unref>> frame(
@@ -35,7 +38,7 @@ void* pageOfFirstFrame(const std::string& source) {
 }
 
 TEST(FrameMemory, GoesBackToTheSystemWhicheverElementMadeTheFrame) {
-  gst_init(nullptr, nullptr);
+  prepareGStreamer();
   const TemporaryFolder folder;
   const auto clip = folder.path() / "clip.avi";
   writeMedia(clip, "videotestsrc num-buffers=8 ! video/x-raw,format=I420,width=1280,height=720 ! jpegenc ! avimux");
@@ -54,15 +57,27 @@ TEST(FrameMemory, GoesBackToTheSystemWhicheverElementMadeTheFrame) {
   }
 }
 
-TEST(FrameMemory, EndsWithAVideoThatAsksForMoreThanThereIs) {
-  gst_init(nullptr, nullptr);
-  const auto source = [](const char* width) {
-    return "videotestsrc num-buffers=1 ! video/x-raw,format=I420,height=10000,width=" + std::string(width);
+TEST(FrameMemory, OfAVideoIsRefusedBeyondTheLargestFrame) {
+  GlibMainQueue queue;
+  WorkerPool worker(1, std::chrono::seconds(1));
+  const TemporaryFolder folder;
+  const auto plays = [&](const char* size) {
+    const auto path = folder.path() / "clip.mkv";
+    writeMedia(path,
+               "videotestsrc num-buffers=1 ! video/x-raw,format=I420," + std::string(size) + " ! jpegenc ! matroskamux");
+    bool hasFailed = false;
+    bool hasEnded = false;
+    const ClipPlayer player({queue, worker}, path.string(), {360, 640},
+                            {.show = [](const GRef<GdkTexture>&) {},
+                             .ended = [&] { hasEnded = true; },
+                             .failed = [&] { hasFailed = true; }});
+    EXPECT_TRUE(wait([&] { return hasFailed || hasEnded; }, 20)) << size;
+    return hasEnded;
   };
-  for (int twice = 0; twice < 2; ++twice) {
-    EXPECT_EQ(pageOfFirstFrame(source("40000")), nullptr) << "600 MB";
-    EXPECT_NE(pageOfFirstFrame(source("20000")), nullptr) << "what was given back counts on";
-  }
+  EXPECT_TRUE(plays("width=6144,height=3456"));
+  EXPECT_TRUE(plays("width=3456,height=6144"));
+  EXPECT_FALSE(plays("width=6160,height=3456"));
+  EXPECT_FALSE(plays("width=5000,height=5000"));
 }
 
 }  // namespace

@@ -13,13 +13,20 @@
 namespace orivex::gtk {
 namespace {
 
-constexpr int pictureAndSound = 3;  // of playbin's flags
+// playbin's flags; pictures come as they are decoded, so that a size which is refused takes no memory.
+constexpr int pictureAndSound = 0x3 | 0x40;
+
+// A file that was harmless at first may ask for any size later. Sixteen frames of this, which is as many as decoders
+// keep, take 512 MiB.
+constexpr const char* largestFrames =
+    "capsfilter caps=\"video/x-raw(ANY),width=[1,6144],height=[1,3456];"
+    "video/x-raw(ANY),width=[1,3456],height=[1,6144]\" ! ";
 
 ElementOrError build(const std::string& path, Size area, const std::shared_ptr<FrameFeed>& feed) {
   if (!isVideoContainerAt(path.c_str())) return pipelineError(path + " is not a video");
   auto player = GRef<GstElement>::sink(gst_element_factory_make("playbin", nullptr));
   if (!player) return pipelineError("no player is installed");
-  auto made = parseBin(previewBranch(true));
+  auto made = parseBin(largestFrames + previewBranch(true));
   if (std::holds_alternative<PipelineError>(made)) return made;
   auto* const sink = std::get<GRef<GstElement>>(made).get();
   connectPreview(*sink, area, false, feed);

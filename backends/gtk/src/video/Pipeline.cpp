@@ -4,10 +4,10 @@
 #include <utility>
 
 #include <gst/gst.h>
+#include <malloc.h>
 
 #include "Contained.h"
 #include "glib/GMemory.h"
-#include "video/FrameMemory.h"
 #include "video/GstPointers.h"
 
 namespace orivex::gtk {
@@ -93,7 +93,6 @@ Pipeline::Pipeline(PipelineThreads threads, Build build, Handlers handlers, std:
           main.async([report, told = *error] { report(told); });
           return;
         }
-        keepFramesInPages(*std::get<GRef<GstElement>>(made).get());
         core->element.reset(GST_ELEMENT(gst_object_ref(std::get<GRef<GstElement>>(made).get())));
         BusListener::listen(*core->element, main, report, needsDevice);
         // Elements tell on the bus why they refuse; the few that do not are spoken for here, later than those that do.
@@ -122,6 +121,10 @@ void Pipeline::fail(const PipelineError& error) {
 }
 
 void prepareGStreamer() {
+  // The C library would keep a few frames for each streaming thread, up to eight regions a processor, for as long as
+  // the process lives: from this size on, memory goes back to the system when it is let go of.
+  constexpr int smallestFrame = 256 * 1024;
+  [[maybe_unused]] static const int set = mallopt(M_MMAP_THRESHOLD, smallestFrame);
   gst_init(nullptr, nullptr);
 }
 

@@ -48,7 +48,7 @@ class Pipeline {
   Alive alive_;
 };
 
-/// Loads GStreamer. Any thread; the first call may take long.
+/// Loads GStreamer, and bounds what the process keeps of frames. Any thread; the first call may take long.
 void prepareGStreamer();
 
 }  // namespace orivex::gtk
