@@ -63,8 +63,8 @@ TEST(FrameMemory, OfAVideoIsRefusedBeyondTheLargestFrame) {
   const TemporaryFolder folder;
   const auto plays = [&](const char* size) {
     const auto path = folder.path() / "clip.mkv";
-    writeMedia(path,
-               "videotestsrc num-buffers=1 ! video/x-raw,format=I420," + std::string(size) + " ! jpegenc ! matroskamux");
+    writeMedia(
+        path, "videotestsrc num-buffers=1 ! video/x-raw,format=I420," + std::string(size) + " ! jpegenc ! matroskamux");
     bool hasFailed = false;
     bool hasEnded = false;
     const ClipPlayer player({queue, worker}, path.string(), {360, 640},
