@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "orivex/Export.h"
 #include "orivex/models/Bytes.h"
 #include "orivex/models/MessageCustomFields.h"
 #include "orivex/models/MessageCustomItems.h"
@@ -55,7 +56,7 @@ struct MessageBody {
   std::optional<std::map<std::string, std::string>> businessProps{};
 
   /// The record as JSON; empty when it cannot be encoded.
-  std::string getJsonString() const;
+  ORIVEX_API std::string getJsonString() const;
 
   bool operator==(const MessageBody&) const = default;
 };

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "orivex/Export.h"
 #include "orivex/models/MessageBody.h"
 
 namespace orivex {
@@ -15,7 +16,7 @@ namespace orivex {
 struct MessageModel {
   /// Stores the arguments and makes a fresh `messageUUId`.
   /// @throws std::system_error when the system has no random numbers to give.
-  explicit MessageModel(std::optional<std::int64_t> mId = {}, std::optional<double> createTime = {},
+  ORIVEX_API explicit MessageModel(std::optional<std::int64_t> mId = {}, std::optional<double> createTime = {},
                         std::optional<double> timestamp = {}, std::optional<std::string> timeFormatInfo = {},
                         std::optional<std::string> cMid = {}, std::optional<std::int64_t> mType = {},
                         std::shared_ptr<MessageBody> messageBody = {}, std::optional<std::string> optionSelected = {},

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "orivex/Export.h"
+
 namespace orivex {
 
 /// Who the visitor is, told by the host. Shared by reference between host and component: hold it in a
@@ -20,10 +22,10 @@ struct UserMappingModel {
   /// The record's share of the chat page's address: identity, device, application and environment as URL query pairs,
   /// an absent field as empty text. Values are inserted as they are, without percent-encoding, so that a host may pass
   /// an encoded value; name, phone and e-mail stay out of addresses.
-  std::string toURLQuery() const;
+  ORIVEX_API std::string toURLQuery() const;
 
   /// The record as JSON; nothing when it cannot be encoded.
-  std::optional<std::string> getJsonString() const;
+  ORIVEX_API std::optional<std::string> getJsonString() const;
 
   bool operator==(const UserMappingModel&) const = default;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orivex/Export.h"
+
 namespace orivex {
 
 class Animator;
@@ -49,12 +51,12 @@ struct Platform {
   RecordPermission& recordPermission;
 
   /// Makes `platform` the one in use. The caller keeps it alive; null takes it away again.
-  static void install(const Platform* platform);
+  ORIVEX_API static void install(const Platform* platform);
 
-  static bool isInstalled();
+  ORIVEX_API static bool isInstalled();
 
   /// The one in use. Without one the process stops: the host must install a backend first.
-  static const Platform& current();
+  ORIVEX_API static const Platform& current();
 };
 
 }  // namespace orivex

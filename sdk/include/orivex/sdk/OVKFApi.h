@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ui/ViewController.h"
 #include "orivex/sdk/Conversation.h"
@@ -30,7 +31,7 @@ struct WebEngineHandlers;
 ///     auto chat = std::make_shared<orivex::OVKFApi>();
 ///     chat->startSession("https://chat.example", "entry", "key", user);
 ///     window->rootViewController()->present(chat, true);
-class OVKFApi : public ViewController {
+class ORIVEX_API OVKFApi : public ViewController {
  public:
   OVKFApi();
   ~OVKFApi() override;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {
@@ -17,7 +18,7 @@ struct UserMappingModel;
 /// replaced; its properties are plain storage for the main thread.
 class OVKFApiManager {
  public:
-  static OVKFApiManager& shared();
+  ORIVEX_API static OVKFApiManager& shared();
 
   /// Limits of the pickers until a request of the page brings its own, in bytes: 30 MiB and 50 MiB.
   static constexpr std::int64_t defaultFileSize = 31457280;

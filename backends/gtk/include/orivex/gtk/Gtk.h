@@ -5,6 +5,7 @@
 
 #include <gtk/gtk.h>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/ui/ViewController.h"
 #include "orivex/platform/ui/Window.h"
@@ -15,7 +16,7 @@ namespace orivex::gtk {
 /// Makes the real device the platform of this process, and GTK ready if it is not. Call it once, before the first chat
 /// screen is made and after the GApplication, if there is one: what is kept of a visitor is kept under its identifier.
 /// Without a display the process ends with one line.
-void install();
+ORIVEX_API void install();
 
 /// The areas of a window that something else covers, in points; nothing on a desktop.
 struct Surroundings {
@@ -26,20 +27,20 @@ struct Surroundings {
 /// Turns a window into one that shows screens: what it holds now becomes its root screen, over which the chat is
 /// presented. Takes GtkWindow, GtkApplicationWindow, AdwWindow and AdwApplicationWindow. The result lives as long as
 /// the GTK window; attaching a window twice gives the same result.
-std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundings = {});
+ORIVEX_API std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundings = {});
 
 /// Changes what covers an attached window; screens that show already keep what they were told.
-void setSurroundings(GtkWindow* window, const Surroundings& surroundings);
+ORIVEX_API void setSurroundings(GtkWindow* window, const Surroundings& surroundings);
 
 /// Lets pages hand addresses of this scheme, in lower case and without its colon, to the visitor's other applications:
 /// by "openUrl" and by windows of their own. http, https, mailto, tel, sms and geo are let through anyway; all others
 /// cannot be opened. Think twice: what handles "file" runs programs.
-void allowScheme(const std::string& scheme);
+ORIVEX_API void allowScheme(const std::string& scheme);
 
 /// A screen that shows a widget of the host, for example as the root of a NavigationController. Takes a reference.
-std::shared_ptr<ViewController> screenFor(GtkWidget* widget);
+ORIVEX_API std::shared_ptr<ViewController> screenFor(GtkWidget* widget);
 
 /// A view that shows a widget of the host and follows the view's frame. Takes a reference.
-std::shared_ptr<View> viewFor(GtkWidget* widget);
+ORIVEX_API std::shared_ptr<View> viewFor(GtkWidget* widget);
 
 }  // namespace orivex::gtk

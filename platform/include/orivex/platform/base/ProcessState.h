@@ -5,6 +5,8 @@
 #include <mutex>
 #include <typeindex>
 
+#include "orivex/Export.h"
+
 namespace orivex {
 
 struct Platform;
@@ -19,11 +21,11 @@ class ProcessState {
   ~ProcessState() = default;
 
   /// The one in use: at first the program's own, which is never destroyed, since callbacks of threads may come late.
-  static ProcessState& current();
+  ORIVEX_API static ProcessState& current();
 
   /// Puts `state` in use and returns the one before; null stands for the program's own. Main thread, while no other
   /// thread works for the component.
-  static ProcessState* use(ProcessState* state);
+  ORIVEX_API static ProcessState* use(ProcessState* state);
 
   /// Set by `Platform::install`.
   const Platform* platform = nullptr;
@@ -39,7 +41,7 @@ class ProcessState {
   }
 
   /// Destroys the instances.
-  void clear();
+  ORIVEX_API void clear();
 
  private:
   std::recursive_mutex mutex_;  // an instance may need another one

@@ -4,10 +4,12 @@
 #include <string>
 #include <string_view>
 
+#include "orivex/Export.h"
+
 namespace orivex {
 
 /// An address that parses by the syntax of RFC 3986, kept percent-encoded.
-class Url {
+class ORIVEX_API Url {
  public:
   /// Behind a scheme and a host everything is taken: what may not stand in path, query and fragment is percent-encoded,
   /// a "%" that begins no escape too. Elsewhere only non-ASCII characters are. Nothing when `text` is empty or does not

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Geometry.h"
 
 namespace orivex {
@@ -75,7 +76,7 @@ class ProgressOverlay {
  protected:
   /// Where the panel belongs now; null without a window.
   std::shared_ptr<Window> shownIn(const Application& application) const { return shownIn(application, window_); }
-  static std::shared_ptr<Window> shownIn(const Application& application, const std::weak_ptr<Window>& window);
+  ORIVEX_API static std::shared_ptr<Window> shownIn(const Application& application, const std::weak_ptr<Window>& window);
 
   const std::function<void()>& giveUp() const { return giveUp_; }
 

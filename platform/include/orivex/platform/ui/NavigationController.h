@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "orivex/Export.h"
 #include "orivex/platform/ui/ViewController.h"
 
 namespace orivex {
 
 /// A stack of screens of which the top one shows, under a navigation bar that can be hidden. The bar and the toolbar
 /// are empty views that the host fills; the tab bar belongs to the host's own chrome around the stack.
-class NavigationController : public ViewController {
+class ORIVEX_API NavigationController : public ViewController {
  public:
   /// Points below the status bar.
   static constexpr double barHeight = 44;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/base/Observers.h"
 
@@ -48,7 +49,7 @@ class ViewMirror {
 
 /// A rectangle on the screen, as plain data that can be read back: a backend mirrors it. Views are made with
 /// std::make_shared and live on the main thread.
-class View : public std::enable_shared_from_this<View> {
+class ORIVEX_API View : public std::enable_shared_from_this<View> {
  public:
   View() = default;
   explicit View(Rect frame) : frame_(frame) {}

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/ui/View.h"
 
@@ -14,7 +15,7 @@ enum class InterfaceStyle { unspecified, light, dark };
 
 /// A screen: owns a view and is told about its life. Made with std::make_shared; main thread. A full-screen
 /// presentation sends the presenter away: it is told that it disappears, and after the dismissal that it appears.
-class ViewController : public std::enable_shared_from_this<ViewController> {
+class ORIVEX_API ViewController : public std::enable_shared_from_this<ViewController> {
  public:
   ViewController() = default;
   ViewController(const ViewController&) = delete;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ports/WebEngine.h"
@@ -12,7 +13,7 @@
 namespace orivex {
 
 /// A web page as a view: what it was told can be read back, the engine of the installed platform does the rest.
-class WebView : public View {
+class ORIVEX_API WebView : public View {
  public:
   /// `handlers` get what comes out of the page, but for its address: see `observeUrl`. Any of them may let go of the
   /// view.

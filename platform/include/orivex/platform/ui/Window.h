@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "orivex/Export.h"
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/ui/View.h"
 
@@ -18,7 +19,7 @@ struct StatusBarManager {
 };
 
 /// Windows that the desktop treats as one, with the status bar above them, if any.
-class WindowScene : public std::enable_shared_from_this<WindowScene> {
+class ORIVEX_API WindowScene : public std::enable_shared_from_this<WindowScene> {
  public:
   const std::vector<std::shared_ptr<Window>>& windows() const { return windows_; }
   void addWindow(const std::shared_ptr<Window>& window);
@@ -33,7 +34,7 @@ class WindowScene : public std::enable_shared_from_this<WindowScene> {
 };
 
 /// A window of the host: the root of a tree of views. Its owner sets the size and the insets.
-class Window : public std::enable_shared_from_this<Window> {
+class ORIVEX_API Window : public std::enable_shared_from_this<Window> {
  public:
   Window();
   Window(const Window&) = delete;
