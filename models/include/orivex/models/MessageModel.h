@@ -17,13 +17,15 @@ struct MessageModel {
   /// Stores the arguments and makes a fresh `messageUUId`.
   /// @throws std::system_error when the system has no random numbers to give.
   ORIVEX_API explicit MessageModel(std::optional<std::int64_t> mId = {}, std::optional<double> createTime = {},
-                        std::optional<double> timestamp = {}, std::optional<std::string> timeFormatInfo = {},
-                        std::optional<std::string> cMid = {}, std::optional<std::int64_t> mType = {},
-                        std::shared_ptr<MessageBody> messageBody = {}, std::optional<std::string> optionSelected = {},
-                        std::optional<std::string> sUserId = {}, std::optional<std::string> sessionId = {},
-                        std::optional<std::int64_t> mStatus = {}, std::optional<std::int64_t> memberType = {},
-                        std::optional<bool> isSensitive = {}, std::optional<double> sessionStartTime = {},
-                        std::optional<std::int64_t> renderMemberType = {});
+                                   std::optional<double> timestamp = {}, std::optional<std::string> timeFormatInfo = {},
+                                   std::optional<std::string> cMid = {}, std::optional<std::int64_t> mType = {},
+                                   std::shared_ptr<MessageBody> messageBody = {},
+                                   std::optional<std::string> optionSelected = {},
+                                   std::optional<std::string> sUserId = {}, std::optional<std::string> sessionId = {},
+                                   std::optional<std::int64_t> mStatus = {},
+                                   std::optional<std::int64_t> memberType = {}, std::optional<bool> isSensitive = {},
+                                   std::optional<double> sessionStartTime = {},
+                                   std::optional<std::int64_t> renderMemberType = {});
   MessageModel(MessageModel&&) = default;
   MessageModel(const MessageModel&) = delete;
   MessageModel& operator=(MessageModel&&) = delete;

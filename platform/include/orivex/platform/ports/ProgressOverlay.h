@@ -76,7 +76,8 @@ class ProgressOverlay {
  protected:
   /// Where the panel belongs now; null without a window.
   std::shared_ptr<Window> shownIn(const Application& application) const { return shownIn(application, window_); }
-  ORIVEX_API static std::shared_ptr<Window> shownIn(const Application& application, const std::weak_ptr<Window>& window);
+  ORIVEX_API static std::shared_ptr<Window> shownIn(const Application& application,
+                                                    const std::weak_ptr<Window>& window);
 
   const std::function<void()>& giveUp() const { return giveUp_; }
 
