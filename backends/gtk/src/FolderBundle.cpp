@@ -57,7 +57,9 @@ FolderBundle::FolderBundle(fs::path folder)
     : folder_(std::move(folder)), information_(readInformation(folder_ / "Info.json")) {}
 
 FolderBundle FolderBundle::besideLibrary(const void* addressInLibrary) {
-  return FolderBundle(fileThatHolds(addressInLibrary).parent_path() / "OrivexSDK.bundle");
+  // Without links: the sandbox of the pages' processes is given this very folder.
+  std::error_code failure;
+  return FolderBundle(fs::weakly_canonical(fileThatHolds(addressInLibrary).parent_path() / "OrivexSDK.bundle", failure));
 }
 
 std::optional<std::string> FolderBundle::pathForResource(std::string_view name, std::string_view type) const {
