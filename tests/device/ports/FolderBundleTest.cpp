@@ -1,5 +1,5 @@
 #include <cstdlib>
-#include <fstream>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -36,27 +36,15 @@ TEST(FolderBundleTest, AFolderIsNoResource) {
   EXPECT_FALSE(FolderBundle(folder.path()).pathForResource("eruda", "js"));
 }
 
-// A place beside this program, for a bundle that goes with the test.
-struct BundleBesideProgram {
-  BundleBesideProgram() {
-    std::filesystem::create_directory(folder);
-    std::ofstream(folder / "beside-program.txt") << "x";
-  }
-  BundleBesideProgram(const BundleBesideProgram&) = delete;
-  BundleBesideProgram& operator=(const BundleBesideProgram&) = delete;
-  ~BundleBesideProgram() { std::filesystem::remove_all(folder); }
-  std::filesystem::path folder = std::filesystem::canonical("/proc/self/exe").parent_path() / "OrivexSDK.bundle";
-};
-
 TEST(FolderBundleTest, LiesBesideTheFileThatHoldsTheAddress) {
-  const BundleBesideProgram beside;
+  const auto here = std::filesystem::canonical("/proc/self/exe").parent_path();
   static const int inThisProgram = 0;
-  EXPECT_EQ(FolderBundle::besideLibrary(&inThisProgram).pathForResource("beside-program", "txt"),
-            (beside.folder / "beside-program.txt").string());
+  EXPECT_EQ(FolderBundle::besideLibrary(&inThisProgram).pathForResource("skeleton", "html"),
+            std::filesystem::canonical(here / "OrivexSDK.bundle/skeleton.html"));
   const auto* const inAnotherLibrary = reinterpret_cast<const void*>(&std::abort);
-  EXPECT_FALSE(FolderBundle::besideLibrary(inAnotherLibrary).pathForResource("beside-program", "txt"));
+  EXPECT_FALSE(FolderBundle::besideLibrary(inAnotherLibrary).pathForResource("skeleton", "html"));
   const int inNoFile = 0;
-  EXPECT_FALSE(FolderBundle::besideLibrary(&inNoFile).pathForResource("beside-program", "txt"));
+  EXPECT_FALSE(FolderBundle::besideLibrary(&inNoFile).pathForResource("skeleton", "html"));
 }
 
 }  // namespace
