@@ -13,7 +13,8 @@ constexpr std::uint8_t invalid = 64;
 constexpr auto sextets = [] {
   std::array<std::uint8_t, 256> table{};
   table.fill(invalid);
-  for (std::uint8_t i = 0; i < alphabet.size(); ++i) table[static_cast<unsigned char>(alphabet[i])] = i;
+  std::uint8_t next = 0;
+  for (const char c : alphabet) table[static_cast<unsigned char>(c)] = next++;
   table['='] = 0;
   return table;
 }();

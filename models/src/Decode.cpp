@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -107,14 +106,16 @@ void read(JsonCursor& json, Record& into) {
   expect(json, JsonType::object, "an object");
   std::array<bool, fieldCount<Record>> isRead{};
   json.takeObject([&](const std::string& key) {
+    bool isKnown = false;
     std::size_t position = 0;
-    const auto readIfNamed = [&](const auto& field) {
-      if (field.key != key) return ++position, false;
-      within(key, [&] { read(json, into.*field.member); });
-      return isRead[position] = true;
-    };
-    const auto readAnyOf = [&](const auto&... fields) { return (readIfNamed(fields) || ...); };
-    if (!std::apply(readAnyOf, fieldsOf<Record>)) json.skip();
+    forEachField<Record>([&](const auto& field) {
+      if (field.key == key) {
+        within(key, [&] { read(json, into.*field.member); });
+        isKnown = isRead[position] = true;
+      }
+      ++position;
+    });
+    if (!isKnown) json.skip();
   });
   std::size_t position = 0;
   forEachField<Record>([&](const auto& field) {

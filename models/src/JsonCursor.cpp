@@ -74,8 +74,7 @@ bool JsonCursor::takeBoolean() {
 }
 
 std::string_view JsonCursor::takeNumber() {
-  const std::string_view text = rest();
-  const std::string_view number = text.substr(0, text.find_first_not_of("+-.0123456789eE"));
+  const std::string_view number = rest().substr(0, numberLength(rest()));
   if (number.empty()) fail("a value is missing");
   if (!isJsonNumber(number)) fail("a bad number");
   at_ += number.size();

@@ -1,6 +1,5 @@
 #include "JsonText.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -12,9 +11,14 @@ constexpr unsigned char isSpecial(unsigned char c) {
   return (c < 0x20) | (c == '"') | (c == '\\');
 }
 
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 /// Takes the digits at the head of a text off it and tells how many there were.
 std::size_t takeDigits(std::string_view& text) {
-  const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
+  std::size_t count = 0;
+  while (count < text.size() && isDigit(text[count])) ++count;
   text.remove_prefix(count);
   return count;
 }
@@ -86,6 +90,14 @@ std::size_t appendUnescaped(std::string& text, std::string_view json) {
   if (!low || !isLowSurrogate(*low)) return 0;
   appendUtf8(text, 0x10000 + ((*unit - 0xD800) << 10U) + (*low - 0xDC00));
   return 2 * codeUnitLength;
+}
+
+std::size_t numberLength(std::string_view text) {
+  constexpr std::string_view marks = "-+.eE";
+  std::size_t length = 0;
+  while (length < text.size() && (isDigit(text[length]) || marks.find(text[length]) != std::string_view::npos))
+    ++length;
+  return length;
 }
 
 bool isJsonNumber(std::string_view text) {

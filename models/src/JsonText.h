@@ -16,6 +16,9 @@ std::size_t plainLength(std::string_view text);
 /// when it is not one; a surrogate is one only as the first half of a pair.
 std::size_t appendUnescaped(std::string& text, std::string_view json);
 
+/// The number of leading characters that numbers are made of.
+std::size_t numberLength(std::string_view text);
+
 /// Whether a text is a number by the grammar of JSON, of whatever size.
 bool isJsonNumber(std::string_view text);
 
