@@ -59,7 +59,8 @@ FolderBundle::FolderBundle(fs::path folder)
 FolderBundle FolderBundle::besideLibrary(const void* addressInLibrary) {
   // Without links: the sandbox of the pages' processes is given this very folder.
   std::error_code failure;
-  return FolderBundle(fs::weakly_canonical(fileThatHolds(addressInLibrary).parent_path() / "OrivexSDK.bundle", failure));
+  return FolderBundle(
+      fs::weakly_canonical(fileThatHolds(addressInLibrary).parent_path() / "OrivexSDK.bundle", failure));
 }
 
 std::optional<std::string> FolderBundle::pathForResource(std::string_view name, std::string_view type) const {
