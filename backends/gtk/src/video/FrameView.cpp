@@ -8,8 +8,7 @@ namespace orivex::gtk {
 namespace {
 
 graphene_rect_t rectangle(double x, double y, double width, double height) {
-  return GRAPHENE_RECT_INIT(static_cast<float>(x), static_cast<float>(y), static_cast<float>(width),
-                            static_cast<float>(height));
+  return {{static_cast<float>(x), static_cast<float>(y)}, {static_cast<float>(width), static_cast<float>(height)}};
 }
 
 }  // namespace
