@@ -22,8 +22,6 @@ constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* cameraInterface = "org.freedesktop.portal.Camera";
 constexpr int patience = 10'000;  // milliseconds for an answer that nobody is asked for
 
-using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
-
 std::string freshToken() {
   static std::uint64_t ordinal = 0;
   return "orivexcamera" + std::to_string(++ordinal);

@@ -14,8 +14,6 @@ constexpr const char* service = "net.hadess.SensorProxy";
 constexpr const char* objectPath = "/net/hadess/SensorProxy";
 constexpr const char* orientationProperty = "AccelerometerOrientation";
 
-using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
-
 }  // namespace
 
 int degreesFor(std::string_view orientation) {

@@ -18,8 +18,6 @@
 namespace orivex::gtk {
 namespace {
 
-using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
-
 // The visitor is asked even when one application is the usual one.
 GVariant* askOptions() {
   GVariantBuilder options;

@@ -10,8 +10,6 @@
 namespace orivex::gtk {
 namespace {
 
-using GBytesPtr = std::unique_ptr<GBytes, FreeWith<g_bytes_unref>>;
-
 GRef<GdkPixbuf> pictureOf(Decoded decoded) {
   const auto [facts, length] = std::pair(decoded.facts, decoded.bytes.size());
   auto pixels = std::make_unique<std::string>(std::move(decoded.bytes));

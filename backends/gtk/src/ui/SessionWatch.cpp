@@ -16,8 +16,6 @@ namespace {
 
 constexpr const char* login = "org.freedesktop.login1";
 
-using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
-
 bool isCancelled(const GErrorPtr& error) {
   return g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED);
 }

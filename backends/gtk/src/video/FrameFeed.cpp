@@ -8,8 +8,6 @@
 namespace orivex::gtk {
 namespace {
 
-using GBytesPtr = std::unique_ptr<GBytes, FreeWith<g_bytes_unref>>;
-
 GRef<GdkTexture> textureOf(SharedSample sample) {
   auto frame = std::make_unique<MappedFrame>(std::move(sample));
   if (!*frame) return nullptr;
