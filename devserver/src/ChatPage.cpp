@@ -12,7 +12,7 @@
 namespace orivex::devserver {
 namespace {
 
-constexpr const char* pagePath = "/api/oauth2/ciphertext/app/client_chat";
+constexpr std::string_view pagePath = "/api/oauth2/ciphertext/app/client_chat";
 constexpr std::string_view assetPath = "/chat-page/";
 constexpr std::string_view resourceRoot = "/orivex/devserver/page/";
 
@@ -52,21 +52,28 @@ void serveAsset(SoupServer*, SoupServerMessage* message, const char* path, GHash
 }  // namespace
 
 void ChatPage::addTo(SoupServer* server) {
-  // For a developer's browser, opened at the address that the server printed.
   const auto page = [](SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer self) {
-    if (std::string_view(path) != pagePath) return replyError(message, SOUP_STATUS_NOT_FOUND, "no such address");
+    if (path != pagePath) return replyError(message, SOUP_STATUS_NOT_FOUND, "no such address");
     static_cast<ChatPage*>(self)->servePage(message);
   };
   const auto root = [](SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer self) {
-    if (std::string_view(path) != "/") return replyError(message, SOUP_STATUS_NOT_FOUND, "no such address");
-    const auto token =
-        GCharPtr(g_uri_escape_string(static_cast<ChatPage*>(self)->tokens_.example().c_str(), nullptr, FALSE));
-    const auto target = std::string(pagePath) + "?access_token=" + token.get() + "&x-entry=browser";
-    soup_server_message_set_redirect(message, SOUP_STATUS_FOUND, target.c_str());
+    static_cast<ChatPage*>(self)->serveRoot(message, path);
   };
   soup_server_add_handler(server, "/", root, this, nullptr);
-  soup_server_add_handler(server, pagePath, page, this, nullptr);
-  soup_server_add_handler(server, std::string(assetPath).c_str(), serveAsset, nullptr, nullptr);
+  soup_server_add_handler(server, std::string(pagePath).c_str(), page, this, nullptr);
+  if (!own_) soup_server_add_handler(server, std::string(assetPath).c_str(), serveAsset, nullptr, nullptr);
+}
+
+void ChatPage::serveRoot(SoupServerMessage* message, std::string_view path) const {
+  if (path == "/") {  // for a developer's browser, opened at the address that the server printed
+    const auto token = GCharPtr(g_uri_escape_string(tokens_.example().c_str(), nullptr, FALSE));
+    const auto target = std::string(pagePath) + "?access_token=" + token.get() + "&x-entry=browser";
+    return soup_server_message_set_redirect(message, SOUP_STATUS_FOUND, target.c_str());
+  }
+  if (!own_) return replyError(message, SOUP_STATUS_NOT_FOUND, "no such address");
+  const auto besidePage = pagePath.substr(0, pagePath.rfind('/'));
+  if (path.starts_with(besidePage)) path.remove_prefix(besidePage.size());
+  if (allowMethods(message, "GET, HEAD")) own_->serve(message, path);
 }
 
 void ChatPage::servePage(SoupServerMessage* message) {
@@ -80,7 +87,7 @@ void ChatPage::servePage(SoupServerMessage* message) {
 void ChatPage::answerPage(SoupServerMessage* message) const {
   const auto refusal = tokens_.refusal(queryValue(rawQuery(message), "access_token").value_or(""));
   if (!refusal.empty()) return replyError(message, SOUP_STATUS_UNAUTHORIZED, refusal);
-  serveResource(message, "chat.html");
+  own_ ? own_->serveIndex(message) : serveResource(message, "chat.html");
 }
 
 }  // namespace orivex::devserver

@@ -1,5 +1,6 @@
 #include "ControlRoute.h"
 
+#include <iostream>
 #include <string_view>
 #include <vector>
 
@@ -30,6 +31,17 @@ bool isMethod(SoupServerMessage* message, std::string_view method) {
   return soup_server_message_get_method(message) == method;
 }
 
+/// One line with the name and the body of what a developer's own page posted.
+void printPost(SoupServerMessage* message) {
+  if (!allowMethods(message, "POST")) return;
+  const auto post = bodyOf(message);
+  const auto name = post.is_object() ? post.value("name", json()) : json();
+  if (!name.is_string()) return replyError(message, SOUP_STATUS_BAD_REQUEST, "expected an object with a name");
+  const auto quoted = toText(name);  // escapes line ends
+  std::cout << quoted.substr(1, quoted.size() - 2) << ' ' << toText(post.value("body", json())) << std::endl;
+  replyJson(message, SOUP_STATUS_OK, nullptr);
+}
+
 }  // namespace
 
 void ControlRoute::addTo(SoupServer* server) {
@@ -39,6 +51,10 @@ void ControlRoute::addTo(SoupServer* server) {
   const auto log = [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer self) {
     static_cast<ControlRoute*>(self)->serveLog(message);
   };
+  const auto posts = [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer) {
+    printPost(message);
+  };
+  soup_server_add_handler(server, "/_dev/posts", posts, nullptr, nullptr);
   soup_server_add_handler(server, "/_dev/faults", faults, this, nullptr);
   soup_server_add_handler(server, "/_dev/log", log, this, nullptr);
 }

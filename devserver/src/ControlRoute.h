@@ -8,7 +8,7 @@
 
 namespace orivex::devserver {
 
-/// The developer's side of the server at run time: /_dev/faults and /_dev/log.
+/// The developer's side of the server at run time: /_dev/faults, /_dev/log and /_dev/posts.
 class ControlRoute {
  public:
   /// The references must outlive the server's handlers.

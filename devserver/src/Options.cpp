@@ -54,6 +54,8 @@ void setValue(Options& options, const std::string& name, const std::string& valu
     options.tokens.push_back(value);
   else if (name == "--files")
     options.files = value;
+  else if (name == "--page")
+    options.page = value;
   else if (name == "--max-upload")
     options.maxUpload = wholeNumber<std::int64_t>(name, value);
   else if (name == "--agent-delay")
@@ -94,6 +96,8 @@ Usage: orivex-devserver [OPTION]...
   --tls-key FILE            ... and this PEM key
   --token TOKEN             accept only this access token; may be repeated. Without it any token
                             passes that is not "expired" and does not begin with "expired-"
+  --page FOLDER             serve this folder's index.html as the chat page, its files beside it and from
+                            the root, and print what the page posts to the native side
   --files FOLDER            keep uploaded files here (a fresh folder, removed at the end)
   --max-upload BYTES        answer 413 to a larger file (268435456)
   --agent-delay MS          how long the agent types before each answer (900)

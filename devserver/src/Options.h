@@ -22,6 +22,8 @@ struct Options {
   std::vector<std::string> tokens;
   /// Where uploaded files are kept; none given means a fresh folder that goes with the server.
   std::optional<std::filesystem::path> files;
+  /// The developer's own chat page; none given means the one that travels inside the program.
+  std::optional<std::filesystem::path> page;
   /// Bytes of the largest file that an upload may carry.
   std::int64_t maxUpload = std::int64_t{256} * 1024 * 1024;
   /// Milliseconds that the agent "types" before each answer.

@@ -17,7 +17,7 @@ Server::Server(const Options& options)
       tokens_(options.tokens),
       faults_(options.faults),
       files_(options.files),
-      page_(tokens_, faults_),
+      page_(tokens_, faults_, options.page),
       socket_(tokens_, faults_, options.agentDelay),
       uploads_(tokens_, faults_, files_, options.maxUpload),
       downloads_(files_),

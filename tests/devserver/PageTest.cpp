@@ -1,3 +1,6 @@
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <queue>
 #include <regex>
 #include <set>
@@ -103,6 +106,56 @@ TEST(ChatPage, RefusesOtherMethodsAndOtherFiles) {
     const auto status = fetch(server.port(), {.path = path}).status;
     EXPECT_TRUE(status == 404 || status == 400) << path << " gave " << status;
   }
+}
+
+/// A folder with a page of the developer's own.
+class OwnPage : public ::testing::Test {
+ protected:
+  OwnPage() {
+    char pattern[] = "/tmp/orivex-page-XXXXXX";
+    folder_ = mkdtemp(pattern);
+    std::filesystem::create_directory(folder_ / "parts");
+    write("index.html", "<!-- ours --><!DOCTYPE html>\n<title>Ours</title>");
+    write("parts/a b.css", "body {}");
+    write("app.js", "1");
+  }
+  ~OwnPage() override { std::filesystem::remove_all(folder_); }
+
+  void write(const char* name, const char* text) const { std::ofstream(folder_ / name) << text; }
+
+  std::filesystem::path folder_;
+};
+
+TEST_F(OwnPage, IsServedWithItsFilesInPlaceOfTheOther) {
+  const ServerProcess server({"--page", folder_.string(), "--token", "A"});
+  const auto get = [&](const std::string& path) { return fetch(server.port(), {.path = path}); };
+  const auto page = get(pagePath + "?access_token=A");
+  EXPECT_TRUE(page.body.starts_with("<!-- ours --><!DOCTYPE html><script>")) << "without its doctype: " << page.body;
+  EXPECT_TRUE(page.body.ends_with("\n<title>Ours</title>"));
+  EXPECT_TRUE(page.headers.at("content-type").starts_with("text/html"));
+  EXPECT_EQ(page.headers.count("content-security-policy"), 0U) << "that is the page's own business";
+  EXPECT_EQ(get(pagePath + "?access_token=B").status, 401);
+  EXPECT_EQ(get("/app.js").body, "1");
+  EXPECT_EQ(get("/api/oauth2/ciphertext/app/parts/a%20b.css").headers.at("content-type"), "text/css");
+  for (const char* path : {"/none.js", "/parts", "/chat-page/chat.js", "/parts/%2e%2e/%2e%2e/etc/passwd"})
+    EXPECT_NE(get(path).status, 200) << path;
+  write("index.html", "new");
+  EXPECT_TRUE(get(pagePath + "?access_token=A").body.ends_with("new")) << "a change needs no new start";
+}
+
+TEST_F(OwnPage, HasItsMessagesPrintedOneALine) {
+  ServerProcess server({"--page", folder_.string()});
+  const auto post = [&](const std::string& body) {
+    return fetch(server.port(), {.method = "POST", .path = "/_dev/posts", .body = body}).status;
+  };
+  EXPECT_EQ(post(R"({"name":"trackEvent","body":{"name":"a\nb","attributes":{}}})"), 200);
+  EXPECT_EQ(post(R"({"name":"a\nb"})"), 200);
+  for (const char* body : {"", "[]", "{}", R"({"name":1})"}) EXPECT_EQ(post(body), 400) << body;
+  server.closeInput();
+  EXPECT_EQ(server.restOfOutput(), R"(trackEvent {"attributes":{},"name":"a\nb"})"
+                                   "\n"
+                                   R"(a\nb null)"
+                                   "\n");
 }
 
 }  // namespace

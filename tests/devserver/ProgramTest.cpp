@@ -32,6 +32,7 @@ TEST(Program, ExplainsACommandLineThatItCannotUse) {
       {{"--fault", "socket:drop"}, 2, "nothing is open yet"},
       {{"--host", "nowhere", "--port", "0"}, 1, "not an address to listen on: nowhere"},
       {{"--port", "0", "--files", "/dev/null/files"}, 1, "/dev/null/files"},
+      {{"--port", "0", "--page", "/dev/null"}, 1, "--page: there is no index.html to read in /dev/null"},
       {{"--port", "0", "--tls-certificate", "/none", "--tls-key", "/none"}, 1, "the certificate cannot be used"},
   };
   for (const auto& testCase : cases) {
