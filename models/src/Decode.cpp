@@ -155,6 +155,10 @@ std::optional<std::string> decodeText(std::string_view text) {
   }
 }
 
+MessageBody MessageBody::fromJsonString(std::string_view json) {
+  return decode<MessageBody>(json);
+}
+
 template FailModel decode(std::string_view);
 template MessageBody decode(std::string_view);
 template MessageCustomFields decode(std::string_view);

@@ -1,5 +1,6 @@
 #include "ChatNavigation.h"
 
+#include "ChatEvents.h"
 #include "ChatWebViewHost.h"
 #include "PageOrigins.h"
 #include "ScreenGuard.h"
@@ -48,7 +49,9 @@ WebEngineHandlers ChatNavigation::handlers() {
 void ChatNavigation::started() {
   log::debugPrint("Start Loading");
   const auto tellWhenLate = [this] {
-    if (screen_.view()->isShowing() && !screen_.isLoaded()) tell(screen_, "服务请求超时");
+    if (!screen_.view()->isShowing() || screen_.isLoaded()) return;
+    events_.failed(ChatFailure::Cause::timedOut);
+    tell(screen_, "服务请求超时");
   };
   Platform::current().mainQueue.asyncAfter(watchdogSeconds, guarded(screen_, tellWhenLate));
 }
@@ -66,13 +69,15 @@ void ChatNavigation::finished() {
 
 void ChatNavigation::failedToStart(const std::string& error) {
   log::debugPrint("Load failed: " + error);
-  if (screen_.view()->isShowing()) tell(screen_, "请求失败,请稍后重试");
+  if (!screen_.view()->isShowing()) return;
+  events_.failed(ChatFailure::Cause::unreachable, error);
+  tell(screen_, "请求失败,请稍后重试");
 }
 
 NavigationPolicy ChatNavigation::decide(const std::optional<std::string>& url) {
   if (url) log::debugPrint("URL: " + *url);
   if (!leavesHttps(url)) return NavigationPolicy::allow;
-  log::print("The page's first load was led from https to http and ends");
+  events_.failed(ChatFailure::Cause::insecure);
   OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds);
   return NavigationPolicy::cancel;
 }

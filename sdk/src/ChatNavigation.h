@@ -7,6 +7,7 @@
 
 namespace orivex {
 
+class ChatEvents;
 class ChatWebViewHost;
 class OVKFApi;
 class PageOrigins;
@@ -16,8 +17,8 @@ class PageOrigins;
 class ChatNavigation {
  public:
   /// `screen` owns this object and the others.
-  ChatNavigation(OVKFApi& screen, ChatWebViewHost& host, PageOrigins& origins)
-      : screen_(screen), host_(host), origins_(origins) {}
+  ChatNavigation(OVKFApi& screen, ChatWebViewHost& host, PageOrigins& origins, ChatEvents& events)
+      : screen_(screen), host_(host), origins_(origins), events_(events) {}
 
   /// What is to be done at the events of a navigation.
   WebEngineHandlers handlers();
@@ -33,6 +34,7 @@ class ChatNavigation {
   OVKFApi& screen_;
   ChatWebViewHost& host_;
   PageOrigins& origins_;
+  ChatEvents& events_;
   bool isSecret_ = false;  // the first load, from the first https address on
   bool hasCommitted_ = false;
 };

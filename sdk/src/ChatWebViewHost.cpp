@@ -1,5 +1,6 @@
 #include "ChatWebViewHost.h"
 
+#include "ChatEvents.h"
 #include "Closing.h"
 #include "ScreenGuard.h"
 #include "ScriptMessageBridge.h"
@@ -52,7 +53,8 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
   screen_.view();
   if (webView_) return webView_;
   const auto around = surroundings();
-  WebEngineConfiguration configuration{.scriptMessageNames = ScriptMessageBridge::messageNames(), .userScripts = {}};
+  WebEngineConfiguration configuration{
+      .scriptMessageNames = ScriptMessageBridge::messageNames(screen_.conversationEvents), .userScripts = {}};
   addEnvironmentScript(configuration.userScripts, around.statusBarHeight, around.insets.bottom);
   addDebugConsoles(configuration.userScripts);
   log::debugPrint("Distance: safeDistanceTop:" + doubleText(around.insets.top) + " safeDistanceBottom:" +
@@ -105,7 +107,7 @@ void ChatWebViewHost::processGone() {
     webView_->reload();
     return;
   }
-  log::debugPrint("The page lost its process too often");
+  events_.failed(ChatFailure::Cause::pageLost);
   if (!screen_.view()->isShowing()) return;
   Platform::current().progressOverlay.bringTo(*screen_.view());
   OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds,
@@ -135,6 +137,7 @@ void ChatWebViewHost::reveal() {
   Platform::current().animator.animate(
       fadeSeconds, [placeholder](double progress) { placeholder->setAlpha(1 - progress); },
       [placeholder] { placeholder->removeFromSuperview(); });
+  revealed_();
 }
 
 }  // namespace orivex

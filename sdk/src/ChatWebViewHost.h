@@ -10,14 +10,17 @@
 
 namespace orivex {
 
+class ChatEvents;
 class OVKFApi;
 
 /// Builds and holds the two web views of the chat screen: the chat page and the placeholder over it.
 class ChatWebViewHost {
  public:
-  /// `screen` owns this object; `makeHandlers` gives what serves the chat page, once it is built.
-  ChatWebViewHost(OVKFApi& screen, std::function<WebEngineHandlers()> makeHandlers)
-      : screen_(screen), makeHandlers_(std::move(makeHandlers)) {}
+  /// `screen` owns this object and `events`; `makeHandlers` gives what serves the chat page, once it is built, and
+  /// `revealed` is called when the page shows.
+  ChatWebViewHost(OVKFApi& screen, ChatEvents& events, std::function<WebEngineHandlers()> makeHandlers,
+                  std::function<void()> revealed)
+      : screen_(screen), events_(events), makeHandlers_(std::move(makeHandlers)), revealed_(std::move(revealed)) {}
 
   bool isLoaded() const { return isLoaded_; }
 
@@ -54,7 +57,9 @@ class ChatWebViewHost {
   void processGone();
 
   OVKFApi& screen_;
+  ChatEvents& events_;
   std::function<WebEngineHandlers()> makeHandlers_;
+  std::function<void()> revealed_;
   std::shared_ptr<WebView> webView_;
   std::shared_ptr<WebView> loadView_;
   Subscription urlObservation_;

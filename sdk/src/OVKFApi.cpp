@@ -1,11 +1,13 @@
 #include "orivex/sdk/OVKFApi.h"
 
+#include "ChatEvents.h"
 #include "ChatNavigation.h"
 #include "ChatPageAddress.h"
 #include "ChatPageRequests.h"
 #include "ChatWebViewHost.h"
 #include "Closing.h"
 #include "EdgePanBack.h"
+#include "HostMessages.h"
 #include "PageOrigins.h"
 #include "ScreenGuard.h"
 #include "ScriptMessageBridge.h"
@@ -45,19 +47,39 @@ std::string drain(std::vector<std::shared_ptr<MessageBody>>& queue) {
   return payload;
 }
 
+void removeWebsiteData(const std::function<void(const std::optional<Failure>&)>& done) {
+  auto& dataStore = Platform::current().websiteDataStore;
+  const auto types = WebsiteDataStore::allTypes();
+  dataStore.fetchRecords(types, [&dataStore, types, done](const auto& result) {
+    if (const auto* failure = std::get_if<Failure>(&result)) {
+      done(*failure);
+    } else {
+      dataStore.removeData(types, std::get<WebsiteDataStore::Records>(result), done);
+    }
+  });
+}
+
 }  // namespace
 
 OVKFApi::OVKFApi() {
   origins_ = std::make_unique<PageOrigins>();
-  host_ = std::make_unique<ChatWebViewHost>(*this, [this] { return pageHandlers(); });
-  navigation_ = std::make_unique<ChatNavigation>(*this, *host_, *origins_);
+  events_ = std::make_unique<ChatEvents>(*this);
+  host_ = std::make_unique<ChatWebViewHost>(
+      *this, *events_, [this] { return pageHandlers(); },
+      [this] {
+        events_->revealed();
+        hostMessages_->start();
+      });
+  navigation_ = std::make_unique<ChatNavigation>(*this, *host_, *origins_, *events_);
   pageRequests_ = std::make_unique<ChatPageRequests>(*this);
   bridge_ = std::make_unique<ScriptMessageBridge>(*this, *host_, *origins_);
+  hostMessages_ = std::make_unique<HostMessages>(*this, *host_);
 }
 
 // A screen that never disappeared, for example with its window, is gone all the same.
 OVKFApi::~OVKFApi() {
   closeMicrophone();
+  events_->closed();
 }
 
 // What the page does goes to the part of the screen that serves it.
@@ -71,6 +93,7 @@ WebEngineHandlers OVKFApi::pageHandlers() {
 void OVKFApi::startSession(const std::string& host, const std::string& entryId, const std::string& appkey,
                            const std::shared_ptr<UserMappingModel>& user, const std::function<void()>& callBack) {
   if (!user) fatalError("OrivexSDK/OVKFApi", "startSession needs a user.");
+  events_->sessionStarted();
   if (!user->deviceId || user->deviceId->empty()) user->deviceId = deviceIdentifier();
 
   auto& store = OVKFApiManager::shared();
@@ -109,6 +132,12 @@ void OVKFApi::sendMessage(std::int64_t msgType, const std::shared_ptr<MessageBod
   OVKFApiManager::shared().elements.push_back(msgBody);
 }
 
+void OVKFApi::showMessage(std::int64_t msgType, const std::shared_ptr<MessageBody>& msgBody) {
+  if (!msgBody) fatalError("OrivexSDK/OVKFApi", "showMessage needs a message body.");
+  msgBody->msgType = msgType;
+  if (auto json = msgBody->getJsonString(); !json.empty()) hostMessages_->add(std::move(json));
+}
+
 std::string OVKFApi::getSDKVersion(bool isShort) {
   return OVKFApiHelper::sdkVersion(isShort);
 }
@@ -117,9 +146,17 @@ void OVKFApi::close() {
   closeScreenIfShown(*this);
 }
 
+void OVKFApi::signOut(const std::function<void(const std::optional<std::string>&)>& done) {
+  auto& store = OVKFApiManager::shared();
+  store.elements.clear();
+  store.guestId = std::nullopt;
+  removeWebsiteData([done](const std::optional<Failure>& failure) {
+    if (failure) log::print("Error clearing website data: " + failure->description);
+    if (done) done(failure ? std::optional(failure->description) : std::nullopt);
+  });
+}
+
 void OVKFApi::clearWebViewCache() {
-  auto& dataStore = Platform::current().websiteDataStore;
-  const auto types = WebsiteDataStore::allTypes();
   // A host may ask a screen for it that never shows.
   auto* const shownIn = window();
   Platform::current().progressOverlay.setWindow(shownIn ? shownIn->weak_from_this() : std::weak_ptr<Window>());
@@ -128,13 +165,7 @@ void OVKFApi::clearWebViewCache() {
     log::print("Error clearing website data: " + failure->description);
     OVKFApiHelper::showMessage("缓存清理失败", cacheNoticeSeconds);
   };
-  dataStore.fetchRecords(types, [&dataStore, types, tell](const auto& result) {
-    if (const auto* failure = std::get_if<Failure>(&result)) {
-      tell(*failure);
-    } else {
-      dataStore.removeData(types, std::get<WebsiteDataStore::Records>(result), tell);
-    }
-  });
+  removeWebsiteData(tell);
 }
 
 bool OVKFApi::isLoaded() const {
@@ -226,6 +257,7 @@ void OVKFApi::addRecordingView() {
 
 void OVKFApi::loadPage() {
   if (!hasAddress_) {  // the shared one is that of another session, with another visitor's token
+    events_->failed(ChatFailure::Cause::badAddress);
     OVKFApiHelper::showMessage("请求失败,请稍后重试", pageFailureSeconds,
                                [screen = shared_from_this()] { closeScreenIfShown(*screen); });
     return;
@@ -237,13 +269,18 @@ void OVKFApi::loadPage() {
                "shows.)");
   }
   OVKFApiHelper::checkPage(*address, guarded(*this, [this](const PageCheckOutcome& outcome) {
-    if (const auto* request = std::get_if<UrlRequest>(&outcome)) {
-      webView()->load(*request);
-    } else if (!view()->isShowing()) {
+    if (const auto* request = std::get_if<UrlRequest>(&outcome)) return webView()->load(*request);
+    const auto& failure = std::get<PageCheckFailure>(outcome);
+    if (!view()->isShowing()) {
       mustLoadPage_ = true;
-    } else if (const auto& message = std::get<PageCheckFailure>(outcome).message) {
+      return;
+    }
+    using Cause = ChatFailure::Cause;
+    const auto cause = failure.status != 0 ? Cause::refused : failure.timedOut ? Cause::timedOut : Cause::unreachable;
+    events_->failed(cause, failure.detail, failure.status);
+    if (failure.message) {
       Platform::current().progressOverlay.bringTo(*view());
-      OVKFApiHelper::showMessage(*message, pageFailureSeconds,
+      OVKFApiHelper::showMessage(*failure.message, pageFailureSeconds,
                                  [screen = shared_from_this()] { closeScreenIfShown(*screen); });
     }
   }));
@@ -261,6 +298,7 @@ void OVKFApi::viewWillAppear(bool animated) {
 void OVKFApi::viewDidAppear(bool animated) {
   ViewController::viewDidAppear(animated);
   Platform::current().progressOverlay.bringTo(*view());
+  events_->appeared();
 }
 
 void OVKFApi::viewWillDisappear(bool animated) {
@@ -269,6 +307,12 @@ void OVKFApi::viewWillDisappear(bool animated) {
   if (const auto* const shownIn = window()) UploadManager::hideProgress(*shownIn);
   view()->endEditing();
   restoreHostChrome();
+}
+
+void OVKFApi::viewDidDisappear(bool animated) {
+  ViewController::viewDidDisappear(animated);
+  const auto* const navigation = navigationController();
+  if (!window() || (navigation && !navigation->contains(*this))) events_->closed();
 }
 
 // Another chat screen may have taken over the overlay, and with it the microphone.

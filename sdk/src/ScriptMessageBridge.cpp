@@ -1,6 +1,7 @@
 #include "ScriptMessageBridge.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "ChatWebViewHost.h"
 #include "Closing.h"
@@ -9,6 +10,8 @@
 #include "orivex/media/ChatManager.h"
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/models/Codec.h"
+#include "orivex/models/MessageModel.h"
+#include "orivex/models/ShortcutsModel.h"
 #include "orivex/models/TrackModel.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
@@ -32,6 +35,18 @@ bool isDictionary(std::string_view json) {
   return json.starts_with('{');
 }
 
+// The record in the body of a message; nothing, with a log line, when it is no such record.
+template <class Record>
+std::optional<Record> record(std::string_view body, const char* name) {
+  if (!isDictionary(body)) return std::nullopt;
+  try {
+    return decode<Record>(body);
+  } catch (const DecodingError& error) {
+    log::print(std::string("Error decoding ") + name + ": " + error.what());
+    return std::nullopt;
+  }
+}
+
 // The call of a global function of the page with one argument, which is JSON and therefore a script expression. The
 // JSON goes to the log first when `logged`; a value that JSON cannot hold is a log line and no script.
 template <class Value>
@@ -53,7 +68,7 @@ std::optional<std::string> scriptCall(std::string_view function, const Value& ar
 
 }  // namespace
 
-const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
+const ScriptMessageBridge::Service ScriptMessageBridge::services[12] = {
     {"trackEvent", &ScriptMessageBridge::trackEvent},
     {"openUrl", &ScriptMessageBridge::openUrl, true, true},
     {"openFile", &ScriptMessageBridge::openFile, false, true},
@@ -63,11 +78,15 @@ const ScriptMessageBridge::Service ScriptMessageBridge::services[9] = {
     {"initLoaded", &ScriptMessageBridge::initLoaded, true},
     {"recording", &ScriptMessageBridge::recording, false, true},
     {"goBack", &ScriptMessageBridge::goBack, true},
+    {"shortCut", &ScriptMessageBridge::shortCut},
+    {"message", &ScriptMessageBridge::message},
+    {"unreadCount", &ScriptMessageBridge::unreadCount},
 };
 
-std::vector<std::string> ScriptMessageBridge::messageNames() {
+std::vector<std::string> ScriptMessageBridge::messageNames(bool withConversation) {
   std::vector<std::string> names;
   for (const auto& service : services) names.emplace_back(service.name);
+  if (!withConversation) names.resize(names.size() - 3);
   return names;
 }
 
@@ -96,13 +115,30 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
 }
 
 void ScriptMessageBridge::trackEvent(std::string_view body) {
-  if (!isDictionary(body)) return;
-  try {
-    const auto event = decode<TrackModel>(body);
-    const auto delegate = screen_.conversionDelegate;
-    if (delegate && event.name && event.attributes) delegate->trackEvent(*event.name, *event.attributes);
-  } catch (const DecodingError& error) {
-    log::print(std::string("Error decoding TrackModel: ") + error.what());
+  const auto delegate = screen_.conversionDelegate;
+  const auto event = record<TrackModel>(body, "TrackModel");
+  if (delegate && event && event->name && event->attributes) delegate->trackEvent(*event->name, *event->attributes);
+}
+
+void ScriptMessageBridge::shortCut(std::string_view body) {
+  const auto delegate = screen_.conversionDelegate;
+  const auto shortcut = record<ShortcutsModel>(body, "ShortcutsModel");
+  if (delegate && shortcut) delegate->shortCutEvent(*shortcut);
+}
+
+void ScriptMessageBridge::message(std::string_view body) {
+  const auto delegate = screen_.conversionDelegate;
+  auto message = record<MessageModel>(body, "MessageModel");
+  if (delegate && message) delegate->messageEvent(std::make_shared<MessageModel>(std::move(*message)));
+}
+
+void ScriptMessageBridge::unreadCount(std::string_view body) {
+  std::int64_t count = 0;
+  const auto [end, error] = std::from_chars(body.data(), body.data() + body.size(), count);
+  if (error != std::errc() || end != body.data() + body.size() || count < 0) {
+    log::print("An unread count that is no number of messages was refused");
+  } else if (const auto delegate = screen_.conversionDelegate) {
+    delegate->unReadMessageCountEvent(count);
   }
 }
 
@@ -151,13 +187,7 @@ void ScriptMessageBridge::initLoaded(std::string_view /*body*/) {
 }
 
 std::optional<PostMessageModel> ScriptMessageBridge::request(std::string_view body) {
-  if (!isDictionary(body)) return std::nullopt;
-  try {
-    return decode<PostMessageModel>(body);
-  } catch (const DecodingError& error) {
-    log::print(std::string("Error decoding PostMessageModel: ") + error.what());
-    return std::nullopt;
-  }
+  return record<PostMessageModel>(body, "PostMessageModel");
 }
 
 ScriptMessageBridge::FilesAnswer ScriptMessageBridge::filesAnswer() {

@@ -29,8 +29,9 @@ class ScriptMessageBridge {
   ScriptMessageBridge(OVKFApi& screen, ChatWebViewHost& host, const PageOrigins& origins)
       : screen_(screen), host_(host), origins_(origins) {}
 
-  /// What the page may post, in the order of registration.
-  static std::vector<std::string> messageNames();
+  /// What the page may post, in the order of registration; also what it tells of the conversation, if the host wants
+  /// it.
+  static std::vector<std::string> messageNames(bool withConversation);
 
   /// Serves one message. The caller keeps the screen, which the message may close.
   void dispatch(const ScriptMessage& message);
@@ -45,6 +46,9 @@ class ScriptMessageBridge {
   void openPhotoLibraryPicker(std::string_view body);
   void recording(std::string_view body);
   void initLoaded(std::string_view body);
+  void shortCut(std::string_view body);
+  void message(std::string_view body);
+  void unreadCount(std::string_view body);
 
   using FilesAnswer = ChatManager::PickedFiles;
   using RecordAnswer = Once<void(UploadFileInfoModel)>;
@@ -68,7 +72,7 @@ class ScriptMessageBridge {
     bool isOpen = false;          ///< also to a document that is not the chat's
     bool opensSomething = false;  ///< declined while the screen does not show
   };
-  static const Service services[9];  // in the order of registration
+  static const Service services[12];  // in the order of registration; the last three tell of the conversation
 
   OVKFApi& screen_;
   ChatWebViewHost& host_;

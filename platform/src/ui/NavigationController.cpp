@@ -1,5 +1,6 @@
 #include "orivex/platform/ui/NavigationController.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "orivex/platform/Platform.h"
@@ -28,6 +29,10 @@ NavigationController::NavigationController(const std::shared_ptr<ViewController>
 
 NavigationController::~NavigationController() {
   for (const auto& controller : stack_) controller->navigation_ = nullptr;
+}
+
+bool NavigationController::contains(const ViewController& controller) const {
+  return std::ranges::any_of(stack_, [&](const auto& screen) { return screen.get() == &controller; });
 }
 
 void NavigationController::viewDidLoad() {

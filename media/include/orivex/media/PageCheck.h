@@ -9,9 +9,12 @@
 
 namespace orivex {
 
-/// The page may be loaded, with the request that was checked; or it may not, with a message for the visitor.
+/// The page may be loaded, with the request that was checked; or it may not.
 struct PageCheckFailure {
-  std::optional<std::string> message;
+  std::optional<std::string> message;  ///< for the visitor
+  int status = 0;                      ///< with which the server refused; 0 when no answer came
+  bool timedOut = false;
+  std::string detail{};  ///< for the log
 };
 using PageCheckOutcome = std::variant<UrlRequest, PageCheckFailure>;
 

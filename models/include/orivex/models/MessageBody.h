@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "orivex/Export.h"
@@ -54,6 +55,11 @@ struct MessageBody {
   std::optional<std::vector<MessageCustomItems>> customItems{};
   std::optional<std::vector<MessageCustomMenus>> customMenus{};
   std::optional<std::map<std::string, std::string>> businessProps{};
+
+  /// Reads a record out of one JSON object; see the field names for its keys. A value of another type than its field's
+  /// fails it, an unknown key does not.
+  /// @throws std::runtime_error whose text is one line that names the place.
+  ORIVEX_API static MessageBody fromJsonString(std::string_view json);
 
   /// The record as JSON; empty when it cannot be encoded.
   ORIVEX_API std::string getJsonString() const;

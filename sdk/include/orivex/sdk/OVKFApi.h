@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,10 +14,12 @@
 
 namespace orivex {
 
+class ChatEvents;
 class ChatNavigation;
 class ChatPageRequests;
 class ChatWebViewHost;
 class EdgePanBack;
+class HostMessages;
 class PageOrigins;
 class ScriptMessageBridge;
 class WebView;
@@ -48,6 +51,10 @@ class ORIVEX_API OVKFApi : public ViewController {
   /// they are there, and go back.
   std::vector<std::string> trustedOrigins;
 
+  /// Lets the page post "shortCut", "message" and "unreadCount", which reach the delegate. Set it before the screen
+  /// shows.
+  bool conversationEvents = false;
+
   /// Records the session and builds the chat page address; the page is loaded when the screen shows. No argument is
   /// checked. A visitor without a `deviceId` gets this device's identifier, written into `user`. `callBack`, if any, is
   /// called at once, when the configuration is stored. An address that does not parse leaves the earlier one in place,
@@ -58,6 +65,16 @@ class ORIVEX_API OVKFApi : public ViewController {
   /// Puts `msgBody`, with its `msgType` set, into the queue that the next `startSession` hands to the page. Of several,
   /// the page receives the last. `msgBody` must not be null.
   void sendMessage(std::int64_t msgType, const std::shared_ptr<MessageBody>& msgBody);
+
+  /// Hands `msgBody`, with its `msgType` set, to the page that shows, by its function `window.handleHostMessage`, which
+  /// gets the record as an object. What comes before a page has that function waits for it, in order, as long as the
+  /// screen lives. `msgBody` must not be null.
+  void showMessage(std::int64_t msgType, const std::shared_ptr<MessageBody>& msgBody);
+
+  /// Forgets the visitor: removes cookies, storage and caches of the component's web views, what `sendMessage` has
+  /// queued, and the identifier of the page's guest. What the visitor allowed on this device stays. Close open chats
+  /// before. `done` is called later, with a line for logs if something could not be removed.
+  static void signOut(const std::function<void(const std::optional<std::string>& error)>& done = nullptr);
 
   /// Version of this component: "1.2.0" when `isShort`, else with the build number, "1.2.0.7"; empty when the
   /// component's bundle is missing.
@@ -87,6 +104,7 @@ class ORIVEX_API OVKFApi : public ViewController {
   void viewWillAppear(bool animated) override;
   void viewDidAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
+  void viewDidDisappear(bool animated) override;
   void viewDidLayoutSubviews() override;
 
   /// Leaves, as the page's "goBack" does.
@@ -113,10 +131,12 @@ class ORIVEX_API OVKFApi : public ViewController {
   double snapshotTop_ = 0;               // points from the top of its window
   std::weak_ptr<Window> sessionWindow_;  // of which the picture is
   bool hasAddress_ = true;               // unless its own session has none
+  std::unique_ptr<ChatEvents> events_;
   std::unique_ptr<ChatWebViewHost> host_;
   std::unique_ptr<ChatNavigation> navigation_;
   std::unique_ptr<ChatPageRequests> pageRequests_;
   std::unique_ptr<ScriptMessageBridge> bridge_;
+  std::unique_ptr<HostMessages> hostMessages_;
   std::unique_ptr<EdgePanBack> backGesture_;
   std::vector<Subscription> applicationObservers_;
   bool mustLoadPage_ = false;  // the check failed while nobody could be told

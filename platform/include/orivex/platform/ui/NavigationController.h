@@ -22,6 +22,7 @@ class ORIVEX_API NavigationController : public ViewController {
   /// From the root to the top.
   const std::vector<std::shared_ptr<ViewController>>& viewControllers() const { return stack_; }
   std::shared_ptr<ViewController> topViewController() const { return stack_.back(); }
+  bool contains(const ViewController& controller) const;
 
   void pushViewController(const std::shared_ptr<ViewController>& controller, bool animated);
 
