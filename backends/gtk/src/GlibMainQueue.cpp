@@ -37,12 +37,9 @@ struct GlibMainQueue::Ticking {
   std::function<void()> tick;
 };
 
-class GlibMainQueue::RepeatingTimer final : public Timer {
- public:
-  explicit RepeatingTimer(std::shared_ptr<Ticking> ticking) : ticking_(std::move(ticking)) {}
-
- private:
-  std::shared_ptr<Ticking> ticking_;
+struct GlibMainQueue::RepeatingTimer final : Timer {
+  explicit RepeatingTimer(std::shared_ptr<Ticking> owned) : ticking(std::move(owned)) {}
+  const std::shared_ptr<Ticking> ticking;
 };
 
 GlibMainQueue::GlibMainQueue() : workers_(mostWorkers, longestWorkerIdleness) {

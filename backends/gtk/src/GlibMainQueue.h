@@ -37,7 +37,7 @@ class GlibMainQueue final : public MainQueue {
     Task task;
   };
   struct Ticking;
-  class RepeatingTimer;
+  struct RepeatingTimer;
 
   static Microseconds clock();
   static bool runsLater(const Entry& one, const Entry& other);

@@ -19,16 +19,11 @@ namespace {
 constexpr sd_id128_t component{
     {0x00, 0x3f, 0x75, 0x0a, 0xb5, 0x62, 0x4d, 0xf0, 0x88, 0xae, 0x16, 0x54, 0xb1, 0x93, 0xfb, 0x12}};
 
-void update(GChecksum* checksum, const void* bytes, std::size_t count) {
-  g_checksum_update(checksum, static_cast<const guchar*>(bytes), static_cast<gssize>(count));
-}
-
 sd_id128_t identifierOf(const std::string& application, uid_t account) {
   const std::unique_ptr<GChecksum, FreeWith<g_checksum_free>> checksum(g_checksum_new(G_CHECKSUM_SHA256));
-  const auto accountText = std::to_string(account);
-  update(checksum.get(), component.bytes, sizeof component.bytes);
-  update(checksum.get(), application.c_str(), application.size() + 1);
-  update(checksum.get(), accountText.c_str(), accountText.size());
+  const auto names = application + '\0' + std::to_string(account);
+  g_checksum_update(checksum.get(), component.bytes, sizeof component.bytes);
+  g_checksum_update(checksum.get(), reinterpret_cast<const guchar*>(names.data()), static_cast<gssize>(names.size()));
   std::array<guint8, 32> digest{};
   gsize length = digest.size();
   g_checksum_get_digest(checksum.get(), digest.data(), &length);

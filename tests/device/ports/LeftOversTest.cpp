@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "TemporaryFolder.h"
-#include "files/LeftOvers.h"
+#include "files/XdgFileManager.h"
 
 namespace orivex::gtk {
 namespace {

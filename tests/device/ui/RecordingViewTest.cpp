@@ -4,6 +4,7 @@
 #include "../GtkFixture.h"
 #include "Visitor.h"
 
+#include "orivex/platform/ui/Window.h"
 #include "orivex/voice/RecordingView.h"
 
 namespace orivex::gtk {
@@ -22,7 +23,7 @@ TEST(RecordingOverlayTest, GrowsWithTheVisitorsTextAsFarAsTheWindowHasRoom) {
   auto* const settings = gtk_settings_get_default();
   const auto overlay = RecordingView::make();
   const auto screen = std::make_shared<View>();  // fills its window
-  visitor.view()->addSubview(screen);
+  visitor.view()->window()->contentView()->addSubview(screen);
   screen->addSubview(overlay);
   overlay->setHidden(false);
   const struct {

@@ -26,7 +26,7 @@ VisitorWindow::VisitorWindow() : window_(firstWindow()), entry_(gtk_entry_new())
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
   gtk_window_set_child(window_, entry_);
-  view_ = attach(window_)->contentView();
+  view_ = attach(window_)->rootViewController()->view();
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(entry_) != FALSE; }, 10);
   focusWindow(window_, title);

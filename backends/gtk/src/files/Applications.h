@@ -19,4 +19,8 @@ std::vector<GRef<GAppInfo>> applicationsFor(const Url& file, const TypeRegistry&
 /// Hands the file to the application, in the background. A failure is one log line.
 void launch(GAppInfo* application, const Url& file);
 
+/// Has the desktop's portal show the visitor which applications open `file`, a local one or an http(s) address: a host
+/// in a sandbox sees none of them itself. Returns at once; a portal that refuses is one log line. Main thread.
+void openThroughPortal(const Url& file);
+
 }  // namespace orivex::gtk

@@ -62,25 +62,19 @@ std::string joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-GRef<GtkFileFilter> documentFilter(const std::vector<std::string>& mimeTypes) {
-  auto filter = GRef<GtkFileFilter>::sink(gtk_file_filter_new());
+std::vector<GRef<GtkFileFilter>> documentFilters(const std::vector<std::string>& mimeTypes) {
+  auto requested = GRef<GtkFileFilter>::sink(gtk_file_filter_new());
   std::vector<std::string> names;
-  for (const auto& requested : mimeTypes) {
-    const auto type = lowerCase(requested);
-    if (type == "*/*") return nullptr;
+  for (const auto& mimeType : mimeTypes) {
+    const auto type = lowerCase(mimeType);
+    if (type == "*/*") return {};
     if (!isMimeType(type)) continue;
-    gtk_file_filter_add_mime_type(filter.get(), type.c_str());
+    gtk_file_filter_add_mime_type(requested.get(), type.c_str());
     const auto name = nameOf(type);
     if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
   }
-  if (names.empty()) return nullptr;
-  gtk_file_filter_set_name(filter.get(), joined(names).c_str());
-  return filter;
-}
-
-std::vector<GRef<GtkFileFilter>> documentFilters(const std::vector<std::string>& mimeTypes) {
-  auto requested = documentFilter(mimeTypes);
-  if (!requested) return {};
+  if (names.empty()) return {};
+  gtk_file_filter_set_name(requested.get(), joined(names).c_str());
   auto all = GRef<GtkFileFilter>::sink(gtk_file_filter_new());
   gtk_file_filter_set_name(all.get(), "所有文件");
   gtk_file_filter_add_pattern(all.get(), "*");

@@ -8,7 +8,6 @@
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
 
-#include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Once.h"
 
 namespace orivex::gtk {
@@ -43,21 +42,12 @@ class FileDialog {
   static std::vector<std::string> pathsOf(const Files& files);
 
  private:
-  static void closeSoon();
-
   inline static int openCount = 0;
 
   GtkWindow* const parent_;
   Once<void(Files)> answered_;
-#if GTK_CHECK_VERSION(4, 10, 0)
-  static void finished(GObject* dialog, GAsyncResult* result, gpointer request) noexcept;
-
-  const GRef<GCancellable> closing_ = GRef<GCancellable>::adopt(g_cancellable_new());
-#else
   GRef<GtkFileChooserNative> chooser_;
   SignalConnection responded_;
-#endif
-  Alive alive_;
 };
 
 }  // namespace orivex::gtk

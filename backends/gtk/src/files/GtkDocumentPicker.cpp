@@ -3,9 +3,12 @@
 #include <cerrno>
 #include <utility>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "../ui/GtkApplicationPort.h"
 #include "DocumentFilter.h"
-#include "HeldFile.h"
 
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/ui/View.h"
@@ -14,6 +17,17 @@ namespace orivex::gtk {
 namespace {
 
 using Completion = Once<void(DocumentPickerOutcome)>;
+
+/// Holds a file open: as long as one does, a document that the desktop lent to a sandbox stays in reach, and a disk
+/// with it cannot be taken away.
+class OpenFile final : public FileAccess {
+ public:
+  explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
+  ~OpenFile() override { close(descriptor_); }
+
+ private:
+  const int descriptor_;
+};
 
 GRef<GFile> documentsFolder() {
   const char* const path = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
@@ -42,23 +56,20 @@ void GtkDocumentPicker::present(const DocumentPickerOptions& options, View& view
   auto* const host = application_.find(view);
   if (!host) return log::print("The file chooser needs a screen in a window to open over.");
   completion_ = std::move(completion);
-  open(options, host->gtkWindow());
-  leaves_ = view.observeLeaving([this] { drop(); });
-}
-
-void GtkDocumentPicker::open(const DocumentPickerOptions& options, GtkWindow* window) {
   // The chooser would greet the visitor with an error about a folder that has gone.
   if (!folder_ || !g_file_query_exists(folder_.get(), nullptr)) folder_ = documentsFolder();
-  destroyed_ = SignalConnection::connect(window, "destroy", [this] { drop(); });
   dialog_ = std::make_unique<FileDialog>(
-      window,
+      host->gtkWindow(),
       FileDialog::Options{
           .filters = documentFilters(options.mimeTypes), .folder = folder_.get(), .multiple = options.multiple},
       [this](const FileDialog::Files& files) { answered(files); });
+  leaves_ = view.observeLeaving([this] {
+    dialog_ = nullptr;
+    completion_ = nullptr;
+  });
 }
 
 void GtkDocumentPicker::answered(const FileDialog::Files& files) {
-  destroyed_.disconnect();
   const auto ended = std::move(dialog_);
   if (files.empty()) return answerLater(mainQueue_, std::move(completion_), PickingCancelled{});
   if (auto folder = GRef<GFile>::adopt(g_file_get_parent(files.front().get()))) folder_ = std::move(folder);
@@ -67,17 +78,16 @@ void GtkDocumentPicker::answered(const FileDialog::Files& files) {
   answerLater(mainQueue_, std::move(completion_), std::move(picked));
 }
 
-void GtkDocumentPicker::drop() {
-  leaves_ = {};
-  destroyed_.disconnect();
-  dialog_ = nullptr;
-  completion_ = nullptr;
-}
-
 std::variant<std::unique_ptr<FileAccess>, Failure> GtkDocumentPicker::startAccess(const Url& file) {
   const auto path = file.filePath();
   if (!path) return Failure{g_strerror(EINVAL)};
-  return HeldFile::open(*path);
+  // Without waiting for the other end of a pipe.
+  const int descriptor = ::open(path->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) return Failure{g_strerror(errno)};
+  std::unique_ptr<FileAccess> access = std::make_unique<OpenFile>(descriptor);
+  struct stat status {};
+  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) return access;
+  return Failure{g_strerror(S_ISDIR(status.st_mode) ? EISDIR : EINVAL)};
 }
 
 }  // namespace orivex::gtk

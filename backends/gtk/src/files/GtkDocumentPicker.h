@@ -5,7 +5,6 @@
 #include <gtk/gtk.h>
 
 #include "../glib/GRef.h"
-#include "../glib/SignalConnection.h"
 #include "FileDialog.h"
 
 #include "orivex/platform/base/Subscription.h"
@@ -27,8 +26,6 @@ class GtkDocumentPicker final : public DocumentPicker {
   std::variant<std::unique_ptr<FileAccess>, Failure> startAccess(const Url& file) override;
 
  private:
-  void open(const DocumentPickerOptions& options, GtkWindow* window);
-  void drop();
   void answered(const FileDialog::Files& files);
 
   MainQueue& mainQueue_;
@@ -37,7 +34,6 @@ class GtkDocumentPicker final : public DocumentPicker {
   Once<void(DocumentPickerOutcome)> completion_;
   GRef<GFile> folder_;
   Subscription leaves_;
-  SignalConnection destroyed_;
 };
 
 }  // namespace orivex::gtk

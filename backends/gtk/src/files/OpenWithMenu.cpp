@@ -10,7 +10,6 @@
 #include "../ui/StyleSheet.h"
 #include "../ui/Widgets.h"
 #include "Applications.h"
-#include "OpenPortal.h"
 
 #include "orivex/platform/ui/View.h"
 
@@ -19,11 +18,10 @@ namespace {
 
 constexpr const char* title = "用其他应用打开";
 
-// Points.
-constexpr int margin = 16;
-constexpr int iconSize = 40;
+constexpr int iconSize = 40;  // points
 
 constexpr const char* css = R"css(
+.orivex-open-with { padding: 20px 16px 16px; }
 .orivex-open-with .title { font-weight: bold; font-size: 115%; }
 .orivex-applications { background-color: transparent; }
 .orivex-applications row { border-radius: 12px; padding: 8px 12px; }
@@ -73,13 +71,7 @@ struct OpenWithMenu::Menu {
   GtkWidget* contentNew() {
     GtkWidget* const cancel = gtk_button_new_with_label("取消");
     connections.add(cancel, "clicked", [this] { sheet->close(); });
-    GtkWidget* const box =
-        styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {headingNew(file), listNew(), cancel}), "orivex-open-with");
-    gtk_widget_set_margin_top(box, margin + 4);
-    gtk_widget_set_margin_bottom(box, margin);
-    gtk_widget_set_margin_start(box, margin);
-    gtk_widget_set_margin_end(box, margin);
-    return box;
+    return styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {headingNew(file), listNew(), cancel}), "orivex-open-with");
   }
 
   GtkWidget* listNew() {

@@ -1,7 +1,9 @@
 #include "XdgFileManager.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <system_error>
 
 #include <glib.h>
 #include <unistd.h>
@@ -27,6 +29,18 @@ std::optional<Failure> XdgFileManager::removeItem(const Url& file) {
   if (!path) return Failure{"not a file: " + file.absoluteString()};
   if (::unlink(path->c_str()) != 0) return Failure{std::strerror(errno)};
   return std::nullopt;
+}
+
+void removeLeftOvers(const std::filesystem::path& folder, std::string_view ending) {
+  std::error_code error;
+  const auto oldest = std::filesystem::file_time_type::clock::now() - std::chrono::hours(24);
+  std::filesystem::directory_iterator entry(folder, error);
+  while (!error && entry != std::filesystem::directory_iterator()) {
+    std::error_code gone;
+    const bool isOld = entry->is_regular_file(gone) && !gone && entry->last_write_time(gone) < oldest && !gone;
+    if (isOld && entry->path().string().ends_with(ending)) std::filesystem::remove(entry->path(), gone);
+    entry.increment(error);
+  }
 }
 
 }  // namespace orivex::gtk

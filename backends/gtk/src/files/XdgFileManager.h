@@ -1,6 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "orivex/platform/ports/FileManager.h"
 
@@ -21,5 +23,9 @@ class XdgFileManager final : public FileManager {
  private:
   const std::string applicationId_;
 };
+
+/// Removes the files of `folder` whose names end like this and that nobody has written to for a day: what a process
+/// that was killed has left of its visitor. Any thread; a failure leaves the file.
+void removeLeftOvers(const std::filesystem::path& folder, std::string_view ending);
 
 }  // namespace orivex::gtk
