@@ -14,6 +14,8 @@
 #include "orivex/platform/ports/Application.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
+#include "orivex/platform/ui/View.h"
 
 namespace orivex {
 namespace {
@@ -77,6 +79,17 @@ void OVKFApiHelper::showMessage(const std::string& message, double delay, Once<v
     VisitorOverlay::shared().endMessage();
     std::move(completion)();
   });
+}
+
+void OVKFApiHelper::showMessage(const std::weak_ptr<View>& view, const std::string& message, double delay,
+                                Once<void()> completion) {
+  const auto shown = view.lock();
+  if (!shown || !shown->isShowing()) {
+    log::print("A screen that does not show has nothing to tell: " + message);
+    return;
+  }
+  Platform::current().progressOverlay.bringTo(*shown);
+  showMessage(message, delay, std::move(completion));
 }
 
 void OVKFApiHelper::showNotice(const std::string& message, double delay) {

@@ -4,7 +4,6 @@
 #include <memory>
 #include <utility>
 
-#include "KeptUploads.h"
 #include "VisitorOverlay.h"
 
 #include "orivex/media/DeviceIdentifier.h"
@@ -23,7 +22,6 @@ namespace orivex {
 namespace {
 
 constexpr const char* uploadPath = "/api/chat/outside/guest/file/upload";
-constexpr const char* fileField = "file";
 
 // Servers of some makers begin every text with it.
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
@@ -73,8 +71,9 @@ UploadResult interpret(const UploadReply& reply) {
 
 std::optional<FilePart> filePart(const std::optional<Url>& file, std::optional<std::string> bytes,
                                  const std::string& fileName, const std::string& mimeType) {
-  if (file) return FilePart{fileField, FilePart::Path{file->filePath().value_or("")}, fileName, mimeType};
-  if (bytes) return FilePart{fileField, FilePart::Bytes{*std::move(bytes)}, fileName, mimeType};
+  if (file)
+    return FilePart{UploadManager::fileField, FilePart::Path{file->filePath().value_or("")}, fileName, mimeType};
+  if (bytes) return FilePart{UploadManager::fileField, FilePart::Bytes{*std::move(bytes)}, fileName, mimeType};
   return std::nullopt;
 }
 
@@ -92,29 +91,6 @@ void dismissLater(std::shared_ptr<VisitorOverlay::Upload> shown) {
       [&queue, shown = std::move(shown)]() mutable { queue.async([shown = std::move(shown)] { shown->dismiss(); }); });
 }
 
-void post(const std::optional<std::string>& address, std::optional<FilePart> file, std::vector<FormField> fields,
-          Once<void(UploadResult)> completion) {
-  auto shown = std::make_shared<VisitorOverlay::Upload>();
-  auto finish = [shown, completion = std::move(completion)](const UploadReply& reply) mutable {
-    shown->returnToWindow();  // what is said about the upload belongs there, too
-    dismissLater(std::move(shown));
-    std::move(completion)(interpret(reply));
-  };
-  const auto target = address.value_or(OVKFApiManager::shared().host + uploadPath);
-  const auto url = Url::parse(target);
-  if (!url) {
-    Platform::current().mainQueue.async([finish = std::move(finish), target]() mutable {
-      finish({std::nullopt, TransportError{TransportError::other, "不支持的地址", target}});
-    });
-    return;
-  }
-  if (file) file->fileName = validUtf8(file->fileName);
-  UploadRequest request{*url, UploadManager::makeUploadHeaders(), std::move(file), std::move(fields)};
-  shown->setGiveUp(Platform::current().httpClient.upload(
-      std::move(request), [shown](double fraction) { shown->progress(static_cast<float>(fraction)); },
-      std::move(finish)));
-}
-
 }  // namespace
 
 void UploadManager::uploadFile(const std::optional<std::string>& address, const std::optional<Url>& file,
@@ -122,20 +98,39 @@ void UploadManager::uploadFile(const std::optional<std::string>& address, const 
                                const std::string& mimeType,
                                const std::optional<std::map<std::string, std::string>>& extraFields,
                                Once<void(UploadResult)> completion) const {
-  post(address, filePart(file, std::move(bytes), fileName, mimeType), formFields(extraFields), std::move(completion));
+  auto target = currentTarget();
+  if (address) target.address = *address;
+  upload(target, filePart(file, std::move(bytes), fileName, mimeType), formFields(extraFields), std::move(completion));
 }
 
-void UploadManager::uploadFile(FilePart::Path file, const std::string& fileName, const std::string& mimeType,
-                               Once<void(UploadResult)> completion) const {
-  post(std::nullopt, FilePart{fileField, std::move(file), fileName, mimeType}, {}, std::move(completion));
+UploadManager::Target UploadManager::currentTarget() {
+  return {OVKFApiManager::shared().host + uploadPath, makeUploadHeaders()};
+}
+
+void UploadManager::upload(const Target& target, std::optional<FilePart> file, std::vector<FormField> fields,
+                           Once<void(UploadResult)> completion) {
+  auto shown = std::make_shared<VisitorOverlay::Upload>();
+  auto finish = [shown, completion = std::move(completion)](const UploadReply& reply) mutable {
+    shown->returnToWindow();  // what is said about the upload belongs there, too
+    dismissLater(std::move(shown));
+    std::move(completion)(interpret(reply));
+  };
+  const auto url = Url::parse(target.address);
+  if (!url) {
+    Platform::current().mainQueue.async([finish = std::move(finish), address = target.address]() mutable {
+      finish({std::nullopt, TransportError{TransportError::other, "不支持的地址", address}});
+    });
+    return;
+  }
+  if (file) file->fileName = validUtf8(file->fileName);
+  UploadRequest request{*url, target.headers, std::move(file), std::move(fields)};
+  shown->setGiveUp(Platform::current().httpClient.upload(
+      std::move(request), [shown](double fraction) { shown->progress(static_cast<float>(fraction)); },
+      std::move(finish)));
 }
 
 void UploadManager::hideProgress(const Window& window) {
   VisitorOverlay::shared().hideUploads(window);
-}
-
-void UploadManager::keep(View& view, Task sendAgain) {
-  KeptUploads::shared().keep(view, std::move(sendAgain));
 }
 
 std::string UploadManager::mimeType(std::string_view forExtension) {

@@ -20,7 +20,6 @@
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/sdk/OVKFApi.h"
 #include "orivex/session/OVKFApiManager.h"
-#include "orivex/voice/RecordManager.h"
 
 namespace orivex {
 namespace {
@@ -72,9 +71,9 @@ const ScriptMessageBridge::Service ScriptMessageBridge::services[12] = {
     {"trackEvent", &ScriptMessageBridge::trackEvent},
     {"openUrl", &ScriptMessageBridge::openUrl, true, true},
     {"openFile", &ScriptMessageBridge::openFile, false, true},
-    {"openCamera", &ScriptMessageBridge::openCamera, false, true},
-    {"openPhotoLibraryPicker", &ScriptMessageBridge::openPhotoLibraryPicker, false, true},
-    {"openDocumentPicker", &ScriptMessageBridge::openDocumentPicker, false, true},
+    {"openCamera", &ScriptMessageBridge::pick<&ChatManager::openCamera>, false, true},
+    {"openPhotoLibraryPicker", &ScriptMessageBridge::pick<&ChatManager::openPhotoLibrary>, false, true},
+    {"openDocumentPicker", &ScriptMessageBridge::pick<&ChatManager::openDocumentPicker>, false, true},
     {"initLoaded", &ScriptMessageBridge::initLoaded, true},
     {"recording", &ScriptMessageBridge::recording, false, true},
     {"goBack", &ScriptMessageBridge::goBack, true},
@@ -158,18 +157,9 @@ void ScriptMessageBridge::goBack(std::string_view /*body*/) {
   closeScreen(screen_, true);
 }
 
-void ScriptMessageBridge::openCamera(std::string_view body) {
-  if (const auto asked = request(body)) ChatManager::shared().openCamera(*asked, screen_, filesAnswer());
-}
-
-void ScriptMessageBridge::openDocumentPicker(std::string_view body) {
-  if (const auto asked = request(body)) {
-    ChatManager::shared().openDocumentPicker(*asked, screen_, filesAnswer());
-  }
-}
-
-void ScriptMessageBridge::openPhotoLibraryPicker(std::string_view body) {
-  if (const auto asked = request(body)) ChatManager::shared().openPhotoLibrary(*asked, screen_, filesAnswer());
+template <auto Open>
+void ScriptMessageBridge::pick(std::string_view body) {
+  if (const auto asked = request(body)) (ChatManager::shared().*Open)(*asked, screen_, filesAnswer());
 }
 
 void ScriptMessageBridge::recording(std::string_view body) {
@@ -190,13 +180,13 @@ std::optional<PostMessageModel> ScriptMessageBridge::request(std::string_view bo
   return record<PostMessageModel>(body, "PostMessageModel");
 }
 
-ScriptMessageBridge::FilesAnswer ScriptMessageBridge::filesAnswer() {
+AttachmentAnswer ScriptMessageBridge::filesAnswer() {
   return alive_.guard([this, evaluate = evaluateForAsker()](std::vector<UploadFileInfoModel> files) {
     answers_.add([files = std::move(files)] { return scriptCall("handleSelectedFiles", files); }, evaluate);
   });
 }
 
-ScriptMessageBridge::RecordAnswer ScriptMessageBridge::recordAnswer() {
+RecordManager::RecordedClip ScriptMessageBridge::recordAnswer() {
   return alive_.guard([this, evaluate = evaluateForAsker()](UploadFileInfoModel record) {
     answers_.add([record = std::move(record)] { return scriptCall("handleSelectedRecord", record, true); }, evaluate);
   });

@@ -8,12 +8,11 @@
 
 #include "AnswerQueue.h"
 
-#include "orivex/media/ChatManager.h"
+#include "orivex/media/Attachment.h"
 #include "orivex/models/PostMessageModel.h"
-#include "orivex/models/UploadFileInfoModel.h"
 #include "orivex/platform/base/Alive.h"
-#include "orivex/platform/base/Once.h"
 #include "orivex/platform/ports/WebEngine.h"
+#include "orivex/voice/RecordManager.h"
 
 namespace orivex {
 
@@ -41,17 +40,16 @@ class ScriptMessageBridge {
   void openUrl(std::string_view body);
   void openFile(std::string_view body);
   void goBack(std::string_view body);
-  void openCamera(std::string_view body);
-  void openDocumentPicker(std::string_view body);
-  void openPhotoLibraryPicker(std::string_view body);
+
+  /// Opens one of the pickers.
+  template <auto Open>
+  void pick(std::string_view body);
+
   void recording(std::string_view body);
   void initLoaded(std::string_view body);
   void shortCut(std::string_view body);
   void message(std::string_view body);
   void unreadCount(std::string_view body);
-
-  using FilesAnswer = ChatManager::PickedFiles;
-  using RecordAnswer = Once<void(UploadFileInfoModel)>;
 
   /// Origin of the document that posts or is answered now.
   std::string origin() const;
@@ -60,8 +58,8 @@ class ScriptMessageBridge {
   static std::optional<PostMessageModel> request(std::string_view body);
 
   /// Answers the page with what was picked or recorded, if the screen is still there.
-  FilesAnswer filesAnswer();
-  RecordAnswer recordAnswer();
+  AttachmentAnswer filesAnswer();
+  RecordManager::RecordedClip recordAnswer();
 
   /// Evaluates an answer in the document that has asked, or in another of its origin.
   AnswerQueue::Evaluate evaluateForAsker() const;

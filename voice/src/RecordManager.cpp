@@ -1,10 +1,8 @@
 #include "orivex/voice/RecordManager.h"
 
-#include <algorithm>
-#include <filesystem>
-#include <string_view>
 #include <utility>
 
+#include "orivex/media/Attachment.h"
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/media/UploadManager.h"
 #include "orivex/platform/Platform.h"
@@ -18,7 +16,6 @@ namespace orivex {
 namespace {
 
 // Seconds.
-constexpr double messageDuration = 3.0;
 constexpr double levelInterval = 0.1;
 constexpr double tooShortDuration = 1.0;
 
@@ -30,12 +27,6 @@ constexpr double timeToHear = 1.0;
 
 constexpr double millisecondsPerSecond = 1000.0;
 
-// Says it to the log instead when the screen with the overlay does not show.
-void tell(const std::string& message) {
-  if (RecordManager::shared().recordingView()->isShowing()) return OVKFApiHelper::showMessage(message, messageDuration);
-  log::print("A screen that does not show has nothing to tell: " + message);
-}
-
 // The last component of an address' path, decoded.
 std::string lastPathComponent(const std::string& address) {
   const auto path = address.substr(0, address.find_first_of("?#"));
@@ -44,20 +35,32 @@ std::string lastPathComponent(const std::string& address) {
   return decoded ? decoded->filePath().value_or("/" + name).substr(1) : name;
 }
 
-std::string extensionOf(const Url& file) {
-  const auto extension = std::filesystem::path(file.filePath().value_or("")).extension().string();
-  return extension.substr(std::min<std::size_t>(1, extension.size()));
-}
+class Clip final : public Attachment {
+ public:
+  Clip(Url file, double seconds) : file_(std::move(file)) {
+    const auto path = file_.filePath().value_or("");
+    description.type = rawValue(FileType::Record);
+    description.duration = seconds;
+    description.suffix = "wav";
+    upload =
+        FilePart{UploadManager::fileField, FilePart::Path{path}, "file", UploadManager::mimeType(fileExtension(path))};
+  }
 
-UploadFileInfoModel describe(const UploadResposeModel& stored, double seconds) {
-  UploadFileInfoModel clip;
-  clip.name = lastPathComponent(stored.url);
-  clip.type = rawValue(FileType::Record);
-  clip.url = stored.url;
-  clip.duration = seconds;
-  clip.suffix = "wav";
-  return clip;
-}
+  bool isInspected() const override { return true; }
+
+  void uploaded(const UploadResposeModel* stored) override {
+    if (!stored) return;
+    log::print("Upload Success");
+    description.name = lastPathComponent(stored->url);
+    description.url = stored->url;
+    if (const auto failure = Platform::current().fileManager.removeItem(file_)) {
+      log::print("删除录音:" + failure->description);
+    }
+  }
+
+ private:
+  const Url file_;
+};
 
 }  // namespace
 
@@ -103,7 +106,8 @@ void RecordManager::answered(std::uint64_t question, bool allowed) {
   if (question != lastQuestion_) return;  // a later press waits for an answer of its own
   auto& voice = VoiceManager::shared();
   if (!allowed) {
-    tell("无法录制声音，前往\"设置 > " + OVKFApiHelper::appDisplayName() + "\"中打开麦克风权限");
+    showAttachmentMessage(recordingView(),
+                          "无法录制声音，前往\"设置 > " + OVKFApiHelper::appDisplayName() + "\"中打开麦克风权限");
     dropClip();
   } else if (!voice.isStop) {
     voice.startRecording();
@@ -170,7 +174,7 @@ void RecordManager::finishRecording(RecordedClip completion) {
     endOverlay();
     if (voice.recorder) voice.stopRecording();
     dropClip();
-    return tell(*fault);
+    return showAttachmentMessage(recordingView(), *fault);
   }
   if (duration <= longestTooShort) return showTooShort();
   endOverlay();
@@ -181,7 +185,7 @@ void RecordManager::finishRecording(RecordedClip completion) {
   if (const auto file = Url::parse(address)) {
     send(*file, duration / millisecondsPerSecond, std::move(completion));
   } else {
-    tell("无效的路径:" + address);
+    showAttachmentMessage(recordingView(), "无效的路径:" + address);
   }
 }
 
@@ -207,28 +211,10 @@ void RecordManager::showTooShort() {
 }
 
 void RecordManager::send(const Url& file, double seconds, RecordedClip completion) {
-  UploadManager().uploadFile(std::nullopt, file, std::nullopt, "file", UploadManager::mimeType(extensionOf(file)),
-                             std::nullopt,
-                             [file, seconds, completion = std::move(completion)](UploadResult result) mutable {
-                               if (const auto* failure = std::get_if<UploadFailure>(&result)) {
-                                 tell(failure->message);
-                                 return keep(file, seconds, std::move(completion));
-                               }
-                               log::print("Upload Success");
-                               if (const auto failure = Platform::current().fileManager.removeItem(file)) {
-                                 log::print("删除录音:" + failure->description);
-                               }
-                               std::move(completion)(describe(std::get<UploadResposeModel>(result), seconds));
-                             });
-}
-
-void RecordManager::keep(const Url& file, double seconds, RecordedClip completion) {
-  const auto& view = shared().recordingView();
-  if (!view->isShowing()) return;
-  // Of the screen: the view may go over to another one.
-  UploadManager::keep(*view->superview(), [file, seconds, completion = std::move(completion)]() mutable {
-    send(file, seconds, std::move(completion));
-  });
+  // The screen of this press: the overlay may go over to another one.
+  auto* const screen = recordingView()->superview();
+  sendAttachments({std::make_shared<Clip>(file, seconds)}, screen ? screen->weak_from_this() : std::weak_ptr<View>(),
+                  [completion = std::move(completion)](auto clips) { completion(std::move(clips.front())); });
 }
 
 void RecordManager::closeMicrophone() {

@@ -102,6 +102,17 @@ TEST_F(DocumentPickingTest, ADocumentThatWasNotStoredIsSentAgainOnTheVisitorsWor
   EXPECT_EQ(device_.documentPicker().openAccesses(), 0);
 }
 
+TEST_F(DocumentPickingTest, WhatIsSentAgainGoesToTheSessionInWhichItBegan) {
+  device_.httpClient().setUploadServer([](const UploadRequest&) { return VirtualUploadReply::respond(503, "x"); });
+  pick({file("a.txt")});
+  OVKFApi().startSession("https://other.example", "other", "secret", std::make_shared<UserMappingModel>());
+  OverlayOffer(*device_.progressOverlay().offered()).retry();
+  device_.advance(1);
+  const auto& uploads = device_.httpClient().uploads();
+  ASSERT_EQ(uploads.size(), 2U);
+  EXPECT_EQ(uploads[1], uploads[0]);
+}
+
 TEST_F(DocumentPickingTest, MakesANameThatIsNoTextOne) {
   const auto chosen = file("\xBA\xCF\xCD\xAC.p\xE4\xBD.d\xFF");  // of an old archive, and cut
   const std::string name = "\uFFFD\uFFFD\u036C.p\uFFFD\uFFFD.d\uFFFD";

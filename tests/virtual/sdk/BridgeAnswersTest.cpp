@@ -1,30 +1,26 @@
 #include <limits>
 
 #include "ChatScreenTest.h"
-#include "FakePickers.h"
 
 #include "orivex/voice/VoiceManager.h"
 
 namespace orivex::testing {
 namespace {
 
-UploadFileInfoModel named(std::string name) {
-  UploadFileInfoModel file;
-  file.name = std::move(name);
-  file.type = "File";
-  file.suffix = "pdf";
-  return file;
-}
-
 class BridgeAnswersTest : public ChatScreenTest {
  protected:
-  BridgeAnswersTest() { ask(*screen_); }
-
-  /// Lets the page ask for documents, so that the completion is there.
-  void ask(OVKFApi& screen) {
-    pageOf(screen).post("openDocumentPicker", R"({"deviceId":"d"})");
+  /// Lets the page ask for photos, and the visitor choose some of these widths.
+  void choose(OVKFApi& screen, const std::vector<double>& widths) {
+    pageOf(screen).post("openPhotoLibraryPicker", R"({"deviceId":"d"})");
     device_.runUntilIdle();
     log_.take();
+    PhotoSelection selection;
+    for (const double width : widths) {
+      const auto path = "/" + std::to_string(width);
+      device_.imageCodec().put(path, {"jpeg", {width, 1}});
+      selection.items.push_back({MediaType::image, Url::fromFilePath(path)});
+    }
+    device_.photoLibrary().select(std::move(selection));
   }
 
   /// Lets the page record for 2.5 seconds; the clip is then on its way to the server for one more.
@@ -47,7 +43,6 @@ class BridgeAnswersTest : public ChatScreenTest {
     return {scripts.begin() + 1, scripts.end()};
   }
 
-  FakePickers pickers_;
   const std::shared_ptr<OVKFApi> screen_ = present();
 };
 
@@ -64,16 +59,11 @@ TEST_F(BridgeAnswersTest, WriteARecordToTheLogAndThenCallThePage) {
 }
 
 TEST_F(BridgeAnswersTest, AreOneLogLineWhenTheyCannotBeWritten) {
-  auto endless = named("a");
-  endless.duration = std::numeric_limits<double>::infinity();
-  for (const auto& file : {endless, named("\xFF")}) {
-    ask(*screen_);
-    std::move(pickers_.files)({named("good"), file});
-    EXPECT_EQ(answers(), Lines{});
-    const auto lines = log_.take();
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_TRUE(lines[0].starts_with("\"Error serializing JSON: ")) << lines[0];
-  }
+  choose(*screen_, {1, std::numeric_limits<double>::infinity()});
+  EXPECT_EQ(answers(), Lines{});
+  const auto lines = log_.take();
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_TRUE(lines[0].starts_with("\"Error serializing JSON: ")) << lines[0];
   device_.recordPermission().remember(true);
   pageOf(*screen_).post("recording", R"({"deviceId":"d","action":"start"})");
   device_.runUntilIdle();
@@ -86,7 +76,7 @@ TEST_F(BridgeAnswersTest, AreOneLogLineWhenTheyCannotBeWritten) {
 
 TEST_F(BridgeAnswersTest, AreOneLogLineWhenThePageFails) {
   pageOf(*screen_).failNextEvaluation("ReferenceError: handleSelectedFiles");
-  std::move(pickers_.files)({named("a")});
+  choose(*screen_, {1});
   device_.runUntilIdle();
   EXPECT_EQ(log_.take(), Lines{R"("Error evaluating JavaScript: ReferenceError: handleSelectedFiles")"});
 }
@@ -97,13 +87,12 @@ TEST_F(BridgeAnswersTest, ComeToNothingOnceTheScreenIsGone) {
     const auto screen = started();
     gone = screen;
     screen_->present(screen, false);
-    ask(*screen);
     speak(*screen);
+    choose(*screen, {1});
     screen->dismiss(false);
   }
-  EXPECT_TRUE(gone.expired());  // neither an open picker nor an upload holds the screen
+  EXPECT_TRUE(gone.expired());  // neither a choice nor an upload holds the screen
   log_.take();
-  std::move(pickers_.files)({named("late")});
   device_.advance(10);
   EXPECT_EQ(log_.take(), Lines{"Upload Success"});
   EXPECT_EQ(answers(), Lines{});

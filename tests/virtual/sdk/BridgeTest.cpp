@@ -1,5 +1,4 @@
 #include "ChatScreenTest.h"
-#include "FakePickers.h"
 
 #include "orivex/session/OVKFApiManager.h"
 #include "orivex/voice/VoiceManager.h"
@@ -32,7 +31,26 @@ class BridgeTest : public ChatScreenTest {
     return lines;
   }
 
-  FakePickers pickers_;
+  /// Which picker is open; closes it.
+  std::string closePicker() {
+    std::string open;
+    if (device_.camera().presented()) {
+      open += "camera";
+      device_.camera().finish(CaptureCancelled{});
+    }
+    if (device_.photoLibrary().shown()) {
+      open += "photoLibrary";
+      device_.photoLibrary().close();
+    }
+    if (device_.documentPicker().presented()) {
+      open += "documents";
+      device_.documentPicker().cancel();
+    }
+    device_.runUntilIdle();
+    log_.take();
+    return open;
+  }
+
   const std::shared_ptr<Delegate> delegate_ = std::make_shared<Delegate>();
   const std::shared_ptr<OVKFApi> screen_ = present();
 };
@@ -69,7 +87,8 @@ TEST_F(BridgeTest, OpensLinksAndFiles) {
   EXPECT_EQ(post("openFile", R"("file:///tmp/a%20b.pdf")"), Lines{});
   EXPECT_EQ(post("openFile", R"("file:///tmp/a b.pdf")"), Lines{});
   EXPECT_EQ(post("openFile", R"("")"), Lines{});
-  EXPECT_EQ(pickers_.openedFiles, Lines{"file:///tmp/a%20b.pdf"});
+  ASSERT_EQ(device_.documentInteraction().menus().size(), 1U);
+  EXPECT_EQ(device_.documentInteraction().menus()[0].file, "file:///tmp/a%20b.pdf");
 }
 
 TEST_F(BridgeTest, RaisesTrackEventsThatAreComplete) {
@@ -130,8 +149,8 @@ TEST_F(BridgeTest, StoresTheLimitsThatARequestBrings) {
       {"openDocumentPicker", "documents", R"({"deviceId":"d","fileSize":0})", "d", 0, {}},
       {"openDocumentPicker", "documents", R"({"deviceId":"d","fileSize":-1})", "d", -1, {}},
       {"openDocumentPicker", "documents", R"({"deviceId":"d","action":"start"})", "d", 31457280, {}},
-      {"recording", nullptr, R"({"deviceId":"r","fileSize":5})", "r", {}, {}},
-      {"recording", nullptr, R"({"deviceId":"r","fileSize":5,"action":"cancel"})", "r", {}, {}},
+      {"recording", "", R"({"deviceId":"r","fileSize":5})", "r", {}, {}},
+      {"recording", "", R"({"deviceId":"r","fileSize":5,"action":"cancel"})", "r", {}, {}},
   };
   auto& store = OVKFApiManager::shared();
   for (const auto& row : cases) {
@@ -139,18 +158,12 @@ TEST_F(BridgeTest, StoresTheLimitsThatARequestBrings) {
     store.guestId = "before";
     store.fileSize = fileBefore;
     store.videoSize = videoBefore;
-    pickers_.asked.clear();
     EXPECT_EQ(post(row.name, row.body), Lines{});
     EXPECT_EQ(store.guestId, row.guest);
     EXPECT_EQ(store.fileSize, row.fileSize.value_or(fileBefore));
     EXPECT_EQ(store.videoSize, row.videoSize.value_or(videoBefore));
-    ASSERT_EQ(pickers_.asked.size(), row.picker ? 1U : 0U);
-    if (row.picker) {
-      EXPECT_EQ(pickers_.asked[0].picker, row.picker);
-    }
+    EXPECT_EQ(closePicker(), row.picker);
   }
-  post("openDocumentPicker", R"({"deviceId":"d","fileSize":7,"mimeTypes":["application/pdf","text/plain"]})");
-  EXPECT_EQ(pickers_.asked.back().request.mimeTypes, (Lines{"application/pdf", "text/plain"}));
 }
 
 TEST_F(BridgeTest, HandsTheActionsOfAPressToTheRecorder) {
@@ -189,7 +202,8 @@ TEST_F(BridgeTest, LeavesEverythingAsItWasAfterABadBody) {
   for (const auto* name : requests) EXPECT_EQ(post(name, R"("{\"deviceId\":\"d\"}")"), Lines{}) << name;
   for (const auto* name : {"openUrl", "openFile"}) EXPECT_EQ(post(name, R"({"url":"https://a.example"})"), Lines{});
   EXPECT_TRUE(device_.application().openedUrls().empty());
-  EXPECT_TRUE(pickers_.asked.empty() && pickers_.openedFiles.empty());
+  EXPECT_EQ(closePicker(), "");
+  EXPECT_TRUE(device_.documentInteraction().menus().empty());
   EXPECT_TRUE(device_.recordPermission().asked().empty());
   EXPECT_TRUE(delegate_->events.empty());
   EXPECT_EQ(store.guestId, "before");
@@ -221,7 +235,7 @@ TEST_F(BridgeTest, RefusesWhatIsTooLongBeforeAnyWork) {
   EXPECT_EQ(log_.take(), Lines{"A message of 8388609 bytes was refused: trackEvent"});
   EXPECT_EQ(delegate_->events.size(), 1U);
   post("openFile", "\"https://a.example/" + std::string(65536, 'x') + "\"");
-  EXPECT_EQ(pickers_.openedFiles, Lines{});
+  EXPECT_TRUE(device_.documentInteraction().menus().empty());
 }
 
 }  // namespace

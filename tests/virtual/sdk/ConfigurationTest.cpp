@@ -29,9 +29,8 @@ auto leftBehind() {
   auto& store = OVKFApiManager::shared();
   const auto& address = ChatManager::shared().instanceURL;
   return std::tuple(store.host, store.user, store.guestId, store.videoSize, store.elements.size(),
-                    address ? address->absoluteString() : "", ChatManager::shared().services.camera != nullptr,
-                    VoiceManager::shared().isStop, RecordManager::shared().recordingView()->isHidden(),
-                    deviceIdentifier());
+                    address ? address->absoluteString() : "", VoiceManager::shared().isStop,
+                    RecordManager::shared().recordingView()->isHidden(), deviceIdentifier());
 }
 
 TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
@@ -42,7 +41,6 @@ TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
   screen.sendMessage(1, std::make_shared<MessageBody>());
   OVKFApiManager::shared().guestId = "guest";
   OVKFApiManager::shared().videoSize = 1;
-  ChatManager::shared().services = {};
   VoiceManager::shared().isStop = true;
   RecordManager::shared().recordingView()->setHidden(false);
   const auto used = leftBehind();

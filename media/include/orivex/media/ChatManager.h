@@ -1,12 +1,9 @@
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <optional>
-#include <vector>
 
+#include "orivex/media/Attachment.h"
 #include "orivex/models/PostMessageModel.h"
-#include "orivex/models/UploadFileInfoModel.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {
@@ -22,27 +19,15 @@ class ChatManager {
   /// The chat page address of the session, as `OVKFApiManager` keeps it.
   std::optional<Url>& instanceURL;
 
-  /// Receives the descriptions of what the visitor picked, and, each by itself, of what was sent again after it had
-  /// failed; never called when nothing was picked.
-  using PickedFiles = std::function<void(std::vector<UploadFileInfoModel>)>;
+  /// Each stores the request's limit and visitor identifier, then opens its picker over `screen`; what the visitor
+  /// picks is sent. `answer` is never called when nothing was picked.
+  void openCamera(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer);
+  void openPhotoLibrary(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer);
+  void openDocumentPicker(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer);
 
-  /// Each stores the request's limit and visitor identifier, then opens its picker over `screen`.
-  void openCamera(const PostMessageModel& request, ViewController& screen, PickedFiles completion);
-  void openPhotoLibrary(const PostMessageModel& request, ViewController& screen, PickedFiles completion);
-  void openDocumentPicker(const PostMessageModel& request, ViewController& screen, PickedFiles completion);
-
-  /// Offers the applications that open the file at `file`, anchored to `screen`.
+  /// Offers the applications that open the file at `file`, anchored to `screen`; the visitor is told when there are
+  /// none.
   void openFile(const Url& file, ViewController& screen);
-
-  /// What serves a request once it is stored: at first the device's own pickers. A host may put its own in their place.
-  using Picker = std::function<void(const PostMessageModel& request, ViewController& screen, PickedFiles completion)>;
-  struct Services {
-    Picker camera;
-    Picker photoLibrary;
-    Picker documents;
-    std::function<void(const Url& file, ViewController& screen)> openFile;
-  };
-  Services services;
 
   ChatManager(const ChatManager&) = delete;
   ChatManager& operator=(const ChatManager&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,8 @@
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {
+
+class View;
 
 /// What the whole component asks about its host and device, and the two ways in which it speaks to the visitor. Keeps
 /// no state. Main thread unless said otherwise.
@@ -35,6 +38,11 @@ class OVKFApiHelper {
   /// Shows `message` in the overlay and, `delay` seconds after the call, dismisses whatever the overlay then shows and
   /// calls `completion` if there is one. Any thread; `completion` runs on the main thread.
   static void showMessage(const std::string& message, double delay, Once<void()> completion = nullptr);
+
+  /// The same over the window of `view`, but only while the screen of `view` shows: a visitor who has left is not told,
+  /// and `completion` is dropped. Main thread.
+  static void showMessage(const std::weak_ptr<View>& view, const std::string& message, double delay,
+                          Once<void()> completion = nullptr);
 
   /// The same for what is good to know but asks for nothing: the visitor goes on meanwhile.
   static void showNotice(const std::string& message, double delay);

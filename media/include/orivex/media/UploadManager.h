@@ -15,7 +15,6 @@
 
 namespace orivex {
 
-class View;
 class Window;
 
 /// Why a file was not stored, for the visitor to read.
@@ -44,16 +43,22 @@ class UploadManager {
                   const std::optional<std::map<std::string, std::string>>& extraFields,
                   Once<void(UploadResult)> completion) const;
 
-  /// Posts a file from disk to the chat server of the session, in the same way.
-  void uploadFile(FilePart::Path file, const std::string& fileName, const std::string& mimeType,
-                  Once<void(UploadResult)> completion) const;
+  /// Where uploads go and in whose name, as the session is now.
+  struct Target {
+    std::string address;
+    std::vector<HttpHeader> headers;
+  };
+  static Target currentTarget();
+
+  /// Name of the form field of the file.
+  static constexpr const char* fileField = "file";
+
+  /// Posts a form to `target`, in the same way.
+  static void upload(const Target& target, std::optional<FilePart> file, std::vector<FormField> fields,
+                     Once<void(UploadResult)> completion);
 
   /// Takes the progress of what is being uploaded off `window`; the uploads go on unseen.
   static void hideProgress(const Window& window);
-
-  /// Keeps an upload that failed for the screen of `view`, until it leaves, and offers the visitor to have it sent
-  /// again: `sendAgain` then starts it anew.
-  static void keep(View& view, Task sendAgain);
 
   /// The usual MIME type of files with this extension; "application/octet-stream" when there is none. Any thread.
   static std::string mimeType(std::string_view forExtension);

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "orivex/models/UploadFileInfoModel.h"
-#include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/voice/RecordingView.h"
@@ -22,8 +22,8 @@ class RecordManager {
   /// The overlay, made on first use; the chat screen that shows last has it.
   const std::shared_ptr<RecordingView>& recordingView();
 
-  /// Receives the description of an uploaded clip, once; never called when none was sent.
-  using RecordedClip = Once<void(UploadFileInfoModel)>;
+  /// Receives the description of an uploaded clip; never called when none was sent.
+  using RecordedClip = std::function<void(UploadFileInfoModel)>;
 
   /// Serves an action of the page: "start" and "end" of a press, its "cancel", "hold" while the finger is away from
   /// the button and "recover" when it is back. Any other action, and one without a press, does nothing.
@@ -66,8 +66,7 @@ class RecordManager {
   static void dropClip();
   std::optional<std::string> whyNotToSend() const;
   void showTooShort();
-  static void send(const Url& file, double seconds, RecordedClip completion);
-  static void keep(const Url& file, double seconds, RecordedClip completion);
+  void send(const Url& file, double seconds, RecordedClip completion);
 
   std::shared_ptr<RecordingView> view_;
   std::unique_ptr<Timer> overlayTimer_;  // runs from `beginOverlay` to the end of the press
