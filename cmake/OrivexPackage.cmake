@@ -28,6 +28,22 @@ if(TARGET OrivexGtk)
   orivex_package(OrivexGtk OrivexSDK development "OrivexSDK on GTK 4 and WebKitGTK" "OrivexSDK gtk4 libadwaita-1")
 endif()
 
+if(TARGET OrivexGlib)
+  install(TARGETS OrivexGlib
+    LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+    FILE_SET HEADERS COMPONENT development)
+  set(name orivex-glib)
+  set(description "OrivexSDK for C and every language with GObject introspection")
+  set(requires gtk4)
+  configure_file(cmake/package/Library.pc.in ${name}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+  install(FILES ${ORIVEX_TYPELIB} DESTINATION ${CMAKE_INSTALL_LIBDIR}/girepository-1.0 COMPONENT runtime)
+  install(FILES ${ORIVEX_GIR} DESTINATION ${CMAKE_INSTALL_DATADIR}/gir-1.0 COMPONENT development)
+  if(ORIVEX_VAPI)
+    install(FILES ${ORIVEX_VAPI} DESTINATION ${CMAKE_INSTALL_DATADIR}/vala/vapi COMPONENT development)
+  endif()
+endif()
+
 install(EXPORT OrivexSDK NAMESPACE Orivex:: FILE OrivexSDKTargets.cmake DESTINATION ${package_dir}
   COMPONENT development)
 install(EXPORT OrivexTesting NAMESPACE Orivex:: FILE OrivexTestingTargets.cmake DESTINATION ${package_dir}

@@ -192,6 +192,10 @@ std::string MessageBody::getJsonString() const {
   return encodeOrNothing(*this).value_or("");
 }
 
+std::string MessageModel::getJsonString() const {
+  return encodeOrNothing(*this).value_or("");
+}
+
 std::string WebViewEnvModel::getJsonString() const {
   return encodeOrNothing(*this).value_or("");
 }

@@ -1,5 +1,6 @@
 #include "ChatEvents.h"
 
+#include <cmath>
 #include <utility>
 
 #include "orivex/platform/Platform.h"
@@ -12,7 +13,7 @@
 namespace orivex {
 namespace {
 
-std::string nameOf(ChatFailure::Cause cause) {
+std::string words(ChatFailure::Cause cause) {
   switch (cause) {
     case ChatFailure::Cause::badAddress:
       return "its address does not parse";
@@ -32,6 +33,13 @@ std::string nameOf(ChatFailure::Cause cause) {
 
 }  // namespace
 
+std::string ChatFailure::message() const {
+  auto line = words(cause);
+  if (status != 0) line += ", status " + std::to_string(status);
+  if (!detail.empty()) line += ", " + detail;
+  return line;
+}
+
 void ChatEvents::sessionStarted() {
   startedAt_ = Platform::current().mainQueue.now();
 }
@@ -47,11 +55,8 @@ void ChatEvents::revealed() {
 
 void ChatEvents::failed(ChatFailure::Cause cause, const std::string& detail, int status) {
   const ChatFailure failure{cause, status, Platform::current().mainQueue.now() - startedAt_, detail};
-  std::string line = "The chat at " + OVKFApiManager::shared().host + " failed after " + doubleText(failure.seconds) +
-                     " s: " + nameOf(cause);
-  if (status != 0) line += ", status " + std::to_string(status);
-  if (!detail.empty()) line += ", " + detail;
-  log::print(line);
+  log::print("The chat at " + OVKFApiManager::shared().host + " failed after " +
+             doubleText(std::round(failure.seconds * 10) / 10) + " s: " + failure.message());
   if (const auto delegate = screen_.conversionDelegate) delegate->failed(failure);
 }
 

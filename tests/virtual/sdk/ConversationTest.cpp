@@ -85,9 +85,12 @@ TEST_F(ConversationTest, TellsTheHostWhenTheChatOpensAndCloses) {
   auto screen = recorded();
   hostStack_->present(screen, false);
   device_.application().window()->setRootViewController(another());
-  screen = nullptr;
   device_.advance(1);
   EXPECT_EQ(recorder_->take(), (Lines{"opened", "closed"})) << "with what it lay over";
+  device_.application().window()->rootViewController()->present(screen, false);
+  screen = nullptr;
+  device_.application().window()->setRootViewController(nullptr);
+  EXPECT_EQ(recorder_->take(), (Lines{"opened", "closed"})) << "with its window";
 }
 
 TEST_F(ConversationTest, TellsTheHostWhyNoPageCame) {

@@ -47,7 +47,20 @@ void GtkApplicationPort::watchToplevels() {
     const auto owned = GRef<GtkWindow>::adopt(GTK_WINDOW(g_list_model_get_item(toplevels_.get(), index)));
     activity_.add(owned.get(), "notify::is-active", [this, window = owned.get()] { activityChanged(window); });
   }
+  mainQueue_.async(alive_.guard([this] { forgetDestroyed(); }));
   settleSoon();
+}
+
+// A window that the host has destroyed but still refers to, as languages with a garbage collector do, is not disposed
+// of yet.
+void GtkApplicationPort::forgetDestroyed() {
+  std::vector<GtkWindow*> destroyed;
+  for (const auto& window : windows_) {
+    if (g_list_store_find(G_LIST_STORE(toplevels_.get()), window->gtkWindow(), nullptr) == FALSE) {
+      destroyed.push_back(window->gtkWindow());
+    }
+  }
+  for (auto* const window : destroyed) forget(window);
 }
 
 // The focus passes from one window to another in two steps; only where it ends counts.

@@ -47,6 +47,7 @@ class GtkApplicationPort final : public Application {
 
   Windows::const_iterator entryOf(GtkWindow* window) const;
   void watchToplevels();
+  void forgetDestroyed();
   void activityChanged(GtkWindow* window);
   bool hasActiveWindow() const;
   void settleSoon();

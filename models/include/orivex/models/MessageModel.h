@@ -32,6 +32,9 @@ struct MessageModel {
   MessageModel& operator=(const MessageModel&) = delete;
   ~MessageModel() = default;
 
+  /// The record as JSON; empty when it cannot be encoded.
+  ORIVEX_API std::string getJsonString() const;
+
   const std::string messageUUId;  ///< local identity: a random UUID in upper case; never in JSON
 
   std::optional<std::int64_t> mId;  ///< the server's identifier

@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "orivex/Export.h"
+
 namespace orivex {
 
 struct MessageModel;
@@ -25,6 +27,9 @@ struct ChatFailure {
   int status = 0;      ///< of HTTP, where the server refused; 0 otherwise
   double seconds = 0;  ///< since the session started
   std::string detail;  ///< in English, for logs; may be empty
+
+  /// All of it in one line of English, for logs: "the server refused, status 403".
+  ORIVEX_API std::string message() const;
 };
 
 /// Receives what happens to the chat and in the conversation, on the main thread. The screen keeps its delegate alive.

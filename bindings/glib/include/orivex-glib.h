@@ -1,0 +1,72 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+G_BEGIN_DECLS
+
+/**
+ * OrivexError:
+ * @ORIVEX_ERROR_BAD_ADDRESS: server, entry and key make no address
+ * @ORIVEX_ERROR_REFUSED: the server answered with an error status
+ * @ORIVEX_ERROR_TIMED_OUT: no answer in time; a page that is only slow may still come
+ * @ORIVEX_ERROR_UNREACHABLE: no answer: the network, the server's name or its certificate
+ * @ORIVEX_ERROR_INSECURE: an address with the visitor's token was led from https to http
+ * @ORIVEX_ERROR_PAGE_LOST: the page lost its process again and again
+ * @ORIVEX_ERROR_BAD_CARD: a text is not the JSON of a card
+ * @ORIVEX_ERROR_WEB_DATA: some of the web data could not be removed
+ *
+ * What can go wrong with a chat.
+ */
+typedef enum {
+  ORIVEX_ERROR_BAD_ADDRESS,
+  ORIVEX_ERROR_REFUSED,
+  ORIVEX_ERROR_TIMED_OUT,
+  ORIVEX_ERROR_UNREACHABLE,
+  ORIVEX_ERROR_INSECURE,
+  ORIVEX_ERROR_PAGE_LOST,
+  ORIVEX_ERROR_BAD_CARD,
+  ORIVEX_ERROR_WEB_DATA
+} OrivexError;
+
+#define ORIVEX_ERROR (orivex_error_quark())
+GQuark orivex_error_quark(void);
+
+/**
+ * OrivexVisitor:
+ *
+ * Who the visitor is, as far as the host knows: every property may be left out.
+ */
+#define ORIVEX_TYPE_VISITOR (orivex_visitor_get_type())
+G_DECLARE_FINAL_TYPE(OrivexVisitor, orivex_visitor, ORIVEX, VISITOR, GObject)
+
+OrivexVisitor* orivex_visitor_new(void);
+
+/**
+ * OrivexChat:
+ *
+ * A customer-service chat: a session with a chat server, and the screen that shows it. It lives as long as somebody
+ * holds it, and as long as its screen shows. Main thread only.
+ */
+#define ORIVEX_TYPE_CHAT (orivex_chat_get_type())
+G_DECLARE_FINAL_TYPE(OrivexChat, orivex_chat, ORIVEX, CHAT, GObject)
+
+OrivexChat* orivex_chat_new(const char* host, const char* entry_id, const char* app_key, OrivexVisitor* visitor);
+
+void orivex_chat_present(OrivexChat* self, GtkWindow* window);
+void orivex_chat_close(OrivexChat* self);
+gboolean orivex_chat_queue_card(OrivexChat* self, gint64 type, const char* json, GError** error);
+
+void orivex_chat_sign_out_async(OrivexChat* self, GCancellable* cancellable, GAsyncReadyCallback callback,
+                                gpointer user_data);
+gboolean orivex_chat_sign_out_finish(OrivexChat* self, GAsyncResult* result, GError** error);
+
+/**
+ * orivex_get_version:
+ *
+ * Version of the component.
+ *
+ * Returns: (transfer full): for example "1.2.0"
+ */
+char* orivex_get_version(void);
+
+G_END_DECLS
