@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "../BusService.h"
-#include "../GtkFixture.h"
-#include "CameraFixture.h"
 #include "camera/CameraPortal.h"
+#include "support/BusService.h"
+#include "support/CameraFixture.h"
+#include "support/MainLoop.h"
 
 namespace orivex::gtk {
 namespace {

@@ -5,10 +5,11 @@
 
 #include <gst/pbutils/pbutils.h>
 
-#include "CameraFixture.h"
-#include "FakeSensor.h"
-#include "device/Input.h"
-#include "device/Widgets.h"
+#include "glib/GRef.h"
+#include "support/CameraFixture.h"
+#include "support/FakeSensor.h"
+#include "support/Visitor.h"
+#include "support/Widgets.h"
 
 namespace orivex::gtk {
 namespace {

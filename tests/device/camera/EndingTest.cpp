@@ -3,7 +3,8 @@
 #include <filesystem>
 #include <string>
 
-#include "CameraFixture.h"
+#include "support/CameraFixture.h"
+#include "support/Processes.h"
 
 namespace orivex::gtk {
 namespace {

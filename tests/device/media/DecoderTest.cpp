@@ -6,13 +6,14 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "../GtkFixture.h"
-#include "../TestDecoder.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
-#include "SocketServer.h"
-#include "TemporaryFolder.h"
-#include "VideoFiles.h"
+#include "support/MainLoop.h"
+#include "support/Processes.h"
+#include "support/SocketServer.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDecoder.h"
+#include "support/VideoFiles.h"
 
 namespace orivex::gtk {
 namespace {
@@ -169,10 +170,10 @@ TEST(DecoderTest, ADecoderHasNoNetworkAndEndsWhenItIsIdle) {
   const auto good = folder.write("good.jpg", encodePlainJpeg(quarters(64, 48)));
   const TestDecoder decoder;
   ASSERT_TRUE(std::holds_alternative<Decoded>(decoder.decode(asThumbnail, good)));
-  const auto running = childProcesses();
+  const auto running = decoderProcesses();
   ASSERT_EQ(running.size(), 1U);
   EXPECT_EQ(figureOf(running[0], "Seccomp:\t"), "2");
-  EXPECT_TRUE(wait([] { return childProcesses().empty(); }, 20));
+  EXPECT_TRUE(wait([] { return decoderProcesses().empty(); }, 20));
 }
 
 }  // namespace

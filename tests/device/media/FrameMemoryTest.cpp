@@ -7,12 +7,12 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "../GtkFixture.h"
 #include "FreeWith.h"
 #include "GlibMainQueue.h"
-#include "TemporaryFolder.h"
-#include "VideoFiles.h"
 #include "glib/GRef.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
+#include "support/VideoFiles.h"
 #include "video/ClipPlayer.h"
 #include "video/Pipeline.h"
 

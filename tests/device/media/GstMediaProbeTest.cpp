@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "../TestDecoder.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
-#include "TemporaryFolder.h"
-#include "VideoFiles.h"
 #include "glib/GRef.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDecoder.h"
+#include "support/VideoFiles.h"
 #include "video/GstMediaProbe.h"
 
 namespace orivex::gtk {

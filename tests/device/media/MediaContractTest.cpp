@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "../TestDecoder.h"
 #include "PlainJpeg.h"
-#include "TemporaryFolder.h"
-#include "VideoFiles.h"
 #include "contract/MediaContract.h"
 #include "pictures/PictureCodec.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDecoder.h"
+#include "support/VideoFiles.h"
 #include "video/GstMediaProbe.h"
 
 namespace orivex::gtk {

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "../TestDecoder.h"
 #include "PersonalTraces.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
-#include "TemporaryFolder.h"
-#include "VideoFiles.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDecoder.h"
+#include "support/VideoFiles.h"
 
 namespace orivex::gtk {
 namespace {

@@ -3,12 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../TestDecoder.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
-#include "TemporaryFolder.h"
 #include "glib/GMemory.h"
 #include "pictures/PictureCodec.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDecoder.h"
 
 namespace orivex::gtk {
 namespace {

@@ -2,11 +2,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "../TestDecoder.h"
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
-#include "TemporaryFolder.h"
 #include "pictures/PictureCodec.h"
+#include "support/Processes.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDecoder.h"
 
 namespace orivex::gtk {
 namespace {
@@ -83,7 +84,7 @@ TEST(PictureFailure, ALargeTurnedPictureTakesLessMemoryThanItsPixels) {
   ASSERT_TRUE(std::holds_alternative<JpegImage>(result));
   EXPECT_EQ(std::get<JpegImage>(result).size, (Size{side, side}));
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-  EXPECT_LT(std::stol(figureOf(childProcesses().at(0), "VmHWM:\t")), pixelsKiB + 32L * 1024);
+  EXPECT_LT(std::stol(figureOf(decoderProcesses().at(0), "VmHWM:\t")), pixelsKiB + 32L * 1024);
 #endif
 }
 

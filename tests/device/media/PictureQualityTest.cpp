@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "../TestDecoder.h"
 #include "PlainJpeg.h"
-#include "TemporaryFolder.h"
 #include "pictures/PictureCodec.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestDecoder.h"
 
 namespace orivex::gtk {
 namespace {

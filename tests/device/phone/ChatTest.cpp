@@ -2,9 +2,10 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
-#include "ScreenFixture.h"
-#include "TemporaryFolder.h"
-#include "device/Input.h"
+#include "glib/GRef.h"
+#include "support/ScreenFixture.h"
+#include "support/TemporaryFolder.h"
+#include "support/Visitor.h"
 
 #include "orivex/platform/ui/WebView.h"
 

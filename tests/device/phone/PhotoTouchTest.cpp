@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "PhotoStage.h"
-#include "device/Input.h"
+#include "device/photos/PhotoStage.h"
+#include "support/Visitor.h"
 
 namespace orivex::gtk {
 namespace {

@@ -1,7 +1,7 @@
 #include <string>
 
-#include "ScreenFixture.h"
-#include "device/Input.h"
+#include "support/ScreenFixture.h"
+#include "support/Visitor.h"
 
 namespace orivex::gtk {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
-#include "../TestDecoder.h"
 #include "glib/GMemory.h"
 #include "photos/DecodedMedia.h"
+#include "support/TestDecoder.h"
 
 namespace orivex::gtk {
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "TemporaryFolder.h"
 #include "photos/FolderScan.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

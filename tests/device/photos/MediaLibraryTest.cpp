@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "GlibMainQueue.h"
-#include "GtkFixture.h"
-#include "TemporaryFolder.h"
 #include "photos/MediaLibrary.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

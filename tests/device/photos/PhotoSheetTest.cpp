@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 #include <utime.h>
 
-#include "FileChooser.h"
-#include "LogLines.h"
 #include "PhotoStage.h"
-#include "VideoFiles.h"
+#include "glib/GRef.h"
 #include "photos/FolderScan.h"
 #include "photos/ThumbnailCache.h"
+#include "support/FileChooser.h"
+#include "support/LogLines.h"
+#include "support/VideoFiles.h"
 
 namespace orivex::gtk {
 namespace {

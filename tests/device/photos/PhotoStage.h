@@ -9,11 +9,11 @@
 #include <utime.h>
 
 #include "FakeMedia.h"
-#include "GtkFixture.h"
-#include "TemporaryFolder.h"
-#include "Visitor.h"
 #include "photos/GtkPhotoLibrary.h"
 #include "photos/PhotoCell.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
+#include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
 

@@ -3,9 +3,9 @@
 #include <utime.h>
 
 #include "FakeMedia.h"
-#include "TemporaryFolder.h"
 #include "photos/FolderScan.h"
 #include "photos/ThumbnailCache.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

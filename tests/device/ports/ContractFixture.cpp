@@ -1,8 +1,8 @@
 #include "ContractFixture.h"
 
-#include "FileChooser.h"
-#include "device/Widgets.h"
 #include "glib/GMemory.h"
+#include "support/FileChooser.h"
+#include "support/Widgets.h"
 #include "ui/GtkApplicationPort.h"
 
 #include "orivex/gtk/Gtk.h"

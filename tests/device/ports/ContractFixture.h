@@ -9,12 +9,12 @@
 
 #include <gtk/gtk.h>
 
-#include "../GtkFixture.h"
 #include "FolderBundle.h"
 #include "KeyFileUserDefaults.h"
-#include "SocketServer.h"
-#include "TemporaryFolder.h"
 #include "contract/Fixture.h"
+#include "support/MainLoop.h"
+#include "support/SocketServer.h"
+#include "support/TemporaryFolder.h"
 
 #include "orivex/platform/Platform.h"
 

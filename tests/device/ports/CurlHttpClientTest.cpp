@@ -5,11 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
 #include "GlibMainQueue.h"
-#include "SocketServer.h"
-#include "TlsServer.h"
 #include "net/CurlHttpClient.h"
+#include "support/MainLoop.h"
+#include "support/Processes.h"
+#include "support/SocketServer.h"
+#include "support/TlsServer.h"
 
 namespace orivex::gtk {
 namespace {

@@ -5,6 +5,7 @@
 #include <malloc.h>
 
 #include "CurlUploadFixture.h"
+#include "support/Processes.h"
 
 namespace orivex::gtk {
 namespace {

@@ -8,11 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
 #include "GlibMainQueue.h"
-#include "SocketServer.h"
-#include "TemporaryFolder.h"
 #include "net/CurlHttpClient.h"
+#include "support/MainLoop.h"
+#include "support/SocketServer.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "FolderBundle.h"
-#include "LogLines.h"
-#include "TemporaryFolder.h"
+#include "support/LogLines.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

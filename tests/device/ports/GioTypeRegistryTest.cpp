@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "TemporaryFolder.h"
 #include "files/GioTypeRegistry.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

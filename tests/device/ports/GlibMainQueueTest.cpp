@@ -8,10 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
 #include "GlibMainQueue.h"
-#include "LogLines.h"
 #include "WorkerPool.h"
+#include "support/LogLines.h"
+#include "support/MainLoop.h"
+#include "support/Processes.h"
 
 namespace orivex::gtk {
 namespace {

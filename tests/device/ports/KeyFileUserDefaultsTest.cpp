@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "KeyFileUserDefaults.h"
-#include "LogLines.h"
-#include "TemporaryFolder.h"
+#include "support/LogLines.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

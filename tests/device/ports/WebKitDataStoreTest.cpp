@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
-#include "TemporaryFolder.h"
 #include "WebKitDataStore.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

@@ -3,9 +3,10 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
 
-#include "CameraFixture.h"
 #include "Sandbox.h"
 #include "glib/GMemory.h"
+#include "glib/GRef.h"
+#include "support/CameraFixture.h"
 
 namespace orivex::gtk {
 namespace {

@@ -5,10 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "FakeMedia.h"
-#include "TemporaryFolder.h"
-#include "Visitor.h"
-#include "device/Input.h"
+#include "device/photos/FakeMedia.h"
+#include "support/TemporaryFolder.h"
+#include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Application.h"

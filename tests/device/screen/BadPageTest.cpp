@@ -1,5 +1,5 @@
-#include "ScreenFixture.h"
-#include "device/Widgets.h"
+#include "support/ScreenFixture.h"
+#include "support/Widgets.h"
 
 #include "orivex/platform/ui/WebView.h"
 

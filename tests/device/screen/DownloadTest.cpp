@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "PageFixture.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 #include "web/DownloadFile.h"
 
 namespace orivex::gtk {

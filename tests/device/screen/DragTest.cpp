@@ -1,6 +1,6 @@
 #include "PageFixture.h"
-#include "TemporaryFolder.h"
 #include "glib/GRef.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

@@ -1,7 +1,7 @@
 #include <adwaita.h>
 
-#include "ScreenFixture.h"
-#include "device/Input.h"
+#include "support/ScreenFixture.h"
+#include "support/Visitor.h"
 #include "ui/HostViews.h"
 
 #include "orivex/platform/ui/WebView.h"

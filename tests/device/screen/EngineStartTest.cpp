@@ -4,9 +4,9 @@
 
 #include <adwaita.h>
 
-#include "ScreenFixture.h"
-#include "TemporaryFolder.h"
 #include "glib/GRef.h"
+#include "support/ScreenFixture.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

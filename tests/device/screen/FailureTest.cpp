@@ -1,8 +1,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "ScreenFixture.h"
-#include "TlsServer.h"
+#include "support/ScreenFixture.h"
+#include "support/TlsServer.h"
 
 #include "orivex/platform/ui/WebView.h"
 

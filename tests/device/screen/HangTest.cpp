@@ -1,4 +1,5 @@
 #include "PageFixture.h"
+#include "support/Processes.h"
 
 namespace orivex::gtk {
 namespace {

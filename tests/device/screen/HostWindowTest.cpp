@@ -3,9 +3,9 @@
 #include <adwaita.h>
 #include <gtest/gtest.h>
 
-#include "ScreenFixture.h"
-#include "device/Input.h"
-#include "device/Widgets.h"
+#include "support/ScreenFixture.h"
+#include "support/Visitor.h"
+#include "support/Widgets.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Application.h"

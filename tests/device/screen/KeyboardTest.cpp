@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 #include <webkit/webkit.h>
 
-#include "ScreenFixture.h"
-#include "device/Input.h"
-#include "device/Widgets.h"
+#include "support/ScreenFixture.h"
+#include "support/Visitor.h"
+#include "support/Widgets.h"
 
 #include "orivex/platform/ui/WebView.h"
 

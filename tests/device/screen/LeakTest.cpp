@@ -1,5 +1,5 @@
-#include "ScreenFixture.h"
-#include "WebTools.h"
+#include "support/Processes.h"
+#include "support/ScreenFixture.h"
 
 namespace orivex::gtk {
 namespace {

@@ -1,5 +1,5 @@
-#include "ScreenFixture.h"
 #include "ServerProcess.h"
+#include "support/ScreenFixture.h"
 
 #include "orivex/platform/ui/WebView.h"
 

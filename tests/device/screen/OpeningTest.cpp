@@ -1,4 +1,4 @@
-#include "ScreenFixture.h"
+#include "support/ScreenFixture.h"
 
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/ui/WebView.h"

@@ -9,12 +9,12 @@
 #include <gtest/gtest.h>
 #include <webkit/webkit.h>
 
-#include "LogLines.h"
-#include "SocketServer.h"
-#include "WebTools.h"
 #include "contract/WebRecorder.h"
-#include "device/Input.h"
-#include "device/Widgets.h"
+#include "support/LogLines.h"
+#include "support/ScreenFixture.h"
+#include "support/SocketServer.h"
+#include "support/Visitor.h"
+#include "support/Widgets.h"
 
 namespace orivex::gtk {
 

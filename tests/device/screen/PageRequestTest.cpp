@@ -1,5 +1,5 @@
 #include "PageFixture.h"
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

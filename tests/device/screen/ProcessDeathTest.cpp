@@ -3,8 +3,8 @@
 
 #include <webkit/webkit.h>
 
-#include "ScreenFixture.h"
-#include "WebTools.h"
+#include "support/Processes.h"
+#include "support/ScreenFixture.h"
 #include "web/WebKitEngine.h"
 
 #include "orivex/platform/ui/WebView.h"

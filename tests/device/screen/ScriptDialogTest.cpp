@@ -1,4 +1,5 @@
 #include "PageFixture.h"
+#include "glib/GRef.h"
 
 namespace orivex::gtk {
 namespace {

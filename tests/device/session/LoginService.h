@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "device/BusService.h"
+#include "support/BusService.h"
 
 namespace orivex::gtk {
 

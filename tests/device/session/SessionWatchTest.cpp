@@ -5,10 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
-#include "LogLines.h"
 #include "LoginService.h"
-#include "device/Input.h"
+#include "glib/GRef.h"
+#include "support/LogLines.h"
+#include "support/MainLoop.h"
+#include "support/Visitor.h"
 #include "ui/GtkApplicationPort.h"
 #include "ui/SessionWatch.h"
 

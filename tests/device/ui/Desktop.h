@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "GtkFixture.h"
-#include "TemporaryFolder.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 
 #include "orivex/platform/base/Url.h"
 

@@ -1,7 +1,7 @@
 #include "Desktop.h"
 #include "DesktopEntryBundle.h"
 #include "DesktopLauncher.h"
-#include "LogLines.h"
+#include "support/LogLines.h"
 
 namespace orivex::gtk {
 namespace {

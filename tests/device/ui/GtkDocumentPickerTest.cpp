@@ -8,12 +8,13 @@
 #include <gtk/gtk.h>
 #include <sys/stat.h>
 
-#include "../GtkFixture.h"
-#include "FileChooser.h"
-#include "TemporaryFolder.h"
-#include "Visitor.h"
 #include "files/DocumentFilter.h"
 #include "glib/GRef.h"
+#include "support/FileChooser.h"
+#include "support/MainLoop.h"
+#include "support/Processes.h"
+#include "support/TemporaryFolder.h"
+#include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/DocumentPicker.h"

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include "../GtkFixture.h"
-#include "Visitor.h"
+#include "support/MainLoop.h"
+#include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/ProgressOverlay.h"

@@ -1,9 +1,9 @@
 #include <cstdlib>
 
-#include "../BusService.h"
 #include "Desktop.h"
-#include "LogLines.h"
-#include "Visitor.h"
+#include "support/BusService.h"
+#include "support/LogLines.h"
+#include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/DocumentInteraction.h"

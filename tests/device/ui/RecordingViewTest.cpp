@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include "../GtkFixture.h"
-#include "Visitor.h"
+#include "support/MainLoop.h"
+#include "support/Visitor.h"
 
 #include "orivex/platform/ui/Window.h"
 #include "orivex/voice/RecordingView.h"

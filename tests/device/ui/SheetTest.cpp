@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include "../GtkFixture.h"
-#include "Visitor.h"
+#include "support/MainLoop.h"
+#include "support/Visitor.h"
 #include "ui/Sheet.h"
 
 #include "orivex/platform/Platform.h"

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include "../GtkFixture.h"
-#include "FileChooser.h"
-#include "Visitor.h"
+#include "support/FileChooser.h"
+#include "support/MainLoop.h"
+#include "support/Visitor.h"
 #include "ui/GtkApplicationPort.h"
 
 #include "orivex/gtk/Gtk.h"

@@ -7,10 +7,11 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
-#include "GtkFixture.h"
-#include "LogLines.h"
 #include "ServerProcess.h"
-#include "TemporaryFolder.h"
+#include "support/LogLines.h"
+#include "support/MainLoop.h"
+#include "support/Processes.h"
+#include "support/TemporaryFolder.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/media/UploadManager.h"

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
 #include "GlibMainQueue.h"
-#include "LogLines.h"
 #include "SoundServer.h"
-#include "TemporaryFolder.h"
 #include "audio/GstAudioPlayer.h"
 #include "audio/WavFile.h"
+#include "support/LogLines.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 
 #include "orivex/platform/base/Url.h"
 

@@ -6,13 +6,13 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include "../GtkFixture.h"
 #include "GlibMainQueue.h"
-#include "LogLines.h"
 #include "SoundServer.h"
-#include "TemporaryFolder.h"
 #include "WavClip.h"
 #include "audio/GstAudioRecorder.h"
+#include "support/LogLines.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

@@ -4,13 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
 #include "GlibMainQueue.h"
-#include "LogLines.h"
-#include "TemporaryFolder.h"
-#include "Visitor.h"
 #include "audio/GtkRecordPermission.h"
-#include "device/Input.h"
+#include "support/LogLines.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
+#include "support/Visitor.h"
 #include "ui/GtkApplicationPort.h"
 
 #include "orivex/platform/Platform.h"

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
 #include "GlibMainQueue.h"
-#include "TemporaryFolder.h"
 #include "WavClip.h"
 #include "audio/GstAudioRecorder.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

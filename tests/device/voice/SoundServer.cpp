@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include "../GtkFixture.h"
 #include "glib/GMemory.h"
+#include "support/MainLoop.h"
 
 namespace orivex::gtk {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <sys/types.h>
 
-#include "TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 

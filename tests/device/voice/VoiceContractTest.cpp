@@ -3,12 +3,12 @@
 #include <adwaita.h>
 #include <gtest/gtest.h>
 
-#include "../GtkFixture.h"
-#include "TemporaryFolder.h"
 #include "audio/ConsentFile.h"
 #include "contract/AudioContract.h"
 #include "contract/FileManagerContract.h"
 #include "contract/RecordPermissionContract.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 
 #include "orivex/gtk/Gtk.h"
 

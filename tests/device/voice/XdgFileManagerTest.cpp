@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "TemporaryFolder.h"
 #include "files/XdgFileManager.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "LogLines.h"
+#include "support/LogLines.h"
 
 namespace orivex {
 namespace {

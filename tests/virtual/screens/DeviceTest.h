@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "LogLines.h"
+#include "support/LogLines.h"
 
 #include "orivex/testing/VirtualDevice.h"
 

@@ -1,6 +1,6 @@
 #include "FileChooser.h"
 
-#include "../GtkFixture.h"
+#include "MainLoop.h"
 #include "glib/GMemory.h"
 #include "glib/GRef.h"
 

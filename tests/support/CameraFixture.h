@@ -8,8 +8,8 @@
 #include <gtk/gtk.h>
 
 #include "GlibMainQueue.h"
-#include "GtkFixture.h"
 #include "LogLines.h"
+#include "MainLoop.h"
 #include "TemporaryFolder.h"
 #include "audio/GtkRecordPermission.h"
 #include "camera/GtkCamera.h"

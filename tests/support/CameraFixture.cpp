@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "FakeSensor.h"
-#include "device/Widgets.h"
+#include "Widgets.h"
 #include "glib/GMemory.h"
 
 #include "orivex/gtk/Gtk.h"

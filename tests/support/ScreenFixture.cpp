@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
-#include <webkit/webkit.h>
-
-#include "WebTools.h"
-#include "device/Input.h"
-#include "device/Widgets.h"
+#include "Visitor.h"
+#include "Widgets.h"
+#include "glib/GMemory.h"
+#include "glib/GRef.h"
 #include "ui/GtkApplicationPort.h"
 #include "web/WebKitEngine.h"
 
@@ -80,6 +79,27 @@ std::string ScreenFixture::panelText(GtkWindow* window) {
   GtkWidget* const mask = findByClass(GTK_WIDGET(host.overlay()), "orivex-mask");
   GtkWidget* const label = mask ? findByType(mask, GTK_TYPE_LABEL) : nullptr;
   return label && gtk_widget_get_mapped(label) ? gtk_label_get_text(GTK_LABEL(label)) : "";
+}
+
+std::string evaluateIn(WebKitWebView* view, const std::string& script) {
+  struct Answer {
+    bool done = false;
+    std::string text;
+  } answer;
+  webkit_web_view_evaluate_javascript(
+      view, script.c_str(), -1, nullptr, nullptr, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        auto& into = *static_cast<Answer*>(data);
+        GError* raised = nullptr;
+        const auto value =
+            GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &raised));
+        const GErrorPtr error(raised);
+        into.text = value ? GCharPtr(jsc_value_to_string(value.get())).get() : error->message;
+        into.done = true;
+      },
+      &answer);
+  EXPECT_TRUE(wait([&] { return answer.done; }, 10)) << script;
+  return answer.text;
 }
 
 SocketServer::Handler servePage(const std::string& body) {

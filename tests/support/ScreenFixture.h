@@ -8,10 +8,10 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
+#include <webkit/webkit.h>
 
-#include "GtkFixture.h"
 #include "LogLines.h"
+#include "MainLoop.h"
 #include "SocketServer.h"
 
 #include "orivex/gtk/Gtk.h"
@@ -65,6 +65,9 @@ class ScreenFixture : public ::testing::Test {
   GtkWindow* gtkWindow_;
   std::shared_ptr<Window> window_;
 };
+
+/// Result of a script in `view` as text.
+std::string evaluateIn(WebKitWebView* view, const std::string& script);
 
 /// A server that answers the chat path with a page of this body, and every other path with 404.
 SocketServer::Handler servePage(const std::string& body);

@@ -4,14 +4,32 @@
 #include <string>
 #include <vector>
 
-#include "device/Widgets.h"
+#include <gtest/gtest.h>
+
+#include "MainLoop.h"
+#include "Widgets.h"
 
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 
+/// Whether the tests run on the device with a touch screen.
+bool hasTouch();
+
+/// Real input through the display server: a verb of script/hands and its arguments. The main loop runs meanwhile: the
+/// input goes to this very process.
+void hands(std::vector<std::string> words);
+
+template <class... Numbers>
+void hands(const char* verb, Numbers... numbers) {
+  hands(std::vector<std::string>{verb, std::to_string(numbers)...});
+}
+
+/// Waits until the window, which shows by that title, has the keyboard.
+void focusWindow(GtkWindow* window, const char* title);
+
 /// An attached and focused window of 360 by 720 points at the display's corner that holds a text entry, and the
-/// visitor's hands: real input through the display server.
+/// visitor's hands on it.
 class VisitorWindow {
  public:
   VisitorWindow();

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "device/Input.h"
+#include "glib/GRef.h"
 #include "ui/GtkApplicationPort.h"
 
 #include "orivex/gtk/Gtk.h"
@@ -20,6 +20,29 @@ GtkWindow* firstWindow() {
 }
 
 }  // namespace
+
+bool hasTouch() {
+  return g_getenv("ORIVEX_HANDS") != nullptr;
+}
+
+void hands(std::vector<std::string> words) {
+  words.insert(words.begin(), ORIVEX_HANDS_PROGRAM);
+  std::vector<const char*> arguments;
+  arguments.reserve(words.size() + 1);
+  for (const auto& word : words) arguments.push_back(word.c_str());
+  arguments.push_back(nullptr);
+  const auto program =
+      GRef<GSubprocess>::adopt(g_subprocess_newv(arguments.data(), G_SUBPROCESS_FLAGS_STDOUT_SILENCE, nullptr));
+  ASSERT_TRUE(program);
+  ASSERT_TRUE(wait([&] { return g_subprocess_get_identifier(program.get()) == nullptr; }, 30));
+  EXPECT_TRUE(g_subprocess_get_successful(program.get())) << words[1];
+  pass(0.05);
+}
+
+void focusWindow(GtkWindow* window, const char* title) {
+  hands({"focus", title});
+  EXPECT_TRUE(wait([&] { return gtk_window_is_active(window) != FALSE; }, 10));
+}
 
 VisitorWindow::VisitorWindow() : window_(firstWindow()), entry_(gtk_entry_new()) {
   gtk_window_set_title(window_, title);

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "device/BusService.h"
+#include "BusService.h"
 
 namespace orivex::gtk {
 

@@ -1,6 +1,7 @@
 // Fails the test in which a library of this process complains: a warning of GTK's is a fault of ours or a host's.
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include <glib-object.h>
 #include <gtest/gtest.h>
@@ -32,10 +33,15 @@ bool isOfTheSandbox(const char* text) {
   return std::strstr(text, "The name org.freedesktop.portal.Flatpak was not provided") != nullptr;
 }
 
-// Newer GTK ends its grab for the first five buttons of a mouse only, and miscounts after the one that leads back.
+// Newer GTK ends its grab for the first five buttons of a mouse only, and miscounts after the one that leads back,
+// which these tests press.
 bool isOfTheBackButton([[maybe_unused]] const char* text) {
 #if GTK_CHECK_VERSION(4, 10, 0)
-  return std::strstr(text, "Broken accounting of active state") != nullptr;
+  const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
+  const auto name = test ? std::string(test->test_suite_name()) + '.' + test->name() : "";
+  return std::strstr(text, "Broken accounting of active state") != nullptr &&
+         (name == "KeyboardTest.KeysAndTheMousesBackButtonLeaveTheChat" ||
+          name == "PageLimit.ThePageStaysWhatAndWhereItIs");
 #else
   return false;
 #endif

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+
+#include <glib.h>
+
+namespace orivex::gtk {
+
+/// Runs GLib's main loop until `condition` holds, at most `seconds`. Returns whether it holds.
+inline bool wait(const std::function<bool()>& condition, double seconds) {
+  // Wakes the loop now and then: a condition may come true on another thread, which wakes nobody.
+  const guint ticks = g_timeout_add(
+      2, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  const gint64 deadline = g_get_monotonic_time() + static_cast<gint64>(seconds * G_USEC_PER_SEC);
+  bool holds = false;
+  while (!(holds = condition()) && g_get_monotonic_time() < deadline) g_main_context_iteration(nullptr, TRUE);
+  g_source_remove(ticks);
+  return holds;
+}
+
+/// Lets the main loop run for `seconds`, to see that nothing happens.
+inline void pass(double seconds) {
+  wait([] { return false; }, seconds);
+}
+
+}  // namespace orivex::gtk
