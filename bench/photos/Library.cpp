@@ -5,7 +5,7 @@
 
 #include <utime.h>
 
-#include "FakeMedia.h"
+#include "device/photos/FakeMedia.h"
 #include "photos/FolderScan.h"
 
 namespace orivex::bench {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TemporaryFolder.h"
 #include "photos/PhotoSheet.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::bench {
 

@@ -2,12 +2,12 @@
 #include <vector>
 
 #include "Bench.h"
-#include "FakeMedia.h"
-#include "GtkFixture.h"
-#include "HoldMeter.h"
 #include "Library.h"
+#include "LoopMeter.h"
 #include "ShopWindow.h"
+#include "device/photos/FakeMedia.h"
 #include "photos/GtkPhotoLibrary.h"
+#include "support/MainLoop.h"
 
 #include "orivex/platform/Platform.h"
 
@@ -34,7 +34,7 @@ class Stage {
   struct Opening {
     double firstThumbnails = 0;  // milliseconds until they are on the screen
     double show = 0;             // milliseconds of the call
-    HoldMeter::Holds holds;
+    LoopMeter::Turns holds;
   };
 
   Opening open(const Library& library) {
@@ -54,7 +54,7 @@ class Stage {
     return opening;
   }
 
-  HoldMeter::Holds scroll() {
+  LoopMeter::Turns scroll() {
     auto* const scrolled = GTK_SCROLLED_WINDOW(current_->content()->grid().widget());
     auto* const adjustment = gtk_scrolled_window_get_vadjustment(scrolled);
     const double end = gtk_adjustment_get_upper(adjustment) - gtk_adjustment_get_page_size(adjustment);
@@ -65,7 +65,7 @@ class Stage {
     return meter_.take();
   }
 
-  HoldMeter::Holds close() {
+  LoopMeter::Turns close() {
     meter_.take();
     g_signal_emit_by_name(cancelButton(GTK_WIDGET(window_)), "clicked");
     gtk::wait([&] { return !current_->content(); }, 10);
@@ -89,7 +89,7 @@ class Stage {
   const gtk::FakeMedia media_{};
   GtkWindow* const window_;
   const std::shared_ptr<Window> screens_;
-  HoldMeter meter_;
+  LoopMeter meter_;
   std::unique_ptr<gtk::GtkPhotoLibrary> current_;
 };
 
@@ -105,12 +105,12 @@ void measure(Stage& stage, const Library& few, const Library& many) {
     ofFew.push_back(one.firstThumbnails);
     ofMany.push_back(other.firstThumbnails);
     shows.push_back(other.show);
-    fewOutside.push_back(one.holds.outside);
-    outside.push_back(other.holds.outside);
-    frames.push_back(other.holds.frame);
-    scrollOutside.push_back(scrolling.outside);
-    scrollFrames.push_back(scrolling.frame);
-    closing.push_back(closed.outside);
+    fewOutside.push_back(one.holds.longest);
+    outside.push_back(other.holds.longest);
+    frames.push_back(other.holds.longestFrame);
+    scrollOutside.push_back(scrolling.longest);
+    scrollFrames.push_back(scrolling.longestFrame);
+    closing.push_back(closed.longest);
   }
   print("first ten thumbnails on the screen, 10 files (median)", median(ofFew), "ms");
   print("first ten thumbnails on the screen, 10,000 files (median)", median(ofMany), "ms");

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +17,6 @@ std::string_view nameOf(Kind kind);
 struct Corpus {
   std::vector<std::string> texts;
   std::vector<MessageModel> records;
-  std::size_t bytes = 0;  ///< of all texts
 };
 
 /// 1,000 messages of all kinds: short texts, half of them Chinese, media, cards of 10 items, and one image of 200 kB.

@@ -1,131 +1,122 @@
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdio>
+#include <functional>
+#include <limits>
 #include <map>
+#include <random>
 #include <string>
 #include <vector>
 
-#include <benchmark/benchmark.h>
+#include <glib.h>
 
+#include "Bench.h"
 #include "Corpus.h"
 #include "Yardstick.h"
 
+#include "orivex/models/Base64.h"
 #include "orivex/models/Codec.h"
 
 namespace orivex::bench {
 namespace {
 
-template <class Decode>
-void decodeAll(benchmark::State& state, const Corpus& corpus, Decode&& decodeOne) {
-  for ([[maybe_unused]] auto _ : state) {
-    for (const std::string& text : corpus.texts) benchmark::DoNotOptimize(decodeOne(text));
-  }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
+/// A piece of work, and the shortest time that it took: what else the machine does can only make it slower.
+struct Work {
+  std::function<void()> run;
+  double milliseconds = std::numeric_limits<double>::infinity();
+};
+using Works = std::map<std::string, Work>;
+
+/// Keeps the compiler from leaving out what made the value.
+template <class Value>
+void keep(const Value& value) {
+  asm volatile("" : : "r"(&value) : "memory");
 }
 
-void encodeOurs(benchmark::State& state, const Corpus& corpus) {
-  for ([[maybe_unused]] auto _ : state) {
-    for (const MessageModel& record : corpus.records) benchmark::DoNotOptimize(encode(record));
-  }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
-}
-
-/// The tree's text alone, the tree being there already.
-void encodeTree(benchmark::State& state, const Corpus& corpus) {
-  std::vector<nlohmann::json> trees;
-  for (const MessageModel& record : corpus.records) trees.push_back(treeOf(record));
-  for ([[maybe_unused]] auto _ : state) {
-    for (const nlohmann::json& tree : trees) benchmark::DoNotOptimize(tree.dump());
-  }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
-}
-
-/// From record to text by way of a tree, which is what a program has to do.
-void encodeByTree(benchmark::State& state, const Corpus& corpus) {
-  for ([[maybe_unused]] auto _ : state) {
-    for (const MessageModel& record : corpus.records) benchmark::DoNotOptimize(treeOf(record).dump());
-  }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(corpus.bytes));
-}
-
-void registerFor(const std::string& name, const Corpus& corpus) {
-  const auto add = [&](const std::string& what, auto run) {
-    benchmark::RegisterBenchmark((what + "/" + name).c_str(), run)->Unit(benchmark::kMicrosecond);
+void addRecords(Works& works, const std::string& name, const Corpus& corpus) {
+  works["decode ours/" + name].run = [&corpus] {
+    for (const auto& text : corpus.texts) keep(decode<MessageModel>(text));
   };
-  add("decode ours", [&corpus](benchmark::State& state) { decodeAll(state, corpus, decode<MessageModel>); });
-  add("decode by nlohmann", [&corpus](benchmark::State& state) { decodeAll(state, corpus, decodeByTree); });
-  add("encode ours", [&corpus](benchmark::State& state) { encodeOurs(state, corpus); });
-  add("dump by nlohmann", [&corpus](benchmark::State& state) { encodeTree(state, corpus); });
-  add("encode by nlohmann", [&corpus](benchmark::State& state) { encodeByTree(state, corpus); });
+  works["decode by nlohmann/" + name].run = [&corpus] {
+    for (const auto& text : corpus.texts) keep(decodeByTree(text));
+  };
+  works["encode ours/" + name].run = [&corpus] {
+    for (const auto& record : corpus.records) keep(encode(record));
+  };
+  // From record to text by way of a tree, which is what a program has to do; and the tree's text alone.
+  works["encode by nlohmann/" + name].run = [&corpus] {
+    for (const auto& record : corpus.records) keep(treeOf(record).dump());
+  };
+  std::vector<nlohmann::json> trees;
+  for (const auto& record : corpus.records) trees.push_back(treeOf(record));
+  works["dump by nlohmann/" + name].run = [trees = std::move(trees)] {
+    for (const auto& tree : trees) keep(tree.dump());
+  };
 }
 
-/// Keeps the best time of each benchmark: what else the machine does can only make it slower.
-class BestTimes : public benchmark::BenchmarkReporter {
- public:
-  bool ReportContext(const Context&) override { return true; }
+void addBase64(Works& works) {
+  // A photo as the page gets it.
+  Bytes photo(4'000'001);
+  for (std::size_t i = 0; i < photo.size(); ++i) photo[i] = static_cast<std::uint8_t>(i * i >> 3U);
+  works["base64 encode/ours"].run = [photo] { keep(base64Encode(photo)); };
+  works["base64 decode/ours"].run = [text = base64Encode(photo)] { keep(base64Decode(text)); };
+  works["base64 decode/glib"].run = [text = base64Encode(photo)] {
+    gsize size = 0;
+    g_free(g_base64_decode(text.c_str(), &size));
+  };
+  works["base64 encode/glib"].run = [photo = std::move(photo)] { g_free(g_base64_encode(photo.data(), photo.size())); };
+}
 
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration) continue;
-      const double time = run.GetAdjustedCPUTime();
-      const auto [best, isFirst] = microseconds_.try_emplace(run.run_name.function_name, time);
-      if (!isFirst) best->second = std::min(best->second, time);
+/// Each several times for a while, in random order, so that what else the machine does hits all alike.
+void measure(Works& works) {
+  constexpr int repetitions = 15;
+  constexpr double leastMilliseconds = 50;
+  std::vector<Work*> order;
+  for (auto& [name, work] : works) order.push_back(&work);
+  std::mt19937 random;
+  for (int repetition = 0; repetition < repetitions; ++repetition) {
+    std::shuffle(order.begin(), order.end(), random);
+    for (auto* const work : order) {
+      const double start = threadMilliseconds();
+      double passed = 0;
+      int runs = 0;
+      for (; passed < leastMilliseconds; passed = threadMilliseconds() - start, ++runs) work->run();
+      work->milliseconds = std::min(work->milliseconds, passed / runs);
     }
   }
-
-  void print() const {
-    for (const auto& [name, time] : microseconds_) std::printf("%-34s %10.1f us\n", name.c_str(), time);
-  }
-
-  /// How many times as fast one benchmark is as another.
-  double ratio(const std::string& fast, const std::string& slow) const {
-    return microseconds_.at(slow) / microseconds_.at(fast);
-  }
-
- private:
-  std::map<std::string, double> microseconds_;
-};
-
-void printRatios(const BestTimes& best, const std::vector<std::string>& names) {
-  std::printf("\n%-14s %18s %18s %18s\n", "", "decode:", "encode:", "encode:");
-  std::printf("%-14s %18s %18s %18s\n", "times as fast", "as nlohmann", "as nlohmann dump", "as nlohmann");
-  for (const std::string& name : names) {
-    std::printf("%-14s %18.2f %18.2f %18.2f\n", name.c_str(),
-                best.ratio("decode ours/" + name, "decode by nlohmann/" + name),
-                best.ratio("encode ours/" + name, "dump by nlohmann/" + name),
-                best.ratio("encode ours/" + name, "encode by nlohmann/" + name));
-  }
-  std::printf("\nBase64, times as fast as GLib: encode %.2f, decode %.2f\n",
-              best.ratio("base64 encode/ours", "base64 encode/glib"),
-              best.ratio("base64 decode/ours", "base64 decode/glib"));
 }
 
-int run(char* program) {
-  // Repetitions in random order, so that what else the machine does hits all alike.
-  std::array<std::string, 4> options{program, "--benchmark_repetitions=15", "--benchmark_min_time=0.05",
-                                     "--benchmark_enable_random_interleaving=true"};
-  std::array<char*, options.size()> arguments{};
-  std::transform(options.begin(), options.end(), arguments.begin(), [](std::string& option) { return option.data(); });
-  int count = static_cast<int>(arguments.size());
-  benchmark::Initialize(&count, arguments.data());
-
-  std::vector<std::string> names{"mixed"};
-  registerFor("mixed", mixedCorpus());
-  for (const Kind kind : {Kind::asciiText, Kind::chineseText, Kind::media, Kind::card, Kind::image}) {
-    names.emplace_back(nameOf(kind));
-    registerFor(names.back(), corpusOf(kind));
+void printResults(const Works& works, const std::vector<std::string>& names) {
+  for (const auto& [name, work] : works) std::printf("%-34s %10.1f us\n", name.c_str(), work.milliseconds * 1000);
+  const auto ratio = [&](const std::string& fast, const std::string& slow) {
+    return works.at(slow).milliseconds / works.at(fast).milliseconds;
+  };
+  std::printf("\n%-14s %18s %18s %18s\n", "", "decode:", "encode:", "encode:");
+  std::printf("%-14s %18s %18s %18s\n", "times as fast", "as nlohmann", "as nlohmann dump", "as nlohmann");
+  for (const auto& name : names) {
+    std::printf("%-14s %18.2f %18.2f %18.2f\n", name.c_str(),
+                ratio("decode ours/" + name, "decode by nlohmann/" + name),
+                ratio("encode ours/" + name, "dump by nlohmann/" + name),
+                ratio("encode ours/" + name, "encode by nlohmann/" + name));
   }
-  BestTimes best;
-  benchmark::RunSpecifiedBenchmarks(&best);
-  best.print();
-  printRatios(best, names);
-  return 0;
+  std::printf("\nBase64, times as fast as GLib: encode %.2f, decode %.2f\n",
+              ratio("base64 encode/ours", "base64 encode/glib"), ratio("base64 decode/ours", "base64 decode/glib"));
 }
 
 }  // namespace
 }  // namespace orivex::bench
 
-int main(int, char** argv) {
-  return orivex::bench::run(argv[0]);
+int main() {
+  using namespace orivex::bench;
+  Works works;
+  std::vector<std::string> names{"mixed"};
+  addRecords(works, "mixed", mixedCorpus());
+  for (const Kind kind : {Kind::asciiText, Kind::chineseText, Kind::media, Kind::card, Kind::image}) {
+    names.emplace_back(nameOf(kind));
+    addRecords(works, names.back(), corpusOf(kind));
+  }
+  addBase64(works);
+  measure(works);
+  printResults(works, names);
+  return 0;
 }

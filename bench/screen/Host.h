@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "GtkFixture.h"
-#include "SocketServer.h"
+#include "support/MainLoop.h"
+#include "support/SocketServer.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/sdk/OrivexSDK.h"

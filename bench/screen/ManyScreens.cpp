@@ -12,7 +12,7 @@ void measureManyScreens(const Host& host, int count) {
   gtk_widget_set_visible(GTK_WIDGET(host.yardstick), FALSE);  // a compositor gives what it covers no frames
   const gtk::SocketServer server(serveChat());
   std::vector<std::weak_ptr<OVKFApi>> screens;
-  long early = 0;
+  double early = 0;
   double earlyHeap = 0;
   int earlyDescriptors = 0;
   int served = 0;
@@ -29,7 +29,7 @@ void measureManyScreens(const Host& host, int count) {
     if (index + 1 == count / 10 || index + 1 == count) {
       gtk::pass(8);
       if (index + 1 < count) {
-        early = residentKiB();
+        early = statusKiB("VmRSS");
         earlyHeap = heapKiB();
         earlyDescriptors = openDescriptors();
       }
@@ -41,8 +41,8 @@ void measureManyScreens(const Host& host, int count) {
   print("  screens in which every answer came", served, "");
   print("  heap in use after the first tenth", earlyHeap, "KiB");
   print("  heap in use at the end", heapKiB(), "KiB");
-  print("  resident memory after the first tenth", static_cast<double>(early), "KiB");
-  print("  resident memory at the end", static_cast<double>(residentKiB()), "KiB");
+  print("  resident memory after the first tenth", early, "KiB");
+  print("  resident memory at the end", statusKiB("VmRSS"), "KiB");
   print("  open descriptors after the first tenth", earlyDescriptors, "");
   print("  open descriptors at the end", openDescriptors(), "");
   print("  screens left alive", alive, "");

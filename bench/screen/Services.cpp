@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "Widgets.h"
-#include "glib/GRef.h"
+#include "support/FileChooser.h"
+#include "support/Widgets.h"
 
 #include "orivex/platform/ui/WebView.h"
 
@@ -44,28 +44,7 @@ bool click(const std::string& mark) {
 bool pickDocument() {
   const std::string path = std::string(g_get_tmp_dir()) + "/screen-bench.txt";
   std::ofstream(path) << "a document";
-  GtkWidget* dialog = nullptr;
-  const auto isOpen = [&] {
-    dialog = find([](GtkWidget* widget) { return GTK_IS_FILE_CHOOSER_DIALOG(widget) != FALSE; });
-    return dialog && gtk_widget_get_mapped(dialog);
-  };
-  if (!gtk::wait(isOpen, patience)) return false;
-  const auto file = gtk::GRef<GFile>::adopt(g_file_new_for_path(path.c_str()));
-  // A chooser that still reads its folder forgets what it was told.
-  for (int tries = 0; tries < 40; ++tries) {
-    gtk_file_chooser_set_file(GTK_FILE_CHOOSER(dialog), file.get(), nullptr);
-    gtk::pass(0.2);
-    const auto chosen = gtk::GRef<GFile>::adopt(gtk_file_chooser_get_file(GTK_FILE_CHOOSER(dialog)));
-    if (!chosen || g_file_equal(chosen.get(), file.get()) == FALSE) continue;
-    gtk_dialog_response(GTK_DIALOG(dialog), GTK_RESPONSE_ACCEPT);
-    return true;
-  }
-  return false;
-}
-
-// Asked once in the life of a process's home.
-void allowMicrophone() {
-  gtk::pressInDialog("允许");
+  return gtk::wait([] { return gtk::openFileChooser() != nullptr; }, patience) && gtk::chooseFile(path);
 }
 
 }  // namespace
@@ -115,7 +94,7 @@ bool useEveryService(const std::shared_ptr<OVKFApi>& chat) {
   if (!click("camera-shutter") || !click("camera-use") || !answers(2)) return false;
   send("recording", "{deviceId: 'visitor', action: 'start'}");
   gtk::pass(0.5);
-  allowMicrophone();
+  gtk::pressInDialog("允许");  // asked once in the life of a process's home
   gtk::pass(2);
   send("recording", "{deviceId: 'visitor', action: 'end'}");
   return answers(3);

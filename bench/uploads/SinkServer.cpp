@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "SocketServer.h"
+#include "support/SocketServer.h"
 
 namespace orivex::bench {
 namespace {

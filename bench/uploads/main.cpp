@@ -1,15 +1,17 @@
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Bench.h"
-#include "CurlCommand.h"
-#include "OurClient.h"
+#include "GlibMainQueue.h"
+#include "LoopMeter.h"
 #include "SinkServer.h"
-#include "TemporaryFolder.h"
+#include "net/CurlHttpClient.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::bench {
 namespace {
@@ -22,6 +24,63 @@ std::string makeFile(const gtk::TemporaryFolder& folder, std::size_t size) {
   const std::string piece(std::min(size, mebibyte), 'x');
   for (std::size_t written = 0; written < size; written += piece.size()) file << piece;
   return path.string();
+}
+
+/// The real HTTP client on GLib's main loop.
+class OurClient {
+ public:
+  OurClient() { g_setenv("no_proxy", "*", TRUE); }
+
+  struct Uploads {
+    double milliseconds = 0;
+    double longestHold = 0;  ///< of the main thread between two waits of its loop
+    std::size_t progress = 0;
+  };
+
+  /// Uploads a file `times` times, each when the one before has ended.
+  Uploads upload(const std::string& url, const std::string& file, int times) {
+    Uploads uploads;
+    LoopMeter meter;
+    const double start = milliseconds();
+    for (int time = 0; time < times; ++time) {
+      bool isOver = false;
+      client_.upload(
+          {.url = *Url::parse(url),
+           .headers = {{"Content-Type", "multipart/form-data"}},
+           .file = FilePart{"file", FilePart::Path{file}, "file", "text/plain"},
+           .fields = {}},
+          [&](double) { ++uploads.progress; },
+          [&](UploadReply reply) {
+            if (!reply.response || reply.response->status != 200) throw std::runtime_error("the upload failed");
+            isOver = true;
+          });
+      while (!isOver) g_main_context_iteration(nullptr, TRUE);
+    }
+    uploads.milliseconds = milliseconds() - start;
+    uploads.longestHold = meter.take().longest;
+    return uploads;
+  }
+
+ private:
+  gtk::GlibMainQueue queue_;
+  gtk::CurlHttpClient client_{queue_};
+};
+
+/// Milliseconds that the curl command takes for `times` uploads of a file, one after the other over one connection,
+/// with its own beginning and end.
+double curlMilliseconds(const std::string& url, const std::string& file, int times) {
+  const auto list = file + ".curl";
+  {
+    std::ofstream config(list);
+    for (int time = 0; time < times; ++time) {
+      if (time > 0) config << "next\n";
+      config << "url = \"" << url << "\"\nform = \"file=@" << file
+             << ";type=text/plain\"\nsilent\noutput = /dev/null\n";
+    }
+  }
+  const double start = milliseconds();
+  if (std::system(("curl -q --noproxy '*' -K " + list).c_str()) != 0) throw std::runtime_error("curl failed");
+  return milliseconds() - start;
 }
 
 // What else the machine does can only make an upload slower.
@@ -89,20 +148,11 @@ void measureSmallFiles(OurClient& client, const std::string& url, const std::str
   print("200 x 10 kB, longest hold of the main thread", hold, "ms");
 }
 
-long peakKiB() {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    long value = 0;
-    if (word == "VmHWM:" && status >> value) return value;
-  }
-  return 0;
-}
-
 double growthKiB(OurClient& client, const std::string& url, const std::string& file) {
   std::ofstream("/proc/self/clear_refs") << 5;  // the peak starts anew
-  const long before = residentKiB();
+  const double before = statusKiB("VmRSS");
   client.upload(url, file, 1);
-  return static_cast<double>(peakKiB() - before);
+  return statusKiB("VmHWM") - before;
 }
 
 }  // namespace

@@ -1,21 +1,45 @@
 #include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <ctime>
 #include <filesystem>
+#include <new>
 #include <vector>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
 
-#include "AllocationCount.h"
 #include "Bench.h"
-#include "GtkFixture.h"
+#include "LoopMeter.h"
 #include "ShopWindow.h"
-#include "TemporaryFolder.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
 #include "video/Pipeline.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/sdk/OrivexSDK.h"
 #include "orivex/voice/RecordManager.h"
 #include "orivex/voice/VoiceManager.h"
+
+namespace {
+
+std::atomic<std::size_t> allocations{0};
+
+}  // namespace
+
+// The allocator itself; the forms for arrays go through these.
+// NOLINTBEGIN(cppcoreguidelines-no-malloc)
+void* operator new(std::size_t size) {
+  allocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 namespace orivex::bench {
 namespace {
@@ -39,34 +63,11 @@ bool hasSound(const fs::path& file) {
   return !error && size > headerSize;
 }
 
+// Of all threads.
 double processorMilliseconds() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto of = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
-  };
-  return of(usage.ru_utime) + of(usage.ru_stime);
-}
-
-// How often the main thread has come out of its wait for something to do.
-int wakeUps = 0;
-gint countingPoll(GPollFD* descriptors, guint count, gint timeout) {
-  const gint ready = g_poll(descriptors, count, timeout);
-  ++wakeUps;
-  return ready;
-}
-
-// Runs the main loop without the ticks that a test's wait adds.
-void idle(double duration) {
-  bool over = false;
-  g_timeout_add(
-      static_cast<guint>(duration * 1000),
-      [](gpointer flag) -> gboolean {
-        *static_cast<bool*>(flag) = true;
-        return G_SOURCE_REMOVE;
-      },
-      &over);
-  while (!over) g_main_context_iteration(nullptr, TRUE);
+  timespec used{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+  return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
 }
 
 VoiceManager& voice() {
@@ -130,7 +131,7 @@ void measureRecording(const fs::path& folder, const std::shared_ptr<Window>& win
                               }});
   gtk::pass(1);
   double before = processorMilliseconds();
-  idle(seconds);
+  runLoop(seconds);
   const double bare = processorMilliseconds() - before;
   yardstick.reset();
 
@@ -140,35 +141,32 @@ void measureRecording(const fs::path& folder, const std::shared_ptr<Window>& win
   voice().startRecording();
   RecordManager::shared().beginOverlay();
   gtk::pass(1);
-  g_main_context_set_poll_func(nullptr, countingPoll);
-  wakeUps = 0;
+  LoopMeter meter;
   before = processorMilliseconds();
-  idle(seconds);
+  runLoop(seconds);
   const double ours = processorMilliseconds() - before;
-  const int woken = wakeUps;
-  g_main_context_set_poll_func(nullptr, g_poll);
   print("processor time of 10 s of recording with the overlay", ours, "ms");
   print("the same of the bare pipeline", bare, "ms");
   print("processor time, ratio", ours / bare, "");
-  print("wake-ups of the main thread in a second", woken / seconds, "");
+  print("wake-ups of the main thread in a second", meter.take().count / seconds, "");
 }
 
 void measureLevel() {
   constexpr int batches = 10;
   constexpr int calls = 100000;
   std::vector<double> each;
-  std::vector<double> allocations;
+  std::vector<double> counts;
   float sum = 0;
   for (int batch = 0; batch < batches; ++batch) {
-    const auto allocated = allocationCount();
-    const double before = milliseconds();
+    const auto before = allocations.load();
+    const double started = milliseconds();
     for (int call = 0; call < calls; ++call) sum += voice().currentVolumeLevel();
-    each.push_back((milliseconds() - before) * 1000 / calls);
-    allocations.push_back(static_cast<double>(allocationCount() - allocated));
+    each.push_back((milliseconds() - started) * 1000 / calls);
+    counts.push_back(static_cast<double>(allocations.load() - before));
   }
   print("currentVolumeLevel while recording (median of 10 batches)", median(each), "us");
   // The least: other threads allocate now and then.
-  print("allocations of 100,000 calls", *std::min_element(allocations.begin(), allocations.end()), "");
+  print("allocations of 100,000 calls", *std::min_element(counts.begin(), counts.end()), "");
   if (!(sum > 0)) std::fputs("the microphone hears nothing\n", stderr);
 }
 

@@ -6,12 +6,10 @@
 namespace orivex::bench {
 
 double median(std::vector<double> values);
-/// The value that 99 of 100 do not exceed.
-double percentile99(std::vector<double> values);
 double largest(const std::vector<double>& values);
 
-/// Resident memory of this process in KiB.
-long residentKiB();
+/// A figure of this process in /proc/self/status, in KiB: "VmRSS", its resident memory, or "VmHWM", that at its peak.
+double statusKiB(const std::string& name);
 
 /// Memory that this process has taken from the allocator and not given back, in KiB.
 double heapKiB();

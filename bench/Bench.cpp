@@ -17,21 +17,15 @@ double median(std::vector<double> values) {
   return *middle;
 }
 
-double percentile99(std::vector<double> values) {
-  const auto place = values.begin() + static_cast<std::ptrdiff_t>(values.size() * 99 / 100);
-  std::nth_element(values.begin(), place, values.end());
-  return *place;
-}
-
 double largest(const std::vector<double>& values) {
   return *std::max_element(values.begin(), values.end());
 }
 
-long residentKiB() {
+double statusKiB(const std::string& name) {
   std::ifstream status("/proc/self/status");
   for (std::string word; status >> word;) {
-    long value = 0;
-    if (word == "VmRSS:" && status >> value) return value;
+    double value = 0;
+    if (word == name + ":" && status >> value) return value;
   }
   return 0;
 }

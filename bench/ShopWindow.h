@@ -4,7 +4,7 @@
 
 #include <adwaita.h>
 
-#include "GtkFixture.h"
+#include "support/MainLoop.h"
 
 #include "orivex/gtk/Gtk.h"
 
