@@ -32,8 +32,9 @@ constexpr const char* reporter = R"js(<script>
   };
   const handlerOf = (name) => ({
     postMessage(...bodies) {
+      const result = native?.[name].postMessage(...bodies);
       report(name, bodies[0]);
-      return native?.[name].postMessage(...bodies);
+      return result;
     },
   });
   const value = new Proxy({}, { get: (_, name) => (native && !native[name] ? undefined : handlerOf(name)) });
