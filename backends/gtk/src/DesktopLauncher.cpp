@@ -7,8 +7,8 @@
 #include <gdk/gdk.h>
 #include <gio/gio.h>
 
-#include "Contained.h"
 #include "Sandbox.h"
+#include "glib/AsyncCallback.h"
 #include "glib/GMemory.h"
 #include "glib/GRef.h"
 
@@ -18,10 +18,6 @@ namespace orivex::gtk {
 namespace {
 
 constexpr std::int64_t leastInterval = G_USEC_PER_SEC;
-
-GRef<GAppInfo> schemeHandler(const std::string& scheme) {
-  return GRef<GAppInfo>::adopt(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
-}
 
 // A mail program would attach a file of the page's choosing.
 bool attachesFiles(const Url& url) {
@@ -39,15 +35,6 @@ GRef<GAppLaunchContext> launchContext() {
   return GRef<GAppLaunchContext>::adopt(G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(display)));
 }
 
-void launched(GObject*, GAsyncResult* result, gpointer) noexcept {
-  GError* raised = nullptr;
-  g_app_info_launch_default_for_uri_finish(result, &raised);
-  const GErrorPtr error(raised);
-  contained([&] {
-    if (error) log::print(std::string("Error opening an address: ") + error->message);
-  });
-}
-
 }  // namespace
 
 bool DesktopLauncher::isAllowed(const Url& url) const {
@@ -56,7 +43,8 @@ bool DesktopLauncher::isAllowed(const Url& url) const {
 }
 
 bool DesktopLauncher::canOpen(const Url& url) const {
-  return isAllowed(url) && (runsInSandbox() || schemeHandler(url.scheme()));
+  if (!isAllowed(url) || runsInSandbox()) return isAllowed(url);
+  return bool(GRef<GAppInfo>::adopt(g_app_info_get_default_for_uri_scheme(url.scheme().c_str())));
 }
 
 void DesktopLauncher::open(const Url& url) {
@@ -66,8 +54,13 @@ void DesktopLauncher::open(const Url& url) {
     return;
   }
   lastOpened_ = now;
-  g_app_info_launch_default_for_uri_async(url.absoluteString().c_str(), launchContext().get(), nullptr, launched,
-                                          nullptr);
+  const auto launched = asyncCallback([](GObject* /*source*/, GAsyncResult* result) {
+    GError* raised = nullptr;
+    g_app_info_launch_default_for_uri_finish(result, &raised);
+    if (const GErrorPtr error(raised); error) log::print(std::string("Error opening an address: ") + error->message);
+  });
+  g_app_info_launch_default_for_uri_async(url.absoluteString().c_str(), launchContext().get(), nullptr,
+                                          launched.function, launched.data);
 }
 
 }  // namespace orivex::gtk

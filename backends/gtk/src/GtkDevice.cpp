@@ -5,7 +5,6 @@
 #include "GlibMainQueue.h"
 #include "KeyFileUserDefaults.h"
 #include "MachineDevice.h"
-#include "WebKitDataStore.h"
 #include "audio/GstAudioSession.h"
 #include "audio/GtkRecordPermission.h"
 #include "camera/CaptureFile.h"
@@ -25,6 +24,7 @@
 #include "ui/GtkApplicationPort.h"
 #include "ui/GtkProgressOverlay.h"
 #include "video/GstMediaProbe.h"
+#include "web/WebKitDataStore.h"
 #include "web/WebKitEngine.h"
 #include "web/WebSession.h"
 

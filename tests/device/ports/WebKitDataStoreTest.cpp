@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "WebKitDataStore.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
+#include "web/WebKitDataStore.h"
 
 namespace orivex::gtk {
 namespace {

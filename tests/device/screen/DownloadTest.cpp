@@ -5,7 +5,7 @@
 
 #include "PageFixture.h"
 #include "support/TemporaryFolder.h"
-#include "web/DownloadFile.h"
+#include "web/PageDownloads.h"
 
 namespace orivex::gtk {
 namespace {

@@ -9,7 +9,7 @@
 namespace orivex::gtk {
 
 /// What a visitor without a finger goes back with: Escape, Alt and the arrow to the left, the back key, and the mouse's
-/// back button. A page sees the keys first and hands on what it does not take; see `PageBackKeys`.
+/// back button. A page sees the keys first and hands on what it does not take; see `addBackKeys`.
 class BackInput {
  public:
   /// Listens on `screens`, the canvas around all pages of a window, which outlives this object. `goBack` returns

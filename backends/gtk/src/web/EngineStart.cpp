@@ -6,8 +6,10 @@
 
 #include <unistd.h>
 
-#include "../Contained.h"
+#include "../glib/AsyncCallback.h"
 #include "../glib/GMemory.h"
+
+#include "orivex/platform/base/Log.h"
 
 namespace orivex::gtk {
 namespace {
@@ -31,17 +33,13 @@ std::optional<std::string> lackOfRoom(const std::string& folder) {
   return written ? std::nullopt : std::optional(folder + ": " + g_strerror(error));
 }
 
-bool isCancelled(const GErrorPtr& error) {
-  return error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED);
-}
-
 }  // namespace
 
 EngineStart::~EngineStart() {
   if (asking_) g_cancellable_cancel(asking_.get());
 }
 
-void EngineStart::look(Completion completion) {
+void EngineStart::check(Completion completion) {
   waiting_.push_back(std::move(completion));
   if (waiting_.size() > 1) return;
   if (auto failure = lackOfRoom(g_get_user_runtime_dir())) {
@@ -51,7 +49,8 @@ void EngineStart::look(Completion completion) {
   }
 }
 
-// The question that WebKit is going to put, and to wait for without a limit of its own: the same service is awake then.
+// WebKit is going to ask this service for its address, and to wait for it without a limit of its own: what answers here
+// is awake then. An error is an answer too.
 void EngineStart::askBus() {
   asking_ = GRef<GCancellable>::adopt(g_cancellable_new());
   mainQueue_.asyncAfter(busPatience, alive_.guard([this, asking = asking_] {
@@ -59,33 +58,20 @@ void EngineStart::askBus() {
     g_cancellable_cancel(asking.get());
     end("the session bus does not answer");
   }));
-  g_bus_get(G_BUS_TYPE_SESSION, asking_.get(), connected, this);
-}
-
-// An error is an answer too; a cancelled question is not, and this object may be gone.
-void EngineStart::connected(GObject* /*source*/, GAsyncResult* result, gpointer data) noexcept {
-  GError* raised = nullptr;
-  const auto bus = GRef<GDBusConnection>::adopt(g_bus_get_finish(result, &raised));
-  const GErrorPtr error(raised);
-  if (isCancelled(error)) return;
-  auto& self = *static_cast<EngineStart*>(data);
-  if (!bus) return contained([&] { self.end(std::nullopt); });
-  g_dbus_connection_call(bus.get(), "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", nullptr, nullptr,
-                         G_DBUS_CALL_FLAGS_NONE, -1, self.asking_.get(), answered, &self);
-}
-
-void EngineStart::answered(GObject* source, GAsyncResult* result, gpointer data) noexcept {
-  GError* raised = nullptr;
-  GVariant* const address = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &raised);
-  const GErrorPtr error(raised);
-  if (address) g_variant_unref(address);
-  if (isCancelled(error)) return;
-  contained([&] { static_cast<EngineStart*>(data)->end(std::nullopt); });
+  const auto answered = asyncCallback([this](GObject* /*source*/, GAsyncResult* result) {
+    GError* raised = nullptr;
+    const auto service = GRef<GDBusProxy>::adopt(g_dbus_proxy_new_for_bus_finish(result, &raised));
+    const GErrorPtr error(raised);
+    if (!g_error_matches(raised, G_IO_ERROR, G_IO_ERROR_CANCELLED)) end(std::nullopt);  // otherwise this may be gone
+  });
+  g_dbus_proxy_new_for_bus(G_BUS_TYPE_SESSION, G_DBUS_PROXY_FLAGS_NONE, nullptr, "org.a11y.Bus", "/org/a11y/bus",
+                           "org.a11y.Bus", asking_.get(), answered.function, answered.data);
 }
 
 void EngineStart::end(const std::optional<std::string>& failure) {
   asking_ = nullptr;
   possible_ = !failure;
+  if (failure) log::print("No page can be shown: " + *failure);
   for (auto& completion : std::exchange(waiting_, {})) std::move(completion)(failure);
 }
 

@@ -14,7 +14,7 @@
 
 namespace orivex::gtk {
 
-/// Looks whether WebKit can start its first process before it is asked to. In a runtime folder without room that would
+/// Checks whether WebKit can start its first process before it is asked to. In a runtime folder without room that would
 /// end the host's process, and with a session bus that does not answer it would hold the main thread for half a minute.
 /// Main thread.
 class EngineStart {
@@ -26,15 +26,14 @@ class EngineStart {
   EngineStart& operator=(const EngineStart&) = delete;
   ~EngineStart();
 
-  /// Whether a look has ended well; from then on WebKit is on its own.
+  /// Whether a check has ended well; from then on WebKit is on its own.
   bool isPossible() const { return possible_; }
 
-  /// Calls back, after this call, once the bus has answered or has been silent for some seconds.
-  void look(Completion completion);
+  /// Calls back, after this call, once the bus has answered or has been silent for some seconds. A failure is one line
+  /// in the log.
+  void check(Completion completion);
 
  private:
-  static void connected(GObject* source, GAsyncResult* result, gpointer data) noexcept;
-  static void answered(GObject* source, GAsyncResult* result, gpointer data) noexcept;
   void askBus();
   void end(const std::optional<std::string>& failure);
 

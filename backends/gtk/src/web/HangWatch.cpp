@@ -23,7 +23,7 @@ HangWatch::HangWatch(WebKitWebView* view, MainQueue& mainQueue, std::function<bo
       mainQueue_(mainQueue),
       isCovered_(std::move(isCovered)),
       leave_(std::move(leave)),
-      changed_(SignalConnection::connect<&HangWatch::changed>(view, "notify::is-web-process-responsive", this)) {}
+      changed_(SignalConnection::connect(view, "notify::is-web-process-responsive", [this] { changed(); })) {}
 
 HangWatch::~HangWatch() {
   changed_.disconnect();
@@ -31,7 +31,7 @@ HangWatch::~HangWatch() {
   if (!webkit_web_view_get_is_web_process_responsive(view_)) webkit_web_view_terminate_web_process(view_);
 }
 
-void HangWatch::changed(WebKitWebView* /*view*/, GParamSpec* /*property*/) {
+void HangWatch::changed() {
   ++hang_;
   dialog_ = nullptr;
   if (webkit_web_view_get_is_web_process_responsive(view_)) return;
@@ -65,8 +65,7 @@ void HangWatch::answered(const char* answer) {
   dialog_ = nullptr;
   if (!answer) return;
   if (std::string_view(answer) != leaveAnswer) return askLater();
-  const auto leavePage = leave_;
-  leavePage();
+  if (const auto leave = leave_) leave();
 }
 
 }  // namespace orivex::gtk

@@ -27,7 +27,7 @@ class HangWatch {
   void postpone();
 
  private:
-  void changed(WebKitWebView* view, GParamSpec* property);
+  void changed();
   void askLater();
   void ask();
   void answered(const char* answer);

@@ -6,7 +6,7 @@
 
 #include "../glib/GMemory.h"
 #include "../glib/GRef.h"
-#include "PageScript.h"
+#include "PageScripts.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -94,57 +94,43 @@ GtkEventController* addKeyFilter(GtkWidget* view) {
   return keys;
 }
 
-}  // namespace
-
-PageLimits::PageLimits(WebKitWebView* view) {
-  limitSettings(webkit_web_view_get_settings(view));
-  removeZoomGestures(GTK_WIDGET(view));
-  addPageScript(webkit_web_view_get_user_content_manager(view), dragGuard, scriptWorld,
-                WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
-  signals_.push_back(
-      SignalConnection::connect<&PageLimits::keyPressed>(addKeyFilter(GTK_WIDGET(view)), "key-pressed", this));
-  signals_.push_back(SignalConnection::connect<&PageLimits::permissionRequested>(view, "permission-request", this));
-  signals_.push_back(
-      SignalConnection::connect<&PageLimits::permissionStateQueried>(view, "query-permission-state", this));
-  signals_.push_back(SignalConnection::connect<&PageLimits::contextMenu>(view, "context-menu", this));
-  signals_.push_back(SignalConnection::connect<&PageLimits::print>(view, "print", this));
-  signals_.push_back(SignalConnection::connect<&PageLimits::closeRequested>(view, "close", this));
-}
-
-// WebKit looks keys up in a text view that is never shown; this one starts that view's blinking caret, which GTK ends
-// the process for.
-gboolean PageLimits::keyPressed(GtkEventControllerKey* /*keys*/, guint key, guint /*code*/,
-                                GdkModifierType /*modifiers*/) {
-  return key == GDK_KEY_F7;
-}
-
-gboolean PageLimits::permissionRequested(WebKitWebView* /*view*/, WebKitPermissionRequest* request) {
-  log::print(std::string("The page was refused a permission: ") + G_OBJECT_TYPE_NAME(request));
-  webkit_permission_request_deny(request);
-  return TRUE;
-}
-
-gboolean PageLimits::permissionStateQueried(WebKitWebView* /*view*/, WebKitPermissionStateQuery* query) {
-  webkit_permission_state_query_finish(query, WEBKIT_PERMISSION_STATE_DENIED);
-  return TRUE;
-}
-
-gboolean PageLimits::contextMenu(WebKitWebView* /*view*/, WebKitContextMenu* menu, WebKitHitTestResult* /*hit*/) {
+// An empty menu does not open.
+bool removeMenuItems(WebKitContextMenu* menu) {
   const GListPtr items(g_list_copy(webkit_context_menu_get_items(menu)));
   for (const GList* item = items.get(); item; item = item->next) {
     auto* const candidate = WEBKIT_CONTEXT_MENU_ITEM(item->data);
     if (!isKept(candidate)) webkit_context_menu_remove(menu, candidate);
   }
-  return webkit_context_menu_get_n_items(menu) == 0;  // an empty menu does not open
+  return webkit_context_menu_get_n_items(menu) == 0;
 }
 
-gboolean PageLimits::print(WebKitWebView* /*view*/, WebKitPrintOperation* /*operation*/) {
-  log::print("The page wants to print; it does not");
-  return TRUE;
-}
+}  // namespace
 
-void PageLimits::closeRequested(WebKitWebView* /*view*/) {
-  log::print("The page wants to close its window; it posts goBack to leave");
+SignalConnections limitPage(WebKitWebView* view) {
+  limitSettings(webkit_web_view_get_settings(view));
+  removeZoomGestures(GTK_WIDGET(view));
+  addPageScript(webkit_web_view_get_user_content_manager(view), dragGuard, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                scriptWorld);
+  SignalConnections limits;
+  // WebKit looks keys up in a text view that is never shown; this one starts that view's blinking caret, which GTK ends
+  // the process for.
+  limits.add(addKeyFilter(GTK_WIDGET(view)), "key-pressed", [](guint key) { return key == GDK_KEY_F7; });
+  limits.add(view, "permission-request", [](WebKitPermissionRequest* request) {
+    log::print(std::string("The page was refused a permission: ") + G_OBJECT_TYPE_NAME(request));
+    webkit_permission_request_deny(request);
+    return true;
+  });
+  limits.add(view, "query-permission-state", [](WebKitPermissionStateQuery* query) {
+    webkit_permission_state_query_finish(query, WEBKIT_PERMISSION_STATE_DENIED);
+    return true;
+  });
+  limits.add(view, "context-menu", [](WebKitContextMenu* menu) { return removeMenuItems(menu); });
+  limits.add(view, "print", [] {
+    log::print("The page wants to print; it does not");
+    return true;
+  });
+  limits.add(view, "close", [] { log::print("The page wants to close its window; it posts goBack to leave"); });
+  return limits;
 }
 
 }  // namespace orivex::gtk

@@ -1,46 +1,19 @@
 #include "PageRequests.h"
 
+#include <filesystem>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "../FreeWith.h"
 #include "../glib/GMemory.h"
 #include "../glib/GRef.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Text.h"
 
 namespace orivex::gtk {
 namespace {
-
-/// The answer to a file input. One that is never given cancels.
-class FileAnswer {
- public:
-  FileAnswer(WebKitFileChooserRequest* request, std::shared_ptr<NamedLinks> links)
-      : request_(GRef<WebKitFileChooserRequest>::share(request)), links_(std::move(links)) {}
-  FileAnswer(const FileAnswer&) = delete;
-  FileAnswer& operator=(const FileAnswer&) = delete;
-  ~FileAnswer() { give({}); }
-
-  void give(const std::vector<std::string>& paths) {
-    const auto request = std::exchange(request_, nullptr);
-    if (!request) return;
-    if (paths.empty()) {
-      webkit_file_chooser_request_cancel(request.get());
-      return;
-    }
-    std::vector<std::string> readable;
-    readable.reserve(paths.size());
-    for (const auto& path : paths) readable.push_back(links_->textPath(path));
-    std::vector<const char*> list;
-    list.reserve(paths.size() + 1);
-    for (const auto& path : readable) list.push_back(path.c_str());
-    list.push_back(nullptr);
-    webkit_file_chooser_request_select_files(request.get(), list.data());
-  }
-
- private:
-  GRef<WebKitFileChooserRequest> request_;
-  std::shared_ptr<NamedLinks> links_;
-};
 
 FileChooserRequest described(WebKitFileChooserRequest* request) {
   FileChooserRequest description;
@@ -49,16 +22,6 @@ FileChooserRequest described(WebKitFileChooserRequest* request) {
   const auto* types = webkit_file_chooser_request_get_mime_types(request);
   for (; types && *types; ++types) description.mimeTypes.emplace_back(*types);
   return description;
-}
-
-// Asks about the address of a window as about any other before it is opened.
-PageRequestHandlers askingFirst(const WebEngineHandlers& handlers) {
-  auto requests = handlers.pageRequests;
-  requests.openWindow = [decide = handlers.decideNavigationAction, open = requests.openWindow](const std::string& url) {
-    const auto kept = std::pair(decide, open);  // the handler may end the engine, and with it this function
-    if (kept.second && kept.first(url) == NavigationPolicy::allow) kept.second(url);
-  };
-  return requests;
 }
 
 bool isAttachment(WebKitURIResponse* response) {
@@ -71,12 +34,50 @@ bool isAttachment(WebKitURIResponse* response) {
 
 }  // namespace
 
+/// Gives files whose path is no UTF-8 text, which a web engine can neither name nor read, links that it can. The links
+/// go with this object.
+class PageRequests::NamedLinks {
+ public:
+  NamedLinks() = default;
+  NamedLinks(const NamedLinks&) = delete;
+  NamedLinks& operator=(const NamedLinks&) = delete;
+  ~NamedLinks() {
+    std::error_code ignored;
+    for (const auto& folder : folders_) std::filesystem::remove_all(folder, ignored);
+  }
+
+  /// A path to the file at `path` that is text: that path itself where it is.
+  std::string textPath(const std::string& path) {
+    if (isValidUtf8(path)) return path;
+    const GCharPtr folder(g_dir_make_tmp("orivex-XXXXXX", nullptr));  // one for each: two files may get the same name
+    if (!folder) return path;
+    folders_.emplace_back(folder.get());
+    const auto link = folders_.back() / validUtf8(std::filesystem::path(path).filename().string());
+    std::error_code error;
+    std::filesystem::create_symlink(path, link, error);
+    return error ? path : link.string();
+  }
+
+ private:
+  std::vector<std::filesystem::path> folders_;
+};
+
 PageRequests::PageRequests(WebKitWebView* view, WebKitNetworkSession* session, std::shared_ptr<PageDownloads> downloads,
                            MainQueue& mainQueue, const WebEngineHandlers& handlers)
-    : view_(view), downloads_(std::move(downloads)), mainQueue_(mainQueue), handlers_(askingFirst(handlers)) {
-  signals_.push_back(SignalConnection::connect<&PageRequests::createWindow>(view, "create", this));
-  signals_.push_back(SignalConnection::connect<&PageRequests::runFileChooser>(view, "run-file-chooser", this));
-  signals_.push_back(SignalConnection::connect<&PageRequests::downloadStarted>(session, "download-started", this));
+    : view_(view),
+      downloads_(std::move(downloads)),
+      mainQueue_(mainQueue),
+      handlers_(handlers),
+      links_(std::make_shared<NamedLinks>()) {
+  signals_.add(view, "create", [this](WebKitNavigationAction* action) -> GtkWidget* {
+    openWindow(action);
+    return nullptr;  // to the page the window was blocked: it gets no hold on what it has opened
+  });
+  signals_.add(view, "run-file-chooser", [this](WebKitFileChooserRequest* request) {
+    chooseFiles(request);
+    return true;
+  });
+  signals_.add(session, "download-started", [this](WebKitDownload* download) { downloadStarted(download); });
 }
 
 void PageRequests::navigates(WebKitNavigationAction* action) {
@@ -90,27 +91,29 @@ void PageRequests::openWindow(WebKitNavigationAction* action) {
     log::print("A window that nobody asked for was refused: " + url);
   } else if (url.empty() || url.starts_with("about:")) {
     log::print("A window without an address was refused");
-  } else if (handlers_.openWindow) {
-    mainQueue_.async(alive_.guard([this, url] { handlers_.openWindow(url); }));
+  } else {
+    mainQueue_.async(alive_.guard([this, url] {
+      // Copies, as a handler may end the engine.
+      const auto decide = handlers_.decideNavigationAction;
+      const auto open = handlers_.pageRequests.openWindow;
+      if (open && decide(url) == NavigationPolicy::allow) open(url);
+    }));
   }
 }
 
-GtkWidget* PageRequests::createWindow(WebKitWebView* /*view*/, WebKitNavigationAction* action) {
-  openWindow(action);
-  return nullptr;  // to the page the window was blocked: it gets no hold on what it has opened
-}
-
-gboolean PageRequests::runFileChooser(WebKitWebView* /*view*/, WebKitFileChooserRequest* request) {
-  if (!handlers_.chooseFiles) {
-    webkit_file_chooser_request_cancel(request);
-    return TRUE;
-  }
-  auto answer = std::make_unique<FileAnswer>(request, links_);
-  mainQueue_.async(alive_.guard([this, description = described(request), answer = std::move(answer)]() mutable {
-    handlers_.chooseFiles(description,
-                          [answer = std::move(answer)](const std::vector<std::string>& paths) { answer->give(paths); });
+// WebKit cancels a request that is dropped without an answer.
+void PageRequests::chooseFiles(WebKitFileChooserRequest* request) {
+  mainQueue_.async(alive_.guard([this, request = GRef<WebKitFileChooserRequest>::share(request)] {
+    const auto& choose = handlers_.pageRequests.chooseFiles;
+    if (!choose) return;
+    choose(described(request.get()), [request, links = links_](const std::vector<std::string>& paths) {
+      if (paths.empty()) return webkit_file_chooser_request_cancel(request.get());
+      const std::unique_ptr<GStrvBuilder, FreeWith<g_strv_builder_unref>> files(g_strv_builder_new());
+      for (const auto& path : paths) g_strv_builder_add(files.get(), links->textPath(path).c_str());
+      const GStrvPtr list(g_strv_builder_end(files.get()));
+      webkit_file_chooser_request_select_files(request.get(), list.get());
+    });
   }));
-  return TRUE;
 }
 
 bool PageRequests::saveUnshowable(WebKitResponsePolicyDecision* decision) {
@@ -123,7 +126,7 @@ bool PageRequests::saveUnshowable(WebKitResponsePolicyDecision* decision) {
   return true;
 }
 
-void PageRequests::downloadStarted(WebKitNetworkSession* /*session*/, WebKitDownload* download) {
+void PageRequests::downloadStarted(WebKitDownload* download) {
   if (webkit_download_get_web_view(download) != view_) return;  // another page's, or the host's own
   const bool asked = std::exchange(gesture_, false);
   if (!asked || downloading_) {
@@ -132,9 +135,9 @@ void PageRequests::downloadStarted(WebKitNetworkSession* /*session*/, WebKitDown
     return;
   }
   downloading_ = true;
-  downloads_->take(download, alive_.guard([this](const EndedDownload& ended) {
+  downloads_->save(download, alive_.guard([this](const EndedDownload& ended) {
     downloading_ = false;
-    if (handlers_.downloadEnded) handlers_.downloadEnded(ended);
+    if (const auto& report = handlers_.pageRequests.downloadEnded) report(ended);
   }));
 }
 

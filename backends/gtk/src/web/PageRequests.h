@@ -1,12 +1,10 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
 #include <webkit/webkit.h>
 
 #include "../glib/SignalConnection.h"
-#include "NamedLinks.h"
 #include "PageDownloads.h"
 
 #include "orivex/platform/base/Alive.h"
@@ -18,7 +16,7 @@ namespace orivex::gtk {
 /// Brings what one page asks of its surroundings to the handlers of its engine: other windows, files, downloads.
 class PageRequests {
  public:
-  /// `view` outlives this object; `downloads` are shared by all pages of `session`.
+  /// `view` and `handlers` outlive this object; `downloads` are shared by all pages of `session`.
   PageRequests(WebKitWebView* view, WebKitNetworkSession* session, std::shared_ptr<PageDownloads> downloads,
                MainQueue& mainQueue, const WebEngineHandlers& handlers);
 
@@ -36,18 +34,19 @@ class PageRequests {
   static bool saveUnshowable(WebKitResponsePolicyDecision* decision);
 
  private:
-  GtkWidget* createWindow(WebKitWebView* view, WebKitNavigationAction* action);
-  gboolean runFileChooser(WebKitWebView* view, WebKitFileChooserRequest* request);
-  void downloadStarted(WebKitNetworkSession* session, WebKitDownload* download);
+  class NamedLinks;
+
+  void chooseFiles(WebKitFileChooserRequest* request);
+  void downloadStarted(WebKitDownload* download);
 
   WebKitWebView* const view_;
   const std::shared_ptr<PageDownloads> downloads_;
   MainQueue& mainQueue_;
-  const PageRequestHandlers handlers_;
+  const WebEngineHandlers& handlers_;
   bool gesture_ = false;  // one that no download has followed yet
   bool downloading_ = false;
-  const std::shared_ptr<NamedLinks> links_ = std::make_shared<NamedLinks>();  // a page reads its files when it likes
-  std::vector<SignalConnection> signals_;
+  const std::shared_ptr<NamedLinks> links_;  // a page reads its files when it likes
+  SignalConnections signals_;
   Alive alive_;
 };
 

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "../FreeWith.h"
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
@@ -22,10 +23,6 @@ constexpr int messageColumns = 34;
 
 constexpr const char* accept = "accept";
 constexpr const char* decline = "decline";
-
-struct UnrefScriptDialog {
-  void operator()(WebKitScriptDialog* dialog) const { webkit_script_dialog_unref(dialog); }
-};
 
 std::string shortened(const char* text) {
   const GCharPtr valid(g_utf8_make_valid(text ? text : "", -1));
@@ -102,7 +99,7 @@ class ScriptDialogs::Question {
   }
 
  private:
-  std::unique_ptr<WebKitScriptDialog, UnrefScriptDialog> dialog_;
+  std::unique_ptr<WebKitScriptDialog, FreeWith<webkit_script_dialog_unref>> dialog_;
   GRef<GtkWidget> entry_;
 };
 
@@ -110,7 +107,10 @@ ScriptDialogs::ScriptDialogs(WebKitWebView* view, MainQueue& mainQueue, std::fun
     : view_(view),
       mainQueue_(mainQueue),
       isCovered_(std::move(isCovered)),
-      asked_(SignalConnection::connect<&ScriptDialogs::asked>(view, "script-dialog", this)) {}
+      asked_(SignalConnection::connect(view, "script-dialog", [this](WebKitScriptDialog* dialog) {
+        asked(dialog);
+        return true;
+      })) {}
 
 ScriptDialogs::~ScriptDialogs() {
   dismiss();
@@ -120,11 +120,11 @@ bool ScriptDialogs::isInARow() const {
   return lastClosed_ && mainQueue_.now() - *lastClosed_ <= rowSeconds;
 }
 
-gboolean ScriptDialogs::asked(WebKitWebView* view, WebKitScriptDialog* dialog) {
+void ScriptDialogs::asked(WebKitScriptDialog* dialog) {
   if (question_) answerLater(std::move(question_), false);  // of a page that this one has replaced
   dismiss();
   auto question = std::make_unique<Question>(dialog);
-  auto* const root = gtk_widget_get_root(GTK_WIDGET(view));
+  auto* const root = gtk_widget_get_root(GTK_WIDGET(view_));
   if (silenced_) {
     const bool leaving = question->type() == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
     answerLater(std::move(question), leaving);
@@ -134,7 +134,6 @@ gboolean ScriptDialogs::asked(WebKitWebView* view, WebKitScriptDialog* dialog) {
     log::print("A page that does not show has asked something; it is declined");
     answerLater(std::move(question), false);
   }
-  return TRUE;
 }
 
 // WebKit does not survive an answer inside its own signal.

@@ -33,7 +33,7 @@ class ScriptDialogs {
  private:
   class Question;
 
-  gboolean asked(WebKitWebView* view, WebKitScriptDialog* dialog);
+  void asked(WebKitScriptDialog* dialog);
   void answerLater(std::unique_ptr<Question> question, bool accepted);
   void show(std::unique_ptr<Question> question, GtkWindow* window);
   GtkWidget* makeContent(const std::string& body);

@@ -1,17 +1,13 @@
 #include "WebKitEngine.h"
 
-#include <algorithm>
-#include <memory>
 #include <utility>
 
-#include "../Contained.h"
-#include "../FreeWith.h"
+#include "../glib/AsyncCallback.h"
 #include "../glib/GMemory.h"
 #include "GlContextGuard.h"
-#include "LightStyle.h"
-#include "MessageLimit.h"
-#include "TakenPointers.h"
-#include "TouchPointers.h"
+#include "PageInput.h"
+#include "PageLimits.h"
+#include "PageScripts.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -40,56 +36,12 @@ bool isReplaced(const GError* error) {
          g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
 }
 
-using EvaluationCompletion = Once<void(std::optional<std::string>)>;
-
-void evaluated(GObject* source, GAsyncResult* result, gpointer data) noexcept {
-  const std::unique_ptr<EvaluationCompletion> completion(static_cast<EvaluationCompletion*>(data));
-  GError* failure = nullptr;
-  const auto value =
-      GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &failure));
-  const GErrorPtr error(failure);
-  if (error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;  // the engine is gone
-  contained([&] { std::move (*completion)(error ? std::optional<std::string>(error->message) : std::nullopt); });
+// WebKit names neither the domain nor the code in its headers.
+bool isInternal(const GError* error) {
+  return g_error_matches(error, g_quark_from_static_string("WebKitErrorDomain"), 300);
 }
 
-// Marks a stretch in which WebKit may emit signals out of our own call.
-class CallMark {
- public:
-  explicit CallMark(bool& mark) : mark_(mark), before_(std::exchange(mark, true)) {}
-  CallMark(const CallMark&) = delete;
-  CallMark& operator=(const CallMark&) = delete;
-  ~CallMark() { mark_ = before_; }
-
- private:
-  bool& mark_;
-  const bool before_;
-};
-
 }  // namespace
-
-/// One message name with its signal.
-class WebKitEngine::MessageChannel {
- public:
-  MessageChannel(WebKitUserContentManager* content, std::string name, WebKitEngine& engine)
-      : name_(std::move(name)), engine_(engine) {
-    // Connected before the page can post: no first message is lost.
-    received_ = SignalConnection::connect<&MessageChannel::received>(
-        content, ("script-message-received::" + name_).c_str(), this);
-    webkit_user_content_manager_register_script_message_handler(content, name_.c_str(), nullptr);
-  }
-
-  const std::string& name() const { return name_; }
-
- private:
-  void received(WebKitUserContentManager* /*content*/, JSCValue* body) {
-    const GCharPtr json(jsc_value_to_json(body, 0));  // undefined and functions have no JSON
-    engine_.handlers_.scriptMessage({name_, json ? json.get() : "null"});
-  }
-
-  std::string name_;
-  WebKitEngine& engine_;
-  SignalConnection received_;
-};
 
 WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetworkSession* session,
                            std::shared_ptr<WebProcessContext> context, std::shared_ptr<PageDownloads> downloads,
@@ -101,35 +53,24 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       content_(GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
       view_(makeView(context_->get(), session, content_.get())),
       cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
-      limits_(view_.get()),
-      backKeys_(view_.get()),
+      limits_(limitPage(view_.get())),
+      backKeys_(addBackKeys(view_.get())),
       dialogs_(view_.get(), mainQueue_, [this] { return isCovered(); }),
       requests_(view_.get(), session, std::move(downloads), mainQueue_, handlers_),
       hangs_(
-          view_.get(), mainQueue_, [this] { return isCovered(); },
-          [this] {
-            if (const auto leave = handlers_.pageRequests.leave) leave();
-          }),
-      network_(view_.get(), [this] { networkLost(); }) {
+          view_.get(), mainQueue_, [this] { return isCovered(); }, handlers_.pageRequests.leave) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);
-  registerMessages(configuration.scriptMessageNames);
-  addMessageLimit(content_.get(), configuration.scriptMessageNames);
-  addLightScript(content_.get());
-  addLightStyle(content_.get());
-  addTouchPointersScript(content_.get());
-  addTakenPointersScript(content_.get());
-  addUserScripts(configuration.userScripts);
+  for (const auto& name : configuration.scriptMessageNames) registerMessage(name);
+  addScripts(configuration);
   connectSignals();
 }
 
 WebKitEngine::~WebKitEngine() {
-  signals_.clear();
+  signals_.disconnect();
+  resources_.disconnect();
   g_cancellable_cancel(cancellable_.get());
-  for (const auto& channel : channels_) {
-    webkit_user_content_manager_unregister_script_message_handler(content_.get(), channel->name().c_str(), nullptr);
-  }
 }
 
 void WebKitEngine::shownBy(View& view) {
@@ -145,52 +86,62 @@ bool WebKitEngine::isCovered() const {
   return view && !view->isShowing();
 }
 
-void WebKitEngine::registerMessages(const std::vector<std::string>& names) {
-  for (const auto& name : names) channels_.push_back(std::make_unique<MessageChannel>(content_.get(), name, *this));
+void WebKitEngine::registerMessage(const std::string& name) {
+  // Connected before the page can post: no first message is lost.
+  signals_.add(content_.get(), ("script-message-received::" + name).c_str(), [this, name](JSCValue* body) {
+    const GCharPtr json(jsc_value_to_json(body, 0));  // undefined and functions have no JSON
+    handlers_.scriptMessage({name, json ? json.get() : "null"});
+  });
+  webkit_user_content_manager_register_script_message_handler(content_.get(), name.c_str(), nullptr);
 }
 
-void WebKitEngine::addUserScripts(const std::vector<UserScript>& scripts) {
-  for (const auto& script : scripts) {
-    const std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>> made(webkit_user_script_new(
-        script.source.c_str(),
-        script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+void WebKitEngine::addScripts(const WebEngineConfiguration& configuration) {
+  auto* const content = content_.get();
+  addMessageLimit(content, configuration.scriptMessageNames);
+  addLightScript(content);
+  addLightStyle(content);
+  addTouchPointers(content);
+  addTakenPointers(content);
+  for (const auto& script : configuration.userScripts) {
+    addPageScript(
+        content, script.source.c_str(),
+        script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES, nullptr,
         script.injectionTime == UserScript::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
-                                                                         : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
-        nullptr, nullptr));
-    webkit_user_content_manager_add_script(content_.get(), made.get());
+                                                                         : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END);
   }
 }
 
 void WebKitEngine::connectSignals() {
   auto* const view = view_.get();
-  signals_.push_back(SignalConnection::connect<&WebKitEngine::loadChanged>(view, "load-changed", this));
-  signals_.push_back(SignalConnection::connect<&WebKitEngine::loadFailed>(view, "load-failed", this));
-  signals_.push_back(
-      SignalConnection::connect<&WebKitEngine::loadFailedWithTlsErrors>(view, "load-failed-with-tls-errors", this));
-  signals_.push_back(SignalConnection::connect<&WebKitEngine::decidePolicy>(view, "decide-policy", this));
-  signals_.push_back(SignalConnection::connect<&WebKitEngine::processTerminated>(view, "web-process-terminated", this));
-  signals_.push_back(SignalConnection::connect<&WebKitEngine::uriChanged>(view, "notify::uri", this));
+  signals_.add(view, "load-changed", [this](WebKitLoadEvent event) { loadChanged(event); });
+  signals_.add(view, "load-failed", [this](WebKitLoadEvent event, const char* /*uri*/, GError* error) {
+    const bool isProvisional = event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED;
+    loadFailed(isProvisional && !isReplaced(error), error->message);
+    return true;  // no error page of WebKit's own
+  });
+  signals_.add(view, "load-failed-with-tls-errors",
+               [this](const char* /*uri*/, GTlsCertificate* /*certificate*/, GTlsCertificateFlags errors) {
+                 loadFailed(true, tlsDescription(errors));
+                 return true;
+               });
+  signals_.add(view, "decide-policy", [this](WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+    return decidePolicy(decision, type);
+  });
+  signals_.add(view, "web-process-terminated", [this](WebKitWebProcessTerminationReason reason) {
+    dialogs_.dismiss();
+    pageLost("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
+  });
+  signals_.add(view, "resource-load-started", [this](WebKitWebResource* resource) { watchResource(resource); });
+  signals_.add(view, "notify::uri", [this] { uriChanged(); });
 }
 
 template <class Function>
-void WebKitEngine::tell(Function call) {
+void WebKitEngine::emit(Function call) {
   if (inCall_) {
     mainQueue_.async(alive_.guard(std::move(call)));
   } else {
     call();
   }
-}
-
-void WebKitEngine::whenStarted(Start call) {
-  waiting_.push_back(std::move(call));
-  if (waiting_.size() > 1) return;
-  start_.look(alive_.guard([this](const std::optional<std::string>& failure) {
-    if (failure) log::print("No page can be shown: " + *failure);
-    // Each on its own, as the handlers may end this engine.
-    for (auto& waiting : std::exchange(waiting_, {})) {
-      mainQueue_.async(alive_.guard([call = std::move(waiting), failure]() mutable { std::move(call)(failure); }));
-    }
-  }));
 }
 
 void WebKitEngine::load(const UrlRequest& request) {
@@ -210,33 +161,41 @@ void WebKitEngine::loadFile(const std::string& path, const std::string& /*readAc
 
 void WebKitEngine::reload() {
   if (!start_.isPossible()) {
-    return whenStarted([this](const std::optional<std::string>& failure) {
+    return start_.check(alive_.guard([this](const std::optional<std::string>& failure) {
       if (failure) return handlers_.didFailProvisionalNavigation(*failure);
       reload();
-    });
+    }));
   }
-  const CallMark mark(inCall_);
+  inCall_ = true;
   // WebKit reloads what has come; what died on its way is nothing to it.
   if (uncommitted_) {
     webkit_web_view_load_request(view_.get(), uncommitted_.get());
   } else {
     webkit_web_view_reload(view_.get());
   }
+  inCall_ = false;
 }
 
-void WebKitEngine::evaluate(const std::string& script, EvaluationCompletion completion) {
+void WebKitEngine::evaluate(const std::string& script, Once<void(std::optional<std::string>)> completion) {
   if (!start_.isPossible()) {
-    return whenStarted([this, script, completion = std::move(completion)](const auto& failure) mutable {
+    return start_.check(alive_.guard([this, script, completion = std::move(completion)](const auto& failure) mutable {
       if (failure) return std::move(completion)(failure);
       evaluate(script, std::move(completion));
+    }));
+  }
+  AsyncCallback evaluated{};  // without one WebKit does not bring the result over
+  if (completion) {
+    evaluated = asyncCallback([completion = std::move(completion)](GObject* view, GAsyncResult* result) mutable {
+      GError* raised = nullptr;
+      const auto value =
+          GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &raised));
+      const GErrorPtr error(raised);
+      if (g_error_matches(raised, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;  // the engine is gone
+      std::move(completion)(error ? std::optional<std::string>(error->message) : std::nullopt);
     });
   }
-  const CallMark mark(inCall_);
-  // Without a callback WebKit does not bring the result over.
-  const GAsyncReadyCallback callback = completion ? evaluated : nullptr;
-  auto pending = completion ? std::make_unique<EvaluationCompletion>(std::move(completion)) : nullptr;
   webkit_web_view_evaluate_javascript(view_.get(), script.data(), static_cast<gssize>(script.size()), nullptr, nullptr,
-                                      cancellable_.get(), callback, pending.release());
+                                      cancellable_.get(), evaluated.function, evaluated.data);
 }
 
 void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
@@ -246,7 +205,7 @@ void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
 void WebKitEngine::setScrollSettings(const ScrollSettings& settings) {
   webkit_user_content_manager_remove_all_style_sheets(content_.get());
   addLightStyle(content_.get());
-  if (!settings.scrollEnabled) addStyle(content_.get(), stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
+  if (!settings.scrollEnabled) addPageStyle(content_.get(), stillDocument, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
   if (const auto& color = settings.backgroundColor) {
     const GdkRGBA shown{static_cast<float>(color->red), static_cast<float>(color->green),
                         static_cast<float>(color->blue), static_cast<float>(color->alpha)};
@@ -254,21 +213,23 @@ void WebKitEngine::setScrollSettings(const ScrollSettings& settings) {
   }
 }
 
-void WebKitEngine::loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event) {
+void WebKitEngine::loadChanged(WebKitLoadEvent event) {
+  loadsResources_ = event == WEBKIT_LOAD_COMMITTED;
+  if (!loadsResources_) resources_.disconnect();
   switch (event) {
     case WEBKIT_LOAD_STARTED:
       loadFailed_ = false;
-      tell([this] { handlers_.didStartProvisionalNavigation(); });
+      emit([this] { handlers_.didStartProvisionalNavigation(); });
       break;
     case WEBKIT_LOAD_REDIRECTED:
-      tell([this] { handlers_.didReceiveServerRedirect(); });
+      emit([this] { handlers_.didReceiveServerRedirect(); });
       break;
     case WEBKIT_LOAD_COMMITTED:
       committed();
       break;
     case WEBKIT_LOAD_FINISHED:
       // WebKitGTK ends a failed load with this event too.
-      if (!loadFailed_) tell([this] { handlers_.didFinishNavigation(); });
+      if (!loadFailed_) emit([this] { handlers_.didFinishNavigation(); });
       break;
   }
 }
@@ -279,40 +240,22 @@ void WebKitEngine::committed() {
   uncommitted_ = nullptr;
   requests_.documentReplaced();
   // To WebKit the address never changed while the process was gone. The handler may end this engine.
-  const bool isBack = std::exchange(processGone_, false);
-  auto tellAddress = alive_.guard([this] { tellUri(); });
-  tell([this] { handlers_.didCommitNavigation(); });
-  if (isBack) tellAddress();
+  const bool isBack = std::exchange(pageLost_, false);
+  auto reportAddress = alive_.guard([this] { uriChanged(); });
+  emit([this] { handlers_.didCommitNavigation(); });
+  if (isBack) reportAddress();
 }
 
-gboolean WebKitEngine::loadFailed(WebKitWebView* /*view*/, WebKitLoadEvent event, const char* /*uri*/, GError* error) {
+void WebKitEngine::loadFailed(bool isProvisional, const std::string& description) {
   loadFailed_ = true;
-  const std::string description = error->message;
-  const bool provisional = event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED;
-  if (provisional && !isReplaced(error)) {
-    tell([this, description] { handlers_.didFailProvisionalNavigation(description); });
-  } else {
-    tell([this, description] { handlers_.didFailNavigation(description); });
-  }
-  return TRUE;  // no error page of WebKit's own
+  emit([this, isProvisional, description] {
+    (isProvisional ? handlers_.didFailProvisionalNavigation : handlers_.didFailNavigation)(description);
+  });
 }
 
-gboolean WebKitEngine::loadFailedWithTlsErrors(WebKitWebView* /*view*/, const char* /*uri*/,
-                                               GTlsCertificate* /*certificate*/, GTlsCertificateFlags errors) {
-  loadFailed_ = true;
-  tell([this, errors] { handlers_.didFailProvisionalNavigation(tlsDescription(errors)); });
-  return TRUE;
-}
-
-NavigationPolicy WebKitEngine::policyFor(WebKitNavigationAction* action) {
-  const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
-  const auto decide = handlers_.decideNavigationAction;  // kept, should it end this engine
-  return decide(uri ? std::optional<std::string>(uri) : std::nullopt);
-}
-
-gboolean WebKitEngine::decidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecision* decision,
-                                    WebKitPolicyDecisionType type) {
+bool WebKitEngine::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
   auto policy = NavigationPolicy::cancel;
+  // The handlers are copied, as each may end this engine.
   if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
     const auto decide = handlers_.decideNavigationResponse;
     policy = decide();
@@ -326,37 +269,39 @@ gboolean WebKitEngine::decidePolicy(WebKitWebView* /*view*/, WebKitPolicyDecisio
       requests_.openWindow(action);
     } else {
       requests_.navigates(action);
-      policy = policyFor(action);
+      const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+      const auto decide = handlers_.decideNavigationAction;
+      policy = decide(uri ? std::optional<std::string>(uri) : std::nullopt);
     }
   }
-  if (policy == NavigationPolicy::allow) return FALSE;
+  if (policy == NavigationPolicy::allow) return false;
   webkit_policy_decision_ignore(decision);
-  return TRUE;
+  return true;
 }
 
-void WebKitEngine::processTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationReason reason) {
-  processGone_ = true;
-  dialogs_.dismiss();
-  log::print("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
-  tell([this] { handlers_.urlChanged(std::nullopt); });
-}
-
-// To the visitor a page without its scripts is as lost as one without its process.
-void WebKitEngine::networkLost() {
-  loadFailed_ = true;
-  processGone_ = true;
-  log::print("The network process ended while a page was loading");
+void WebKitEngine::pageLost(const std::string& reason) {
+  pageLost_ = true;
+  log::print(reason);
   mainQueue_.async(alive_.guard([this] { handlers_.urlChanged(std::nullopt); }));
 }
 
-void WebKitEngine::uriChanged(WebKitWebView* /*view*/, GParamSpec* /*property*/) {
-  tellUri();
+// When the network process is lost while a page loads, what the page still waits for fails with an internal error, and
+// the load then ends as if nothing had happened. To the visitor a page without its scripts is as lost as one without
+// its process.
+void WebKitEngine::watchResource(WebKitWebResource* resource) {
+  if (!loadsResources_) return;
+  resources_.add(resource, "failed", [this](GError* error) {
+    if (!loadsResources_ || !isInternal(error)) return;
+    loadsResources_ = false;
+    loadFailed_ = true;
+    pageLost("The network process ended while a page was loading");
+  });
 }
 
-void WebKitEngine::tellUri() {
+void WebKitEngine::uriChanged() {
   const char* const uri = webkit_web_view_get_uri(view_.get());
   if (!uri || !*uri) return;
-  tell([this, address = std::optional<std::string>(uri)] { handlers_.urlChanged(address); });
+  emit([this, address = std::optional<std::string>(uri)] { handlers_.urlChanged(address); });
 }
 
 std::unique_ptr<WebEngine> WebKitEngineFactory::make(const WebEngineConfiguration& configuration,

@@ -10,13 +10,10 @@
 #include "../glib/SignalConnection.h"
 #include "EngineStart.h"
 #include "HangWatch.h"
-#include "NetworkWatch.h"
-#include "PageBackKeys.h"
 #include "PageDownloads.h"
-#include "PageLimits.h"
 #include "PageRequests.h"
 #include "ScriptDialogs.h"
-#include "WebProcessContext.h"
+#include "WebSession.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Subscription.h"
@@ -48,35 +45,25 @@ class WebKitEngine final : public WebEngine {
   void setScrollSettings(const ScrollSettings& settings) override;
 
  private:
-  class MessageChannel;
-  using Start = Once<void(std::optional<std::string> failure)>;
-
-  /// Calls once it is known whether WebKit can start.
-  void whenStarted(Start call);
   bool isCovered() const;
-  void registerMessages(const std::vector<std::string>& names);
-  void addUserScripts(const std::vector<UserScript>& scripts);
+  void registerMessage(const std::string& name);
+  void addScripts(const WebEngineConfiguration& configuration);
   void connectSignals();
 
-  void loadChanged(WebKitWebView* view, WebKitLoadEvent event);
-  gboolean loadFailed(WebKitWebView* view, WebKitLoadEvent event, const char* uri, GError* error);
-  gboolean loadFailedWithTlsErrors(WebKitWebView* view, const char* uri, GTlsCertificate* certificate,
-                                   GTlsCertificateFlags errors);
-  gboolean decidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
-  NavigationPolicy policyFor(WebKitNavigationAction* action);
-  void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason);
-  void uriChanged(WebKitWebView* view, GParamSpec* property);
-  void networkLost();
+  void loadChanged(WebKitLoadEvent event);
   void committed();
-  void tellUri();
+  void loadFailed(bool isProvisional, const std::string& description);
+  bool decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+  void pageLost(const std::string& reason);
+  void watchResource(WebKitWebResource* resource);
+  void uriChanged();
 
   /// Runs `call`, now or, while a call into this engine is under way, right after it.
   template <class Function>
-  void tell(Function call);
+  void emit(Function call);
 
   MainQueue& mainQueue_;
   EngineStart& start_;
-  std::vector<Start> waiting_;
   const std::shared_ptr<WebProcessContext> context_;
   WebEngineHandlers handlers_;
   GRef<WebKitUserContentManager> content_;
@@ -85,18 +72,18 @@ class WebKitEngine final : public WebEngine {
   Subscription leaving_;
   GRef<WebKitURIRequest> uncommitted_;  // what was asked for last, until it commits
   GRef<GCancellable> cancellable_;
-  PageLimits limits_;
-  PageBackKeys backKeys_;
+  SignalConnections limits_;
+  SignalConnection backKeys_;
   ScriptDialogs dialogs_;
   PageRequests requests_;
   HangWatch hangs_;
-  NetworkWatch network_;
-  std::vector<std::unique_ptr<MessageChannel>> channels_;
-  std::vector<SignalConnection> signals_;
+  SignalConnections signals_;
+  SignalConnections resources_;
   std::optional<std::string> documentUrl_;
   bool inCall_ = false;
+  bool loadsResources_ = false;  // a document has come and waits for them
   bool loadFailed_ = false;
-  bool processGone_ = false;
+  bool pageLost_ = false;
   Alive alive_;
 };
 

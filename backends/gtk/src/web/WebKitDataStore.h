@@ -4,7 +4,7 @@
 
 #include <webkit/webkit.h>
 
-#include "glib/GRef.h"
+#include "../glib/GRef.h"
 
 #include "orivex/platform/ports/WebsiteDataStore.h"
 
@@ -22,7 +22,7 @@ class WebKitDataStore final : public WebsiteDataStore {
                   Once<void(std::optional<Failure>)> completion) override;
 
  private:
-  std::optional<Failure> whatStays() const;
+  std::optional<Failure> outOfReach() const;
 
   GRef<WebKitWebsiteDataManager> manager_;
   const std::filesystem::path folder_;

@@ -1,6 +1,6 @@
-#include "TouchPointers.h"
+#include "PageInput.h"
 
-#include "PageScript.h"
+#include "PageScripts.h"
 
 namespace orivex::gtk {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 // it makes of a tap: their pointer events would be a second press. Identifiers begin where no mouse's or pen's is.
 // The verdict on a touch comes after the last of the page's own listeners. Where WebKit makes pointer events of touches
 // itself (from 2.54 on), it cancels none when the page scrolls and presses the mouse besides: the page gets these here.
-constexpr const char* script = R"js(
+constexpr const char* touchPointers = R"js(
 (() => {
   const slop = 8, echo = 700;
   const fingers = new Map();
@@ -139,10 +139,60 @@ constexpr const char* script = R"js(
 })();
 )js";
 
+constexpr const char* takenPointers = R"js(
+{
+  const down = new Map();
+  const forget = (event) => down.delete(event.pointerId);
+  addEventListener("pointerdown", (event) => {
+    // Newer WebKit's own fingers, of which the page hears nothing: it gets ours.
+    if (event.isTrusted && event.pointerType === "touch") return;
+    down.set(event.pointerId, [event.composedPath()[0], event]);
+  }, true);
+  addEventListener("pointerup", forget, true);
+  addEventListener("pointercancel", forget, true);
+  addEventListener("orivexpointerstaken", () => {
+    for (const [target, { pointerId, pointerType, isPrimary, clientX, clientY }] of [...down.values()]) {
+      const details = { pointerId, pointerType, isPrimary, clientX, clientY, bubbles: true, composed: true };
+      target.dispatchEvent(new PointerEvent("pointercancel", details));
+    }
+    down.clear();
+  });
+}
+)js";
+
+// The verdict comes after the last of the page's own listeners. In a field the arrow would move the caret, natively.
+constexpr const char* backKeys = R"js(
+const leadsBack = (event) => event.isTrusted && !event.isComposing && !event.ctrlKey && !event.shiftKey &&
+    !event.metaKey && (event.altKey ? event.key === 'ArrowLeft' : ['Escape', 'BrowserBack'].includes(event.key));
+const judge = (event) => {
+  if (event.defaultPrevented || !leadsBack(event)) return;
+  if (event.key === 'Escape' && document.querySelector('dialog:modal, [popover]:popover-open')) return;
+  event.preventDefault();
+  webkit.messageHandlers.backKey.postMessage(null);
+};
+addEventListener('keydown', () => addEventListener('keydown', judge, {once: true}), true);
+)js";
+
 }  // namespace
 
-void addTouchPointersScript(WebKitUserContentManager* content) {
-  addPageScript(content, script, nullptr, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
+void addTouchPointers(WebKitUserContentManager* content) {
+  addPageScript(content, touchPointers, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
+}
+
+void addTakenPointers(WebKitUserContentManager* content) {
+  // A world of its own: the page sees what the script does and not what it holds.
+  addPageScript(content, takenPointers, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, "orivex");
+}
+
+SignalConnection addBackKeys(WebKitWebView* view) {
+  constexpr const char* world = "OrivexSDKKeys";  // its own: the page can neither see nor undo nor forge it
+  auto* const content = webkit_web_view_get_user_content_manager(view);
+  auto pressed = SignalConnection::connect(content, "script-message-received::backKey", [view] {
+    gtk_widget_activate_action(GTK_WIDGET(view), "screens.back", nullptr);
+  });
+  webkit_user_content_manager_register_script_message_handler(content, "backKey", world);
+  addPageScript(content, backKeys, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES, world);
+  return pressed;
 }
 
 }  // namespace orivex::gtk

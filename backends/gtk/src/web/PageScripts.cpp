@@ -1,4 +1,4 @@
-#include "MessageLimit.h"
+#include "PageScripts.h"
 
 #include <memory>
 
@@ -7,9 +7,26 @@
 namespace orivex::gtk {
 namespace {
 
+constexpr const char* lightStyle = ":root { color-scheme: only light !important; }";
+
+// A question about the preference becomes one that every page answers in the same way, so that lists of several
+// conditions and listeners work as ever.
+constexpr const char* lightScript = R"js(
+(() => {
+  const match = window.matchMedia;
+  const preference = /\(\s*prefers-color-scheme\s*(?::\s*(light|dark)\s*)?\)/gi;
+  window.matchMedia = function matchMedia(query) {
+    const asked = String(query);
+    const list = match.call(this, asked.replace(preference,
+        (whole, value) => value && value.toLowerCase() === 'dark' ? '(max-width: -1px)' : '(min-width: 0px)'));
+    return Object.defineProperty(list, 'media', {value: asked});
+  };
+})();
+)js";
+
 // Before the page's first script, which therefore cannot change what this uses. The copy has neither getters nor
 // proxies, which could show one value here and another to WebKit, and the page does not have it.
-constexpr const char* script = R"js(
+constexpr const char* messageLimit = R"js(
 ((name) => {
   const handler = webkit.messageHandlers[name];
   if (!handler) return;
@@ -56,13 +73,32 @@ constexpr const char* script = R"js(
 
 }  // namespace
 
+void addPageScript(WebKitUserContentManager* content, const char* source, WebKitUserContentInjectedFrames frames,
+                   const char* world, WebKitUserScriptInjectionTime time) {
+  const std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>> script(
+      world ? webkit_user_script_new_for_world(source, frames, time, world, nullptr, nullptr)
+            : webkit_user_script_new(source, frames, time, nullptr, nullptr));
+  webkit_user_content_manager_add_script(content, script.get());
+}
+
+void addPageStyle(WebKitUserContentManager* content, const char* css, WebKitUserContentInjectedFrames frames) {
+  const std::unique_ptr<WebKitUserStyleSheet, FreeWith<webkit_user_style_sheet_unref>> sheet(
+      webkit_user_style_sheet_new(css, frames, WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
+  webkit_user_content_manager_add_style_sheet(content, sheet.get());
+}
+
 void addMessageLimit(WebKitUserContentManager* content, const std::vector<std::string>& names) {
   if (names.empty()) return;  // all handlers share one prototype
-  const auto call = script + ("(\"" + names.front() + "\")");
-  const std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>> made(
-      webkit_user_script_new(call.c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-                             WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr));
-  webkit_user_content_manager_add_script(content, made.get());
+  const auto call = messageLimit + ("(\"" + names.front() + "\")");
+  addPageScript(content, call.c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
+}
+
+void addLightStyle(WebKitUserContentManager* content) {
+  addPageStyle(content, lightStyle, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES);
+}
+
+void addLightScript(WebKitUserContentManager* content) {
+  addPageScript(content, lightScript, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME);
 }
 
 }  // namespace orivex::gtk
