@@ -52,7 +52,7 @@ void CurlHttpClient::goOn(std::size_t id, ProxyLookup::Proxies proxies) {
   worker_.add(std::move(transfer));
 }
 
-// One that waits for its proxies has not begun; the others end at the worker's next look.
+// One that waits for its proxies has not begun; the others end at the worker's next check.
 void CurlHttpClient::giveUp(const CurlTransfer::Flag& stop) {
   *stop = true;
   worker_.wake();

@@ -9,7 +9,7 @@
 namespace orivex::gtk {
 namespace {
 
-// Rounds up, so that a look does not come early, finds nothing and is repeated at once.
+// Rounds up, so that a check does not come early, finds nothing and is repeated at once.
 int pollMilliseconds(CurlTransfer::Clock::duration wait) {
   const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(wait).count();
   return milliseconds < INT_MAX ? static_cast<int>(milliseconds) + 1 : INT_MAX;
@@ -52,7 +52,7 @@ void CurlMultiWorker::run() {
     curl_multi_perform(multi_.get(), &active);
     finishEnded();
     // libcurl shortens the wait to the next of its own time-outs; a wake-up that came in between ends it at once.
-    curl_multi_poll(multi_.get(), nullptr, 0, lookAtRunning(), nullptr);
+    curl_multi_poll(multi_.get(), nullptr, 0, checkRunning(), nullptr);
   }
 }
 
@@ -89,15 +89,15 @@ void CurlMultiWorker::finishEnded() {
   }
 }
 
-// Returns the milliseconds until the next look is due.
-int CurlMultiWorker::lookAtRunning() {
+// Returns the milliseconds until the next check is due.
+int CurlMultiWorker::checkRunning() {
   const auto now = CurlTransfer::Clock::now();
   auto next = CurlTransfer::Clock::duration::max();
   for (auto at = running_.size(); at-- > 0;) {
     const auto transfer = running_.begin() + static_cast<std::ptrdiff_t>(at);
     if (*(*transfer)->stop()) {
       end(transfer, CurlTransfer::givenUp);
-    } else if (const auto wait = (*transfer)->look(now)) {
+    } else if (const auto wait = (*transfer)->timeLeft(now)) {
       next = std::min(next, *wait);
     } else {
       end(transfer, CURLE_OPERATION_TIMEDOUT);

@@ -26,7 +26,7 @@ class CurlMultiWorker {
   /// Begins `transfer`; its functions are called on the background thread. Any thread.
   void add(std::unique_ptr<CurlTransfer> transfer);
 
-  /// Looks at the transfers soon. Any thread.
+  /// Checks the transfers soon. Any thread.
   void wake();
 
  private:
@@ -36,7 +36,7 @@ class CurlMultiWorker {
   bool takeAdded();
   void begin(std::unique_ptr<CurlTransfer> transfer);
   void finishEnded();
-  int lookAtRunning();
+  int checkRunning();
   void end(Transfers::iterator running, CURLcode code);
 
   Ended ended_;

@@ -35,8 +35,8 @@ bool CurlRequest::follows(const Redirect& redirect) {
 }
 
 void CurlRequest::finish(CURLcode code) {
-  if (head().hasEnded() && !hasFailed() && !isRefusedByProxy()) {
-    std::move(finished_)(head().status());
+  if (hasHead() && !hasFailed() && !isRefusedByProxy()) {
+    std::move(finished_)(status());
   } else {
     std::move(finished_)(error(code));
   }

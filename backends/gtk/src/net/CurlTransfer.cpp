@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <string_view>
 #include <utility>
 
 #include <netinet/in.h>
@@ -24,6 +25,9 @@ constexpr std::size_t longestBody = std::size_t{64} << 20U;
 constexpr int mostRedirects = 20;
 
 constexpr int proxyAuthenticationRequired = 407;
+
+// Some thirty years, which the clock can still add.
+constexpr double longestIdle = 1e9;
 
 // What the system may hold that it has not sent yet. Without a bound, it takes megabytes at once, and progress and
 // standstill cannot be told from what libcurl has handed over.
@@ -60,7 +64,6 @@ CurlList headerList(const std::vector<HttpHeader>& headers) {
 CurlTransfer::CurlTransfer(const Url& url, const std::vector<HttpHeader>& headers, double idleSeconds)
     : address_(url.absoluteString()),
       idleSeconds_(idleSeconds),
-      idleWatch_(idleSeconds),
       headers_(headerList(headers)),
       easy_(curl_easy_init()) {
   curl_easy_setopt(handle(), CURLOPT_HTTPHEADER, headers_.get());
@@ -88,8 +91,7 @@ void CurlTransfer::setProxies(std::vector<std::string> proxies) {
 }
 
 CURLcode CurlTransfer::prepare() {
-  head_ = {};
-  idleWatch_.restart();
+  lastMoved_.reset();
   curl_easy_setopt(handle(), CURLOPT_URL, address_.c_str());
   const bool isKnown = !proxies_.empty();
   curl_easy_setopt(handle(), CURLOPT_PROXY, isKnown ? proxies_.front().c_str() : nullptr);
@@ -97,8 +99,24 @@ CURLcode CurlTransfer::prepare() {
   return CURLE_OK;
 }
 
-std::optional<CurlTransfer::Clock::duration> CurlTransfer::look(Clock::time_point now) {
-  return idleWatch_.look(position(), now);
+std::optional<CurlTransfer::Clock::duration> CurlTransfer::timeLeft(Clock::time_point now) {
+  const auto before = std::exchange(lastPosition_, position());
+  if (!lastMoved_ || lastPosition_ != before) lastMoved_ = now;
+  const std::chrono::duration<double> idle(std::clamp(idleSeconds_, 0.0, longestIdle));
+  const auto left = *lastMoved_ + std::chrono::duration_cast<Clock::duration>(idle) - now;
+  return left > Clock::duration::zero() ? std::optional(left) : std::nullopt;
+}
+
+int CurlTransfer::status() const {
+  long status = 0;
+  curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+  return static_cast<int>(status);
+}
+
+// Where the reply says to go, as it says it; empty when it does not.
+std::string CurlTransfer::location() const {
+  curl_header* header = nullptr;
+  return curl_easy_header(handle(), "Location", 0, CURLH_HEADER, -1, &header) == CURLHE_OK ? header->value : "";
 }
 
 bool CurlTransfer::takesNextProxy(CURLcode code) {
@@ -109,9 +127,10 @@ bool CurlTransfer::takesNextProxy(CURLcode code) {
 }
 
 bool CurlTransfer::isRedirected(CURLcode code) {
-  if (!head_.hasEnded() || hasFailed() || (code != CURLE_OK && wantsBody())) return false;
-  if (head_.status() < 300 || head_.status() > 399 || head_.location().empty()) return false;
-  auto redirect = Redirect::of(address_, head_.location());
+  if (!hasHead_ || hasFailed() || (code != CURLE_OK && wantsBody())) return false;
+  const auto target = location();
+  if (status() < 300 || status() > 399 || target.empty()) return false;
+  auto redirect = Redirect::of(address_, target);
   if (!redirect) redirect.emplace();
   if (!follows(*redirect)) return false;
   if (++redirects_ > mostRedirects) {
@@ -119,6 +138,7 @@ bool CurlTransfer::isRedirected(CURLcode code) {
     return false;
   }
   address_ = std::move(redirect->address);
+  hasHead_ = false;
   body_.clear();
   received_ = 0;
   return true;
@@ -129,7 +149,7 @@ bool CurlTransfer::isRefusedByProxy() const {
   curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &statusOfTunnel);
   if (statusOfTunnel == proxyAuthenticationRequired) return true;
   const bool hasProxy = !proxies_.empty() && !proxies_.front().empty();
-  return hasProxy && head_.status() == proxyAuthenticationRequired;
+  return hasProxy && status() == proxyAuthenticationRequired;
 }
 
 TransportError CurlTransfer::error(CURLcode code) const {
@@ -160,8 +180,9 @@ std::size_t CurlTransfer::receive(const char* data, std::size_t, std::size_t len
 std::size_t CurlTransfer::receiveHead(const char* line, std::size_t, std::size_t length, void* transfer) noexcept {
   auto& self = *static_cast<CurlTransfer*>(transfer);
   return contained([&]() -> std::size_t {
-    self.head_.take({line, length});
-    return self.head_.hasEnded() && !self.wantsBody() ? 0 : length;
+    const bool isEmpty = std::string_view(line, length).find_first_not_of("\r\n") == std::string_view::npos;
+    if (isEmpty && self.status() >= 200) self.hasHead_ = true;  // a reply of 1xx only announces the final one
+    return self.hasHead_ && !self.wantsBody() ? 0 : length;
   });
 }
 

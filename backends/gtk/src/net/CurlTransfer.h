@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -11,9 +12,7 @@
 #include <vector>
 
 #include "CurlHandles.h"
-#include "IdleWatch.h"
 #include "Redirect.h"
-#include "ReplyHead.h"
 
 #include "orivex/platform/ports/HttpClient.h"
 
@@ -23,7 +22,7 @@ namespace orivex::gtk {
 /// is until it is destroyed, and it must not be destroyed while its handle is in a multi handle.
 class CurlTransfer {
  public:
-  using Clock = IdleWatch::Clock;
+  using Clock = std::chrono::steady_clock;
 
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
@@ -34,7 +33,7 @@ class CurlTransfer {
   /// Where it is sent, the next time that it is.
   const std::string& address() const { return address_; }
 
-  /// Set from any thread, it ends the transfer at the next look, with the code `givenUp`.
+  /// Set from any thread, it ends the transfer at the next check, with the code `givenUp`.
   using Flag = std::shared_ptr<std::atomic<bool>>;
   const Flag& stop() const { return stop_; }
   static constexpr CURLcode givenUp = CURLE_ABORTED_BY_CALLBACK;
@@ -49,9 +48,9 @@ class CurlTransfer {
   /// Does what may block, before libcurl begins. A code other than CURLE_OK ends the transfer with that code.
   virtual CURLcode prepare();
 
-  /// Looks at how far the transfer got. Returns for how long it needs no further look; nothing once it is to be given
-  /// up as timed out. Called whenever something may have moved.
-  std::optional<Clock::duration> look(Clock::time_point now);
+  /// For how long the transfer may stay where it is, which the first call after `prepare` begins to measure; nothing
+  /// once it has timed out. Called whenever something may have moved.
+  std::optional<Clock::duration> timeLeft(Clock::time_point now);
 
   /// Whether libcurl shall begin again, as no connection came about by the proxy that it had.
   bool takesNextProxy(CURLcode code);
@@ -74,7 +73,11 @@ class CurlTransfer {
   /// Whether to go where the final reply says; `fail` makes it an error.
   virtual bool follows(const Redirect& redirect) = 0;
 
-  const ReplyHead& head() const { return head_; }
+  /// Of the reply's status line that came last, 1xx included; 0 before the first.
+  int status() const;
+
+  /// Whether the final reply's head is there as a whole.
+  bool hasHead() const { return hasHead_; }
 
   /// Whether the reply is that of a proxy that wants to know who asks.
   bool isRefusedByProxy() const;
@@ -101,14 +104,16 @@ class CurlTransfer {
   static std::size_t receiveHead(const char* line, std::size_t one, std::size_t length, void* transfer) noexcept;
 
   void setRules();
+  std::string location() const;
 
   std::string address_;
   double idleSeconds_;
-  IdleWatch idleWatch_;
+  std::optional<Clock::time_point> lastMoved_;
+  std::int64_t lastPosition_ = 0;
   std::vector<std::string> proxies_;  // the one in use and those to try next
   int redirects_ = 0;
   Flag stop_ = std::make_shared<std::atomic<bool>>(false);
-  ReplyHead head_;
+  bool hasHead_ = false;
   std::array<char, CURL_ERROR_SIZE> error_{};
   Failure failure_;
   std::string body_;

@@ -45,17 +45,20 @@ CURLcode CurlUpload::prepare() {
 }
 
 bool CurlUpload::addFile(FilePart file) {
-  content_ = std::visit([](auto&& content) { return FormContent::of(std::forward<decltype(content)>(content)); },
-                        std::move(file.content));
-  if (!content_->open()) {
-    fail(CURLE_READ_ERROR, content_->failure());
-    return false;
-  }
   auto* const part = curl_mime_addpart(form_.get());
   curl_mime_name(part, file.name.c_str());
   curl_mime_filename(part, file.fileName.c_str());
   curl_mime_type(part, file.mimeType.c_str());
-  curl_mime_data_cb(part, content_->size(), read, seek, nullptr, this);
+  if (const auto* const bytes = std::get_if<FilePart::Bytes>(&file.content)) {
+    curl_mime_data(part, bytes->value.data(), bytes->value.size());
+    return true;
+  }
+  file_ = std::make_unique<FormFile>(std::get<FilePart::Path>(std::move(file.content)));
+  if (!file_->open()) {
+    fail(CURLE_READ_ERROR, file_->failure());
+    return false;
+  }
+  curl_mime_data_cb(part, file_->size(), read, seek, nullptr, this);
   return true;
 }
 
@@ -79,25 +82,25 @@ std::int64_t CurlUpload::position() {
 
 // Where the same server says, and only by the replies that ask for the same form again.
 bool CurlUpload::follows(const Redirect& redirect) {
-  const auto status = head().status();
-  maySendAgain_ = (status == 307 || status == 308) && redirect.isWeb && redirect.isSameHost && !redirect.isDowngrade;
+  maySendAgain_ =
+      (status() == 307 || status() == 308) && redirect.isWeb && redirect.isSameHost && !redirect.isDowngrade;
   return maySendAgain_;
 }
 
 void CurlUpload::finish(CURLcode code) {
   position();
   UploadReply reply;
-  if (head().isFinal()) reply.response = {head().status(), takeBody()};
+  if (status() >= 200) reply.response = {status(), takeBody()};
   if (code != CURLE_OK || hasFailed() || isRefusedByProxy()) reply.error = error(code);
   reporter_.finish(std::move(reply));
 }
 
 std::size_t CurlUpload::read(char* buffer, std::size_t, std::size_t length, void* upload) noexcept {
   auto& self = *static_cast<CurlUpload*>(upload);
-  if (self.read_ == self.content_->size()) return 0;
-  const auto got = contained([&] { return self.content_->read(self.read_, buffer, length); });
+  if (self.read_ == self.file_->size()) return 0;
+  const auto got = contained([&] { return self.file_->read(self.read_, buffer, length); });
   if (got == 0) {
-    contained([&] { self.fail(CURLE_READ_ERROR, self.content_->failure()); });
+    contained([&] { self.fail(CURLE_READ_ERROR, self.file_->failure()); });
     return CURL_READFUNC_ABORT;
   }
   self.read_ += static_cast<std::int64_t>(got);

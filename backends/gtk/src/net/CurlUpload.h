@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "CurlTransfer.h"
-#include "FormContent.h"
+#include "FormFile.h"
 #include "UploadReporter.h"
 
 namespace orivex::gtk {
@@ -30,8 +30,8 @@ class CurlUpload final : public CurlTransfer {
 
   UploadRequest request_;
   UploadReporter reporter_;
-  std::unique_ptr<FormContent> content_;
-  std::int64_t read_ = 0;  // of the content
+  std::unique_ptr<FormFile> file_;  // null for bytes
+  std::int64_t read_ = 0;           // of the file
   bool isFilled_ = false;
   bool maySendAgain_ = false;
   CurlForm form_;

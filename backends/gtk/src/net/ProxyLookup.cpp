@@ -13,17 +13,15 @@
 namespace orivex::gtk {
 namespace {
 
-struct Question {
+struct Lookup {
   GRef<GProxyResolver> resolver;
   std::string address;
   Once<void(ProxyLookup::Proxies)> completion;
   guint timer = 0;
 };
 
-using Answer = std::unique_ptr<char*, FreeWith<g_strfreev>>;
-
 // A desktop lets the proxy look the name up, in either spelling; for libcurl, that is another scheme.
-std::string inWordsOfCurl(std::string_view proxy) {
+std::string curlProxy(std::string_view proxy) {
   if (proxy.starts_with("direct:")) return "";
   for (const std::string_view socks : {"socks://", "socks5://"}) {
     if (proxy.starts_with(socks)) return "socks5h://" + std::string(proxy.substr(socks.size()));
@@ -32,11 +30,11 @@ std::string inWordsOfCurl(std::string_view proxy) {
 }
 
 // The desktop's resolver is made by the first who asks for it, and may wait for a bus: not on the main thread.
-void ask(GTask* task, gpointer, gpointer data, GCancellable*) noexcept {
-  const auto& question = *static_cast<Question*>(data);
-  auto* const resolver = question.resolver ? question.resolver.get() : g_proxy_resolver_get_default();
+void lookUp(GTask* task, gpointer, gpointer data, GCancellable*) noexcept {
+  const auto& lookup = *static_cast<Lookup*>(data);
+  auto* const resolver = lookup.resolver ? lookup.resolver.get() : g_proxy_resolver_get_default();
   GError* error = nullptr;
-  char** const proxies = g_proxy_resolver_lookup(resolver, question.address.c_str(), nullptr, &error);
+  char** const proxies = g_proxy_resolver_lookup(resolver, lookup.address.c_str(), nullptr, &error);
   if (error) {
     g_task_return_error(task, error);
   } else {
@@ -44,23 +42,23 @@ void ask(GTask* task, gpointer, gpointer data, GCancellable*) noexcept {
   }
 }
 
-gboolean giveUp(gpointer data) noexcept {
-  auto& question = *static_cast<Question*>(data);
-  question.timer = 0;
-  contained([&] { std::move(question.completion)(std::nullopt); });
+gboolean timedOut(gpointer data) noexcept {
+  auto& lookup = *static_cast<Lookup*>(data);
+  lookup.timer = 0;
+  contained([&] { std::move(lookup.completion)(std::nullopt); });
   return G_SOURCE_REMOVE;
 }
 
-void answer(GObject*, GAsyncResult* result, gpointer data) noexcept {
-  const std::unique_ptr<Question> question(static_cast<Question*>(data));
-  if (question->timer != 0) g_source_remove(question->timer);
+void lookedUp(GObject*, GAsyncResult* result, gpointer data) noexcept {
+  const std::unique_ptr<Lookup> lookup(static_cast<Lookup*>(data));
+  if (lookup->timer != 0) g_source_remove(lookup->timer);
   GError* raised = nullptr;
-  const Answer proxies(static_cast<char**>(g_task_propagate_pointer(G_TASK(result), &raised)));
+  const GStrvPtr proxies(static_cast<char**>(g_task_propagate_pointer(G_TASK(result), &raised)));
   contained([&] {
     if (const GErrorPtr error(raised); error) log::print(std::string("No proxy could be found: ") + error->message);
     std::vector<std::string> found;
-    for (char** proxy = proxies.get(); proxy && *proxy; ++proxy) found.push_back(inWordsOfCurl(*proxy));
-    std::move(question->completion)(std::move(found));
+    for (char** proxy = proxies.get(); proxy && *proxy; ++proxy) found.push_back(curlProxy(*proxy));
+    std::move(lookup->completion)(std::move(found));
   });
 }
 
@@ -68,11 +66,11 @@ void answer(GObject*, GAsyncResult* result, gpointer data) noexcept {
 
 void ProxyLookup::find(const std::string& address, double seconds, Once<void(Proxies)> completion) const {
   // A desktop's script has no business with what the query tells of the visitor.
-  auto* const question = new Question{resolver_, address.substr(0, address.find_first_of("?#")), std::move(completion)};
-  question->timer = g_timeout_add(static_cast<guint>(std::min(seconds, 86400.0) * 1000), giveUp, question);
-  const auto task = GRef<GTask>::adopt(g_task_new(nullptr, nullptr, answer, question));
-  g_task_set_task_data(task.get(), question, nullptr);
-  g_task_run_in_thread(task.get(), ask);
+  auto* const lookup = new Lookup{resolver_, address.substr(0, address.find_first_of("?#")), std::move(completion)};
+  lookup->timer = g_timeout_add(static_cast<guint>(std::min(seconds, 86400.0) * 1000), timedOut, lookup);
+  const auto task = GRef<GTask>::adopt(g_task_new(nullptr, nullptr, lookedUp, lookup));
+  g_task_set_task_data(task.get(), lookup, nullptr);
+  g_task_run_in_thread(task.get(), lookUp);
 }
 
 }  // namespace orivex::gtk
