@@ -174,21 +174,5 @@ TEST_F(CurlHttpClientTest, FiveHundredRequestsLeaveNoDescriptorAndNoThreadBehind
   EXPECT_TRUE(wait(haveEnded, patience));
 }
 
-TEST_F(CurlHttpClientTest, DestroyedWhileRunningItDropsItsRequestsAtOnceAndOnThisThread) {
-  SocketServer server([](const std::string&) { return Answer{"", Then::silence}; });
-  std::thread::id destroyedOn;
-  const auto note = [&](void*) { destroyedOn = std::this_thread::get_id(); };
-  bool called = false;
-  client_->send(get(server.url("/silent"), 60),
-                [&, witness = std::shared_ptr<void>(nullptr, note)](const StatusResult&) { called = true; });
-  ASSERT_TRUE(wait([&] { return !server.requests().empty(); }, patience));
-  const double start = queue_.now();
-  client_.reset();
-  EXPECT_LT(queue_.now() - start, 5) << "waited for the silent server";
-  EXPECT_EQ(destroyedOn, std::this_thread::get_id());
-  pass(0.1);
-  EXPECT_FALSE(called);
-}
-
 }  // namespace
 }  // namespace orivex::gtk

@@ -149,6 +149,11 @@ TEST_F(CurlProxyTest, AQuestionWithoutAnAnswerEndsInTime) {
     return std::vector<std::string>{"direct://"};
   };
   EXPECT_EQ(fetch("http://127.0.0.1:1/", 0.2), "请求超时");
+  asked_ = [&, unanswered = asked_](const std::string& address) {
+    return address.starts_with("http://chat.invalid") ? unanswered(address) : std::vector<std::string>{"direct://"};
+  };
+  const SocketServer server(answering(302, "Location: http://chat.invalid/\r\n"));
+  EXPECT_EQ(fetch(server.url("/"), 0.2), "请求超时") << "where a redirect leads";
   client_->send({*Url::parse("http://127.0.0.1:1/"), patience, {}},
                 [](const StatusResult&) { ADD_FAILURE() << "told after the end of the client"; });
   client_.reset();

@@ -249,29 +249,30 @@ TEST_F(CurlUploadTest, UploadsAtOnceDoNotMixNorWaitForEachOther) {
   EXPECT_EQ(small->body(), "3") << small->error();
 }
 
-TEST_F(CurlUploadTest, DestroyedWhileSendingItDropsTheUploadAndItsCallbacksOnThisThread) {
-  std::atomic<bool> begun = false;
+TEST_F(CurlUploadTest, DestroyedWhileRunningTheClientDropsAllAtOnceAndOnThisThread) {
+  std::atomic<int> begun = 0;
   SocketServer server([&](SocketConnection& connection) {
     connection.readHead();
-    begun = true;
+    ++begun;
     connection.skip(1'000'000);
     connection.readHead();
   });
   std::vector<std::thread::id> ends;
   const auto note = [&](void*) { ends.push_back(std::this_thread::get_id()); };
-  client_->upload(
-      form(server.url("/"), bytes(std::string(30'000'000, 'x'))),
-      [witness = std::shared_ptr<void>(nullptr, note)](double) {
-        ADD_FAILURE() << "progress after the end of the client";
-      },
-      [witness = std::shared_ptr<void>(nullptr, note)](const UploadReply&) {
-        ADD_FAILURE() << "told after the end of the client";
-      });
-  ASSERT_TRUE(wait([&] { return begun.load(); }, patience));
+  const auto unheard = [&] {
+    return [witness = std::shared_ptr<void>(nullptr, note)](const auto&) {
+      ADD_FAILURE() << "called after the end of the client";
+    };
+  };
+  client_->upload(form(server.url("/"), bytes(std::string(30'000'000, 'x'))), unheard(), unheard());
+  client_->send({*Url::parse(server.url("/")), 60, {}}, unheard());
+  ASSERT_TRUE(wait([&] { return begun == 2; }, patience));
   std::this_thread::sleep_for(std::chrono::milliseconds(50));  // progress now waits in the main queue
+  const double start = queue_.now();
   client_.reset();
+  EXPECT_LT(queue_.now() - start, 5) << "waited for the silent server";
   pass(0.1);
-  EXPECT_EQ(ends, std::vector(2, std::this_thread::get_id()));
+  EXPECT_EQ(ends, std::vector(3, std::this_thread::get_id()));
 }
 
 }  // namespace
