@@ -1,9 +1,10 @@
-#include "BoxTraces.h"
-
 #include <functional>
 #include <set>
 #include <string>
 #include <string_view>
+
+#include "FileBytes.h"
+#include "PersonalTraces.h"
 
 namespace orivex {
 namespace {

@@ -1,7 +1,8 @@
-#include "JpegTraces.h"
-
 #include <string>
 #include <string_view>
+
+#include "FileBytes.h"
+#include "PersonalTraces.h"
 
 namespace orivex {
 namespace {
@@ -80,12 +81,12 @@ class Walk {
     if (head.size() < 4) return -1;
     const auto length = static_cast<std::int64_t>(file_.number(at + 2, 2)) - 2;
     if (length < 0) return -1;
-    look(marker, at + 4, length);
+    inspect(marker, at + 4, length);
     const auto next = at + 4 + length;
     return marker == startOfScan ? afterScan(next) : next;
   }
 
-  void look(int marker, std::int64_t at, std::int64_t length) {
+  void inspect(int marker, std::int64_t at, std::int64_t length) {
     if (marker != comment && (marker < firstApplication || marker > lastApplication)) return;
     const auto content = file_.read(at, length);
     if (isOfPicture(marker, content)) return;

@@ -10,9 +10,12 @@
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/base/Text.h"
 #include "orivex/platform/ports/Application.h"
 #include "orivex/platform/ports/Bundle.h"
+#include "orivex/platform/ports/Device.h"
+#include "orivex/platform/ports/HttpClient.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/View.h"
@@ -37,11 +40,44 @@ bool isWithin(char32_t point, char32_t first, char32_t last) {
   return point >= first && point <= last;
 }
 
+std::string lowerCase(std::string text) {
+  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  return text;
+}
+
 std::u32string trimmed(std::u32string text) {
   const auto isBlank = [](char32_t point) { return point == U' ' || point == U'\t'; };
   text.erase(std::find_if_not(text.rbegin(), text.rend(), isBlank).base(), text.end());
   text.erase(text.begin(), std::find_if_not(text.begin(), text.end(), isBlank));
   return text;
+}
+
+// Of this process, in lower case.
+struct KnownIdentifier {
+  std::string text;
+};
+
+constexpr double pageCheckSeconds = 5.0;
+
+PageCheckOutcome judge(const TransportError& error) {
+  if (error.code == TransportError::timedOut) {
+    log::debugPrint("请求超时");
+    return PageCheckFailure{.message = "服务请求超时", .timedOut = true};
+  }
+  log::debugPrint("请求失败：" + error.description);
+  if (!error.detail.empty()) log::debugPrint(error.detail);
+  // Told like a failed load, so that the visitor is not left with the placeholder.
+  return PageCheckFailure{.message = "请求失败,请稍后重试", .detail = error.detail};
+}
+
+PageCheckOutcome judge(int status, UrlRequest request) {
+  log::debugPrint("请求成功");
+  log::debugPrint("Response Status Code: " + std::to_string(status));
+  // The server answers the page address with any such status when it does not accept the token in it.
+  if (status >= 400 && status <= 599) {
+    return PageCheckFailure{.message = "令牌无效或者已过期", .status = status};
+  }
+  return request;
 }
 
 }  // namespace
@@ -57,6 +93,12 @@ std::string OVKFApiHelper::sdkVersion(bool isShort) {
 std::string OVKFApiHelper::deviceModel() {
   utsname names{};
   return uname(&names) == 0 ? names.machine : "";
+}
+
+const std::string& OVKFApiHelper::deviceIdentifier() {
+  auto& [known] = ProcessState::current().get<KnownIdentifier>();
+  if (known.empty()) known = lowerCase(Platform::current().device.identifierForVendor().value_or(""));
+  return known;
 }
 
 std::string OVKFApiHelper::userAgent() {
@@ -99,7 +141,12 @@ void OVKFApiHelper::showNotice(const std::string& message, double delay) {
 }
 
 void OVKFApiHelper::checkPage(const Url& url, Once<void(PageCheckOutcome)> completion) {
-  orivex::checkPage(url, std::move(completion));
+  UrlRequest request{url, pageCheckSeconds, {{"User-Agent", userAgent()}}};
+  Platform::current().httpClient.send(
+      request, [request, completion = std::move(completion)](const StatusResult& result) mutable {
+        const auto* error = std::get_if<TransportError>(&result);
+        std::move(completion)(error ? judge(*error) : judge(std::get<int>(result), std::move(request)));
+      });
 }
 
 void OVKFApiHelper::openExternalURL(const std::optional<std::string>& text) {

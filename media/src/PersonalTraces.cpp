@@ -4,9 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "BoxTraces.h"
 #include "FileBytes.h"
-#include "JpegTraces.h"
 
 namespace orivex {
 namespace {

@@ -6,7 +6,6 @@
 
 #include "VisitorOverlay.h"
 
-#include "orivex/media/DeviceIdentifier.h"
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/models/Codec.h"
 #include "orivex/models/FailModel.h"
@@ -142,7 +141,7 @@ std::vector<HttpHeader> UploadManager::makeUploadHeaders() {
   return {{"Accept", "*/*"},
           {"Content-Type", "multipart/form-data"},
           {"x-entry", store.entryId},
-          {"x-device-id", store.guestId.value_or(deviceIdentifier())},
+          {"x-device-id", store.guestId.value_or(OVKFApiHelper::deviceIdentifier())},
           {"Authorization", "Bearer " + store.appKey},
           {"User-Agent", OVKFApiHelper::userAgent()}};
 }

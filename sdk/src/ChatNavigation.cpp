@@ -10,7 +10,6 @@
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/sdk/OVKFApi.h"
 
 namespace orivex {
@@ -18,13 +17,6 @@ namespace {
 
 constexpr double watchdogSeconds = 10.0;
 constexpr double messageSeconds = 2.0;
-
-// A visitor who has left is not told of a page that nobody waits for.
-void tell(OVKFApi& screen, const std::string& message) {
-  if (!screen.isViewInWindow()) return;
-  Platform::current().progressOverlay.bringTo(*screen.view());
-  OVKFApiHelper::showMessage(message, messageSeconds);
-}
 
 }  // namespace
 
@@ -51,7 +43,7 @@ void ChatNavigation::started() {
   const auto tellWhenLate = [this] {
     if (!screen_.view()->isShowing() || screen_.isLoaded()) return;
     events_.failed(ChatFailure::Cause::timedOut);
-    tell(screen_, "服务请求超时");
+    OVKFApiHelper::showMessage(screen_.view(), "服务请求超时", messageSeconds);
   };
   Platform::current().mainQueue.asyncAfter(watchdogSeconds, guarded(screen_, tellWhenLate));
 }
@@ -71,7 +63,7 @@ void ChatNavigation::failedToStart(const std::string& error) {
   log::debugPrint("Load failed: " + error);
   if (!screen_.view()->isShowing()) return;
   events_.failed(ChatFailure::Cause::unreachable, error);
-  tell(screen_, "请求失败,请稍后重试");
+  OVKFApiHelper::showMessage(screen_.view(), "请求失败,请稍后重试", messageSeconds);
 }
 
 NavigationPolicy ChatNavigation::decide(const std::optional<std::string>& url) {

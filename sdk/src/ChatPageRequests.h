@@ -1,7 +1,12 @@
 #pragma once
 
-#include "PageFileChooser.h"
+#include <memory>
+#include <string>
+#include <vector>
 
+#include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Once.h"
+#include "orivex/platform/ports/DocumentPicker.h"
 #include "orivex/platform/ports/WebEngine.h"
 
 namespace orivex {
@@ -20,11 +25,16 @@ class ChatPageRequests {
   PageRequestHandlers handlers();
 
  private:
+  using ChosenFiles = Once<void(std::vector<std::string> paths)>;
+
   bool declines(const char* what) const;
+  void chooseFiles(const FileChooserRequest& request, ChosenFiles completion);
+  std::vector<std::string> accessible(const std::vector<Url>& files, bool multiple);
   void downloadEnded(const EndedDownload& download) const;
 
   OVKFApi& screen_;
-  PageFileChooser files_;
+  std::vector<std::unique_ptr<FileAccess>> accesses_;  // kept: nobody tells when the page has read enough
+  Alive alive_;
 };
 
 }  // namespace orivex

@@ -1,7 +1,6 @@
 #include "ChatWebViewHost.h"
 
 #include "ChatEvents.h"
-#include "Closing.h"
 #include "ScreenGuard.h"
 #include "ScriptMessageBridge.h"
 #include "StartScripts.h"
@@ -13,7 +12,6 @@
 #include "orivex/platform/ports/Animator.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/sdk/OVKFApi.h"
 #include "orivex/voice/RecordManager.h"
@@ -24,6 +22,10 @@ namespace {
 constexpr double revealDelay = 4.0;
 constexpr double fadeSeconds = 0.4;
 constexpr double messageSeconds = 2.0;
+
+// How often a page that loses its process is brought back in any so many seconds.
+constexpr std::size_t mostReloads = 3;
+constexpr double reloadWindow = 10.0;
 
 }  // namespace
 
@@ -103,15 +105,21 @@ void ChatWebViewHost::observeUrl() {
 
 void ChatWebViewHost::processGone() {
   RecordManager::shared().closeMicrophone();  // nobody is left to end a press
-  if (reloads_.admit(Platform::current().mainQueue.now())) {
+  if (mayReload()) {
     webView_->reload();
     return;
   }
   events_.failed(ChatFailure::Cause::pageLost);
-  if (!screen_.view()->isShowing()) return;
-  Platform::current().progressOverlay.bringTo(*screen_.view());
-  OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds,
+  OVKFApiHelper::showMessage(screen_.view(), "请求失败,请稍后重试", messageSeconds,
                              [screen = screen_.shared_from_this()] { closeScreenIfShown(*screen); });
+}
+
+bool ChatWebViewHost::mayReload() {
+  const double now = Platform::current().mainQueue.now();
+  while (!reloads_.empty() && now - reloads_.front() >= reloadWindow) reloads_.pop_front();
+  if (reloads_.size() >= mostReloads) return false;
+  reloads_.push_back(now);
+  return true;
 }
 
 void ChatWebViewHost::evaluate(const std::string& script) {

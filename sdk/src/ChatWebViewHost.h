@@ -1,9 +1,8 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
-
-#include "ReloadLimit.h"
 
 #include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ui/WebView.h"
@@ -55,6 +54,7 @@ class ChatWebViewHost {
   Rect webViewFrame() const;
   Rect loadViewFrame() const;
   void processGone();
+  bool mayReload();
 
   OVKFApi& screen_;
   ChatEvents& events_;
@@ -63,7 +63,7 @@ class ChatWebViewHost {
   std::shared_ptr<WebView> webView_;
   std::shared_ptr<WebView> loadView_;
   Subscription urlObservation_;
-  ReloadLimit reloads_;
+  std::deque<double> reloads_;  // times of the last ones
   bool isLoaded_ = false;
 };
 

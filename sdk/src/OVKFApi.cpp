@@ -5,14 +5,12 @@
 #include "ChatPageAddress.h"
 #include "ChatPageRequests.h"
 #include "ChatWebViewHost.h"
-#include "Closing.h"
 #include "EdgePanBack.h"
 #include "HostMessages.h"
 #include "PageOrigins.h"
 #include "ScreenGuard.h"
 #include "ScriptMessageBridge.h"
 
-#include "orivex/media/DeviceIdentifier.h"
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/media/UploadManager.h"
 #include "orivex/models/MessageBody.h"
@@ -22,7 +20,6 @@
 #include "orivex/platform/ports/Application.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ports/WebsiteDataStore.h"
-#include "orivex/platform/ui/ScreenEdgePanGesture.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/session/OVKFApiManager.h"
 #include "orivex/voice/RecordManager.h"
@@ -32,13 +29,6 @@ namespace {
 
 constexpr double pageFailureSeconds = 2.0;
 constexpr double cacheNoticeSeconds = 3.0;
-
-// Points from the top of its window; a view that is not in one counts as far as it goes.
-double topOf(const View& view) {
-  double top = 0;
-  for (const auto* part = &view; part; part = part->superview()) top += part->frame().y;
-  return top;
-}
 
 // The queue ends empty and the last element wins.
 std::string drain(std::vector<std::shared_ptr<MessageBody>>& queue) {
@@ -74,6 +64,7 @@ OVKFApi::OVKFApi() {
   pageRequests_ = std::make_unique<ChatPageRequests>(*this);
   bridge_ = std::make_unique<ScriptMessageBridge>(*this, *host_, *origins_);
   hostMessages_ = std::make_unique<HostMessages>(*this, *host_);
+  backGesture_ = std::make_unique<EdgePanBack>(*this);
 }
 
 // A screen that never disappeared, for example with its window, is gone all the same.
@@ -94,7 +85,7 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
                            const std::shared_ptr<UserMappingModel>& user, const std::function<void()>& callBack) {
   if (!user) fatalError("OrivexSDK/OVKFApi", "startSession needs a user.");
   events_->sessionStarted();
-  if (!user->deviceId || user->deviceId->empty()) user->deviceId = deviceIdentifier();
+  if (!user->deviceId || user->deviceId->empty()) user->deviceId = OVKFApiHelper::deviceIdentifier();
 
   auto& store = OVKFApiManager::shared();
   store.user = user;
@@ -105,8 +96,7 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
   if (callBack) callBack();
 
   const auto window = firstWindow(Platform::current().application);
-  sessionWindow_ = window;
-  if (window) takeSnapshot(*window);
+  backGesture_->takeSnapshot(window);
 
   const ChatPageAddress address{.host = store.host,
                                 .entryId = entryId,
@@ -177,6 +167,9 @@ const std::shared_ptr<WebView>& OVKFApi::webView() {
 const std::shared_ptr<WebView>& OVKFApi::loadView() {
   return host_->loadView();
 }
+const std::shared_ptr<View>& OVKFApi::previousViewSnapshot() const {
+  return backGesture_->snapshot();
+}
 
 void OVKFApi::viewDidLoad() {
   ViewController::viewDidLoad();
@@ -184,11 +177,7 @@ void OVKFApi::viewDidLoad() {
   setOverrideInterfaceStyle(InterfaceStyle::light);
   configureOverlay();
   observeApplication();
-  if (auto* const shownIn = window(); shownIn && shownIn != sessionWindow_.lock().get()) {
-    previousViewSnapshot_ = nullptr;  // the visitor comes from another window than the session did
-    takeSnapshot(*shownIn);
-  }
-  if (previousViewSnapshot_) installBackGesture();
+  backGesture_->install();
   view()->addSubview(webView());
   view()->addSubview(loadView());
   addRecordingView();
@@ -212,38 +201,6 @@ void OVKFApi::observeApplication() {
     log::debugPrint("App will resign active");
     RecordManager::shared().closeMicrophone();
   }));
-}
-
-// Of what shows in the window, at its size, if there is anything to take a picture of.
-void OVKFApi::takeSnapshot(const Window& window) {
-  auto top = window.rootViewController();
-  while (top && top->presentedViewController() && top->presentedViewController()->isViewInWindow()) {
-    top = top->presentedViewController();
-  }
-  auto snapshot = top ? top->view()->snapshotView() : nullptr;
-  if (!snapshot) return;
-  snapshot->setFrame(top->view()->bounds());
-  snapshotTop_ = topOf(*top->view());
-  previousViewSnapshot_ = std::move(snapshot);
-}
-
-// Where what it shows stood: under a title bar, the screen begins lower than what it covers.
-void OVKFApi::placeSnapshot() {
-  if (!previousViewSnapshot_) return;
-  const auto bounds = view()->bounds();
-  const double y = snapshotTop_ - topOf(*view());
-  previousViewSnapshot_->setFrame({0, y, bounds.width, bounds.height - y});
-}
-
-void OVKFApi::installBackGesture() {
-  backGesture_ = std::make_unique<EdgePanBack>(*this);
-  // The view may outlive the screen, with its gesture.
-  view()->addGesture(std::make_shared<ScreenEdgePanGesture>(
-      guarded(*this, [this](const auto& gesture) { backGesture_->handle(gesture); })));
-  // Under a title bar it reaches beyond the screen.
-  previousViewSnapshot_->setUserInteractionEnabled(false);
-  view()->setClipsToBounds(true);
-  view()->insertSubview(previousViewSnapshot_, 0);
 }
 
 void OVKFApi::addRecordingView() {
@@ -279,8 +236,7 @@ void OVKFApi::loadPage() {
     const auto cause = failure.status != 0 ? Cause::refused : failure.timedOut ? Cause::timedOut : Cause::unreachable;
     events_->failed(cause, failure.detail, failure.status);
     if (failure.message) {
-      Platform::current().progressOverlay.bringTo(*view());
-      OVKFApiHelper::showMessage(*failure.message, pageFailureSeconds,
+      OVKFApiHelper::showMessage(view(), *failure.message, pageFailureSeconds,
                                  [screen = shared_from_this()] { closeScreenIfShown(*screen); });
     }
   }));
@@ -290,7 +246,7 @@ void OVKFApi::viewWillAppear(bool animated) {
   ViewController::viewWillAppear(animated);
   // What an earlier time on the display may have taken: another chat screen the overlay, a swipe the page.
   addRecordingView();
-  if (backGesture_) backGesture_->reset();
+  backGesture_->reset();
   hideHostChrome();
   if (std::exchange(mustLoadPage_, false)) loadPage();
 }
@@ -346,7 +302,7 @@ void OVKFApi::restoreHostChrome() {
 void OVKFApi::viewDidLayoutSubviews() {
   host_->layout();
   RecordManager::shared().recordingView()->setCenter(view()->center());
-  placeSnapshot();
+  backGesture_->layout();
 }
 
 bool OVKFApi::goBack() {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "orivex/platform/ui/ViewController.h"
+#include "orivex/platform/ui/NavigationController.h"
 
 namespace orivex {
 
@@ -13,6 +13,17 @@ auto guarded(const ViewController& screen, Function function) {
   return [screen = screen.weak_from_this(), function = std::move(function)](auto&&... arguments) {
     if (const auto kept = screen.lock()) function(std::forward<decltype(arguments)>(arguments)...);
   };
+}
+
+/// Sends `screen` away by both ways at once, since it does not know whether it was presented or pushed.
+inline void closeScreen(ViewController& screen, bool animated) {
+  screen.dismiss(animated);
+  if (auto* navigation = screen.navigationController()) navigation->popViewController(animated);
+}
+
+/// The same, but only while the screen shows.
+inline void closeScreenIfShown(ViewController& screen) {
+  if (screen.isViewInWindow()) closeScreen(screen, true);
 }
 
 }  // namespace orivex

@@ -4,8 +4,8 @@
 #include <charconv>
 
 #include "ChatWebViewHost.h"
-#include "Closing.h"
 #include "PageOrigins.h"
+#include "ScreenGuard.h"
 
 #include "orivex/media/ChatManager.h"
 #include "orivex/media/OVKFApiHelper.h"

@@ -22,8 +22,8 @@ constexpr double tooShortDuration = 1.0;
 // In the unit of `VoiceManager::duration`, whose first step is 1000: a clip without a whole second is too short.
 constexpr double longestTooShort = 1.0;
 
-// Seconds in which every microphone that works has given something.
-constexpr double timeToHear = 1.0;
+// Seconds after which every working microphone has delivered samples.
+constexpr double firstSoundTime = 1.0;
 
 constexpr double millisecondsPerSecond = 1000.0;
 
@@ -90,7 +90,7 @@ void RecordManager::perform(const std::string& action, RecordedClip completion) 
 void RecordManager::requestMicrophoneAndStart() {
   if (overlayTimer_) cancelRecording();
   auto& voice = VoiceManager::shared();
-  // The answer to an earlier question must not make this press look like a recording.
+  // What was allowed for an earlier press does not count for this one.
   voice.isRecordingAllowed = false;
   voice.isStop = false;
   isFingerAway_ = false;
@@ -135,7 +135,7 @@ void RecordManager::setFingerAway(bool away) {
   isFingerAway_ = away;
   if (!overlayTimer_) return;
   recordingView()->setRecordingState(away ? RecordingState::cancel : RecordingState::volumn);
-  setVoiceSoundSize();  // the level that is built with the state is a full one
+  setVoiceSoundSize();  // the new level bar is at its full height
 }
 
 void RecordManager::endOverlay() {
@@ -153,7 +153,7 @@ void RecordManager::cancelRecording() {
   dropClip();
 }
 
-// Whoever ends a press has its file only once: a clip that was dropped or is being sent is none of the next press.
+// Forgets the file, too: the next press must neither delete nor send it.
 void RecordManager::dropClip() {
   auto& voice = VoiceManager::shared();
   voice.deleteRecordingFile();
@@ -167,7 +167,7 @@ void RecordManager::finishRecording(RecordedClip completion) {
     voice.isStop = true;
     return;
   }
-  const auto fault = whyNotToSend();
+  const auto fault = clipFault();
   overlayTimer_.reset();
   const double duration = voice.duration;
   if (fault) {
@@ -189,8 +189,8 @@ void RecordManager::finishRecording(RecordedClip completion) {
   }
 }
 
-// What the visitor reads instead of hearing nothing, or of having half a message sent.
-std::optional<std::string> RecordManager::whyNotToSend() const {
+// Why the clip must not be sent, for the visitor: it has no sound, or is cut off.
+std::optional<std::string> RecordManager::clipFault() const {
   if (!overlayTimer_) return std::nullopt;
   const auto& voice = VoiceManager::shared();
   const auto* const recorder = voice.timer ? voice.recorder.get() : nullptr;  // of this press
@@ -198,7 +198,7 @@ std::optional<std::string> RecordManager::whyNotToSend() const {
   if (recorder && recorder->isDiskFull()) {
     return heard ? "存储空间不足,录音不完整,没有发送" : "存储空间不足,无法录音";
   }
-  const bool hadTime = Platform::current().mainQueue.now() - overlayBegan_ >= timeToHear;
+  const bool hadTime = Platform::current().mainQueue.now() - overlayBegan_ >= firstSoundTime;
   return heard || !hadTime ? std::nullopt : std::optional<std::string>("没有找到麦克风");
 }
 

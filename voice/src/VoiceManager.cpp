@@ -12,7 +12,7 @@
 namespace orivex {
 namespace {
 
-// Seconds; what a clip lasted is told in these steps.
+// Seconds; the duration of a clip is counted in these steps.
 constexpr double tickInterval = 1.0;
 
 // The level below which the overlay shows nothing, in dBFS, and its amplitude.

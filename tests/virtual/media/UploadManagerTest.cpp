@@ -31,6 +31,11 @@ class UploadManagerTest : public ChatScreenTest {
     return got;
   }
 
+  /// Uploads bytes; `completion` may be null.
+  static void start(Once<void(UploadResult)> completion) {
+    UploadManager().uploadFile(std::nullopt, std::nullopt, "x", "f", "t", std::nullopt, std::move(completion));
+  }
+
   void serve(VirtualUploadReply reply) {
     device_.httpClient().setUploadServer([reply = std::move(reply)](const UploadRequest&) { return reply; });
   }
@@ -141,15 +146,12 @@ TEST_F(UploadManagerTest, IsOverWithAFailureWhenTheServerNeverAnswersOrThereIsNo
 TEST_F(UploadManagerTest, EndsOnceWhenTheVisitorGivesUpTheOneThatIsShown) {
   serve(VirtualUploadReply::respond(200, stored, 8, {0.1}));
   Lines ended;
-  const auto start = [&](const char* name) {
-    UploadManager().uploadFile(std::nullopt, std::nullopt, "x", "f", "t", std::nullopt,
-                               [&ended, name](const UploadResult& result) {
-                                 const auto* failure = std::get_if<UploadFailure>(&result);
-                                 ended.push_back(std::string(name) + " " + (failure ? failure->message : "stored"));
-                               });
-  };
-  start("first");
-  start("second");
+  for (const std::string name : {"first ", "second "}) {
+    start([&ended, name](const UploadResult& result) {
+      const auto* failure = std::get_if<UploadFailure>(&result);
+      ended.push_back(name + (failure ? failure->message : "stored"));
+    });
+  }
   device_.advance(1);
   device_.progressOverlay().pressGiveUp();
   device_.progressOverlay().pressGiveUp();
@@ -164,8 +166,7 @@ TEST_F(UploadManagerTest, EndsOnceWhenTheVisitorGivesUpTheOneThatIsShown) {
 
 TEST_F(UploadManagerTest, LeavesAMessageForAsLongAsItsReaderNeeds) {
   serve(VirtualUploadReply::fail("gone", 1));
-  UploadManager().uploadFile(std::nullopt, std::nullopt, "x", "f", "t", std::nullopt,
-                             [](const UploadResult&) { OVKFApiHelper::showMessage("sorry", 3); });
+  start([](const UploadResult&) { OVKFApiHelper::showMessage("sorry", 3); });
   device_.advance(10);
   EXPECT_EQ(overlayStory().back(), "4.0 hides sorry");
 }
@@ -178,12 +179,9 @@ TEST_F(UploadManagerTest, SharesTheOverlayWithAnotherUploadAndWithMessages) {
     replies.erase(replies.begin());
     return reply;
   });
-  const auto start = [] {
-    UploadManager().uploadFile(std::nullopt, std::nullopt, "x", "f", "t", std::nullopt, nullptr);
-  };
   auto& queue = device_.mainQueue();
-  queue.async(start);                                                    // 0.0 to 8.0: 10%, at 4.0 the spinner
-  queue.asyncAfter(1, start);                                            // 1.0 to 3.0: 50%
+  queue.async([] { start(nullptr); });                                   // 0.0 to 8.0: 10%, at 4.0 the spinner
+  queue.asyncAfter(1, [] { start(nullptr); });                           // 1.0 to 3.0: 50%
   queue.asyncAfter(3.5, [] { OVKFApiHelper::showMessage("note", 1); });  // 3.5 to 4.5, the spinner waits
   device_.advance(20);
   EXPECT_EQ(overlayStory(), (Lines{"0.0 shows ", "0.0 shows 10%", "1.0 shows ", "1.0 shows 50%", "3.0 shows 10%",

@@ -3,7 +3,7 @@
 #include "DeviceTest.h"
 
 #include "orivex/media/ChatManager.h"
-#include "orivex/media/DeviceIdentifier.h"
+#include "orivex/media/OVKFApiHelper.h"
 #include "orivex/models/MessageBody.h"
 #include "orivex/models/UserMappingModel.h"
 #include "orivex/sdk/OVKFApi.h"
@@ -17,11 +17,11 @@ namespace {
 TEST(DeviceIdentifier, IsAskedForUntilThereIsOne) {
   VirtualDevice device;
   device.identity().setIdentifierForVendor(std::nullopt);
-  EXPECT_EQ(deviceIdentifier(), "");
+  EXPECT_EQ(OVKFApiHelper::deviceIdentifier(), "");
   device.identity().setIdentifierForVendor("6F1D2C3B-4A59-4E68-8B77-90A1B2C3D4E5");
-  EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
+  EXPECT_EQ(OVKFApiHelper::deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
   device.identity().setIdentifierForVendor("00000000-0000-0000-0000-000000000000");
-  EXPECT_EQ(deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
+  EXPECT_EQ(OVKFApiHelper::deviceIdentifier(), "6f1d2c3b-4a59-4e68-8b77-90a1b2c3d4e5");
 }
 
 // What a session and its screens leave behind in a process.
@@ -30,7 +30,7 @@ auto leftBehind() {
   const auto& address = ChatManager::shared().instanceURL;
   return std::tuple(store.host, store.user, store.guestId, store.videoSize, store.elements.size(),
                     address ? address->absoluteString() : "", VoiceManager::shared().isStop,
-                    RecordManager::shared().recordingView()->isHidden(), deviceIdentifier());
+                    RecordManager::shared().recordingView()->isHidden(), OVKFApiHelper::deviceIdentifier());
 }
 
 TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
@@ -51,7 +51,7 @@ TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
   {
     VirtualDevice other;
     other.identity().setIdentifierForVendor("other");
-    EXPECT_EQ(deviceIdentifier(), "other");
+    EXPECT_EQ(OVKFApiHelper::deviceIdentifier(), "other");
   }
   EXPECT_EQ(leftBehind(), used);
 }

@@ -1,26 +1,10 @@
-#include <filesystem>
-#include <fstream>
-
-#include "ChatScreenTest.h"
+#include "PickingTest.h"
 
 namespace orivex::testing {
 namespace {
 
-class PageRequestTest : public ChatScreenTest {
+class PageRequestTest : public PickingTest {
  protected:
-  PageRequestTest() : screen_(present()) {
-    std::string pattern = "/tmp/orivex-page.XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-    device_.runUntilIdle();
-  }
-  ~PageRequestTest() override { std::filesystem::remove_all(folder_); }
-
-  std::string file(const std::string& name) const {
-    const auto path = folder_ / name;
-    std::ofstream(path).put('x');
-    return path.string();
-  }
-
   VirtualWebEngine& page() { return pageOf(*screen_); }
   VirtualDocumentPicker& picker() { return device_.documentPicker(); }
 
@@ -28,9 +12,6 @@ class PageRequestTest : public ChatScreenTest {
     page().requestFiles(request);
     device_.runUntilIdle();
   }
-
-  std::shared_ptr<OVKFApi> screen_;
-  std::filesystem::path folder_;
 };
 
 using Paths = std::vector<std::string>;

@@ -5,15 +5,25 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
-#include "orivex/media/PageCheck.h"
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
+#include "orivex/platform/ports/UrlRequest.h"
 
 namespace orivex {
 
 class View;
+
+/// The page may be loaded, with the request that was checked; or it may not.
+struct PageCheckFailure {
+  std::optional<std::string> message;  ///< for the visitor
+  int status = 0;                      ///< with which the server refused; 0 when no answer came
+  bool timedOut = false;
+  std::string detail{};  ///< for the log
+};
+using PageCheckOutcome = std::variant<UrlRequest, PageCheckFailure>;
 
 /// What the whole component asks about its host and device, and the two ways in which it speaks to the visitor. Keeps
 /// no state. Main thread unless said otherwise.
@@ -27,6 +37,10 @@ class OVKFApiHelper {
 
   /// Hardware name of the machine as uname gives it, for example "x86_64".
   static std::string deviceModel();
+
+  /// The identifier of this device for the chat server: 36 characters in lower case, computed on first use and kept for
+  /// the life of the process; empty while the platform gives none, and then asked for again. Main thread.
+  static const std::string& deviceIdentifier();
 
   /// How the component names itself to servers: "KepChatSDK/iOS/1.2.0.7(x86_64)", without blanks. The chat server
   /// knows its clients by this form.
@@ -47,7 +61,8 @@ class OVKFApiHelper {
   /// The same for what is good to know but asks for nothing: the visitor goes on meanwhile.
   static void showNotice(const std::string& message, double delay);
 
-  /// See `orivex::checkPage`.
+  /// Asks the server for the page once before it is shown: GET with the component's user agent and 5.0 seconds. Main
+  /// thread; `completion` is called exactly once, later, on the main thread.
   static void checkPage(const Url& url, Once<void(PageCheckOutcome)> completion);
 
   /// Bytes of the longest address that a page may have opened: far beyond what servers take.

@@ -98,7 +98,7 @@ class ORIVEX_API OVKFApi : public ViewController {
 
   /// Picture of what showed when the session started or, if that was in another window, when the screen came up; null
   /// when there was none.
-  const std::shared_ptr<View>& previousViewSnapshot() const { return previousViewSnapshot_; }
+  const std::shared_ptr<View>& previousViewSnapshot() const;
 
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
@@ -117,20 +117,14 @@ class ORIVEX_API OVKFApi : public ViewController {
   static void configureOverlay();
   WebEngineHandlers pageHandlers();
   void observeApplication();
-  void takeSnapshot(const Window& window);
-  void placeSnapshot();
-  void installBackGesture();
   void addRecordingView();
   void closeMicrophone();
   void loadPage();
   void hideHostChrome();
   void restoreHostChrome();
 
-  std::shared_ptr<View> previousViewSnapshot_;
   std::unique_ptr<PageOrigins> origins_;
-  double snapshotTop_ = 0;               // points from the top of its window
-  std::weak_ptr<Window> sessionWindow_;  // of which the picture is
-  bool hasAddress_ = true;               // unless its own session has none
+  bool hasAddress_ = true;  // unless its own session has none
   std::unique_ptr<ChatEvents> events_;
   std::unique_ptr<ChatWebViewHost> host_;
   std::unique_ptr<ChatNavigation> navigation_;

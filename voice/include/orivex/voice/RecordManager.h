@@ -64,7 +64,7 @@ class RecordManager {
   void setFingerAway(bool away);
   void endOverlay();
   static void dropClip();
-  std::optional<std::string> whyNotToSend() const;
+  std::optional<std::string> clipFault() const;
   void showTooShort();
   void send(const Url& file, double seconds, RecordedClip completion);
 
