@@ -28,12 +28,6 @@ void storeMediaRequest(const PostMessageModel& request) {
   store.videoSize = request.fileSize.value_or(OVKFApiManager::defaultVideoSize);
 }
 
-void storeDocumentRequest(const PostMessageModel& request) {
-  auto& store = OVKFApiManager::shared();
-  store.guestId = request.deviceId;
-  store.fileSize = request.fileSize.value_or(OVKFApiManager::defaultFileSize);
-}
-
 std::string explanation(CameraFailure failure) {
   switch (failure) {
     case CameraFailure::noCamera:
@@ -95,7 +89,9 @@ void ChatManager::openPhotoLibrary(const PostMessageModel& request, ViewControll
 }
 
 void ChatManager::openDocumentPicker(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer) {
-  storeDocumentRequest(request);
+  auto& store = OVKFApiManager::shared();
+  store.guestId = request.deviceId;
+  store.fileSize = request.fileSize.value_or(OVKFApiManager::defaultFileSize);
   const auto send = [view = std::weak_ptr(screen.view()),
                      answer = std::move(answer)](const DocumentPickerOutcome& outcome) {
     const auto* const picked = std::get_if<PickedDocuments>(&outcome);

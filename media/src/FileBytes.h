@@ -30,20 +30,20 @@ class FileBytes {
   }
 
   /// A number of up to eight bytes; 0 beyond the end.
-  std::uint64_t number(std::int64_t at, int bytes) {
-    std::uint64_t value = 0;
-    for (const char byte : read(at, bytes)) value = value << 8U | static_cast<unsigned char>(byte);
-    return value;
-  }
+  std::uint64_t number(std::int64_t at, int bytes) { return bigEndian(read(at, bytes)); }
   std::uint64_t littleNumber(std::int64_t at, int bytes) {
     auto text = read(at, bytes);
     std::reverse(text.begin(), text.end());
-    std::uint64_t value = 0;
-    for (const char byte : text) value = value << 8U | static_cast<unsigned char>(byte);
-    return value;
+    return bigEndian(text);
   }
 
  private:
+  static std::uint64_t bigEndian(const std::string& bytes) {
+    std::uint64_t sum = 0;
+    for (const char byte : bytes) sum = sum << 8U | static_cast<unsigned char>(byte);
+    return sum;
+  }
+
   std::ifstream file_;
   std::int64_t size_ = 0;
 };

@@ -20,10 +20,8 @@ constexpr auto exifName = "Exif\0\0"sv;
 // More parts than this are no picture's.
 constexpr int mostSegments = 4096;
 
-// What is needed to show the picture.
-bool isOfPicture(int marker, std::string_view content) {
-  if (marker == comment) return false;
-  if (marker < firstApplication || marker > lastApplication) return true;
+// Whether an application's segment is needed to show the picture.
+bool isOfPicture(std::string_view content) {
   return content.starts_with("JFIF\0"sv) || content.starts_with("ICC_PROFILE\0"sv) || content.starts_with("Adobe"sv);
 }
 
@@ -89,7 +87,7 @@ class Walk {
   void inspect(int marker, std::int64_t at, std::int64_t length) {
     if (marker != comment && (marker < firstApplication || marker > lastApplication)) return;
     const auto content = file_.read(at, length);
-    if (isOfPicture(marker, content)) return;
+    if (marker != comment && isOfPicture(content)) return;
     std::string kept;
     if (marker == exifApplication && std::string_view(content).starts_with(exifName)) {
       kept = plainExif(orientationIn(std::string_view(content).substr(exifName.size())));

@@ -76,13 +76,6 @@ std::optional<FilePart> filePart(const std::optional<Url>& file, std::optional<s
   return std::nullopt;
 }
 
-std::vector<FormField> formFields(const std::optional<std::map<std::string, std::string>>& extraFields) {
-  std::vector<FormField> fields;
-  if (!extraFields) return fields;
-  for (const auto& [name, value] : *extraFields) fields.push_back({name, value});
-  return fields;
-}
-
 // Over a worker's queue, so that whoever gets the result acts before the overlay goes.
 void dismissLater(std::shared_ptr<VisitorOverlay::Upload> shown) {
   auto& queue = Platform::current().mainQueue;
@@ -99,7 +92,11 @@ void UploadManager::uploadFile(const std::optional<std::string>& address, const 
                                Once<void(UploadResult)> completion) const {
   auto target = currentTarget();
   if (address) target.address = *address;
-  upload(target, filePart(file, std::move(bytes), fileName, mimeType), formFields(extraFields), std::move(completion));
+  std::vector<FormField> fields;
+  if (extraFields) {
+    for (const auto& [name, value] : *extraFields) fields.push_back({name, value});
+  }
+  upload(target, filePart(file, std::move(bytes), fileName, mimeType), std::move(fields), std::move(completion));
 }
 
 UploadManager::Target UploadManager::currentTarget() {

@@ -11,6 +11,7 @@
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/models/Codec.h"
 #include "orivex/models/MessageModel.h"
+#include "orivex/models/PostMessageModel.h"
 #include "orivex/models/ShortcutsModel.h"
 #include "orivex/models/TrackModel.h"
 #include "orivex/platform/Platform.h"
@@ -30,14 +31,10 @@ constexpr std::size_t longestBody = std::size_t{8} << 20U;
 // Lets the page paint what it announced before the placeholder fades.
 constexpr double initLoadedDelay = 0.1;
 
-bool isDictionary(std::string_view json) {
-  return json.starts_with('{');
-}
-
-// The record in the body of a message; nothing, with a log line, when it is no such record.
+// The record in the body of a message; nothing when that is no object, and with a log line when it is another one.
 template <class Record>
 std::optional<Record> record(std::string_view body, const char* name) {
-  if (!isDictionary(body)) return std::nullopt;
+  if (!body.starts_with('{')) return std::nullopt;
   try {
     return decode<Record>(body);
   } catch (const DecodingError& error) {
@@ -159,11 +156,12 @@ void ScriptMessageBridge::goBack(std::string_view /*body*/) {
 
 template <auto Open>
 void ScriptMessageBridge::pick(std::string_view body) {
-  if (const auto asked = request(body)) (ChatManager::shared().*Open)(*asked, screen_, filesAnswer());
+  if (const auto asked = record<PostMessageModel>(body, "PostMessageModel"))
+    (ChatManager::shared().*Open)(*asked, screen_, filesAnswer());
 }
 
 void ScriptMessageBridge::recording(std::string_view body) {
-  const auto asked = request(body);
+  const auto asked = record<PostMessageModel>(body, "PostMessageModel");
   if (!asked) return;
   OVKFApiManager::shared().guestId = asked->deviceId;
   if (asked->action) RecordManager::shared().perform(*asked->action, recordAnswer());
@@ -174,10 +172,6 @@ void ScriptMessageBridge::initLoaded(std::string_view /*body*/) {
     log::debugPrint("InitLoad");
     host_.reveal();
   }));
-}
-
-std::optional<PostMessageModel> ScriptMessageBridge::request(std::string_view body) {
-  return record<PostMessageModel>(body, "PostMessageModel");
 }
 
 AttachmentAnswer ScriptMessageBridge::filesAnswer() {

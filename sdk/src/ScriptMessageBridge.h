@@ -9,7 +9,6 @@
 #include "AnswerQueue.h"
 
 #include "orivex/media/Attachment.h"
-#include "orivex/models/PostMessageModel.h"
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/WebEngine.h"
 #include "orivex/voice/RecordManager.h"
@@ -53,9 +52,6 @@ class ScriptMessageBridge {
 
   /// Origin of the document that posts or is answered now.
   std::string origin() const;
-
-  /// The request of a picker or recording message; nothing, with a log line, when it is no such request.
-  static std::optional<PostMessageModel> request(std::string_view body);
 
   /// Answers the page with what was picked or recorded, if the screen is still there.
   AttachmentAnswer filesAnswer();

@@ -6,10 +6,12 @@
 #include <fstream>
 #include <string>
 #include <system_error>
+#include <variant>
 
 #include "orivex/models/UserMappingModel.h"
 #include "orivex/models/WebViewEnvModel.h"
 #include "orivex/platform/Platform.h"
+#include "orivex/platform/base/Failure.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
 #include "orivex/platform/ports/Bundle.h"
@@ -43,33 +45,27 @@ constexpr Console eruda{"eruda", "eruda",
                         "    console.log('eruda is initialized');\n} else {\n"
                         "    console.error('eruda is not available');\n}"};
 
-// The text of the file, or what keeps it from being read as UTF-8.
-struct FileText {
-  std::string text;
-  std::string error;
-};
-
-FileText readText(const std::string& path) {
+std::variant<std::string, Failure> readText(const std::string& path) {
   std::error_code error;
   const auto size = std::filesystem::file_size(path, error);
-  if (error) return {{}, error.message()};
-  FileText result{std::string(size, '\0'), {}};
+  if (error) return Failure{error.message()};
+  std::string text(size, '\0');
   std::ifstream file(path, std::ios::binary);
-  if (!file.read(result.text.data(), static_cast<std::streamsize>(size))) return {{}, "the file cannot be read"};
-  if (!isValidUtf8(result.text)) return {{}, "the file is not UTF-8 text"};
-  return result;
+  if (!file.read(text.data(), static_cast<std::streamsize>(size))) return Failure{"the file cannot be read"};
+  if (!isValidUtf8(text)) return Failure{"the file is not UTF-8 text"};
+  return text;
 }
 
 void addConsole(const Console& console, std::vector<UserScript>& scripts) {
   const auto path = Platform::current().componentBundle.pathForResource(console.resource, "js");
   if (!path) return;
   log::debugPrint(std::string(console.name) + " injecting");
-  auto file = readText(*path);
-  if (!file.error.empty()) {
-    log::debugPrint("Error reading " + std::string(console.name) + " script file: " + file.error);
+  const auto file = readText(*path);
+  if (const auto* failure = std::get_if<Failure>(&file)) {
+    log::debugPrint("Error reading " + std::string(console.name) + " script file: " + failure->description);
     return;
   }
-  scripts.push_back({std::move(file.text) + console.startTail});
+  scripts.push_back({std::get<std::string>(file) + console.startTail});
 }
 
 // A device set to imperial units gets the console whatever the switch says.

@@ -13,14 +13,6 @@ class DocumentPickingTest : public PickingTest {
     return answersTo([&] { device_.documentPicker().pick(paths); });
   }
 
-  std::shared_ptr<OVKFApi> presentInSecondWindow() {
-    device_.application().scene()->addWindow(second_);
-    second_->setRootViewController(std::make_shared<ViewController>());
-    auto screen = started();
-    second_->rootViewController()->present(screen, false);
-    return screen;
-  }
-
   /// What the visitor read since the last call, and for how long it was there.
   std::string message() {
     device_.advance(10);
@@ -32,8 +24,6 @@ class DocumentPickingTest : public PickingTest {
     }
     return "";
   }
-
-  const std::shared_ptr<Window> second_ = std::make_shared<Window>();
 };
 
 TEST_F(DocumentPickingTest, AsksForTheRequestedTypes) {
@@ -62,7 +52,7 @@ TEST_F(DocumentPickingTest, UploadsTheFirstOfTheFilesAndTellsThePage) {
 }
 
 TEST_F(DocumentPickingTest, WhatIsSaidOfAnUploadStaysInTheWindowOfItsScreen) {
-  const auto other = presentInSecondWindow();
+  const auto other = presentInSecond();
   device_.httpClient().setUploadServer(
       [](const UploadRequest&) { return VirtualUploadReply::respond(400, R"({"msg":"no"})", 2, {0.5}); });
   pick({file("a.txt")});
@@ -76,7 +66,7 @@ TEST_F(DocumentPickingTest, WhatIsSaidOfAnUploadStaysInTheWindowOfItsScreen) {
 }
 
 TEST_F(DocumentPickingTest, AScreenThatLeavesHidesTheUploadsOfItsOwnWindowOnly) {
-  const auto other = presentInSecondWindow();
+  const auto other = presentInSecond();
   store(5);
   ask("openDocumentPicker");
   pageOf(*other).post("trackEvent", "{}");  // the overlay is the other's by the time that the visitor has chosen

@@ -24,6 +24,17 @@ std::shared_ptr<OVKFApi> ChatScreenTest::push() {
   return screen;
 }
 
+std::shared_ptr<OVKFApi> ChatScreenTest::presentInSecond() {
+  if (!second_->rootViewController()) {
+    second_->setSize({300, 500});
+    device_.application().scene()->addWindow(second_);
+    second_->setRootViewController(std::make_shared<ViewController>());
+  }
+  auto screen = started();
+  second_->rootViewController()->present(screen, false);
+  return screen;
+}
+
 VirtualWebEngine& ChatScreenTest::engineOf(const std::shared_ptr<WebView>& view) {
   return dynamic_cast<VirtualWebEngine&>(view->engine());
 }

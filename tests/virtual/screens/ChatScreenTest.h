@@ -28,6 +28,9 @@ class ChatScreenTest : public DeviceTest {
   std::shared_ptr<OVKFApi> present();
   std::shared_ptr<OVKFApi> push();
 
+  /// The same in a second window of the host, smaller and without insets, that nobody has drawn.
+  std::shared_ptr<OVKFApi> presentInSecond();
+
   static VirtualWebEngine& engineOf(const std::shared_ptr<WebView>& view);
 
   /// What plays the chat page of `screen`.
@@ -35,6 +38,7 @@ class ChatScreenTest : public DeviceTest {
 
   const std::shared_ptr<ViewController> hostScreen_ = std::make_shared<ViewController>();
   const std::shared_ptr<NavigationController> hostStack_ = std::make_shared<NavigationController>(hostScreen_);
+  const std::shared_ptr<Window> second_ = std::make_shared<Window>();
 };
 
 }  // namespace orivex::testing

@@ -3,62 +3,47 @@
 namespace orivex::testing {
 namespace {
 
-enum class Shown { presented, pushed, pushedInPresentedStack, rootOfPresentedStack };
-enum class Way { close, goBack, failedCheck };
-
-class ClosingTest : public ChatScreenTest {
- protected:
-  std::shared_ptr<OVKFApi> show(Shown how) {
-    auto screen = started();
-    switch (how) {
-      case Shown::presented:
-        hostStack_->present(screen, false);
-        break;
-      case Shown::pushed:
-        hostStack_->pushViewController(screen, false);
-        break;
-      case Shown::pushedInPresentedStack: {
-        const auto stack = std::make_shared<NavigationController>(std::make_shared<ViewController>());
-        hostStack_->present(stack, false);
-        stack->pushViewController(screen, false);
-        break;
-      }
-      case Shown::rootOfPresentedStack:
-        hostStack_->present(std::make_shared<NavigationController>(screen), false);
-        break;
-    }
-    return screen;
-  }
-
-  void close(OVKFApi& screen, Way way) {
-    device_.runUntilIdle();
-    switch (way) {
-      case Way::close:
-        screen.close();
-        break;
-      case Way::goBack:
-        pageOf(screen).post("goBack", R"({"ignored":[1]})");
-        device_.runUntilIdle();
-        break;
-      case Way::failedCheck:
-        device_.advance(2);
-        break;
-    }
-  }
-};
+class ClosingTest : public ChatScreenTest {};
 
 TEST_F(ClosingTest, SendsTheScreenAwayHoweverItIsShown) {
-  for (const auto how : {Shown::presented, Shown::pushed, Shown::pushedInPresentedStack, Shown::rootOfPresentedStack}) {
-    for (const auto way : {Way::close, Way::goBack, Way::failedCheck}) {
-      SCOPED_TRACE(static_cast<int>(how) * 10 + static_cast<int>(way));
-      device_.httpClient().setServer(
-          [way](const UrlRequest&) { return VirtualReply::respond(way == Way::failedCheck ? 403 : 200); });
+  using Show = std::function<void(const std::shared_ptr<OVKFApi>&)>;
+  const std::pair<std::string, Show> places[] = {
+      {"presented", [&](const auto& screen) { hostStack_->present(screen, false); }},
+      {"pushed", [&](const auto& screen) { hostStack_->pushViewController(screen, false); }},
+      {"pushed in a presented stack",
+       [&](const auto& screen) {
+         const auto stack = std::make_shared<NavigationController>(std::make_shared<ViewController>());
+         hostStack_->present(stack, false);
+         stack->pushViewController(screen, false);
+       }},
+      {"root of a presented stack",
+       [&](const auto& screen) { hostStack_->present(std::make_shared<NavigationController>(screen), false); }},
+  };
+  const struct {
+    const char* what;
+    int status;  // of the page check
+    std::function<void(OVKFApi&)> close;
+  } ways[] = {
+      {"close", 200, [](OVKFApi& screen) { screen.close(); }},
+      {"goBack", 200,
+       [&](OVKFApi& screen) {
+         pageOf(screen).post("goBack", R"({"ignored":[1]})");
+         device_.runUntilIdle();
+       }},
+      {"failed check", 403, [&](OVKFApi&) { device_.advance(2); }},
+  };
+  for (const auto& [place, show] : places) {
+    for (const auto& way : ways) {
+      SCOPED_TRACE(place + ", " + way.what);
+      device_.httpClient().setServer([&way](const UrlRequest&) { return VirtualReply::respond(way.status); });
       std::weak_ptr<OVKFApi> closed;
       {
-        const auto screen = show(how);
+        const auto screen = started();
+        show(screen);
         closed = screen;
         ASSERT_TRUE(screen->isViewInWindow());
-        close(*screen, way);
+        device_.runUntilIdle();
+        way.close(*screen);
         EXPECT_TRUE(screen->isViewInWindow());
         device_.advance(0.349);
         EXPECT_TRUE(screen->isViewInWindow());  // animated

@@ -104,29 +104,21 @@ TEST_F(PageLoadTest, LeavesAVisitorAloneWhoHasGoneBeforeTheAnswer) {
   }
 }
 
-TEST_F(PageLoadTest, ClosesNothingElseWhenTheVisitorWasFaster) {
+TEST_F(PageLoadTest, ClosesNothingElseWhenTheVisitorWasFasterOrAnotherScreenCoversIt) {
   serve(VirtualReply::respond(404));
-  std::weak_ptr<OVKFApi> gone = push();
-  device_.advance(1);
-  hostStack_->popViewController(false);
-  const auto another = std::make_shared<ViewController>();
-  hostStack_->pushViewController(another, false);
-  EXPECT_FALSE(gone.expired());
-  device_.advance(5);
-  EXPECT_TRUE(gone.expired());
-  EXPECT_EQ(hostStack_->topViewController(), another);
-  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 令牌无效或者已过期", "2.0 hides 令牌无效或者已过期"}));
-}
-
-TEST_F(PageLoadTest, ClosesNothingElseWhenAnotherScreenCoversIt) {
-  serve(VirtualReply::respond(404));
-  const auto covered = push();
-  device_.advance(1);
-  const auto another = std::make_shared<ViewController>();
-  hostStack_->pushViewController(another, true);
-  device_.advance(5);
-  EXPECT_EQ(hostStack_->topViewController(), another);
-  EXPECT_EQ(covered->navigationController(), hostStack_.get());
+  for (const bool covered : {false, true}) {
+    std::weak_ptr<OVKFApi> failed = push();
+    device_.advance(1);
+    if (!covered) hostStack_->popViewController(false);
+    const auto another = std::make_shared<ViewController>();
+    hostStack_->pushViewController(another, covered);
+    EXPECT_FALSE(failed.expired());
+    device_.advance(5);
+    EXPECT_EQ(failed.expired(), !covered);
+    EXPECT_EQ(hostStack_->topViewController(), another);
+  }
+  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows 令牌无效或者已过期", "2.0 hides 令牌无效或者已过期",
+                                   "6.0 shows 令牌无效或者已过期", "8.0 hides 令牌无效或者已过期"}));
 }
 
 }  // namespace

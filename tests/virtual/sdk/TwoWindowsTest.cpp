@@ -3,24 +3,10 @@
 namespace orivex::testing {
 namespace {
 
-// A second window of the host, smaller and without insets, that nobody has drawn.
 class TwoWindowsTest : public ChatScreenTest {
  protected:
-  TwoWindowsTest() {
-    second_->setSize({300, 500});
-    device_.application().scene()->addWindow(second_);
-    second_->setRootViewController(std::make_shared<ViewController>());
-  }
-
-  std::shared_ptr<OVKFApi> presentInSecond() {
-    auto screen = started();
-    second_->rootViewController()->present(screen, false);
-    return screen;
-  }
   VirtualProgressOverlay& overlay() { return device_.progressOverlay(); }
   std::shared_ptr<Window> first() { return device_.application().window(); }
-
-  const std::shared_ptr<Window> second_ = std::make_shared<Window>();
 };
 
 TEST_F(TwoWindowsTest, AScreenBelongsToTheWindowThatShowsItAndNotToTheFirst) {
