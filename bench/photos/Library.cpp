@@ -6,7 +6,7 @@
 #include <utime.h>
 
 #include "device/photos/FakeMedia.h"
-#include "photos/FolderScan.h"
+#include "photos/library/FolderScan.h"
 
 namespace orivex::bench {
 namespace {

@@ -3,7 +3,7 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include "glib/GMemory.h"
-#include "photos/DecodedMedia.h"
+#include "photos/library/DecodedMedia.h"
 #include "support/TestDecoder.h"
 
 namespace orivex::gtk {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "photos/FolderScan.h"
+#include "photos/library/FolderScan.h"
 #include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {

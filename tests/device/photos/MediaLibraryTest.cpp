@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "GlibMainQueue.h"
-#include "photos/MediaLibrary.h"
+#include "photos/library/MediaLibrary.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 

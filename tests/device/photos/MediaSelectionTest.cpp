@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "photos/MediaSelection.h"
+#include "photos/library/MediaSelection.h"
 
 namespace orivex::gtk {
 namespace {

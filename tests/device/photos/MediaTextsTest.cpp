@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "photos/MediaCatalog.h"
-#include "photos/MediaNames.h"
-#include "photos/MediaTexts.h"
+#include "photos/library/MediaCatalog.h"
+#include "photos/library/MediaNames.h"
+#include "photos/library/MediaTexts.h"
 
 namespace orivex::gtk {
 namespace {

@@ -3,8 +3,8 @@
 
 #include "PhotoStage.h"
 #include "glib/GRef.h"
-#include "photos/FolderScan.h"
-#include "photos/ThumbnailCache.h"
+#include "photos/library/FolderScan.h"
+#include "photos/library/ThumbnailCache.h"
 #include "support/FileChooser.h"
 #include "support/LogLines.h"
 #include "support/VideoFiles.h"

@@ -10,7 +10,7 @@
 
 #include "FakeMedia.h"
 #include "photos/GtkPhotoLibrary.h"
-#include "photos/PhotoCell.h"
+#include "photos/grid/PhotoCell.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 #include "support/Visitor.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "photos/PictureZoom.h"
+#include "photos/preview/PictureZoom.h"
 
 namespace orivex::gtk {
 namespace {

@@ -3,8 +3,8 @@
 #include <utime.h>
 
 #include "FakeMedia.h"
-#include "photos/FolderScan.h"
-#include "photos/ThumbnailCache.h"
+#include "photos/library/FolderScan.h"
+#include "photos/library/ThumbnailCache.h"
 #include "support/TemporaryFolder.h"
 
 namespace orivex::gtk {

@@ -7,9 +7,9 @@
 
 #include "../ui/StyleSheet.h"
 #include "../ui/Widgets.h"
-#include "FolderScan.h"
-#include "MediaTexts.h"
 #include "PhotoStyle.h"
+#include "library/FolderScan.h"
+#include "library/MediaTexts.h"
 
 namespace orivex::gtk {
 namespace {

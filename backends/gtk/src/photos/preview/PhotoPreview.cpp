@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "../ui/Widgets.h"
-#include "MediaTexts.h"
+#include "../../ui/Widgets.h"
+#include "../library/MediaTexts.h"
 
 namespace orivex::gtk {
 namespace {

@@ -5,10 +5,10 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
-#include "../glib/SignalConnection.h"
-#include "../video/ClipPlayer.h"
-#include "MediaSelection.h"
+#include "../../glib/GRef.h"
+#include "../../glib/SignalConnection.h"
+#include "../../video/ClipPlayer.h"
+#include "../library/MediaSelection.h"
 #include "PreviewStrip.h"
 
 namespace orivex::gtk {

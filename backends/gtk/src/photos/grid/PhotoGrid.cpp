@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "../Contained.h"
-#include "../ui/Widgets.h"
+#include "../../Contained.h"
+#include "../../ui/Widgets.h"
 
 namespace orivex::gtk {
 namespace {

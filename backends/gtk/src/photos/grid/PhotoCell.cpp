@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "../ui/Widgets.h"
+#include "../../ui/Widgets.h"
+#include "../library/MediaTexts.h"
 #include "Drawing.h"
-#include "MediaTexts.h"
 
 namespace orivex::gtk {
 namespace {

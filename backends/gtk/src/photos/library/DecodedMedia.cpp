@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "../glib/GMemory.h"
+#include "../../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
 

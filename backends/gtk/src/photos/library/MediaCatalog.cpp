@@ -7,7 +7,7 @@
 
 #include <glib.h>
 
-#include "../glib/GMemory.h"
+#include "../../glib/GMemory.h"
 
 namespace orivex::gtk {
 namespace {

@@ -9,7 +9,7 @@
 
 #include <gdk/gdk.h>
 
-#include "../glib/GRef.h"
+#include "../../glib/GRef.h"
 #include "MediaReader.h"
 
 #include "orivex/platform/base/Alive.h"

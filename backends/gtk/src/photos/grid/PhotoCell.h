@@ -5,10 +5,10 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
-#include "../ui/Canvas.h"
-#include "MediaItem.h"
-#include "ThumbnailLoader.h"
+#include "../../glib/GRef.h"
+#include "../../ui/Canvas.h"
+#include "../library/MediaItem.h"
+#include "../library/ThumbnailLoader.h"
 
 #include "orivex/platform/base/Subscription.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "../Contained.h"
-#include "../ui/Widgets.h"
+#include "../../Contained.h"
+#include "../../ui/Widgets.h"
 
 namespace orivex::gtk {
 namespace {

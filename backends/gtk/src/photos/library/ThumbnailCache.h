@@ -6,7 +6,7 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
-#include "../glib/GRef.h"
+#include "../../glib/GRef.h"
 #include "MediaItem.h"
 
 namespace orivex::gtk {

@@ -4,7 +4,7 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
+#include "../../glib/GRef.h"
 
 #include "orivex/platform/base/Geometry.h"
 

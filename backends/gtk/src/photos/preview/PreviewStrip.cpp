@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Drawing.h"
+#include "../grid/Drawing.h"
 
 namespace orivex::gtk {
 namespace {

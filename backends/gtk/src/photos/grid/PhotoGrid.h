@@ -7,13 +7,13 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
-#include "../glib/SignalConnection.h"
-#include "MediaCatalog.h"
+#include "../../glib/GRef.h"
+#include "../../glib/SignalConnection.h"
+#include "../library/MediaCatalog.h"
+#include "../library/MediaSelection.h"
+#include "../library/ThumbnailLoader.h"
 #include "MediaList.h"
-#include "MediaSelection.h"
 #include "PhotoCell.h"
-#include "ThumbnailLoader.h"
 
 namespace orivex::gtk {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "../glib/GMemory.h"
+#include "../../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
 

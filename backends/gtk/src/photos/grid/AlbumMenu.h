@@ -6,10 +6,10 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
-#include "../glib/SignalConnection.h"
-#include "MediaCatalog.h"
-#include "ThumbnailLoader.h"
+#include "../../glib/GRef.h"
+#include "../../glib/SignalConnection.h"
+#include "../library/MediaCatalog.h"
+#include "../library/ThumbnailLoader.h"
 
 #include "orivex/platform/base/Subscription.h"
 

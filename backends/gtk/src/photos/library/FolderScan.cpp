@@ -6,7 +6,7 @@
 
 #include <dirent.h>
 
-#include "../glib/GMemory.h"
+#include "../../glib/GMemory.h"
 
 namespace orivex::gtk {
 namespace {

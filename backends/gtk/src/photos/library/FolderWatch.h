@@ -9,8 +9,8 @@
 
 #include <gio/gio.h>
 
-#include "../glib/GRef.h"
-#include "../glib/SignalConnection.h"
+#include "../../glib/GRef.h"
+#include "../../glib/SignalConnection.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"

@@ -6,8 +6,8 @@
 
 #include <gio/gio.h>
 
-#include "../glib/GRef.h"
-#include "MediaCatalog.h"
+#include "../../glib/GRef.h"
+#include "../library/MediaCatalog.h"
 
 namespace orivex::gtk {
 

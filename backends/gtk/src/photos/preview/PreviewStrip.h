@@ -6,13 +6,13 @@
 
 #include <adwaita.h>
 
-#include "../glib/GRef.h"
-#include "../glib/SignalConnection.h"
-#include "../ui/Canvas.h"
+#include "../../glib/GRef.h"
+#include "../../glib/SignalConnection.h"
+#include "../../ui/Canvas.h"
+#include "../library/MediaCatalog.h"
+#include "../library/ThumbnailLoader.h"
 #include "LargePictures.h"
-#include "MediaCatalog.h"
 #include "PictureZoom.h"
-#include "ThumbnailLoader.h"
 
 #include "orivex/platform/ports/MainQueue.h"
 

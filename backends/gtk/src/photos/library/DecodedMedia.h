@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../decoding/Decoder.h"
+#include "../../decoding/Decoder.h"
 #include "MediaReader.h"
 
 namespace orivex::gtk {

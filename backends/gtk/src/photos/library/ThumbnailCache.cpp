@@ -6,7 +6,7 @@
 #include <glib/gstdio.h>
 #include <sys/stat.h>
 
-#include "../glib/GMemory.h"
+#include "../../glib/GMemory.h"
 #include "FolderScan.h"
 
 namespace orivex::gtk {

@@ -6,8 +6,8 @@
 
 #include <gdk/gdk.h>
 
-#include "../glib/GRef.h"
-#include "MediaReader.h"
+#include "../../glib/GRef.h"
+#include "../library/MediaReader.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Geometry.h"
