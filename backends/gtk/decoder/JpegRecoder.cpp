@@ -14,13 +14,31 @@
 #include "JpegMetadata.h"
 #include "PictureLimits.h"
 #include "TurboJpeg.h"
-#include "Turn.h"
 #include "glib/GMemory.h"
 
 namespace orivex::gtk {
 namespace {
 
 using MappedFile = std::unique_ptr<GMappedFile, FreeWith<g_mapped_file_unref>>;
+
+/// How a stored picture is turned to be seen upright: the axes are swapped first, then each may run backwards, in terms
+/// of the stored picture.
+struct Turn {
+  Turn() = default;
+  /// Of the tag "Orientation" of Exif; any value but 2 to 8 is no turn.
+  explicit Turn(int orientation) {
+    const auto isOneOf = [=](auto... values) { return ((orientation == values) || ...); };
+    swapsAxes = isOneOf(5, 6, 7, 8);
+    mirrorsX = isOneOf(2, 3, 7, 8);
+    mirrorsY = isOneOf(3, 4, 6, 7);
+  }
+
+  bool isNone() const { return !swapsAxes && !mirrorsX && !mirrorsY; }
+
+  bool swapsAxes = false;
+  bool mirrorsX = false;
+  bool mirrorsY = false;
+};
 
 /// What a picture's planes are laid out by.
 struct Layout {
@@ -39,15 +57,16 @@ struct Layout {
   /// That of the picture turned upright; without a subsampling when there is none for it.
   Layout upright(const Turn& turn) const {
     if (!turn.swapsAxes) return *this;
-    constexpr std::array<std::pair<int, int>, 5> swapped{{{TJSAMP_444, TJSAMP_444},
-                                                          {TJSAMP_420, TJSAMP_420},
-                                                          {TJSAMP_GRAY, TJSAMP_GRAY},
-                                                          {TJSAMP_422, TJSAMP_440},
-                                                          {TJSAMP_440, TJSAMP_422}}};
-    for (const auto& [stored, turned] : swapped) {
-      if (stored == subsampling) return {height, width, turned};
+    switch (subsampling) {
+      case TJSAMP_422:
+        return {height, width, TJSAMP_440};
+      case TJSAMP_440:
+        return {height, width, TJSAMP_422};
+      case TJSAMP_411:
+        return {height, width, -1};
+      default:
+        return {height, width, subsampling};
     }
-    return {height, width, -1};
   }
 };
 
@@ -83,7 +102,8 @@ void turnPlane(const Plane& stored, const Turn& turn, const Plane& upright) {
   constexpr int tileWidth = 32;
   const std::ptrdiff_t alongX = turn.mirrorsX ? -1 : 1;
   const std::ptrdiff_t alongY = std::ptrdiff_t{stored.rowBytes} * (turn.mirrorsY ? -1 : 1);
-  const auto [right, down] = turn.upright(alongX, alongY);
+  const auto right = turn.swapsAxes ? alongY : alongX;
+  const auto down = turn.swapsAxes ? alongX : alongY;
   const auto* const origin = stored.at(turn.mirrorsX ? stored.width - 1 : 0, turn.mirrorsY ? stored.height - 1 : 0);
   for (int left = 0; left < upright.width; left += tileWidth) {
     for (int y = 0; y < upright.height; ++y) {
@@ -113,7 +133,7 @@ class JpegRecoder {
       return false;
     }
     metadata_ = JpegMetadata::of({g_mapped_file_get_contents(content_.get()), length()});
-    turn_ = Turn::ofOrientation(metadata_.orientation);
+    turn_ = Turn(metadata_.orientation);
     upright_ = stored_.upright(turn_);
     return (colors == TJCS_YCbCr || colors == TJCS_GRAY) && upright_.subsampling >= 0;
   }

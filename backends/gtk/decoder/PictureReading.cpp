@@ -1,19 +1,76 @@
 #include "PictureReading.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
+#include <limits>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "ColorProfile.h"
 #include "JpegRecoder.h"
+#include "PictureLimits.h"
 #include "TurboJpeg.h"
 #include "glib/GMemory.h"
+#include "glib/SignalConnection.h"
 
 namespace orivex::gtk {
 namespace {
 
 constexpr std::size_t rgbBytes = 3;
+constexpr PixelSize anySize{std::numeric_limits<int>::max(), std::numeric_limits<int>::max()};
+
+// The size in which a loader that has seen a picture's head is to decode it; nothing when it is too large.
+std::optional<PixelSize> sizeToDecode(GdkPixbufLoader* loader, PixelSize stored, PixelSize most) {
+  constexpr std::uint64_t bytesPerPixel = 4;
+  const auto wanted = fitted(stored, most);
+  // JPEG alone is scaled while it is decoded; of any other format the whole picture is in memory for a moment.
+  const GCharPtr format(gdk_pixbuf_format_get_name(gdk_pixbuf_loader_get_format(loader)));
+  const auto held = std::string_view(format.get()) == "jpeg" ? wanted : stored;
+  const auto heldBytes =
+      static_cast<std::uint64_t>(held.width) * static_cast<std::uint64_t>(held.height) * bytesPerPixel;
+  const bool isRefused =
+      isTooLarge(static_cast<std::uint64_t>(stored.width), static_cast<std::uint64_t>(stored.height), heldBytes);
+  return isRefused ? std::nullopt : std::optional(wanted);
+}
+
+// Loaders of moving pictures do not tell when they have pixels.
+bool isMoving(GdkPixbufLoader* loader) {
+  auto* const animation = gdk_pixbuf_loader_get_animation(loader);
+  return animation && !gdk_pixbuf_animation_is_static_image(animation);
+}
+
+// Decodes a picture of any kind for which a loader is installed: its first frame, as it is stored, fitted into `most`.
+std::variant<GRef<GdkPixbuf>, Failure> loadPixbuf(std::FILE* file, PixelSize most) {
+  const auto loader = GRef<GdkPixbufLoader>::adopt(gdk_pixbuf_loader_new());
+  bool isRefused = false;
+  // Before the loader takes the memory for the picture. A size of 0 tells it to read no further than the head.
+  const auto prepared = SignalConnection::connect(loader.get(), "size-prepared", [&](int width, int height) {
+    const auto size = sizeToDecode(loader.get(), {width, height}, most);
+    isRefused = !size;
+    gdk_pixbuf_loader_set_size(loader.get(), size ? size->width : 0, size ? size->height : 0);
+  });
+  // Of a file that was cut off before this, a loader gives a black picture.
+  bool hasPixels = false;
+  const auto updated = SignalConnection::connect(loader.get(), "area-updated", [&] { hasPixels = true; });
+
+  std::array<guchar, 65536> part;
+  GError* raised = nullptr;
+  std::size_t count = 0;
+  bool isWhole = true;
+  while (isWhole && !isRefused && (count = std::fread(part.data(), 1, part.size(), file)) > 0) {
+    isWhole = gdk_pixbuf_loader_write(loader.get(), part.data(), count, &raised);
+  }
+  isWhole = gdk_pixbuf_loader_close(loader.get(), isWhole ? &raised : nullptr) && isWhole;
+  const GErrorPtr error(raised);
+  if (isRefused) return Failure{"too large to be decoded"};
+  auto picture = GRef<GdkPixbuf>::share(gdk_pixbuf_loader_get_pixbuf(loader.get()));
+  if (isWhole && picture && (hasPixels || isMoving(loader.get()))) return picture;
+  return Failure{error ? error->message : "not a picture"};
+}
 
 bool beginsAsJpeg(std::FILE* file) {
   constexpr std::array<unsigned char, 3> startOfImage{0xFF, 0xD8, 0xFF};
@@ -60,12 +117,19 @@ std::variant<JpegImage, Failure> encodePixbuf(GdkPixbuf* stored, double quality)
 
 }  // namespace
 
+PixelSize fitted(PixelSize picture, PixelSize most) {
+  const double scale = std::min(
+      {1.0, most.width / static_cast<double>(picture.width), most.height / static_cast<double>(picture.height)});
+  const auto scaled = [&](int side) { return std::max(1, static_cast<int>(std::lround(side * scale))); };
+  return {scaled(picture.width), scaled(picture.height)};
+}
+
 std::variant<JpegImage, Failure> recodePicture(std::FILE* file, double quality) {
   if (beginsAsJpeg(file)) {
     if (auto recoded = recodeJpeg(file, quality)) return std::move(*recoded);
     std::rewind(file);
   }
-  auto decoded = loadPixbuf(file);
+  auto decoded = loadPixbuf(file, anySize);
   if (auto* const failure = std::get_if<Failure>(&decoded)) return std::move(*failure);
   return encodePixbuf(std::get<GRef<GdkPixbuf>>(decoded).get(), quality);
 }

@@ -3,11 +3,21 @@
 #include <cstdio>
 #include <variant>
 
-#include "PixbufLoading.h"
+#include <gdk-pixbuf/gdk-pixbuf.h>
+
+#include "glib/GRef.h"
 
 #include "orivex/platform/ports/ImageCodec.h"
 
 namespace orivex::gtk {
+
+struct PixelSize {
+  int width;
+  int height;
+};
+
+/// The size in which a picture fits into `most`, never enlarged.
+PixelSize fitted(PixelSize picture, PixelSize most);
 
 /// The picture as an upright JPEG, on white where it is transparent. What the file holds is told by its first bytes:
 /// JPEGs are encoded anew sample by sample (`recodeJpeg`), other pictures are decoded by the gdk-pixbuf loaders that

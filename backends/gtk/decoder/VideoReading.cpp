@@ -5,9 +5,9 @@
 #include <chrono>
 #include <string_view>
 
+#include <gst/app/app.h>
 #include <gst/pbutils/pbutils.h>
 
-#include "FirstFrame.h"
 #include "PictureLimits.h"
 #include "TurboJpeg.h"
 #include "glib/GMemory.h"
@@ -26,10 +26,12 @@ constexpr std::chrono::seconds longestProbe{9};
 constexpr GstClockTime longestMeasuring = 5 * GST_SECOND;
 constexpr double nanosecondsPerSecond = GST_SECOND;
 
-GstClockTime untilTime(Clock::time_point deadline) {
-  const auto left = std::chrono::duration_cast<std::chrono::nanoseconds>(deadline - Clock::now()).count();
-  return static_cast<GstClockTime>(std::max<std::int64_t>(left, 0));
-}
+struct StopPipeline {
+  void operator()(GstElement* pipeline) const {
+    gst_element_set_state(pipeline, GST_STATE_NULL);
+    gst_object_unref(pipeline);
+  }
+};
 
 bool isTurnedSideways(const GstTagList* tags) {
   const gchar* orientation = nullptr;
@@ -86,7 +88,7 @@ struct Video {
   Clock::time_point deadline;
 };
 
-std::variant<Video, Failure> look(int file) {
+std::variant<Video, Failure> inspect(int file) {
   const auto deadline = Clock::now() + longestProbe;
   const auto path = "/proc/self/fd/" + std::to_string(file);
   if (!isVideoContainerAt(path.c_str())) return Failure{"is not a video"};
@@ -106,7 +108,25 @@ std::variant<Video, Failure> look(int file) {
   return Video{uri, secondsOf(info), size, deadline};
 }
 
-bool reads(GstElementFactory* factory) {
+// In RGB, upright; false when it cannot be decoded in time.
+MappedFrame firstFrame(const Video& video) {
+  const auto description = "uridecodebin caps=\"video/x-raw(ANY)\" expose-all-streams=false uri=" + video.uri +
+                           " ! videoconvert ! videoflip video-direction=auto ! videoconvert ! video/x-raw,format=RGB "
+                           "! appsink name=frames sync=false";
+  const std::unique_ptr<GstElement, StopPipeline> pipeline(gst_parse_launch(description.c_str(), nullptr));
+  if (!pipeline) return MappedFrame(nullptr);
+  gst_element_set_state(pipeline.get(), GST_STATE_PAUSED);
+  const auto bus = GRef<GstBus>::adopt(gst_element_get_bus(pipeline.get()));
+  const auto left = std::chrono::duration_cast<std::chrono::nanoseconds>(video.deadline - Clock::now()).count();
+  constexpr auto endings = GstMessageType(GST_MESSAGE_ASYNC_DONE | GST_MESSAGE_ERROR | GST_MESSAGE_EOS);
+  const GstMessagePtr message(
+      gst_bus_timed_pop_filtered(bus.get(), static_cast<GstClockTime>(std::max<std::int64_t>(left, 0)), endings));
+  if (!message || GST_MESSAGE_TYPE(message.get()) != GST_MESSAGE_ASYNC_DONE) return MappedFrame(nullptr);
+  const auto sink = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(pipeline.get()), "frames"));
+  return MappedFrame(adoptSample(gst_app_sink_try_pull_preroll(GST_APP_SINK(sink.get()), 0)));
+}
+
+bool isAllowed(GstElementFactory* factory) {
   constexpr std::array<std::string_view, 8> demuxers{"qtdemux",     "matroskademux", "avidemux", "tsdemux",
                                                      "mpegpsdemux", "flvdemux",      "oggdemux", "asfdemux"};
   const std::string_view kind(gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS));
@@ -124,7 +144,7 @@ void prepareVideos() {
   auto* const registry = gst_registry_get();
   auto* const features = gst_registry_get_feature_list(registry, GST_TYPE_ELEMENT_FACTORY);
   for (auto* item = features; item; item = item->next) {
-    if (!reads(GST_ELEMENT_FACTORY(item->data))) {
+    if (!isAllowed(GST_ELEMENT_FACTORY(item->data))) {
       gst_plugin_feature_set_rank(GST_PLUGIN_FEATURE(item->data), GST_RANK_NONE);
     }
   }
@@ -132,13 +152,11 @@ void prepareVideos() {
 }
 
 std::variant<VideoFacts, Failure> measureVideo(int file, double quality) {
-  auto looked = look(file);
-  if (auto* const failure = std::get_if<Failure>(&looked)) return std::move(*failure);
-  const auto& video = std::get<Video>(looked);
+  auto inspected = inspect(file);
+  if (auto* const failure = std::get_if<Failure>(&inspected)) return std::move(*failure);
+  const auto& video = std::get<Video>(inspected);
   VideoFacts facts{video.duration, video.size, {}};
-  const auto sample = firstFrame(video.uri.c_str(), untilTime(video.deadline));
-  if (!sample) return facts;
-  const MappedFrame frame(sample);
+  const auto frame = firstFrame(video);
   if (!frame) return facts;
   auto encoded = encodePixels({frame.pixels(), frame.width(), frame.height(), frame.stride(), TJPF_RGB}, quality);
   if (auto* const jpeg = std::get_if<JpegImage>(&encoded)) facts.firstFrameJpeg = std::move(jpeg->bytes);
@@ -146,12 +164,10 @@ std::variant<VideoFacts, Failure> measureVideo(int file, double quality) {
 }
 
 std::variant<ScaledFrame, Failure> readFrame(int file, PixelSize most) {
-  auto looked = look(file);
-  if (auto* const failure = std::get_if<Failure>(&looked)) return std::move(*failure);
-  const auto& video = std::get<Video>(looked);
-  const auto sample = firstFrame(video.uri.c_str(), untilTime(video.deadline));
-  if (!sample) return Failure{"has no picture"};
-  const MappedFrame frame(sample);
+  auto inspected = inspect(file);
+  if (auto* const failure = std::get_if<Failure>(&inspected)) return std::move(*failure);
+  const auto& video = std::get<Video>(inspected);
+  const auto frame = firstFrame(video);
   if (!frame) return Failure{"has no picture"};
   const auto size = fitted({frame.width(), frame.height()}, most);
   const auto whole = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new_from_data(

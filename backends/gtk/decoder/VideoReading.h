@@ -5,7 +5,7 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
-#include "PixbufLoading.h"
+#include "PictureReading.h"
 #include "glib/GRef.h"
 
 #include "orivex/platform/base/Failure.h"

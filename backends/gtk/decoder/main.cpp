@@ -1,11 +1,13 @@
 // Decodes pictures and videos of strangers for the component, which starts it and talks to it over a stream. Whatever a
 // file does to it, the component goes on.
 
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include <sys/socket.h>
@@ -28,17 +30,6 @@ struct Answer {
   std::string bytes;
 };
 
-Answer failureAnswer(const std::string& why) {
-  return {{.isFailure = 1}, why};
-}
-
-Answer jpegAnswer(std::string bytes, Size size, double duration) {
-  return {{.width = static_cast<std::uint32_t>(size.width),
-           .height = static_cast<std::uint32_t>(size.height),
-           .duration = duration},
-          std::move(bytes)};
-}
-
 Answer pixelsAnswer(GdkPixbuf* picture, double duration) {
   const auto width = static_cast<std::uint32_t>(gdk_pixbuf_get_width(picture));
   const auto height = static_cast<std::uint32_t>(gdk_pixbuf_get_height(picture));
@@ -52,18 +43,21 @@ Answer pixelsAnswer(GdkPixbuf* picture, double duration) {
   return answer;
 }
 
-struct Answering {
-  Answer operator()(const Failure& failure) const { return failureAnswer(failure.description); }
-  Answer operator()(JpegImage& image) const { return jpegAnswer(std::move(image.bytes), image.size, 0); }
-  Answer operator()(VideoFacts& facts) const {
-    return jpegAnswer(std::move(facts.firstFrameJpeg), facts.size, facts.duration);
+struct MakeAnswer {
+  Answer operator()(const Failure& failure) const { return {{.isFailure = 1}, failure.description}; }
+  Answer operator()(JpegImage&& image) const { return (*this)(VideoFacts{0, image.size, std::move(image.bytes)}); }
+  Answer operator()(VideoFacts&& facts) const {
+    return {{.width = static_cast<std::uint32_t>(facts.size.width),
+             .height = static_cast<std::uint32_t>(facts.size.height),
+             .duration = facts.duration},
+            std::move(facts.firstFrameJpeg)};
   }
   Answer operator()(const GRef<GdkPixbuf>& picture) const { return pixelsAnswer(picture.get(), 0); }
   Answer operator()(const ScaledFrame& frame) const { return pixelsAnswer(frame.picture.get(), frame.duration); }
 };
 
 Answer answerTo(const DecodingRequest& request, std::FILE* file) {
-  const auto answer = [](auto result) { return std::visit(Answering(), result); };
+  const auto answer = [](auto result) { return std::visit(MakeAnswer(), std::move(result)); };
   const PixelSize most{static_cast<int>(request.width), static_cast<int>(request.height)};
   switch (request.kind) {
     case Decoding::recode:
@@ -75,7 +69,7 @@ Answer answerTo(const DecodingRequest& request, std::FILE* file) {
     case Decoding::video:
       return answer(measureVideo(fileno(file), request.quality));
   }
-  return failureAnswer("is not asked for");
+  return MakeAnswer()(Failure{"is not asked for"});
 }
 
 FilePtr receiveRequest(DecodingRequest& request) {
@@ -117,7 +111,7 @@ bool serve() {
   try {
     answer = answerTo(request, file.get());
   } catch (const std::exception& error) {
-    answer = failureAnswer(error.what());
+    answer = MakeAnswer()(Failure{error.what()});
   }
   alarm(0);
   answer.facts.bytes = answer.bytes.size();
@@ -129,6 +123,11 @@ bool serve() {
 
 int main(int argc, char** argv) {
   using namespace orivex::gtk;
+  // Whatever the host does with its signals, the alarm ends this process.
+  sigset_t signals;
+  sigfillset(&signals);
+  sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+  std::signal(SIGALRM, SIG_DFL);
   if (argc > 1 && std::string_view(argv[1]) == videoDecoder) prepareVideos();
   lockDown();
   if (!send("r", 1)) {
