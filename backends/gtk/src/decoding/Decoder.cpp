@@ -1,4 +1,4 @@
-#include "decoding/Decoder.h"
+#include "Decoder.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "pictures/RegularFile.h"
+#include "../pictures/RegularFile.h"
 
 namespace orivex::gtk {
 namespace {
@@ -27,7 +27,7 @@ class Decoder::Pool {
 
   std::variant<Decoded, Failure> decode(const DecodingRequest& request, int file) {
     const bool isVideo = request.kind == Decoding::video || request.kind == Decoding::frame;
-    const Turn turn(*this);
+    const auto turn = enter();
     auto process = takeIdle(isVideo);
     if (!process) {
       auto started = DecoderProcess::start(program_, isVideo);
@@ -40,14 +40,10 @@ class Decoder::Pool {
   }
 
   void endIdle() {
-    std::vector<Idle> ended;
     const std::lock_guard lock(mutex_);
     const auto now = DecoderProcess::Clock::now();
-    const auto first = std::partition(idle_.begin(), idle_.end(), [&](const Idle& idle) {
-      return now - idle.since < std::chrono::duration<double>(longestIdleness);
-    });
-    ended.insert(ended.end(), std::make_move_iterator(first), std::make_move_iterator(idle_.end()));
-    idle_.erase(first, idle_.end());
+    std::erase_if(idle_,
+                  [&](const Idle& idle) { return now - idle.since >= std::chrono::duration<double>(longestIdleness); });
   }
 
  private:
@@ -57,25 +53,21 @@ class Decoder::Pool {
     DecoderProcess::Clock::time_point since;
   };
 
-  /// One of the few places at work.
-  class Turn {
-   public:
-    explicit Turn(Pool& pool) : pool_(pool) {
-      std::unique_lock lock(pool_.mutex_);
-      pool_.free_.wait(lock, [this] { return pool_.working_ < mostAtOnce; });
-      ++pool_.working_;
+  struct Leave {
+    void operator()(Pool* pool) const {
+      const std::lock_guard lock(pool->mutex_);
+      --pool->working_;
+      pool->free_.notify_one();
     }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-    ~Turn() {
-      const std::lock_guard lock(pool_.mutex_);
-      --pool_.working_;
-      pool_.free_.notify_one();
-    }
-
-   private:
-    Pool& pool_;
   };
+
+  // Waits until fewer than `mostAtOnce` decode; the caller decodes as long as it keeps what it gets.
+  std::unique_ptr<Pool, Leave> enter() {
+    std::unique_lock lock(mutex_);
+    free_.wait(lock, [this] { return working_ < mostAtOnce; });
+    ++working_;
+    return std::unique_ptr<Pool, Leave>(this);
+  }
 
   std::unique_ptr<DecoderProcess> takeIdle(bool isVideo) {
     const std::lock_guard lock(mutex_);

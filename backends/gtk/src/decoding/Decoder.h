@@ -4,7 +4,7 @@
 #include <string>
 #include <variant>
 
-#include "decoding/DecoderProcess.h"
+#include "DecoderProcess.h"
 
 #include "orivex/platform/base/Failure.h"
 #include "orivex/platform/ports/MainQueue.h"

@@ -1,19 +1,14 @@
-#include "decoding/DecoderProcess.h"
+#include "DecoderProcess.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <csignal>
-#include <cstring>
-#include <memory>
 #include <system_error>
+#include <utility>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
+#include <gio/gunixfdmessage.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
+
+#include "../glib/GMemory.h"
 
 namespace orivex::gtk {
 namespace {
@@ -27,43 +22,8 @@ constexpr std::chrono::seconds longestVideoStart{60};
 // Of a JPEG or a message; more than any picture that is decoded fills.
 constexpr std::uint64_t mostBytes = std::uint64_t{256} << 20U;
 
-Failure systemFailure(const char* what, int code) {
-  return Failure{std::string(what) + ": " + std::generic_category().message(code)};
-}
-
-/// What a decoder begins with: one end of the stream, and nothing else of this process.
-class Surroundings {
- public:
-  explicit Surroundings(int socket) {
-    posix_spawn_file_actions_init(&files_);
-    posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&files_, socket, decoderSocket);
-    posix_spawn_file_actions_addclosefrom_np(&files_, decoderSocket + 1);
-    posix_spawnattr_init(&attributes_);
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes_, &signals);
-    sigfillset(&signals);
-    posix_spawnattr_setsigdefault(&attributes_, &signals);
-    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-  }
-  Surroundings(const Surroundings&) = delete;
-  Surroundings& operator=(const Surroundings&) = delete;
-  ~Surroundings() {
-    posix_spawn_file_actions_destroy(&files_);
-    posix_spawnattr_destroy(&attributes_);
-  }
-
-  const posix_spawn_file_actions_t* files() const { return &files_; }
-  const posix_spawnattr_t* attributes() const { return &attributes_; }
-
- private:
-  posix_spawn_file_actions_t files_{};
-  posix_spawnattr_t attributes_{};
-};
-
-// Whether the answer can be one to the request: the decoder has read foreign bytes and is not believed.
-bool fits(const DecodingReply& reply, const DecodingRequest& request) {
+// Whether the reply can be one to the request: the decoder has read foreign bytes and is not trusted.
+bool isPlausible(const DecodingReply& reply, const DecodingRequest& request) {
   if (reply.isFailure || request.kind == Decoding::recode || request.kind == Decoding::video) {
     return reply.bytes <= mostBytes;
   }
@@ -77,20 +37,20 @@ bool fits(const DecodingReply& reply, const DecodingRequest& request) {
 std::variant<std::unique_ptr<DecoderProcess>, Failure> DecoderProcess::start(const std::string& program,
                                                                              bool forVideos) {
   std::array<int, 2> ends{};
-  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return systemFailure("no socket", errno);
-  std::string name = program;
-  std::string role = forVideos ? videoDecoder : "";
-  std::array<char*, 3> arguments{name.data(), role.data(), nullptr};
-  pid_t process = 0;
-  const Surroundings surroundings(ends[1]);
-  const int code = posix_spawn(&process, program.c_str(), surroundings.files(), surroundings.attributes(),
-                               arguments.data(), environ);
-  close(ends[1]);
-  if (code != 0) {
-    close(ends[0]);
-    return systemFailure("no decoder", code);
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+    return Failure{"no socket: " + std::generic_category().message(errno)};
   }
-  std::unique_ptr<DecoderProcess> started(new DecoderProcess(process, ends[0]));
+  auto socket = GRef<GSocket>::adopt(g_socket_new_from_fd(ends[0], nullptr));
+  // Of this process's descriptors it gets no other.
+  const auto launcher = GRef<GSubprocessLauncher>::adopt(g_subprocess_launcher_new(G_SUBPROCESS_FLAGS_NONE));
+  g_subprocess_launcher_take_fd(launcher.get(), ends[1], decoderSocket);
+  GError* raised = nullptr;
+  auto process = GRef<GSubprocess>::adopt(g_subprocess_launcher_spawn(launcher.get(), &raised, program.c_str(),
+                                                                      forVideos ? videoDecoder : nullptr, nullptr));
+  const GErrorPtr error(raised);
+  if (!process) return Failure{std::string("no decoder: ") + error->message};
+  g_subprocess_launcher_close(launcher.get());  // this process's copy of the other end
+  std::unique_ptr<DecoderProcess> started(new DecoderProcess(std::move(process), std::move(socket)));
   char ready = 0;
   if (!started->receive(&ready, 1, Clock::now() + (forVideos ? longestVideoStart : longestStart))) {
     return Failure{"the decoder does not start"};
@@ -99,64 +59,45 @@ std::variant<std::unique_ptr<DecoderProcess>, Failure> DecoderProcess::start(con
 }
 
 DecoderProcess::~DecoderProcess() {
-  close(socket_);
-  kill(process_, SIGKILL);
-  while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
-  }
+  g_subprocess_force_exit(process_.get());
+  g_subprocess_wait(process_.get(), nullptr, nullptr);
 }
 
 std::variant<Decoded, Failure> DecoderProcess::decode(const DecodingRequest& request, int file) {
   isUsable_ = false;
   const auto deadline = Clock::now() + longestDecoding;
-  if (!send(request, file)) return Failure{"the decoder has ended"};
-  auto result = answer(request, deadline);
-  if (isLate_) return Failure{"takes too long to be decoded"};
-  return result;
-}
-
-std::variant<Decoded, Failure> DecoderProcess::answer(const DecodingRequest& request, Clock::time_point deadline) {
+  const auto failure = [this](const char* what) { return Failure{isLate_ ? "takes too long to be decoded" : what}; };
+  if (!send(request, file)) return failure("the decoder has ended");
   Decoded decoded;
-  if (!receive(reinterpret_cast<char*>(&decoded.facts), sizeof decoded.facts, deadline)) {
-    return Failure{"needs too much memory, or harms its decoder"};
+  auto& [facts, bytes] = decoded;
+  if (!receive(reinterpret_cast<char*>(&facts), sizeof facts, deadline)) {
+    return failure("needs too much memory, or harms its decoder");
   }
-  if (!fits(decoded.facts, request)) return Failure{"makes its decoder talk nonsense"};
-  decoded.bytes.resize(decoded.facts.bytes);
-  if (!receive(decoded.bytes.data(), decoded.bytes.size(), deadline)) return Failure{"has ended its decoder"};
+  if (!isPlausible(facts, request)) return failure("makes its decoder answer nonsense");
+  bytes.resize(facts.bytes);
+  if (!receive(bytes.data(), bytes.size(), deadline)) return failure("has ended its decoder");
   isUsable_ = true;
-  if (decoded.facts.isFailure) return Failure{std::move(decoded.bytes)};
+  if (facts.isFailure) return Failure{std::move(bytes)};
   return decoded;
 }
 
 bool DecoderProcess::send(const DecodingRequest& request, int file) {
-  DecodingRequest copy = request;
-  iovec part{&copy, sizeof copy};
-  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof file)> control{};
-  msghdr message{};
-  message.msg_iov = &part;
-  message.msg_iovlen = 1;
-  message.msg_control = control.data();
-  message.msg_controllen = control.size();
-  auto* const header = CMSG_FIRSTHDR(&message);
-  header->cmsg_level = SOL_SOCKET;
-  header->cmsg_type = SCM_RIGHTS;
-  header->cmsg_len = CMSG_LEN(sizeof file);
-  std::memcpy(CMSG_DATA(header), &file, sizeof file);
-  return sendmsg(socket_, &message, MSG_NOSIGNAL) == static_cast<ssize_t>(sizeof copy);
+  const auto descriptor = GRef<GSocketControlMessage>::adopt(g_unix_fd_message_new());
+  if (!g_unix_fd_message_append_fd(G_UNIX_FD_MESSAGE(descriptor.get()), file, nullptr)) return false;
+  auto* beside = descriptor.get();
+  GOutputVector part{&request, sizeof request};
+  return g_socket_send_message(socket_.get(), nullptr, &part, 1, &beside, 1, G_SOCKET_MSG_NONE, nullptr, nullptr) ==
+         static_cast<gssize>(sizeof request);
 }
 
 bool DecoderProcess::receive(char* data, std::size_t length, Clock::time_point deadline) {
   while (length > 0) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    pollfd waiting{socket_, POLLIN, 0};
-    const int ready = left > 0 ? poll(&waiting, 1, static_cast<int>(left)) : 0;
-    if (ready < 0 && errno == EINTR) continue;
-    isLate_ = ready == 0;
-    if (ready <= 0) return false;
-    const auto got = recv(socket_, data, length, MSG_DONTWAIT);
-    if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
-    if (got <= 0) return false;
-    data += got;
-    length -= static_cast<std::size_t>(got);
+    const auto left = std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now()).count();
+    isLate_ = left <= 0 || !g_socket_condition_timed_wait(socket_.get(), G_IO_IN, left, nullptr, nullptr);
+    const auto count = isLate_ ? 0 : g_socket_receive(socket_.get(), data, length, nullptr, nullptr);
+    if (count <= 0) return false;
+    data += count;
+    length -= static_cast<std::size_t>(count);
   }
   return true;
 }

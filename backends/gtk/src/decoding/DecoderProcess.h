@@ -3,11 +3,13 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <utility>
 #include <variant>
 
-#include <sys/types.h>
+#include <gio/gio.h>
 
-#include "decoding/Protocol.h"
+#include "../glib/GRef.h"
+#include "Protocol.h"
 
 #include "orivex/platform/base/Failure.h"
 
@@ -37,14 +39,14 @@ class DecoderProcess {
   bool isUsable() const { return isUsable_; }
 
  private:
-  DecoderProcess(pid_t process, int socket) : process_(process), socket_(socket) {}
+  DecoderProcess(GRef<GSubprocess> process, GRef<GSocket> socket)
+      : process_(std::move(process)), socket_(std::move(socket)) {}
 
   bool send(const DecodingRequest& request, int file);
   bool receive(char* data, std::size_t length, Clock::time_point deadline);
-  std::variant<Decoded, Failure> answer(const DecodingRequest& request, Clock::time_point deadline);
 
-  const pid_t process_;
-  const int socket_;
+  const GRef<GSubprocess> process_;
+  const GRef<GSocket> socket_;
   bool isUsable_ = true;
   bool isLate_ = false;
 };

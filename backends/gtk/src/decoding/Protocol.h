@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// What the component and its decoders tell each other, over a stream of which both hold an end: a decoder writes one
+/// The messages between the component and its decoders, over a stream of which both hold an end: a decoder writes one
 /// byte when it is ready, then takes one request at a time, with the file's descriptor beside it, and answers it. Both
 /// are of one build, so numbers travel as they lie in memory.
 namespace orivex::gtk {

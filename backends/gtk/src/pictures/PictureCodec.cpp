@@ -1,4 +1,4 @@
-#include "pictures/PictureCodec.h"
+#include "PictureCodec.h"
 
 #include <utility>
 

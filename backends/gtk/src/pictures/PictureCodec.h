@@ -1,6 +1,6 @@
 #pragma once
 
-#include "decoding/Decoder.h"
+#include "../decoding/Decoder.h"
 
 #include "orivex/platform/ports/ImageCodec.h"
 

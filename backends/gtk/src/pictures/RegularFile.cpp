@@ -1,4 +1,4 @@
-#include "pictures/RegularFile.h"
+#include "RegularFile.h"
 
 #include <cerrno>
 #include <system_error>
