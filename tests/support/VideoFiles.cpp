@@ -32,12 +32,15 @@ std::string testVideo() {
          "videoconvert ! x264enc speed-preset=ultrafast ! mp4mux";
 }
 
+std::string contentsOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 void turnVideo(const std::filesystem::path& path, int degrees) {
   constexpr std::size_t matrixOffset = 44;  // of the track header of version 0
   constexpr std::array<std::array<char, 4>, 4> turns{{{1, 0, 0, 1}, {0, 1, -1, 0}, {-1, 0, 0, -1}, {0, -1, 1, 0}}};
-  std::ifstream in(path, std::ios::binary);
-  std::string bytes(std::istreambuf_iterator<char>(in), {});
-  in.close();
+  std::string bytes = contentsOf(path);
   const auto matrix = bytes.find("tkhd") + matrixOffset;
   constexpr std::array<std::size_t, 4> places{0, 4, 12, 16};  // 16.16 numbers, in rows of three
   for (std::size_t index = 0; index < places.size(); ++index) {

@@ -1,5 +1,4 @@
 #include <chrono>
-#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,11 +23,6 @@ constexpr DecodingRequest asThumbnail{.kind = Decoding::picture, .width = 256, .
 constexpr DecodingRequest asPhoto{.kind = Decoding::recode, .quality = 0.7};
 constexpr DecodingRequest asFrame{.kind = Decoding::frame, .width = 256, .height = 256};
 constexpr DecodingRequest asVideo{.kind = Decoding::video, .quality = 0.7};
-
-std::string contentsOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// Files that cost a decoder all it may have.
 class Bombs {

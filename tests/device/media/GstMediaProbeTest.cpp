@@ -78,8 +78,7 @@ TEST_F(GstMediaProbeTest, AVideoWithoutADecoderOnThisDeviceIsTold) {
 TEST_F(GstMediaProbeTest, WhatIsNoVideoIsToldInTime) {
   const auto video = media("video.mp4", testVideo());
   ASSERT_EQ(mkfifo((folder_.path() / "pipe.mp4").c_str(), 0600), 0);
-  std::ifstream file(video, std::ios::binary);
-  const std::string whole(std::istreambuf_iterator<char>(file), {});
+  const std::string whole = contentsOf(video);
   const std::filesystem::path rows[] = {
       folder_.write("text.mp4", "Dear diary, today I went to see the sea."),
       folder_.write("empty.mp4", ""),

@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include <gtest/gtest.h>
 
 #include "PersonalTraces.h"
@@ -27,11 +25,6 @@ std::string box(const std::string& type, const std::string& content) {
 std::string riffChunk(const std::string& type, const std::string& content) {
   const std::string length{static_cast<char>(content.size()), 0, 0, 0};
   return type + length + content + std::string(content.size() % 2, '\0');
-}
-
-std::string contentsOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 class PersonalTracesTest : public ::testing::Test {

@@ -2,11 +2,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
 #include "glib/GMemory.h"
 #include "pictures/PictureCodec.h"
+#include "support/Processes.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestDecoder.h"
 
@@ -15,7 +17,6 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
-using Colors = PlainJpegOptions::Colors;
 
 constexpr RgbColor red{255, 0, 0};
 constexpr RgbColor green{0, 255, 0};
@@ -46,6 +47,14 @@ std::array<RgbColor, 4> cornersOf(const RgbImage& image) {
   return {image.at(inside, inside), image.at(right, inside), image.at(inside, bottom), image.at(right, bottom)};
 }
 
+// The first quantisation table, for luma: its first steps tell the quality.
+std::string lumaSteps(const std::string& jpeg) {
+  for (const auto& marker : markersOf(jpeg)) {
+    if (marker.code == 0xDB) return marker.payload.substr(1, 64);
+  }
+  return {};
+}
+
 TEST_F(PictureCodecTest, IsUprightWhicheverWayTheCameraWasHeld) {
   const struct {
     int orientation;
@@ -59,7 +68,7 @@ TEST_F(PictureCodecTest, IsUprightWhicheverWayTheCameraWasHeld) {
       {0, {red, green, blue, white}, false}, {9, {red, green, blue, white}, false},
   };
   const PlainJpegOptions kinds[] = {
-      {}, {.lumaDown = 1}, {.lumaAcross = 1, .lumaDown = 1}, {.progressive = true}, {.colors = Colors::rgb}};
+      {}, {.lumaDown = 1}, {.lumaAcross = 1, .lumaDown = 1}, {.progressive = true}, {.colors = JCS_RGB}};
   for (const auto& row : rows) {
     for (auto kind : kinds) {
       for (const auto& [width, height] : {std::pair(96U, 64U), std::pair(97U, 61U)}) {
@@ -98,10 +107,10 @@ TEST_F(PictureCodecTest, TakesEveryKindOfPicture) {
       {"tiff", savedPicture(image, "tiff"), plain},
       {"webp", savedPicture(image, "webp"), plain},
       {"avif", savedPicture(image, "avif"), plain},
-      {"grey jpeg", encodePlainJpeg(image, {.colors = Colors::grey}), greys},
-      {"rgb jpeg", encodePlainJpeg(image, {.colors = Colors::rgb}), plain},
-      {"cmyk jpeg", encodePlainJpeg(image, {.colors = Colors::cmyk}), plain},
-      {"ycck jpeg", encodePlainJpeg(image, {.colors = Colors::ycck}), plain},
+      {"grey jpeg", encodePlainJpeg(image, {.colors = JCS_GRAYSCALE}), greys},
+      {"rgb jpeg", encodePlainJpeg(image, {.colors = JCS_RGB}), plain},
+      {"cmyk jpeg", encodePlainJpeg(image, {.colors = JCS_CMYK}), plain},
+      {"ycck jpeg", encodePlainJpeg(image, {.colors = JCS_YCCK}), plain},
       {"progressive jpeg", encodePlainJpeg(image, {.progressive = true}), plain},
   };
   for (const auto& row : rows) {
@@ -133,7 +142,7 @@ TEST_F(PictureCodecTest, TellsNothingOfTheOwner) {
                                              {0xFE, "SECRET"}}};
   const GCharPtr profileText(g_base64_encode(reinterpret_cast<const guchar*>(profile.data()), profile.size()));
   auto inkOptions = options;
-  inkOptions.colors = Colors::ycck;
+  inkOptions.colors = JCS_YCCK;
   const struct {
     const char* name;
     std::string contents;
@@ -159,6 +168,94 @@ TEST_F(PictureCodecTest, TellsNothingOfTheOwner) {
     }
     EXPECT_EQ(hasProfile, row.keepsColors) << row.name;
   }
+}
+
+TEST_F(PictureCodecTest, SamplesThatAreNotConvertedLookAsIfTheyWere) {
+  const PlainJpegOptions kinds[] = {{}, {.lumaDown = 1}, {.lumaAcross = 1, .lumaDown = 1}};
+  for (unsigned seed = 1; seed <= 2; ++seed) {
+    for (const auto& kind : kinds) {
+      const auto stored = encodePlainJpeg(naturalPhoto(800, 600, seed), kind);
+      const auto original = decodePlainJpeg(stored);
+      auto usual = kind;
+      usual.quality = 70;
+      const auto plain = decodePlainJpeg(encodePlainJpeg(original, usual));
+      const auto own = decodePlainJpeg(jpeg(stored).bytes);
+      EXPECT_GE(psnr(own, plain), 38) << kind.lumaAcross << kind.lumaDown;
+      EXPECT_GE(psnr(own, original), psnr(plain, original) - 0.2) << kind.lumaAcross << kind.lumaDown;
+    }
+  }
+}
+
+TEST_F(PictureCodecTest, TheQualityIsThatOfLibjpegsScaleWhateverTheFileHad) {
+  for (const int storedQuality : {50, 100}) {
+    const auto stored = encodePlainJpeg(quarters(64, 48), {.quality = storedQuality});
+    for (const int quality : {1, 35, 70, 100}) {
+      EXPECT_EQ(lumaSteps(jpeg(stored, quality / 100.0).bytes),
+                lumaSteps(encodePlainJpeg(quarters(64, 48), {.quality = quality})))
+          << quality << " of " << storedQuality;
+    }
+  }
+}
+
+TEST_F(PictureCodecTest, WhatIsNoPictureIsTold) {
+  const auto jpeg = encodePlainJpeg(quarters(64, 48));
+  const auto png = savedPicture(quarters(64, 48), "png").value();
+  const auto scan = jpeg.find("\xFF\xDA");
+  ASSERT_EQ(mkfifo((folder_.path() / "pipe.jpg").c_str(), 0600), 0);
+  const struct {
+    std::filesystem::path path;
+    const char* reason;
+  } rows[] = {
+      {folder_.write("text.jpg", "Dear diary"), "image file format"},
+      {folder_.write("empty.jpg", ""), "empty"},
+      {folder_.path() / "missing.jpg", "No such file"},
+      {folder_.path(), "is not a file"},
+      {folder_.path() / "pipe.jpg", "is not a file"},
+      {folder_.write("start.jpg", jpeg.substr(0, 3)), "JPEG"},
+      {folder_.write("header.jpg", jpeg.substr(0, scan)), "JPEG"},
+      {folder_.write("nothing.jpg", jpeg.substr(0, scan + 16)), "Premature end"},
+      {folder_.write("junk.jpg", jpeg.substr(0, 20) + std::string(500, 'x')), "cannot be shown"},
+      {folder_.write("header.png", png.substr(0, png.find("IDAT") + 6)), "not a picture"},
+      {folder_.write("bomb.jpg", withClaimedSize(jpeg, 65000, 65000)), "too large"},
+      {folder_.write("turned.jpg",
+                     withClaimedSize(encodePlainJpeg(quarters(64, 48),
+                                                     {.lumaAcross = 1, .lumaDown = 1, .markers = {exifMarker(6)}}),
+                                     14000, 14000)),
+       "too large"},
+      {folder_.write("bomb.ppm", "P6\n60000 60000\n255\n" + std::string(4096, 'x')), "too large"},
+  };
+  for (const auto& row : rows) {
+    const auto result = codec_.jpeg(row.path, 0.7);
+    const auto* const failure = std::get_if<Failure>(&result);
+    ASSERT_TRUE(failure) << row.path;
+    EXPECT_THAT(failure->description, HasSubstr(row.reason));
+    EXPECT_THAT(failure->description, HasSubstr(row.path.string()));
+    EXPECT_THAT(failure->description, Not(HasSubstr("\n")));
+  }
+}
+
+TEST_F(PictureCodecTest, OfAFileThatWasCutOffThePartThatIsThereIsShown) {
+  for (const bool progressive : {false, true}) {
+    const auto photo = naturalPhoto(640, 480, 3);
+    const auto whole = encodePlainJpeg(photo, {.progressive = progressive});
+    auto shown = decodePlainJpeg(jpeg(whole.substr(0, whole.size() * 7 / 10)).bytes);
+    ASSERT_EQ(shown.height, 480U);
+    auto original = photo;
+    for (auto* image : {&shown, &original}) {
+      image->height = 240;
+      image->samples.resize(std::size_t{640} * 240 * 3);
+    }
+    EXPECT_GT(psnr(shown, original), 24) << progressive;
+  }
+}
+
+TEST_F(PictureCodecTest, ALargeTurnedPictureTakesLessMemoryThanItsPixels) {
+  constexpr unsigned side = 6000;
+  [[maybe_unused]] constexpr long pixelsKiB = long{side} * side * 3 / 1024;
+  EXPECT_EQ(jpeg(encodePlainJpeg(quarters(side, side), {.markers = {exifMarker(6)}})).size, (Size{side, side}));
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+  EXPECT_LT(std::stol(figureOf(decoderProcesses().at(0), "VmHWM:\t")), pixelsKiB + 32L * 1024);
+#endif
 }
 
 TEST_F(PictureCodecTest, WorksOnTwoThreads) {

@@ -1,39 +1,9 @@
 #include "PlainJpeg.h"
 
-#include <cstdio>
 #include <cstdlib>
-
-#include <jpeglib.h>
 
 namespace orivex::gtk {
 namespace {
-
-using Colors = PlainJpegOptions::Colors;
-
-bool hasFourChannels(Colors colors) {
-  return colors == Colors::cmyk || colors == Colors::ycck;
-}
-
-void setColors(jpeg_compress_struct& info, const PlainJpegOptions& options) {
-  switch (options.colors) {
-    case Colors::yCbCr:
-      info.comp_info[0].h_samp_factor = options.lumaAcross;
-      info.comp_info[0].v_samp_factor = options.lumaDown;
-      break;
-    case Colors::grey:
-      jpeg_set_colorspace(&info, JCS_GRAYSCALE);
-      break;
-    case Colors::rgb:
-      jpeg_set_colorspace(&info, JCS_RGB);
-      break;
-    case Colors::cmyk:
-      jpeg_set_colorspace(&info, JCS_CMYK);
-      break;
-    case Colors::ycck:
-      jpeg_set_colorspace(&info, JCS_YCCK);
-      break;
-  }
-}
 
 // The usual files with four inks hold them inverted, so that red, green and blue stand there as they are, with no key.
 std::vector<JSAMPLE> inkRow(const std::uint8_t* rgb, unsigned width) {
@@ -66,11 +36,16 @@ std::string encodePlainJpeg(const RgbImage& image, const PlainJpegOptions& optio
   jpeg_mem_dest(&info, &bytes, &size);
   info.image_width = image.width;
   info.image_height = image.height;
-  info.input_components = hasFourChannels(options.colors) ? 4 : 3;
-  info.in_color_space = hasFourChannels(options.colors) ? JCS_CMYK : JCS_RGB;
+  const bool hasInks = options.colors == JCS_CMYK || options.colors == JCS_YCCK;
+  info.input_components = hasInks ? 4 : 3;
+  info.in_color_space = hasInks ? JCS_CMYK : JCS_RGB;
   jpeg_set_defaults(&info);
   jpeg_set_quality(&info, options.quality, TRUE);
-  setColors(info, options);
+  jpeg_set_colorspace(&info, options.colors);
+  if (options.colors == JCS_YCbCr) {
+    info.comp_info[0].h_samp_factor = options.lumaAcross;
+    info.comp_info[0].v_samp_factor = options.lumaDown;
+  }
   if (options.progressive) jpeg_simple_progression(&info);
   jpeg_start_compress(&info, TRUE);
   for (const auto& marker : options.markers) {

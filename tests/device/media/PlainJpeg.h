@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <jpeglib.h>
 
 #include "RgbImage.h"
 
@@ -17,7 +20,7 @@ struct PlainJpegOptions {
   int quality = 92;
   int lumaAcross = 2;  ///< luma samples per chroma sample
   int lumaDown = 2;
-  enum class Colors { yCbCr, grey, rgb, cmyk, ycck } colors = Colors::yCbCr;
+  J_COLOR_SPACE colors = JCS_YCbCr;
   bool progressive = false;
   std::vector<JpegMarker> markers{};
 };
