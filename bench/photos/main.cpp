@@ -39,8 +39,8 @@ class Stage {
 
   Opening open(const Library& library) {
     current_ = std::make_unique<gtk::GtkPhotoLibrary>(
-        Platform::current().mainQueue, dynamic_cast<gtk::GtkApplicationPort&>(Platform::current().application), media_,
-        [&library] { return library.sources(); });
+        Platform::current().mainQueue, dynamic_cast<gtk::GtkApplicationPort&>(Platform::current().application),
+        std::ref(media_), [&library] { return library.sources(); });
     meter_.take();
     Opening opening;
     const double start = milliseconds();

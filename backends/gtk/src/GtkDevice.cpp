@@ -18,7 +18,6 @@
 #include "glib/GRef.h"
 #include "net/CurlHttpClient.h"
 #include "photos/GtkPhotoLibrary.h"
-#include "photos/library/DecodedMedia.h"
 #include "pictures/PictureCodec.h"
 #include "ui/AdwAnimator.h"
 #include "ui/GtkApplicationPort.h"
@@ -83,10 +82,9 @@ class GtkDevice {
   Decoder decoder_{mainQueue_, componentBundle_.pathOf("decoder/OrivexDecoder")};
   PictureCodec imageCodec_{decoder_};
   GstMediaProbe mediaProbe_{decoder_};
-  DecodedMedia mediaReader_{decoder_};
   GtkDocumentPicker documentPicker_{mainQueue_, application_};
   OpenWithMenu documentInteraction_{mainQueue_, application_, typeRegistry_};
-  GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaReader_};
+  GtkPhotoLibrary photoLibrary_{mainQueue_, application_, mediaReader(decoder_)};
   GstAudioSession audioSession_{mainQueue_};
   GtkRecordPermission recordPermission_{mainQueue_, application_,
                                         ConsentFile(ConsentFile::defaultPath(), storageName())};

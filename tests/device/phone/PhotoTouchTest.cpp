@@ -11,7 +11,6 @@ class PhotoTouch : public ::testing::Test, protected PhotoStage {};
 TEST_F(PhotoTouch, FingersScrollSelectZoomAndGoOn) {
   fill(60);
   open();
-  settle();
   ASSERT_TRUE(cell("p01.jpg"));
   auto* const grid = gtk_widget_get_ancestor(cell("p01.jpg")->widget(), GTK_TYPE_SCROLLED_WINDOW);
   auto* const scrolled = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(grid));
@@ -28,17 +27,17 @@ TEST_F(PhotoTouch, FingersScrollSelectZoomAndGoOn) {
   EXPECT_TRUE(reads("完成(1)"));
   visitor_.click(cell(name)->widget());
   EXPECT_TRUE(reads(position(number)));
-  settle();
+  waitForSlide();
   hands("swipe", 300, 360, 60, 360);
   EXPECT_TRUE(reads(position(number + 1)));
-  settle();
+  waitForSlide();
 
   hands("pinch", 180, 360, 80, 240);
   hands("swipe", 200, 360, 120, 360);
   pass(0.5);
   EXPECT_TRUE(reads(position(number + 1))) << "a picture that was drawn near is moved, not left";
   hands("pinch", 180, 360, 240, 40);
-  settle();
+  waitForSlide();
   hands("swipe", 60, 360, 300, 360);
   EXPECT_TRUE(reads(position(number)));
 }

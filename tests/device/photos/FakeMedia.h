@@ -3,7 +3,7 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include "glib/GMemory.h"
-#include "photos/library/DecodedMedia.h"
+#include "photos/library/MediaReader.h"
 #include "support/TestDecoder.h"
 
 namespace orivex::gtk {
@@ -20,10 +20,10 @@ inline std::string pictureData(int width, int height, guint32 rgba, const char* 
 }
 
 /// Photos as they are; seven seconds of green in every video but those named "broken".
-class FakeMedia final : public MediaReader {
+class FakeMedia {
  public:
-  std::optional<Thumbnail> read(const MediaItem& item, int width, int height) const override {
-    if (item.type == MediaType::image) return photos_.read(item, width, height);
+  std::optional<Thumbnail> operator()(const MediaItem& item, int width, int height) const {
+    if (item.type == MediaType::image) return photos_(item, width, height);
     if (item.path.find("broken") != std::string::npos) return std::nullopt;
     auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, 64, 36));
     gdk_pixbuf_fill(picture.get(), 0x20a040ff);
@@ -32,7 +32,7 @@ class FakeMedia final : public MediaReader {
 
  private:
   TestDecoder decoder_;
-  const DecodedMedia photos_{decoder_};
+  const MediaReader photos_ = mediaReader(decoder_);
 };
 
 }  // namespace orivex::gtk

@@ -21,12 +21,12 @@ class MediaLibraryTest : public ::testing::Test {
     EXPECT_TRUE(wait([&] { return catalog_ && catalog_->isComplete(); }, 10));
   }
   // Until the watching has begun everywhere.
-  void settle() { pass(0.5); }
+  static void waitForWatch() { pass(0.5); }
 
   std::string shown() const {
     std::set<std::string> names;
     if (catalog_) {
-      for (const auto& item : *catalog_->albums().front().items) names.emplace(nameOf(*item));
+      for (const auto& item : *catalog_->albums().front().items) names.emplace(nameOf(item->path));
     }
     std::string all;
     for (const auto& name : names) all += name + " ";
@@ -48,7 +48,7 @@ TEST_F(MediaLibraryTest, FilesComeChangeAndGoByThemselves) {
   folder_.write("root/sub/b.jpg", "x");
   open();
   EXPECT_EQ(shown(), "a.jpg b.jpg ");
-  settle();
+  waitForWatch();
   const auto before = catalog_->find(folder_.path() / "root/a.jpg");
 
   folder_.write("root/screenshot.png", "x");
@@ -71,11 +71,11 @@ TEST_F(MediaLibraryTest, FoldersComeAndGoWithWhatTheyHold) {
   folder_.write("other/new/deep/a.jpg", "x");
   folder_.write("other/.hidden/secret.jpg", "x");
   open();
-  settle();
+  waitForWatch();
   fs::rename(folder_.path() / "other/new", folder_.path() / "root/new");
   fs::rename(folder_.path() / "other/.hidden", folder_.path() / "root/.hidden");
   EXPECT_TRUE(shows("a.jpg ")) << shown();
-  settle();
+  waitForWatch();
   folder_.write("root/new/deep/b.jpg", "x");
   EXPECT_TRUE(shows("a.jpg b.jpg ")) << "the new folder is watched too: " << shown();
   fs::rename(folder_.path() / "root/new", folder_.path() / "other/new");
@@ -95,7 +95,7 @@ TEST_F(MediaLibraryTest, OnlyTheWantedKindIsListed) {
   folder_.write("root/a.jpg", "x");
   folder_.write("root/b.mp4", "x");
   open({.images = false, .videos = true});
-  settle();
+  waitForWatch();
   folder_.write("root/c.jpg", "x");
   folder_.write("root/d.mp4", "x");
   EXPECT_TRUE(shows("b.mp4 d.mp4 ")) << shown();
@@ -104,7 +104,7 @@ TEST_F(MediaLibraryTest, OnlyTheWantedKindIsListed) {
 TEST_F(MediaLibraryTest, NothingIsToldAfterItsEnd) {
   for (int index = 0; index < 300; ++index) folder_.write("root/" + std::to_string(index) + ".jpg", "x");
   open();
-  settle();
+  waitForWatch();
   folder_.write("root/late.jpg", "x");
   pass(0.1);  // noted, but not told yet
   library_.reset();

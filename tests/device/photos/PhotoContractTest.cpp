@@ -15,12 +15,12 @@ class PhotoContractFixture : private PhotoStage {
   View& view() { return *PhotoStage::view(); }
   bool wait(const std::function<bool()>& condition, double seconds) { return gtk::wait(condition, seconds); }
   void select(const std::vector<std::string>& names) {
-    settle();
+    waitForSlide();
     for (const auto& name : names) clickCircle(name);
     clickText("完成(" + std::to_string(names.size()) + ")");
   }
   void close() {
-    settle();
+    waitForSlide();
     clickText("取消");
   }
 };

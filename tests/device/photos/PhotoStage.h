@@ -38,8 +38,10 @@ class PhotoStage {
     }
   }
 
+  /// Opens the sheet and waits until it has slid in.
   void open(const PhotoLibraryOptions& options = {}) {
     library_.show(options, *view(), [this](PhotoSelection selection) { results_.push_back(std::move(selection)); });
+    waitForSlide();
   }
 
   View* view() const { return application().find(visitor_.window())->window()->contentView().get(); }
@@ -57,15 +59,16 @@ class PhotoStage {
   static PhotoCell* findCell(GtkWidget* parent, const std::string& name) {
     for (GtkWidget* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
       auto* const cell = PhotoCell::of(child);
-      if (cell && cell->item() && nameOf(*cell->item()) == name && gtk_widget_get_mapped(child)) return cell;
+      if (cell && cell->item() && nameOf(cell->item()->path) == name && gtk_widget_get_mapped(child)) return cell;
       if (auto* const found = findCell(child, name)) return found;
     }
     return nullptr;
   }
 
-  // Waits until the panel has come to rest.
-  void settle() { pass(0.6); }
+  // Until what slides has come to rest.
+  static void waitForSlide() { pass(0.6); }
 
+  void addPhoto(const std::string& path) { folder_.write(path, pictureData(8, 8, 0xffffffff, "jpeg")); }
   void clickCircle(const std::string& name) {
     auto* const target = cell(name);
     ASSERT_TRUE(target) << name;
@@ -74,6 +77,11 @@ class PhotoStage {
     gtk_widget_translate_coordinates(target->widget(), GTK_WIDGET(visitor_.window()),
                                      gtk_widget_get_width(target->widget()) - 18.0, 18, &x, &y);
     VisitorWindow::click(x, y);
+  }
+  // Opens a photo, or a video, large.
+  void clickPicture(const std::string& name) {
+    ASSERT_TRUE(cell(name)) << name;
+    visitor_.click(cell(name)->widget());
   }
   bool reads(const std::string& text) {
     return wait([&] { return findByText(GTK_WIDGET(visitor_.overlay()), text) != nullptr; }, 5);
@@ -84,6 +92,12 @@ class PhotoStage {
   }
   bool isGone() {
     return wait([&] { return library_.content() == nullptr; }, 5);
+  }
+  // Clicks the button that says so; the names that the host gets then.
+  std::string confirmed(const std::string& button) {
+    clickText(button);
+    EXPECT_TRUE(isGone());
+    return results_.empty() ? "nothing" : names(results_.back());
   }
   std::string names(const PhotoSelection& selection) {
     std::string all;
@@ -99,7 +113,7 @@ class PhotoStage {
   TemporaryFolder folder_;
   const FakeMedia media_{};
   GtkPhotoLibrary library_{
-      Platform::current().mainQueue, application(), media_, [this] {
+      Platform::current().mainQueue, application(), std::ref(media_), [this] {
         return PhotoSources{{{folder_.path() / "root", "图片"}}, ThumbnailCache(folder_.path() / "cache")};
       }};
   std::vector<PhotoSelection> results_;

@@ -42,7 +42,7 @@ TEST_F(ThumbnailTest, LieWhereEveryProgramLooksForThem) {
   const ThumbnailCache cache("/cache");
   // The digest of "file:///home/jens/photos/me.png", the freedesktop thumbnail standard's own example.
   const MediaItem item{"/home/jens/photos/me.png"};
-  EXPECT_EQ(cache.pathOf(item, ThumbnailSize::normal), "/cache/normal/c6ee772d9e49320e97ec29a7eb5b1697.png");
+  EXPECT_EQ(cache.pathOf(item, large), "/cache/large/c6ee772d9e49320e97ec29a7eb5b1697.png");
   EXPECT_EQ(cache.pathOf(item, ThumbnailSize::xLarge).parent_path(), "/cache/x-large");
 }
 
@@ -69,7 +69,7 @@ TEST_F(ThumbnailTest, OfAnotherProgramAreTakenOnlyWhenTheyAreOfThisFileAsItIs) {
 
 TEST_F(ThumbnailTest, AreWrittenForTheVisitorAloneAndReadBack) {
   const auto item = file("clip.mp4", "x");
-  const auto made = media_.read(item, 256, 256);
+  const auto made = media_(item, 256, 256);
   ASSERT_TRUE(made);
   cache_.write(item, large, *made);
   const auto path = cache_.pathOf(item, large);
@@ -88,10 +88,10 @@ TEST_F(ThumbnailTest, AreWrittenForTheVisitorAloneAndReadBack) {
 TEST_F(ThumbnailTest, OfAFileThatMayStillChangeAreNotKept) {
   const auto path = folder_.write("new.jpg", pictureData(8, 8, 0xff0000ff, "jpeg"));
   const auto young = *FolderScan::itemAt(path, {});
-  cache_.write(young, large, *media_.read(young, 256, 256));
+  cache_.write(young, large, *media_(young, 256, 256));
   cache_.writeFailure(young);
   const auto old = file("old.jpg", pictureData(8, 8, 0xff0000ff, "jpeg"));
-  const auto made = *media_.read(old, 256, 256);
+  const auto made = *media_(old, 256, 256);
   file("old.jpg", "something else", 1'700'000'500);
   cache_.write(old, large, made);
   EXPECT_FALSE(fs::exists(folder_.path() / "cache"));
@@ -125,7 +125,7 @@ TEST_F(ThumbnailTest, AreScaledUprightAndNeverEnlarged) {
         Case{"a line", pictureData(3000, 1, 0xff0000ff, "png"), 256, 1},
         Case{"small", pictureData(20, 10, 0xff0000ff, "png"), 20, 10}, Case{"turned", turned, 20, 40}}) {
     // The name lies about the format, as names do.
-    const auto made = media_.read(file("some.png", contents), 256, 256);
+    const auto made = media_(file("some.png", contents), 256, 256);
     ASSERT_TRUE(made) << name;
     EXPECT_EQ(gdk_pixbuf_get_width(made->picture.get()), width) << name;
     EXPECT_EQ(gdk_pixbuf_get_height(made->picture.get()), height) << name;
@@ -138,11 +138,11 @@ TEST_F(ThumbnailTest, OfWhatIsNoPictureAreNotMade) {
   bomb.replace(16, 8, std::string("\0\0\x60\0\0\0\x60\0", 8));
   int count = 0;
   for (const auto& contents : {std::string(), std::string("text"), bomb}) {
-    EXPECT_FALSE(media_.read(file("a.jpg", contents), 256, 256)) << count;
+    EXPECT_FALSE(media_(file("a.jpg", contents), 256, 256)) << count;
     ++count;
   }
-  EXPECT_FALSE(media_.read(file("broken.mp4", "x"), 256, 256));
-  EXPECT_FALSE(media_.read(MediaItem{folder_.path() / "missing.jpg"}, 256, 256));
+  EXPECT_FALSE(media_(file("broken.mp4", "x"), 256, 256));
+  EXPECT_FALSE(media_(MediaItem{folder_.path() / "missing.jpg"}, 256, 256));
 }
 
 }  // namespace

@@ -14,11 +14,11 @@ constexpr std::chrono::seconds longestWorkerIdleness{2};
 
 }  // namespace
 
-GtkPhotoLibrary::GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaReader& reader,
+GtkPhotoLibrary::GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, MediaReader reader,
                                  std::function<PhotoSources()> sources)
     : queue_(queue),
       application_(application),
-      reader_(reader),
+      reader_(std::move(reader)),
       sources_(std::move(sources)),
       players_(1, longestWorkerIdleness) {}
 

@@ -19,7 +19,7 @@ namespace orivex::gtk {
 class GtkPhotoLibrary final : public PhotoLibrary {
  public:
   /// `sources` is asked at each opening.
-  GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, const MediaReader& reader,
+  GtkPhotoLibrary(MainQueue& queue, GtkApplicationPort& application, MediaReader reader,
                   std::function<PhotoSources()> sources = desktopSources);
 
   /// The XDG folders and the desktop's thumbnails.
@@ -37,7 +37,7 @@ class GtkPhotoLibrary final : public PhotoLibrary {
 
   MainQueue& queue_;
   GtkApplicationPort& application_;
-  const MediaReader& reader_;
+  const MediaReader reader_;
   const std::function<PhotoSources()> sources_;
   Once<void(PhotoSelection)> selected_;
   WorkerPool players_;

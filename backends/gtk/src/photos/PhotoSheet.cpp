@@ -214,7 +214,7 @@ void PhotoSheet::browsed(const std::vector<std::string>& paths) {
   for (const auto& path : paths) {
     const auto found = FolderScan::itemAt(path, filter_);
     if (!found) {
-      refusal = "无法打开:" + std::string(nameOf(MediaItem{path}));
+      refusal = "无法打开:" + std::string(nameOf(path));
       continue;
     }
     const auto isSame = [&](const MediaItemPtr& known) { return known->path == path; };
@@ -234,9 +234,8 @@ void PhotoSheet::browsed(const std::vector<std::string>& paths) {
 }
 
 MediaItemPtr PhotoSheet::find(const std::string& path) const {
-  const auto& items = *browsed_.items;
-  const auto found = std::find_if(items.begin(), items.end(), [&](const auto& item) { return item->path == path; });
-  return found != items.end() ? *found : catalog_->find(path);
+  const auto browsed = itemWithPath(*browsed_.items, path);
+  return browsed ? browsed : catalog_->find(path);
 }
 
 // An album that has gone gives way to that of everything.

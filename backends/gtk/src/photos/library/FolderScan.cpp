@@ -82,7 +82,7 @@ void FolderScan::entry(int folderDescriptor, const std::string& folder, const ch
 }
 
 std::optional<MediaItem> FolderScan::itemAt(const std::string& path, const MediaFilter& filter) {
-  const auto type = mediaTypeOf(std::string_view(path).substr(path.rfind('/') + 1), filter);
+  const auto type = mediaTypeOf(nameOf(path), filter);
   struct stat facts {};
   if (!type || stat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
   return MediaItem{path, *type, modified(facts), facts.st_size};

@@ -10,7 +10,6 @@
 #include <sys/stat.h>
 
 #include "MediaItem.h"
-#include "MediaNames.h"
 
 namespace orivex::gtk {
 

@@ -41,7 +41,7 @@ void FolderWatch::watchLater() {
         return waiting_.clear();
       }
       monitors_.emplace(folder, monitorOf(folder));
-      note(folder);
+      addChanged(folder);
     }
     watchLater();
   }));
@@ -56,7 +56,7 @@ FolderWatch::Monitor FolderWatch::monitorOf(const std::string& folder) {
     // While a file is written, only the end of the writing counts.
     if (event == G_FILE_MONITOR_EVENT_CHANGED) return;
     for (GFile* const one : {touched, other}) {
-      if (const GCharPtr path(one ? g_file_get_path(one) : nullptr); path) note(path.get());
+      if (const GCharPtr path(one ? g_file_get_path(one) : nullptr); path) addChanged(path.get());
     }
   };
   auto connection = SignalConnection::connect(monitor.get(), "changed", changed);
@@ -69,14 +69,14 @@ void FolderWatch::forget(const std::string& folder) {
   std::erase_if(monitors_, [&](const auto& monitor) { return monitor.first.starts_with(below); });
 }
 
-void FolderWatch::note(std::string path) {
-  if (noted_.empty()) queue_.asyncAfter(gatheringSeconds, alive_.guard([this] { tell(); }));
-  noted_.insert(std::move(path));
+void FolderWatch::addChanged(std::string path) {
+  if (changedPaths_.empty()) queue_.asyncAfter(gatheringSeconds, alive_.guard([this] { report(); }));
+  changedPaths_.insert(std::move(path));
 }
 
-void FolderWatch::tell() {
-  const auto noted = std::exchange(noted_, {});
-  changed_({noted.begin(), noted.end()});
+void FolderWatch::report() {
+  const auto paths = std::exchange(changedPaths_, {});
+  changed_({paths.begin(), paths.end()});
 }
 
 }  // namespace orivex::gtk

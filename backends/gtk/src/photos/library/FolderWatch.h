@@ -17,14 +17,14 @@
 
 namespace orivex::gtk {
 
-/// Tells which paths in a set of folders have come, changed or gone. Main thread.
+/// Reports which paths in a set of folders have come, changed or gone. Main thread.
 class FolderWatch {
  public:
   /// `changed` gets the paths of a short while together.
   FolderWatch(MainQueue& queue, std::function<void(std::vector<std::string> paths)> changed);
 
   /// Adds folders, without those below them. The watching begins within the next turns of the main thread; each folder
-  /// is told as changed then, since nobody has seen what happened in it before.
+  /// is reported as changed then, since nobody has seen what happened in it before.
   void watch(const std::vector<std::string>& folders);
 
   /// Ends the watching of a folder and of those below it.
@@ -38,14 +38,14 @@ class FolderWatch {
 
   void watchLater();
   Monitor monitorOf(const std::string& folder);
-  void note(std::string path);
-  void tell();
+  void addChanged(std::string path);
+  void report();
 
   MainQueue& queue_;
   std::function<void(std::vector<std::string> paths)> changed_;
   std::deque<std::string> waiting_;
   std::map<std::string, Monitor> monitors_;  // by folder
-  std::set<std::string> noted_;
+  std::set<std::string> changedPaths_;
   Alive alive_;
 };
 

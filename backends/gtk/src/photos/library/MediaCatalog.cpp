@@ -5,31 +5,29 @@
 #include <string_view>
 #include <unordered_map>
 
-#include <glib.h>
-
-#include "../../glib/GMemory.h"
+#include "MediaTexts.h"
 
 namespace orivex::gtk {
 namespace {
 
 constexpr const char* everything = "最近项目";
 
-std::string lastPart(std::string_view path) {
-  const GCharPtr name(g_filename_display_name(std::string(path.substr(path.rfind('/') + 1)).c_str()));
-  return name.get();
-}
-
 std::string albumName(const std::string& folder, const std::vector<MediaRoot>& roots) {
   const auto root = std::find_if(roots.begin(), roots.end(), [&](const auto& known) { return known.path == folder; });
-  return root == roots.end() ? lastPart(folder) : root->name;
+  return root == roots.end() ? displayName(folder) : root->name;
 }
 
-void tellApart(std::vector<Album>& albums) {
+// Newest first; files of one moment by path, so that the order never wavers.
+bool isShownBefore(const MediaItemPtr& one, const MediaItemPtr& other) {
+  return one->modified != other->modified ? one->modified > other->modified : one->path < other->path;
+}
+
+void tellNamesakesApart(std::vector<Album>& albums) {
   std::map<std::string, int> uses;
   for (const auto& album : albums) ++uses[album.name];
   for (auto& album : albums) {
     if (uses[album.name] > 1 && !album.folder.empty()) {
-      album.name = lastPart(folderOf(MediaItem{album.folder})) + "/" + album.name;
+      album.name = displayName(folderOf(album.folder)) + "/" + album.name;
     }
   }
 }
@@ -39,14 +37,14 @@ void tellApart(std::vector<Album>& albums) {
 MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots, bool isComplete)
     : isComplete_(isComplete) {
   auto all = std::make_shared<MediaItems>(std::move(items));
-  std::sort(all->begin(), all->end(), [](const auto& one, const auto& other) { return isShownBefore(*one, *other); });
+  std::sort(all->begin(), all->end(), isShownBefore);
 
   // In this order the first item of a folder that comes by is its newest, which puts the albums in order too.
   std::vector<std::pair<std::string_view, std::shared_ptr<MediaItems>>> folders;
   std::unordered_map<std::string_view, MediaItems*> itemsOf;
   for (const auto& item : *all) {
-    auto& known = itemsOf[folderOf(*item)];
-    if (!known) known = folders.emplace_back(folderOf(*item), std::make_shared<MediaItems>()).second.get();
+    auto& known = itemsOf[folderOf(item->path)];
+    if (!known) known = folders.emplace_back(folderOf(item->path), std::make_shared<MediaItems>()).second.get();
     known->push_back(item);
   }
 
@@ -55,13 +53,7 @@ MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots
     const std::string path(folder);
     albums_.push_back({albumName(path, roots), path, std::move(inside)});
   }
-  tellApart(albums_);
-}
-
-MediaItemPtr MediaCatalog::find(const std::string& path) const {
-  const auto& all = *albums_.front().items;
-  const auto found = std::find_if(all.begin(), all.end(), [&](const auto& item) { return item->path == path; });
-  return found == all.end() ? nullptr : *found;
+  tellNamesakesApart(albums_);
 }
 
 }  // namespace orivex::gtk

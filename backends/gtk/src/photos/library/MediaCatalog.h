@@ -8,8 +8,6 @@
 
 namespace orivex::gtk {
 
-using MediaItems = std::vector<MediaItemPtr>;
-
 /// A folder below which photos are looked for.
 struct MediaRoot {
   std::string path;
@@ -37,7 +35,7 @@ class MediaCatalog {
   bool isComplete() const { return isComplete_; }
 
   /// The file as it was at that moment; null when it was not there.
-  MediaItemPtr find(const std::string& path) const;
+  MediaItemPtr find(const std::string& path) const { return itemWithPath(*albums_.front().items, path); }
 
  private:
   std::vector<Album> albums_;

@@ -18,15 +18,15 @@ namespace {
 // A small library is read before the sheet's first frame and appears at once. Of a larger one the folders with the
 // newest files, which are read first, fill the screen by then; the rest follows while the sheet slides in. In between
 // the scan rests, so that the first pictures have a small device's processors for themselves.
-constexpr double firstNewsSeconds = 0.003;
+constexpr double firstReportSeconds = 0.003;
 constexpr int screenful = 24;
 constexpr double restSeconds = 0.06;
 
 // A folder that takes so long to read shows what it has so far, and so does a slow library from then on.
 constexpr double slowSeconds = 0.12;
 
-// The clock is asked once in so many files.
-constexpr int filesPerLook = 64;
+// Files between two checks of the clock.
+constexpr int filesPerClockCheck = 64;
 
 bool isIn(const std::string& path, const std::string& folder) {
   return path == folder || path.starts_with(folder + "/");
@@ -34,7 +34,7 @@ bool isIn(const std::string& path, const std::string& folder) {
 
 }  // namespace
 
-struct MediaLibrary::News {
+struct MediaLibrary::Update {
   std::shared_ptr<const MediaCatalog> catalog;
   std::vector<std::string> newFolders;
   std::vector<std::string> goneFolders;
@@ -44,7 +44,7 @@ struct MediaLibrary::News {
 class MediaLibrary::Worker final : public ScanVisitor, public std::enable_shared_from_this<Worker> {
  public:
   /// `report` is called on the worker threads, one call at a time.
-  Worker(MainQueue& queue, std::vector<MediaRoot> roots, const MediaFilter& filter, std::function<void(News)> report)
+  Worker(MainQueue& queue, std::vector<MediaRoot> roots, const MediaFilter& filter, std::function<void(Update)> report)
       : queue_(queue), roots_(std::move(roots)), filter_(filter), report_(std::move(report)), scan_(filter, *this) {
     for (const auto& root : roots_) scan_.add(root.path);
   }
@@ -55,7 +55,7 @@ class MediaLibrary::Worker final : public ScanVisitor, public std::enable_shared
   void scan() {
     const std::lock_guard lock(mutex_);
     while (!stopped_ && scan_.visitNext()) {
-      if (hasReported_ || found_ < screenful || queue_.now() < start_ + firstNewsSeconds) continue;
+      if (hasReported_ || found_ < screenful || queue_.now() < start_ + firstReportSeconds) continue;
       report();
       return queue_.asyncAfter(restSeconds,
                                [self = shared_from_this()] { self->queue_.global([self] { self->scan(); }); });
@@ -83,7 +83,7 @@ class MediaLibrary::Worker final : public ScanVisitor, public std::enable_shared
 
   void foundItem(MediaItem item) override {
     add(std::move(item));
-    if (isComplete_ || ++found_ % filesPerLook != 0 || queue_.now() < slowAfter_) return;
+    if (isComplete_ || ++found_ % filesPerClockCheck != 0 || queue_.now() < slowAfter_) return;
     report();
     slowAfter_ = queue_.now() + slowSeconds;
   }
@@ -101,7 +101,7 @@ class MediaLibrary::Worker final : public ScanVisitor, public std::enable_shared
   void update(const std::string& path) {
     std::error_code failure;
     const auto status = std::filesystem::status(path, failure);
-    const bool isHidden = path.compare(path.rfind('/') + 1, 1, ".") == 0;
+    const bool isHidden = nameOf(path).starts_with('.');
     if (!std::filesystem::exists(status)) {
       forget(path);
     } else if (std::filesystem::is_directory(status)) {
@@ -134,7 +134,7 @@ class MediaLibrary::Worker final : public ScanVisitor, public std::enable_shared
   MainQueue& queue_;
   const std::vector<MediaRoot> roots_;
   const MediaFilter filter_;
-  const std::function<void(News)> report_;
+  const std::function<void(Update)> report_;
   FolderScan scan_;
   std::atomic<bool> stopped_ = false;
   std::mutex mutex_;
@@ -154,13 +154,13 @@ MediaLibrary::MediaLibrary(MainQueue& queue, std::vector<MediaRoot> roots, const
     : queue_(queue), changed_(std::move(changed)), watch_(queue, [this](const std::vector<std::string>& paths) {
         queue_.global([worker = worker_, paths] { worker->update(paths); });
       }) {
-  auto learn = alive_.guard([this](const News& news) {
-    for (const auto& folder : news.goneFolders) watch_.forget(folder);
-    watch_.watch(news.newFolders);
-    changed_(news.catalog);
+  auto apply = alive_.guard([this](const Update& update) {
+    for (const auto& folder : update.goneFolders) watch_.forget(folder);
+    watch_.watch(update.newFolders);
+    changed_(update.catalog);
   });
-  worker_ = std::make_shared<Worker>(queue, std::move(roots), filter, [&queue, learn](News news) {
-    queue.async([learn, news = std::move(news)]() mutable { learn(news); });
+  worker_ = std::make_shared<Worker>(queue, std::move(roots), filter, [&queue, apply](Update update) {
+    queue.async([apply, update = std::move(update)]() mutable { apply(update); });
   });
   queue_.global([worker = worker_] { worker->scan(); });
 }

@@ -7,7 +7,6 @@
 
 #include "FolderWatch.h"
 #include "MediaCatalog.h"
-#include "MediaNames.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -33,7 +32,7 @@ class MediaLibrary {
 
  private:
   class Worker;
-  struct News;
+  struct Update;
 
   MainQueue& queue_;
   Changed changed_;

@@ -45,13 +45,13 @@ std::string originalText(std::size_t count, std::int64_t bytes) {
 }
 
 std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number) {
-  std::string text = (item.type == MediaType::video ? "视频 " : "照片 ") + displayName(item);
+  std::string text = (item.type == MediaType::video ? "视频 " : "照片 ") + displayName(item.path);
   if (duration) text += ", 时长 " + durationText(*duration);
   return text + (number == 0 ? ", 未选择" : ", 已选择, 第" + std::to_string(number) + "项");
 }
 
-std::string displayName(const MediaItem& item) {
-  const GCharPtr name(g_filename_display_name(std::string(nameOf(item)).c_str()));
+std::string displayName(std::string_view path) {
+  const GCharPtr name(g_filename_display_basename(std::string(path).c_str()));
   return name.get();
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "MediaItem.h"
 
@@ -25,7 +26,7 @@ std::string originalText(std::size_t count, std::int64_t bytes);
 /// `number` is the place in the selection, from 1; 0 when not selected.
 std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number);
 
-/// The name of a file for people: what is not UTF-8 in it is replaced.
-std::string displayName(const MediaItem& item);
+/// The name of a file or folder for people: what is not UTF-8 in it is replaced.
+std::string displayName(std::string_view path);
 
 }  // namespace orivex::gtk

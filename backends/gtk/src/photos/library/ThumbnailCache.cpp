@@ -35,15 +35,7 @@ std::string fileName(const MediaItem& item) {
 }
 
 const char* folderName(ThumbnailSize size) {
-  switch (size) {
-    case ThumbnailSize::normal:
-      return "normal";
-    case ThumbnailSize::large:
-      return "large";
-    case ThumbnailSize::xLarge:
-      return "x-large";
-  }
-  return "";
+  return size == ThumbnailSize::large ? "large" : "x-large";
 }
 
 std::string seconds(const MediaItem& item) {
@@ -78,7 +70,7 @@ std::optional<double> durationIn(GdkPixbuf* picture) {
 }
 
 // Modification times are kept in seconds: a file that changes twice in one would keep the first one's thumbnail.
-bool isSettled(const MediaItem& item) {
+bool isOldEnough(const MediaItem& item) {
   const auto now = FolderScan::itemAt(item.path, {});
   constexpr std::int64_t youth = 2;
   return now == item && g_get_real_time() / G_USEC_PER_SEC - item.modified / nanosecondsPerSecond >= youth;
@@ -128,11 +120,11 @@ bool ThumbnailCache::hasFailed(const MediaItem& item) const {
 }
 
 void ThumbnailCache::write(const MediaItem& item, ThumbnailSize size, const Thumbnail& thumbnail) const {
-  if (isSettled(item)) writePicture(pathOf(item, size), item, thumbnail);
+  if (isOldEnough(item)) writePicture(pathOf(item, size), item, thumbnail);
 }
 
 void ThumbnailCache::writeFailure(const MediaItem& item) const {
-  if (!isSettled(item)) return;
+  if (!isOldEnough(item)) return;
   const auto dot = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, 1, 1));
   gdk_pixbuf_fill(dot.get(), 0);
   writePicture(failurePathOf(item), item, {dot, std::nullopt});

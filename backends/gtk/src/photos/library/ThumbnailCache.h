@@ -17,8 +17,8 @@ struct Thumbnail {
   std::optional<double> duration;  ///< seconds, of a video that the decoder has read
 };
 
-/// Longest sides in pixels of the thumbnails that the desktop shares.
-enum class ThumbnailSize : int { normal = 128, large = 256, xLarge = 512 };
+/// Longest sides in pixels of thumbnails that the desktop shares and that are sharp enough for the grid.
+enum class ThumbnailSize : int { large = 256, xLarge = 512 };
 
 /// The thumbnails that all programs of a desktop share, as the freedesktop thumbnail specification lays them down. Any
 /// thread; blocks. A thumbnail counts while the modification time noted in it, in seconds, is the file's.

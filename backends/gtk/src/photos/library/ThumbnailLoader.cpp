@@ -30,11 +30,7 @@ void load(const MediaItem& item, ThumbnailSize size, const ThumbnailCache& cache
   // Another program may have made it, perhaps of a video that is none to the decoder.
   if (kept && (item.type == MediaType::image || kept->duration)) return;
   if (cache.hasFailed(item)) return deliver({});
-  if (!kept) {
-    // Something to look at in the meantime.
-    if (const auto coarse = cache.read(item, ThumbnailSize::normal)) deliver(textureOf(*coarse));
-  }
-  if (const auto made = reader.read(item, static_cast<int>(size), static_cast<int>(size))) {
+  if (const auto made = reader(item, static_cast<int>(size), static_cast<int>(size))) {
     deliver(textureOf(*made));
     cache.write(item, size, *made);
   } else {

@@ -25,7 +25,7 @@ class LargePictures {
   };
 
   /// A picture of an item with `detail` pixels, across and down, for each pixel of the display.
-  struct Wish {
+  struct Request {
     MediaItemPtr item;
     int detail = 1;
   };
@@ -34,20 +34,20 @@ class LargePictures {
   LargePictures(MainQueue& queue, const MediaReader& reader, std::function<void()> loaded)
       : queue_(queue), reader_(reader), loaded_(std::move(loaded)) {}
 
-  /// Loads what is wanted, the first first, and forgets everything else. `area`: pixels of the display.
-  void want(std::vector<Wish> wishes, Size area);
+  /// Loads what is requested, in that order, and forgets everything else. `area`: pixels of the display.
+  void request(std::vector<Request> requests, Size area);
 
   /// Null while it is not there.
   const Picture* find(const MediaItemPtr& item) const;
 
  private:
   void loadNext();
-  void load(const Wish& wish);
+  void load(const Request& request);
 
   MainQueue& queue_;
   const MediaReader& reader_;
   const std::function<void()> loaded_;
-  std::vector<Wish> wishes_;
+  std::vector<Request> requests_;
   Size area_;
   std::map<MediaItemPtr, Picture> pictures_;
   bool isLoading_ = false;

@@ -70,11 +70,11 @@ PreviewStrip::~PreviewStrip() {
 
 void PreviewStrip::show(std::shared_ptr<const MediaItems> items, std::size_t position) {
   abandonSlide();
-  const auto before = looked();
+  const auto before = current();
   items_ = std::move(items);
   position_ = position;
-  if (looked() != before) zoom_ = {};
-  wantPictures();
+  if (current() != before) zoom_ = {};
+  requestPictures();
   gtk_widget_queue_draw(canvas_.get());
 }
 
@@ -87,7 +87,7 @@ void PreviewStrip::clear() {
   abandonSlide();
   items_ = nullptr;
   frame_ = nullptr;
-  pictures_.want({}, {});
+  pictures_.request({}, {});
 }
 
 MediaItemPtr PreviewStrip::itemAt(std::ptrdiff_t position) const {
@@ -102,7 +102,7 @@ int PreviewStrip::minimumSize(GtkOrientation /*orientation*/, int /*forSize*/) {
 void PreviewStrip::allocate(int width, int height) {
   const Size size{static_cast<double>(width), static_cast<double>(height)};
   if (std::exchange(size_, size) != size) zoom_ = {};
-  wantPictures();
+  requestPictures();
 }
 
 void PreviewStrip::snapshot(GtkSnapshot* snapshot) {
@@ -133,24 +133,24 @@ void PreviewStrip::drawItem(GtkSnapshot* snapshot, std::size_t position, double 
 }
 
 // What is looked at first, then what the next swipe brings.
-void PreviewStrip::wantPictures() {
+void PreviewStrip::requestPictures() {
   if (!items_ || size_.width == 0) return;
   const double scale = gtk_widget_get_scale_factor(canvas_.get());
-  std::vector<LargePictures::Wish> wishes;
-  if (zoom_.isIn()) wishes.push_back({looked(), closeDetail});
+  std::vector<LargePictures::Request> requests;
+  if (zoom_.isIn()) requests.push_back({current(), closeDetail});
   for (const int beside : {0, 1, -1}) {
-    if (auto item = itemAt(static_cast<std::ptrdiff_t>(position_) + beside)) wishes.push_back({std::move(item)});
+    if (auto item = itemAt(static_cast<std::ptrdiff_t>(position_) + beside)) requests.push_back({std::move(item)});
   }
-  pictures_.want(std::move(wishes), {size_.width * scale, size_.height * scale});
+  pictures_.request(std::move(requests), {size_.width * scale, size_.height * scale});
 }
 
 void PreviewStrip::zoomTo(double scale, Point focus) {
-  const auto item = looked();
+  const auto item = current();
   const auto* const picture = item && item->type == MediaType::image ? pictures_.find(item) : nullptr;
   if (!picture || picture->isBroken) return;
-  if (!zoom_.isIn()) zoom_.fit(drawing::containedSize(picture->texture.get(), size_), size_);
+  if (!zoom_.isIn()) zoom_ = {drawing::containedSize(picture->texture.get(), size_), size_};
   zoom_.scaleTo(scale, focus);
-  wantPictures();
+  requestPictures();
   gtk_widget_queue_draw(canvas_.get());
 }
 
@@ -244,7 +244,7 @@ void PreviewStrip::slideEnded() {
   offset_ = 0;
   if (direction == 0 || !items_) return;
   position_ = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(position_) + direction);
-  wantPictures();
+  requestPictures();
   gtk_widget_queue_draw(canvas_.get());
   handlers_.moved(position_);
 }

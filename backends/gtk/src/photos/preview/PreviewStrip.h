@@ -55,8 +55,8 @@ class PreviewStrip final : private CanvasDelegate {
   void drawItem(GtkSnapshot* snapshot, std::size_t position, double left);
 
   MediaItemPtr itemAt(std::ptrdiff_t position) const;
-  MediaItemPtr looked() const { return itemAt(static_cast<std::ptrdiff_t>(position_)); }
-  void wantPictures();
+  MediaItemPtr current() const { return itemAt(static_cast<std::ptrdiff_t>(position_)); }
+  void requestPictures();
   void zoomTo(double scale, Point focus);
   Point fromMiddle(double x, double y) const;
   void dragged(double x, double y);

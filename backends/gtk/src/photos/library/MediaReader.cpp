@@ -1,4 +1,4 @@
-#include "DecodedMedia.h"
+#include "MediaReader.h"
 
 #include <memory>
 #include <utility>
@@ -22,14 +22,12 @@ GRef<GdkPixbuf> pictureOf(Decoded decoded) {
                                                           static_cast<int>(facts.height), width * channels));
 }
 
-}  // namespace
-
-std::optional<Thumbnail> DecodedMedia::read(const MediaItem& item, int width, int height) const {
+std::optional<Thumbnail> read(const Decoder& decoder, const MediaItem& item, int width, int height) {
   const bool isVideo = item.type == MediaType::video;
-  auto result = decoder_.decode({.kind = isVideo ? Decoding::frame : Decoding::picture,
-                                 .width = static_cast<std::uint32_t>(width),
-                                 .height = static_cast<std::uint32_t>(height)},
-                                item.path);
+  auto result = decoder.decode({.kind = isVideo ? Decoding::frame : Decoding::picture,
+                                .width = static_cast<std::uint32_t>(width),
+                                .height = static_cast<std::uint32_t>(height)},
+                               item.path);
   if (const auto* const failure = std::get_if<Failure>(&result)) {
     log::print(item.path + " cannot be shown: " + failure->description);
     return std::nullopt;
@@ -37,6 +35,12 @@ std::optional<Thumbnail> DecodedMedia::read(const MediaItem& item, int width, in
   auto& decoded = std::get<Decoded>(result);
   const auto duration = isVideo ? std::optional(decoded.facts.duration) : std::nullopt;
   return Thumbnail{pictureOf(std::move(decoded)), duration};
+}
+
+}  // namespace
+
+MediaReader mediaReader(const Decoder& decoder) {
+  return [&decoder](const MediaItem& item, int width, int height) { return read(decoder, item, width, height); };
 }
 
 }  // namespace orivex::gtk

@@ -1,4 +1,4 @@
-#include "MediaNames.h"
+#include "MediaItem.h"
 
 #include <algorithm>
 #include <array>
@@ -23,20 +23,14 @@ bool contains(const Endings& endings, std::string_view ending) {
 
 }  // namespace
 
-std::optional<MediaType> mediaTypeOf(std::string_view fileName) {
+std::optional<MediaType> mediaTypeOf(std::string_view fileName, const MediaFilter& filter) {
   const auto dot = fileName.rfind('.');
   if (fileName.starts_with('.') || dot == std::string_view::npos) return std::nullopt;
   std::string ending(fileName.substr(dot + 1));
   std::transform(ending.begin(), ending.end(), ending.begin(), g_ascii_tolower);
-  if (contains(imageEndings, ending)) return MediaType::image;
-  if (contains(videoEndings, ending)) return MediaType::video;
+  if (contains(imageEndings, ending)) return filter.images ? std::optional(MediaType::image) : std::nullopt;
+  if (contains(videoEndings, ending)) return filter.videos ? std::optional(MediaType::video) : std::nullopt;
   return std::nullopt;
-}
-
-std::optional<MediaType> mediaTypeOf(std::string_view fileName, const MediaFilter& filter) {
-  const auto type = mediaTypeOf(fileName);
-  const bool wanted = type == MediaType::image ? filter.images : filter.videos;
-  return wanted ? type : std::nullopt;
 }
 
 }  // namespace orivex::gtk
