@@ -1,5 +1,7 @@
 """The GObject library as a host in another language meets it. Usage: binding_test.py SERVER"""
 import gc
+import pathlib
+import re
 import sys
 import unittest
 import weakref
@@ -86,6 +88,14 @@ class ChatTest(unittest.TestCase):
         chat.present(self.window)
         self.assertTrue(run_until(lambda: "revealed" in self.story))
         self.assertTrue(chat.queue_card(1, '{"title": "壶"}'))
+
+    def test_the_readme_shows_a_chat(self):
+        readme = (pathlib.Path(__file__).parents[2] / "README.md").read_text()
+        (block,) = re.findall("```python\n(.*?)```", readme, re.DOTALL)
+        names = {"window": self.window}
+        exec(block.replace("https://chat.example", SERVER), names)
+        names["chat"].connect("revealed", lambda _: self.story.append("revealed"))
+        self.assertTrue(run_until(lambda: "revealed" in self.story))
 
     def test_signs_out_and_says_when(self):
         done = []

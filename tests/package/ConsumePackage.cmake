@@ -12,7 +12,7 @@ endfunction()
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${installed})
 file(RENAME ${installed} ${stage})
 run(${CMAKE_COMMAND} -S ${HOST_DIR} -B ${host_build} -G ${GENERATOR} -D CMAKE_CXX_COMPILER=${CXX_COMPILER}
-  -D CMAKE_PREFIX_PATH=${stage} -D WITH_GTK=${WITH_GTK} -D WANTED_VERSION=${VERSION} -D README_VERSION=${README_VERSION})
+  -D CMAKE_PREFIX_PATH=${stage} -D WITH_GTK=${WITH_GTK} -D WANTED_VERSION=${VERSION} -D README=${SOURCE_DIR}/README.md)
 run(${CMAKE_COMMAND} --build ${host_build})
 run(${CMAKE_CTEST_COMMAND} --test-dir ${host_build} --no-tests=error --output-on-failure)
 
