@@ -228,5 +228,6 @@ addButton(back, "Try", () => {
   settle("goBack", "missing", "the page is still there");
   handlers?.goBack.postMessage(null);
 });
-document.body.style.paddingTop = `${window.extraParams?.hh ?? 0}px`;
+const { hh = 0, bh = 0 } = window.extraParams ?? {};
+document.body.style.padding = `${hh}px 0 ${hh + 2 * bh}px`;
 handlers?.initLoaded.postMessage(null);
