@@ -33,17 +33,6 @@ TEST_F(BadPage, MegabytesAndAThousandMessagesArriveInOrderAndAreCutInTheLog) {
   for (const auto& line : log.get()) EXPECT_LT(line.size(), 8192U);
 }
 
-TEST_F(BadPage, DeepBodiesAndCyclesDoNoHarm) {
-  const SocketServer server(servePage(readyPage));
-  const auto chat = openChat(server.url(""));
-  post(*chat,
-       "let deep = {}; for (let i = 0; i < 5000; i++) deep = {deep}; "
-       "try { webkit.messageHandlers.trackEvent.postMessage(deep) } catch (e) {}");
-  post(*chat,
-       "let ring = {}; ring.ring = ring; try { webkit.messageHandlers.trackEvent.postMessage(ring) } catch (e) {}");
-  EXPECT_EQ(evaluate(*chat, "typeof webkit.messageHandlers.unknown"), "undefined") << "the page lives on";
-}
-
 TEST_F(BadPage, WhatIsFarBeyondAnyMessageIsRefusedInThePage) {
   const SocketServer server(servePage(readyPage));
   const auto chat = openChat(server.url(""));
@@ -61,6 +50,8 @@ TEST_F(BadPage, WhatIsFarBeyondAnyMessageIsRefusedInThePage) {
       {"Array.from({length: 40}).reduce((all) => [all, all], 1)", "RangeError"},  // short here, endless as text
       {"{get a() { return (window.asked = (window.asked ?? 0) + 1) > 1 ? Array(200000).fill(0) : 1; }}", "posted"},
       {"{name: 'plain', attributes: {list: [1, null, 'two'], date: new Date(0)}}", "posted"},
+      {"Array.from({length: 5000}).reduce((deep) => ({deep}), 1)", "posted"},
+      {"(() => { const ring = {}; return ring.ring = ring; })()", "RangeError"},
       {"(() => 1)", "DataCloneError"},
       {"undefined", "posted"},
       {"null", "posted"},

@@ -29,21 +29,6 @@ TEST_F(Opening, ChecksThePageThenLoadsItUnderTheSameName) {
       wait([&] { return evaluate(*chat, viewport) == "width=device-width, initial-scale=1, user-scalable=0"; }, 5));
 }
 
-TEST_F(Opening, StaysHiddenUntilThePageSaysThatItIsReady) {
-  const SocketServer server(servePage("<body><script>" + raise("ready") +
-                                      "addEventListener('click', () => "
-                                      "webkit.messageHandlers.initLoaded.postMessage(null));</script>"));
-  const auto chat = openChat(server.url(""));
-  EXPECT_EQ(chat->webView()->alpha(), 0);
-  EXPECT_FALSE(chat->isLoaded());
-
-  evaluate(*chat, "document.body.click()");
-  EXPECT_TRUE(wait([&] { return chat->isLoaded(); }, 2));
-  EXPECT_EQ(chat->webView()->alpha(), 1);
-  EXPECT_TRUE(wait([&] { return chat->loadView()->superview() == nullptr; }, 2)) << "the placeholder fades and goes";
-  EXPECT_TRUE(log.has("InitLoad"));
-}
-
 TEST_F(Opening, TheQueuedMessageArrivesInThePageAsItWasSent) {
   const SocketServer server(servePage(readyPage));
   auto body = std::make_shared<MessageBody>();
