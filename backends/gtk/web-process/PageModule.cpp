@@ -28,7 +28,7 @@ void pageCreated(WebKitWebProcessExtension* /*extension*/, WebKitWebPage* page, 
   g_signal_connect(page, "send-request", G_CALLBACK(sendRequest), nullptr);
 }
 
-void nameNavigator(JSCContext* context) {
+void setNavigatorUserAgent(JSCContext* context) {
   JSCValue* const navigator = jsc_context_get_value(context, "navigator");
   JSCValue* const text = jsc_value_new_string(context, userAgent);
   jsc_value_object_define_property_data(navigator, "userAgent", JSC_VALUE_PROPERTY_ENUMERABLE, text);
@@ -37,15 +37,15 @@ void nameNavigator(JSCContext* context) {
 }
 
 // window.webkit itself cannot be removed, but what leads on from it can, and each frame has that of its own.
-void takeBridgeAway(JSCContext* context) {
+void removeMessageHandlers(JSCContext* context) {
   g_object_unref(jsc_context_evaluate(context, "delete Object.getPrototypeOf(webkit).messageHandlers", -1));
 }
 
 // Comes before the first script of each document, an empty one too.
 void windowCleared(WebKitScriptWorld* world, WebKitWebPage* /*page*/, WebKitFrame* frame, gpointer /*data*/) {
   JSCContext* const context = webkit_frame_get_js_context_for_script_world(frame, world);
-  if (*userAgent) nameNavigator(context);
-  if (!webkit_frame_is_main_frame(frame)) takeBridgeAway(context);
+  if (*userAgent) setNavigatorUserAgent(context);
+  if (!webkit_frame_is_main_frame(frame)) removeMessageHandlers(context);
   g_object_unref(context);
 }
 

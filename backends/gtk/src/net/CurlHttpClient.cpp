@@ -31,19 +31,19 @@ std::function<void()> CurlHttpClient::upload(UploadRequest request, std::functio
       [completion = std::move(completion)](UploadReply reply) mutable { std::move(completion)(std::move(reply)); });
   UploadReporter reporter(mainQueue_, alive_.guard(std::move(progress)), std::move(onMain));
   auto transfer = std::make_unique<CurlUpload>(std::move(request), std::move(reporter));
-  auto act = alive_.guard([this, stop = transfer->stop()] { giveUp(stop); });
+  auto giveUpTransfer = alive_.guard([this, stop = transfer->stop()] { giveUp(stop); });
   start(std::move(transfer));
-  return act;
+  return giveUpTransfer;
 }
 
 void CurlHttpClient::start(Transfer transfer) {
   const auto id = ++lastId_;
   const auto& kept = waiting_[id] = std::move(transfer);
   proxies_.find(kept->address(), kept->idleSeconds(),
-                alive_.guard([this, id](ProxyLookup::Proxies proxies) { goOn(id, std::move(proxies)); }));
+                alive_.guard([this, id](ProxyLookup::Proxies proxies) { proxiesFound(id, std::move(proxies)); }));
 }
 
-void CurlHttpClient::goOn(std::size_t id, ProxyLookup::Proxies proxies) {
+void CurlHttpClient::proxiesFound(std::size_t id, ProxyLookup::Proxies proxies) {
   auto waiting = waiting_.extract(id);
   if (!waiting) return;  // given up
   auto& transfer = waiting.mapped();

@@ -29,7 +29,7 @@ class CurlHttpClient final : public HttpClient {
   using Transfer = std::unique_ptr<CurlTransfer>;
 
   void start(Transfer transfer);
-  void goOn(std::size_t id, ProxyLookup::Proxies proxies);
+  void proxiesFound(std::size_t id, ProxyLookup::Proxies proxies);
   void giveUp(const CurlTransfer::Flag& stop);
   void ended(Transfer transfer, CURLcode code);
 

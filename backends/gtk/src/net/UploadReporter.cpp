@@ -19,15 +19,15 @@ struct UploadReporter::Recipient {
 
   std::mutex mutex;
   double fraction = 0;  // the newest
-  double toldAt = -std::numeric_limits<double>::infinity();
+  double reportedAt = -std::numeric_limits<double>::infinity();
   bool isQueued = false;
 
-  void tell(double now) {
+  void report(double now) {
     double newest = 0;
     {
       const std::lock_guard lock(mutex);
       newest = fraction;
-      toldAt = now;
+      reportedAt = now;
       isQueued = false;
     }
     progress(newest);
@@ -46,11 +46,11 @@ void UploadReporter::progress(double fraction) {
     const std::lock_guard lock(recipient_->mutex);
     if (fraction <= recipient_->fraction) return;
     recipient_->fraction = fraction;
-    const bool isTooSoon = fraction < 1 && queue_.now() < recipient_->toldAt + shortestInterval;
+    const bool isTooSoon = fraction < 1 && queue_.now() < recipient_->reportedAt + shortestInterval;
     if (recipient_->isQueued || isTooSoon) return;
     recipient_->isQueued = true;
   }
-  queue_.async([&queue = queue_, recipient = recipient_] { recipient->tell(queue.now()); });
+  queue_.async([&queue = queue_, recipient = recipient_] { recipient->report(queue.now()); });
 }
 
 void UploadReporter::finish(UploadReply reply) {

@@ -10,16 +10,16 @@
 namespace orivex::gtk {
 
 /// Brings an upload's progress and its end to the main thread, where the two callbacks also go at last. Of the progress
-/// only so much is told as the main thread keeps up with. Made on the main thread, then used by one other thread.
+/// only so much is reported as the main thread keeps up with. Made on the main thread, then used by one other thread.
 class UploadReporter {
  public:
   /// `queue` must outlive the reporter.
   UploadReporter(MainQueue& queue, std::function<void(double fraction)> progress, Once<void(UploadReply)> completion);
 
-  /// Tells `fraction` when it is more than was told before, and not too soon after that.
+  /// Reports `fraction` when it is more than was reported before, and not too soon after that.
   void progress(double fraction);
 
-  /// Tells the end. Once, the last call.
+  /// Reports the end. Once, the last call.
   void finish(UploadReply reply);
 
  private:
