@@ -20,9 +20,10 @@ class LoopMeter {
     if (painted) {
       auto* const clock = gtk_widget_get_frame_clock(painted);
       // Animations and tick callbacks run at "update"; what comes after it is layout and painting.
-      beforePaint_ = gtk::SignalConnection::connect<&LoopMeter::beginFrame>(clock, "before-paint", this);
-      updated_ = gtk::SignalConnection::connectAfter<&LoopMeter::beginFrame>(clock, "update", this);
-      afterPaint_ = gtk::SignalConnection::connect<&LoopMeter::afterPaint>(clock, "after-paint", this);
+      beforePaint_ = gtk::SignalConnection::connect(clock, "before-paint", [this] { beginFrame(); });
+      updated_ = gtk::SignalConnection::connect(
+          clock, "update", [this] { beginFrame(); }, G_CONNECT_AFTER);
+      afterPaint_ = gtk::SignalConnection::connect(clock, "after-paint", [this] { afterPaint(); });
     }
     current = this;
     g_main_context_set_poll_func(nullptr, poll);
@@ -51,8 +52,8 @@ class LoopMeter {
     meter.turnStart_ = threadMilliseconds();
     return ready;
   }
-  void beginFrame(GdkFrameClock* /*clock*/) { frameStart_ = threadMilliseconds(); }
-  void afterPaint(GdkFrameClock* /*clock*/) {
+  void beginFrame() { frameStart_ = threadMilliseconds(); }
+  void afterPaint() {
     if (frameStart_ > 0) frame_ += threadMilliseconds() - std::exchange(frameStart_, 0);
   }
 

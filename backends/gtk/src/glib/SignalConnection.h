@@ -27,31 +27,18 @@ class SignalConnection {
   SignalConnection& operator=(const SignalConnection&) = delete;
   ~SignalConnection() { disconnect(); }
 
-  /// Calls the member function `handler` of `owner` at every `signal` of `sender`. The member function takes what the
-  /// signal's documentation lists, the sender first and without the closing user data, and returns what it asks for.
-  template <auto handler, class Owner>
-  [[nodiscard]] static SignalConnection connect(gpointer sender, const char* signal, Owner* owner) {
-    const GCallback callback = trampoline<handler, Owner>(handler);
-    return {G_OBJECT(sender), g_signal_connect(sender, signal, callback, owner)};
-  }
-
-  /// The same, after the sender's own handler and those that were connected in the usual way.
-  template <auto handler, class Owner>
-  [[nodiscard]] static SignalConnection connectAfter(gpointer sender, const char* signal, Owner* owner) {
-    const GCallback callback = trampoline<handler, Owner>(handler);
-    return {G_OBJECT(sender), g_signal_connect_after(sender, signal, callback, owner)};
-  }
-
   /// Calls `handler`, a lambda, at every `signal` of `sender`. It takes as many of the signal's own arguments as it
   /// needs, from the first one on, and neither the sender nor the closing user data; one that answers yes or no may
-  /// return a bool. It lives as long as the connection, and to the end of a call in which that ends.
+  /// return a bool. It lives as long as the connection, and to the end of a call in which that ends. With
+  /// G_CONNECT_AFTER it comes after the sender's own handler and those that were connected in the usual way.
   template <class Handler>
-  [[nodiscard]] static SignalConnection connect(gpointer sender, const char* signal, Handler handler) {
+  [[nodiscard]] static SignalConnection connect(gpointer sender, const char* signal, Handler handler,
+                                                GConnectFlags order = G_CONNECT_DEFAULT) {
     const auto free = [](gpointer owned, GClosure* /*closure*/) { delete static_cast<Handler*>(owned); };
     // Swapped: the handler comes first and the sender last, where a function that does not take it does no harm.
-    return {G_OBJECT(sender),
-            g_signal_connect_data(sender, signal, trampoline(&Handler::operator()),
-                                  std::make_unique<Handler>(std::move(handler)).release(), free, G_CONNECT_SWAPPED)};
+    return {G_OBJECT(sender), g_signal_connect_data(sender, signal, trampoline(&Handler::operator()),
+                                                    std::make_unique<Handler>(std::move(handler)).release(), free,
+                                                    static_cast<GConnectFlags>(G_CONNECT_SWAPPED | order))};
   }
 
   void disconnect() {
@@ -63,16 +50,7 @@ class SignalConnection {
  private:
   SignalConnection(GObject* sender, gulong id) : sender_(sender), id_(id) { watch(); }
 
-  // Deduces the C signature from the member function's, so that neither a wrong owner nor a wrong data pointer
-  // compiles.
-  template <auto handler, class Owner, class Result, class... Args>
-  static GCallback trampoline(Result (Owner::*)(Args...)) {
-    Result (*function)(Args..., Owner*) = [](Args... args, Owner* owner) noexcept -> Result {
-      return contained([&] { return (owner->*handler)(args...); });
-    };
-    return reinterpret_cast<GCallback>(function);
-  }
-
+  // Deduces the C signature from the lambda's, so that no wrong data pointer compiles.
   template <class Handler, class Result, class... Args>
   static GCallback trampoline(Result (Handler::*)(Args...) const) {
     using Returned = std::conditional_t<std::is_same_v<Result, bool>, gboolean, Result>;
