@@ -13,7 +13,7 @@ class Library {
   gtk::PhotoSources sources() const;
 
  private:
-  gtk::TemporaryFolder folder_;
+  TemporaryFolder folder_;
 };
 
 }  // namespace orivex::bench

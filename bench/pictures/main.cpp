@@ -58,7 +58,7 @@ const std::array<Kind, 9> kinds{{
     {"4:4:4", {.lumaAcross = 1, .lumaDown = 1}},
 }};
 
-Paths writePhotos(const gtk::TemporaryFolder& folder) {
+Paths writePhotos(const TemporaryFolder& folder) {
   Paths photos(kinds.size());
   std::vector<std::thread> threads;
   threads.reserve(workers);
@@ -182,7 +182,7 @@ double askFreshProcess(const std::string& arguments) {
   return number;
 }
 
-void measureMemory(const gtk::TemporaryFolder& folder, double quality) {
+void measureMemory(const TemporaryFolder& folder, double quality) {
   for (const std::string way : {"plain", "own", "larger decoder"}) {
     const auto arguments = "'" + way + "' " + std::to_string(quality) + " '" + folder.path().string() + "'";
     print("peak memory, " + way + ", in decoded photos", askFreshProcess(arguments) / photoBytes, "");
@@ -207,7 +207,7 @@ int tellPeak(const std::string& way, double quality, const std::filesystem::path
 
 // How near the component's pictures come to the plain way's and to the photo itself, and their sizes. The photo is
 // stored without a turn.
-void measureLikeness(const gtk::TemporaryFolder& folder, const Kind& kind, double quality) {
+void measureLikeness(const TemporaryFolder& folder, const Kind& kind, double quality) {
   const gtk::TestDecoder decoder;
   const auto stored = encodePlainJpeg(gtk::naturalPhoto(width / 2, height / 2, 77), kind.options);
   const auto original = gtk::decodePlainJpeg(stored);
@@ -229,7 +229,7 @@ void measureLikeness(const gtk::TemporaryFolder& folder, const Kind& kind, doubl
 int main(int argc, char** argv) {
   using namespace orivex;
   if (argc == 4) return bench::tellPeak(argv[1], std::atof(argv[2]), argv[3]);
-  const gtk::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const auto photos = bench::writePhotos(folder);
   bench::print("size of a photo", static_cast<double>(bench::fileBytes(photos)) / 9e6, "MB");
   for (const double quality : {0.7, 1.0}) {

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t mebibyte = 1 << 20;
 
-std::string makeFile(const gtk::TemporaryFolder& folder, std::size_t size) {
+std::string makeFile(const TemporaryFolder& folder, std::size_t size) {
   const auto path = folder.path() / std::to_string(size);
   std::ofstream file(path, std::ios::binary);
   const std::string piece(std::min(size, mebibyte), 'x');
@@ -161,7 +161,7 @@ double growthKiB(OurClient& client, const std::string& url, const std::string& f
 int main() {
   using namespace orivex;
   const bench::SinkServer server;
-  const gtk::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const auto small = bench::makeFile(folder, 10'000);
   const auto middle = bench::makeFile(folder, 16 * bench::mebibyte);
   const auto large = bench::makeFile(folder, 256 * bench::mebibyte);

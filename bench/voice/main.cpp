@@ -177,7 +177,7 @@ void measureLevel() {
 int main() {
   using namespace orivex;
   const auto [window, screens] = bench::openShop(360, 720);
-  const gtk::TemporaryFolder folder;
+  const TemporaryFolder folder;
   VoiceManager::shared().isRecordingAllowed = true;
   bench::measureStart(folder.path());
   bench::measureRecording(folder.path(), screens);

@@ -6,7 +6,6 @@
 
 #include "FaultyReply.h"
 #include "GHandles.h"
-#include "Query.h"
 #include "Reply.h"
 
 namespace orivex::devserver {

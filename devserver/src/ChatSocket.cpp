@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "FaultyReply.h"
-#include "Query.h"
 #include "Reply.h"
 
 namespace orivex::devserver {
@@ -66,8 +65,7 @@ void ChatSocket::accept(SoupServerMessage* message, SoupWebsocketConnection* con
   };
   g_signal_connect(connection, "message", G_CALLBACK(+onMessage), this);
   g_signal_connect(connection, "closed", G_CALLBACK(+onClosed), this);
-  clients_[connection] = {GRef<SoupWebsocketConnection>::share(connection),
-                          GRef<GSocket>::share(G_SOCKET(g_object_get_data(G_OBJECT(message), socketKey))),
+  clients_[connection] = {share(connection), share(G_SOCKET(g_object_get_data(G_OBJECT(message), socketKey))),
                           baseAddress(message), nullptr};
 }
 

@@ -11,7 +11,7 @@
 #include "Agent.h"
 #include "Conversation.h"
 #include "Faults.h"
-#include "GRef.h"
+#include "GHandles.h"
 #include "Tokens.h"
 
 namespace orivex::devserver {
@@ -48,8 +48,8 @@ class ChatSocket {
   };
 
   struct Client {
-    GRef<SoupWebsocketConnection> connection;
-    GRef<GSocket> socket;
+    ObjectPtr<SoupWebsocketConnection> connection;
+    ObjectPtr<GSocket> socket;
     std::string base;
     Visit* visit = nullptr;
   };

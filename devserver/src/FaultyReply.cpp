@@ -7,8 +7,6 @@
 #include <sys/socket.h>
 
 #include "GHandles.h"
-#include "GRef.h"
-#include "Query.h"
 #include "Reply.h"
 #include "RequestLog.h"
 
@@ -17,9 +15,9 @@ namespace {
 
 /// Takes the connection away from the HTTP server. A status is left behind, so that the server's own handling of the
 /// request sees it as answered.
-GRef<GIOStream> stealConnection(SoupServerMessage* message) {
+ObjectPtr<GIOStream> stealConnection(SoupServerMessage* message) {
   soup_server_message_set_status(message, SOUP_STATUS_SERVICE_UNAVAILABLE, nullptr);
-  return GRef<GIOStream>::adopt(soup_server_message_steal_connection(message));
+  return ObjectPtr<GIOStream>(soup_server_message_steal_connection(message));
 }
 
 /// Swallows what still arrives and ends with the client's end.
@@ -30,13 +28,13 @@ gboolean swallow(GSocket* socket, GIOCondition, gpointer) {
 }
 
 void neverAnswer(SoupServerMessage* message) {
-  const auto socket = GRef<GSocket>::share(soup_server_message_get_socket(message));
+  const auto socket = share(soup_server_message_get_socket(message));
   auto stream = stealConnection(message);
   GSource* source = g_socket_create_source(socket.get(), static_cast<GIOCondition>(G_IO_IN | G_IO_HUP), nullptr);
   // The source keeps the stolen connection open for as long as it is attached.
-  auto* kept = std::make_unique<GRef<GIOStream>>(std::move(stream)).release();
+  auto* kept = std::make_unique<ObjectPtr<GIOStream>>(std::move(stream)).release();
   const GDestroyNotify release = [](gpointer data) {
-    std::unique_ptr<GRef<GIOStream>>(static_cast<GRef<GIOStream>*>(data));
+    std::unique_ptr<ObjectPtr<GIOStream>>(static_cast<ObjectPtr<GIOStream>*>(data));
   };
   g_source_set_callback(source, G_SOURCE_FUNC(swallow), kept, release);
   g_source_attach(source, nullptr);
@@ -86,7 +84,7 @@ void strike(SoupServerMessage* message, const Fault& fault) {
 
 /// An answer that waits. The client may be gone before it is due; then the message only finishes.
 struct Delayed {
-  GRef<SoupServerMessage> message;
+  ObjectPtr<SoupServerMessage> message;
   std::function<void()> answer;
   gulong finishedHandler = 0;
   bool finished = false;
@@ -104,7 +102,7 @@ gboolean answerNow(gpointer data) {
 
 void answerLater(SoupServerMessage* message, unsigned milliseconds, std::function<void()> answer) {
   auto delayed = std::make_unique<Delayed>();
-  delayed->message = GRef<SoupServerMessage>::share(message);
+  delayed->message = share(message);
   delayed->answer = std::move(answer);
   const auto onFinished = [](SoupServerMessage*, gpointer data) { static_cast<Delayed*>(data)->finished = true; };
   delayed->finishedHandler =

@@ -1,6 +1,7 @@
 #include "FileStore.h"
 
 #include <algorithm>
+#include <fstream>
 #include <random>
 #include <system_error>
 
@@ -63,24 +64,20 @@ FileStore::~FileStore() {
   if (temporary_) fs::remove_all(folder_, ignored);
 }
 
-FileStore::Incoming::Incoming(fs::path path, std::string storedName)
-    : path_(std::move(path)), storedName_(std::move(storedName)), stream_(path_, std::ios::binary) {}
-
-FileStore::Incoming::~Incoming() {
-  std::error_code ignored;
-  if (!kept_) fs::remove(path_, ignored);
-}
-
-bool FileStore::Incoming::keep() {
-  stream_.close();
-  kept_ = !stream_.fail();
-  return kept_;
-}
-
-std::unique_ptr<FileStore::Incoming> FileStore::create(std::string_view fileName, const std::string& givenType) {
+std::optional<std::string> FileStore::add(std::string_view fileName, const std::string& givenType,
+                                          std::string_view contents) {
   auto storedName = freshIdentifier() + "-" + safeFileName(fileName);
+  const auto path = folder_ / storedName;
+  std::ofstream stream(path, std::ios::binary);
+  stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
+  stream.close();
+  if (stream.fail()) {
+    std::error_code ignored;
+    fs::remove(path, ignored);
+    return std::nullopt;
+  }
   if (!givenType.empty()) givenTypes_[storedName] = givenType;
-  return std::make_unique<Incoming>(folder_ / storedName, std::move(storedName));
+  return storedName;
 }
 
 std::string_view FileStore::displayName(std::string_view storedName) {

@@ -2,8 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,28 +23,10 @@ class FileStore {
   FileStore& operator=(const FileStore&) = delete;
   ~FileStore();
 
-  /// A file on its way in. What is not kept is removed.
-  class Incoming {
-   public:
-    Incoming(std::filesystem::path path, std::string storedName);
-    Incoming(const Incoming&) = delete;
-    Incoming& operator=(const Incoming&) = delete;
-    ~Incoming();
-
-    void write(std::string_view bytes) { stream_.write(bytes.data(), static_cast<std::streamsize>(bytes.size())); }
-    /// Ends the file. False when the disk did not take all of it; then nothing is kept.
-    bool keep();
-    [[nodiscard]] const std::string& storedName() const { return storedName_; }
-
-   private:
-    std::filesystem::path path_;
-    std::string storedName_;
-    std::ofstream stream_;
-    bool kept_ = false;
-  };
-
-  /// `givenType` is the MIME type that the sender named; it serves when neither name nor content tells one.
-  [[nodiscard]] std::unique_ptr<Incoming> create(std::string_view fileName, const std::string& givenType);
+  /// Stores a file; returns its stored name, or nothing when the disk does not take it. `givenType` is the MIME type
+  /// that the sender named; it serves when neither name nor content tells one.
+  [[nodiscard]] std::optional<std::string> add(std::string_view fileName, const std::string& givenType,
+                                               std::string_view contents);
 
   /// The path of a stored file; absent when `storedName` is no name of this store or no file.
   [[nodiscard]] std::optional<std::filesystem::path> find(std::string_view storedName) const;

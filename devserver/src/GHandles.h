@@ -15,6 +15,16 @@ struct FreeWith {
   }
 };
 
+/// One owned reference to a GObject.
+template <typename T>
+using ObjectPtr = std::unique_ptr<T, FreeWith<g_object_unref>>;
+
+/// A reference of its own beside the caller's.
+template <typename T>
+ObjectPtr<T> share(T* object) {
+  return ObjectPtr<T>(static_cast<T*>(g_object_ref(object)));
+}
+
 using GCharPtr = std::unique_ptr<char, FreeWith<g_free>>;
 using GErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
 using GBytesPtr = std::unique_ptr<GBytes, FreeWith<g_bytes_unref>>;

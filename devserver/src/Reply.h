@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,10 @@ void replyError(SoupServerMessage* message, unsigned status, std::string_view te
 
 /// The request's query as it came, still percent-encoded.
 [[nodiscard]] std::string_view rawQuery(SoupServerMessage* message);
+
+/// The first value of `name` in the query of an address, percent-decoded; a broken escape leaves the value as it came.
+/// "+" stays a plus: the component puts its values into the query as they are.
+[[nodiscard]] std::optional<std::string> queryValue(std::string_view query, std::string_view name);
 
 /// "http://host:port" as the client addressed this server.
 [[nodiscard]] std::string baseAddress(SoupServerMessage* message);

@@ -13,7 +13,7 @@ namespace {
 }  // namespace
 
 Server::Server(const Options& options)
-    : server_(GRef<SoupServer>::adopt(soup_server_new("server-header", "orivex-devserver", nullptr))),
+    : server_(ObjectPtr<SoupServer>(soup_server_new("server-header", "orivex-devserver", nullptr))),
       tokens_(options.tokens),
       faults_(options.faults),
       files_(options.files),
@@ -39,14 +39,14 @@ void Server::listen(const Options& options) {
   GError* error = nullptr;
   auto flags = static_cast<SoupServerListenOptions>(0);
   if (!options.tlsCertificate.empty()) {
-    const auto certificate = GRef<GTlsCertificate>::adopt(
+    const auto certificate = ObjectPtr<GTlsCertificate>(
         g_tls_certificate_new_from_files(options.tlsCertificate.c_str(), options.tlsKey.c_str(), &error));
     if (!certificate) fail("the certificate cannot be used", error);
     soup_server_set_tls_certificate(server_.get(), certificate.get());
     flags = SOUP_SERVER_LISTEN_HTTPS;
   }
   const auto address =
-      GRef<GSocketAddress>::adopt(g_inet_socket_address_new_from_string(options.host.c_str(), options.port));
+      ObjectPtr<GSocketAddress>(g_inet_socket_address_new_from_string(options.host.c_str(), options.port));
   if (!address) throw StartError("not an address to listen on: " + options.host);
   if (!soup_server_listen(server_.get(), address.get(), flags, &error))
     fail("cannot listen on " + options.host + ":" + std::to_string(options.port), error);

@@ -11,7 +11,7 @@
 #include "Faults.h"
 #include "FileRoute.h"
 #include "FileStore.h"
-#include "GRef.h"
+#include "GHandles.h"
 #include "Options.h"
 #include "RequestLog.h"
 #include "Tokens.h"
@@ -40,7 +40,7 @@ class Server {
  private:
   void listen(const Options& options);
 
-  GRef<SoupServer> server_;
+  ObjectPtr<SoupServer> server_;
   Tokens tokens_;
   Faults faults_;
   FileStore files_;

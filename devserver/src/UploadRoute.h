@@ -10,8 +10,8 @@
 
 namespace orivex::devserver {
 
-/// Takes the component's file uploads: checks the six headers, streams the part named "file" to the store and answers
-/// with its address. Any size passes through memory piece by piece.
+/// Takes the component's file uploads: checks the six headers, puts the part named "file" into the store and answers
+/// with its address. An upload is held in memory until all of it is there.
 class UploadRoute {
  public:
   /// The references must outlive the server's handlers. `maxBytes` is the largest file taken.
@@ -25,6 +25,7 @@ class UploadRoute {
  private:
   void begin(SoupServerMessage* message);
   void finish(SoupServerMessage* message);
+  void answer(SoupServerMessage* message);
 
   const Tokens& tokens_;
   Faults& faults_;

@@ -1,20 +1,73 @@
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <map>
 #include <regex>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
-
-#include "Diagram.h"
-#include "Includes.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
+using Arrow = std::pair<std::string, std::string>;  // from, to: by the diagram's names
+
+/// What a mermaid diagram says: boxes whose label is a folder, and arrows between them.
+struct Diagram {
+  std::map<std::string, fs::path> folders;  ///< of each name, relative to the source tree
+  std::set<Arrow> arrows;
+};
+
+/// Reads the page's only mermaid block.
+Diagram readDiagram(const fs::path& page) {
+  static const std::regex ignored(R"(\s*|\s*graph TD\s*)");
+  static const std::regex box(R"re(\s*(\w+)\["([\w/]+)/"\])re");
+  static const std::regex arrow(R"(\s*(\w+) --> (\w+))");
+  Diagram diagram;
+  int blocks = 0;
+  bool isInside = false;
+  std::ifstream in(page);
+  std::smatch match;
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with("```")) {
+      isInside = line == "```mermaid";
+      blocks += isInside ? 1 : 0;
+    } else if (isInside && std::regex_match(line, match, box)) {
+      diagram.folders.emplace(match.str(1), match.str(2));
+    } else if (isInside && std::regex_match(line, match, arrow)) {
+      diagram.arrows.emplace(match.str(1), match.str(2));
+    } else if (isInside && !std::regex_match(line, ignored)) {
+      throw std::runtime_error("not understood in the diagram: " + line);
+    }
+  }
+  if (blocks != 1) throw std::runtime_error(page.string() + ": one diagram wanted, found " + std::to_string(blocks));
+  return diagram;
+}
+
+/// Every header that a C or C++ file of a folder includes, with the file.
+std::vector<std::pair<fs::path, std::string>> includesOf(const fs::path& folder) {
+  static const std::regex directive(R"re(\s*#\s*include\s*["<]([^">]+)[">].*)re");
+  std::vector<std::pair<fs::path, std::string>> includes;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    const auto type = entry.path().extension();
+    if (type != ".h" && type != ".cpp" && type != ".c") continue;
+    std::ifstream in(entry.path());
+    std::smatch match;
+    for (std::string line; std::getline(in, line);) {
+      if (std::regex_match(line, match, directive)) includes.emplace_back(entry.path(), match.str(1));
+    }
+  }
+  return includes;
+}
+
 /// The diagram of ARCHITECTURE.md and the tree that it is about.
 class ArchitectureTest : public ::testing::Test {
  protected:
-  fs::path folderOf(const std::string& name) const { return tree_ / diagram_.folders.at(name); }
-
   /// The box whose public headers hold "orivex/..."; empty when none does.
   std::string ownerOf(const std::string& header) const {
     for (const auto& [name, folder] : diagram_.folders) {
@@ -29,25 +82,19 @@ class ArchitectureTest : public ::testing::Test {
 
 TEST_F(ArchitectureTest, TheArrowsAreTheIncludes) {
   std::set<Arrow> found;
-  std::map<Arrow, fs::path> witness;
   for (const auto& [name, folder] : diagram_.folders) {
-    for (const Include& include : includesOf(folderOf(name))) {
+    for (const auto& [file, header] : includesOf(tree_ / folder)) {
       // The mark of what libraries lend knows nobody, and everybody may use it.
-      if (!include.header.starts_with("orivex/") || include.header == "orivex/Export.h") continue;
-      const std::string owner = ownerOf(include.header);
-      ASSERT_NE(owner, "") << include.file << " includes " << include.header
-                           << ", which no folder of the diagram holds";
-      if (owner == name) continue;
-      found.insert({name, owner});
-      witness.emplace(Arrow{name, owner}, include.file);
+      if (!header.starts_with("orivex/") || header == "orivex/Export.h") continue;
+      const auto owner = ownerOf(header);
+      ASSERT_NE(owner, "") << file << " includes " << header << ", which no folder of the diagram holds";
+      if (owner == name || !found.emplace(name, owner).second) continue;
+      EXPECT_TRUE(diagram_.arrows.contains({name, owner}))
+          << "not in the diagram: " << name << " --> " << owner << ", as in " << file;
     }
   }
-  for (const Arrow& arrow : found) {
-    EXPECT_TRUE(diagram_.arrows.contains(arrow))
-        << "not in the diagram: " << arrow.from << " --> " << arrow.to << ", as in " << witness.at(arrow);
-  }
-  for (const Arrow& arrow : diagram_.arrows) {
-    EXPECT_TRUE(found.contains(arrow)) << "no include behind " << arrow.from << " --> " << arrow.to;
+  for (const auto& [from, to] : diagram_.arrows) {
+    EXPECT_TRUE(found.contains({from, to})) << "no include behind " << from << " --> " << to;
   }
 }
 
@@ -55,8 +102,8 @@ TEST_F(ArchitectureTest, NoArrowLeadsBackUp) {
   std::set<std::string> above;
   std::function<void(const std::string&)> descend = [&](const std::string& name) {
     ASSERT_TRUE(above.insert(name).second) << "the arrows go in a circle through " << name;
-    for (const Arrow& arrow : diagram_.arrows) {
-      if (arrow.from == name) descend(arrow.to);
+    for (const auto& [from, to] : diagram_.arrows) {
+      if (from == name) descend(to);
     }
     above.erase(name);
   };
@@ -68,8 +115,8 @@ TEST_F(ArchitectureTest, OnlyTheGtkBackendKnowsAToolkit) {
       R"((gtk|gdk|glib|gio|gobject|adwaita|webkit|jsc|gst|curl|libsoup|systemd)[/.-].*|jpeglib\.h)");
   for (const char* name : {"models", "platform", "session", "media", "voice", "sdk", "testing"}) {
     ASSERT_TRUE(diagram_.folders.contains(name)) << name;
-    for (const Include& include : includesOf(folderOf(name))) {
-      EXPECT_FALSE(std::regex_match(include.header, toolkit)) << include.file << " includes " << include.header;
+    for (const auto& [file, header] : includesOf(tree_ / diagram_.folders.at(name))) {
+      EXPECT_FALSE(std::regex_match(header, toolkit)) << file << " includes " << header;
     }
   }
 }

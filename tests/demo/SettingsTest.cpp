@@ -1,32 +1,30 @@
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <optional>
 
 #include <gtest/gtest.h>
 
 #include "Settings.h"
+#include "support/TemporaryFolder.h"
 
 namespace orivex::demo {
 namespace {
-
-namespace fs = std::filesystem;
 
 class DemoSettingsTest : public ::testing::Test {
  protected:
   // GLib looks for the folder once in a process.
   static void SetUpTestSuite() {
-    auto name = (fs::temp_directory_path() / "orivex-demo-settings.XXXXXX").string();
-    folder = mkdtemp(name.data());
-    setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+    folder_.emplace();
+    setenv("XDG_CONFIG_HOME", folder_->path().c_str(), 1);
   }
-  static void TearDownTestSuite() { fs::remove_all(folder); }
+  static void TearDownTestSuite() { folder_.reset(); }
 
-  void TearDown() override { fs::remove_all(file().parent_path()); }
+  void TearDown() override { std::filesystem::remove_all(folder_->path() / "orivex-demo"); }
 
-  static fs::path file() { return folder / "orivex-demo" / "settings.ini"; }
+  static void remember(const char* contents) { folder_->write("orivex-demo/settings.ini", contents); }
 
  private:
-  static inline fs::path folder;
+  static inline std::optional<TemporaryFolder> folder_;
 };
 
 TEST_F(DemoSettingsTest, RememberEveryField) {
@@ -45,10 +43,9 @@ TEST_F(DemoSettingsTest, RememberEveryField) {
 
 TEST_F(DemoSettingsTest, AreTheDefaultsWhereNothingReadableIsRemembered) {
   EXPECT_EQ(loadSettings(), Settings{});
-  fs::create_directories(file().parent_path());
-  std::ofstream(file()) << "neither group nor key";
+  remember("neither group nor key");
   EXPECT_EQ(loadSettings(), Settings{});
-  std::ofstream(file()) << "[Visit]\nKey=only-this\n";
+  remember("[Visit]\nKey=only-this\n");
   EXPECT_EQ(loadSettings(), Settings{.key = "only-this"});
 }
 

@@ -7,13 +7,14 @@
 
 #include "HttpClient.h"
 #include "ServerProcess.h"
+#include "support/MainLoop.h"
 
 namespace orivex::testing {
 namespace {
 
 using nlohmann::json;
 
-constexpr int patienceSeconds = 10;
+constexpr double patience = 10;  // seconds
 
 /// The chat page's end of the web socket.
 class Visitor {
@@ -23,7 +24,7 @@ class Visitor {
     const ObjectPtr<SoupMessage> request(soup_message_new("GET", address.c_str()));
     soup_session_websocket_connect_async(session_.get(), request.get(), nullptr, nullptr, G_PRIORITY_DEFAULT, nullptr,
                                          onConnected, this);
-    waitUntil([this] { return answered_; });
+    gtk::wait([this] { return answered_; }, patience);
   }
   Visitor(const Visitor&) = delete;
   Visitor& operator=(const Visitor&) = delete;
@@ -44,7 +45,7 @@ class Visitor {
 
   /// The next frame, or null when none comes.
   json next() {
-    waitUntil([this] { return !frames_.empty() || closed_; });
+    gtk::wait([this] { return !frames_.empty() || closed_; }, patience);
     if (frames_.empty()) return nullptr;
     auto frame = frames_.front();
     frames_.pop_front();
@@ -57,23 +58,10 @@ class Visitor {
     return nullptr;
   }
   void waitForClose() {
-    waitUntil([this] { return closed_; });
-    EXPECT_TRUE(closed_);
+    EXPECT_TRUE(gtk::wait([this] { return closed_; }, patience));
   }
 
  private:
-  template <typename Condition>
-  static void waitUntil(Condition condition) {
-    bool late = false;
-    const auto deadline = [](gpointer flag) -> gboolean {
-      *static_cast<bool*>(flag) = true;
-      return G_SOURCE_CONTINUE;
-    };
-    const auto timer = g_timeout_add_seconds(patienceSeconds, deadline, &late);
-    while (!condition() && !late) g_main_context_iteration(nullptr, TRUE);
-    g_source_remove(timer);
-  }
-
   static void onConnected(GObject* session, GAsyncResult* result, gpointer self) {
     auto& visitor = *static_cast<Visitor*>(self);
     visitor.answered_ = true;

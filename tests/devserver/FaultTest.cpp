@@ -6,7 +6,6 @@
 
 #include "HttpClient.h"
 #include "ServerProcess.h"
-#include "UploadForm.h"
 
 namespace orivex::testing {
 namespace {

@@ -46,10 +46,6 @@ ServerProcess::~ServerProcess() {
   waitForEnd();
 }
 
-int ServerProcess::processId() const {
-  return std::stoi(g_subprocess_get_identifier(process_.get()));
-}
-
 void ServerProcess::closeInput() {
   g_output_stream_close(g_subprocess_get_stdin_pipe(process_.get()), nullptr, nullptr);
 }

@@ -28,7 +28,6 @@ class ServerProcess {
 
   [[nodiscard]] const std::string& address() const { return address_; }
   [[nodiscard]] std::uint16_t port() const { return port_; }
-  [[nodiscard]] int processId() const;
 
   /// Closes the server's standard input.
   void closeInput();

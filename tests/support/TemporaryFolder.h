@@ -1,21 +1,21 @@
 #pragma once
 
+#include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <string>
 #include <string_view>
+#include <thread>
 
-#include <glib.h>
-
-#include "glib/GMemory.h"
-
-namespace orivex::gtk {
+namespace orivex {
 
 /// A folder that goes with this object.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    const GCharPtr path(g_dir_make_tmp("orivex-test-XXXXXX", nullptr));
-    path_ = path.get();
+    auto pattern = (std::filesystem::temp_directory_path() / "orivex-test-XXXXXX").string();
+    path_ = mkdtemp(pattern.data());
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
@@ -25,7 +25,7 @@ class TemporaryFolder {
     for (int tries = 0; tries < 20; ++tries) {
       std::filesystem::remove_all(path_, error);
       if (!error) return;
-      g_usleep(50'000);
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
   }
 
@@ -43,4 +43,4 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-}  // namespace orivex::gtk
+}  // namespace orivex

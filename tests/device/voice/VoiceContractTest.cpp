@@ -32,7 +32,7 @@ class Device {
   }
 
  private:
-  gtk::TemporaryFolder folder_;
+  TemporaryFolder folder_;
 };
 
 }  // namespace

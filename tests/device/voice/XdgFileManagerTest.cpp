@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include <glib.h>
 #include <gtest/gtest.h>
 
 #include "files/XdgFileManager.h"
