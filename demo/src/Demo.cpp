@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <stdexcept>
 
 #include <glib-unix.h>
 
@@ -69,25 +70,18 @@ void Demo::shutDown(GtkApplication* /*application*/) {
 
 void Demo::startServer() {
   if (server_) return;
-  window_->shop().setReady(false);
-  server_ = std::make_unique<DemoServer>(
-      DemoServer::Handlers{.started =
-                               [this](const std::string& address) {
-                                 std::cout << "server " << address << std::endl;
-                                 ownServer_ = address;
-                                 window_->shop().setReady(true);
-                               },
-                           .failed =
-                               [this](const std::string& reason) {
-                                 std::cerr << reason << '\n';
-                                 window_->shop().setReady(true);
-                                 window_->tell(text("聊天服务器没有启动", "The chat server did not start"));
-                               }});
+  try {
+    server_ = std::make_unique<DemoServer>();
+    std::cout << "server " << server_->address() << std::endl;
+  } catch (const std::runtime_error& error) {
+    std::cerr << error.what() << '\n';
+    window_->tell(text("聊天服务器没有启动", "The chat server did not start"));
+  }
 }
 
 void Demo::contact() {
   const auto& shop = window_->shop();
-  const auto& server = settings_.server.empty() ? ownServer_ : settings_.server;
+  const auto server = settings_.server.empty() && server_ ? server_->address() : settings_.server;
   if (server.empty()) {
     window_->tell(text("请先在设置中填写服务器地址", "Enter a server’s address in the settings first"));
     return;

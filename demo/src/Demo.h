@@ -35,7 +35,6 @@ class Demo {
   const Options options_;
   Settings settings_;
   ObjectPtr<AdwApplication> application_;
-  std::string ownServer_;
   std::unique_ptr<DemoServer> server_;
   std::unique_ptr<DemoWindow> window_;
   std::unique_ptr<ChatLauncher> launcher_;

@@ -1,36 +1,27 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "GObjects.h"
 
 namespace orivex::demo {
 
-/// The chat server to develop against, as a child process that ends with this object.
+/// A chat server of the demo's own, the program beside it. It ends with this object, and with this process however that
+/// ends.
 class DemoServer {
  public:
-  /// Gets the base address of the server, or what went wrong.
-  struct Handlers {
-    std::function<void(const std::string& address)> started;
-    std::function<void(const std::string& reason)> failed;
-  };
-
-  /// Starts the server program that lies beside this one, on a port that the system chooses. One of the handlers is
-  /// called from the main loop, later and once.
-  explicit DemoServer(Handlers handlers);
+  /// Starts it and waits until it listens. Throws std::runtime_error, which says why, when it does not.
+  DemoServer();
   DemoServer(const DemoServer&) = delete;
   DemoServer& operator=(const DemoServer&) = delete;
   ~DemoServer();
 
- private:
-  void readLine();
-  void tookLine(const std::string& line);
+  /// Its base address.
+  const std::string& address() const { return address_; }
 
-  Handlers handlers_;
-  ObjectPtr<GCancellable> cancellable_;
+ private:
   ObjectPtr<GSubprocess> process_;
-  ObjectPtr<GDataInputStream> output_;
+  std::string address_;
 };
 
 }  // namespace orivex::demo

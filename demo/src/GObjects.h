@@ -19,6 +19,7 @@ struct FreeWith {
 template <class Object>
 using ObjectPtr = std::unique_ptr<Object, FreeWith<g_object_unref>>;
 
+using BytesPtr = std::unique_ptr<GBytes, FreeWith<g_bytes_unref>>;
 using CharPtr = std::unique_ptr<char, FreeWith<g_free>>;
 using ErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
 using KeyFilePtr = std::unique_ptr<GKeyFile, FreeWith<g_key_file_unref>>;

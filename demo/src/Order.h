@@ -3,12 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "Drawings.h"
-
 namespace orivex::demo {
 
 struct OrderLine {
-  Picture picture;
+  std::string picture;  ///< path of its resource, an SVG file
   std::string name;
   std::string description;
   std::string amount;  ///< without the currency's symbol

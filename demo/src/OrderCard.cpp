@@ -6,17 +6,16 @@
 namespace orivex::demo {
 namespace {
 
-// Pixels of an item's picture: twice the size at which the chat page shows it. The card travels in the page's address,
-// so a picture must stay small.
-constexpr int thumbnailSize = 96;
-
 // `type` of a menu whose command is sent as the visitor's answer, as the chat page numbers it.
 constexpr std::int64_t commandMenu = 1;
 
-std::string thumbnailOf(Picture picture) {
-  const auto image = pngOf(picture, thumbnailSize);
-  const CharPtr encoded(g_base64_encode(image.data(), image.size()));
-  return std::string("data:image/png;base64,") + encoded.get();
+// The card travels in the page's address, so a picture must stay small.
+std::string thumbnailOf(const std::string& picture) {
+  const BytesPtr image(g_resources_lookup_data(picture.c_str(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr));
+  gsize size = 0;
+  const auto* const data = static_cast<const guchar*>(g_bytes_get_data(image.get(), &size));
+  const CharPtr encoded(g_base64_encode(data, size));
+  return std::string("data:image/svg+xml;base64,") + encoded.get();
 }
 
 MessageCustomFields field(const char* key, std::string value) {

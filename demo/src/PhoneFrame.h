@@ -19,6 +19,7 @@ class PhoneFrame {
 
  private:
   GtkWidget* overlay_;
+  GtkWidget* notch_;
   GtkWidget* statusBar_;
   GtkWidget* homeIndicator_;
 };

@@ -43,6 +43,16 @@ std::string moved(const std::string& position, double left, double top) {
   return std::to_string(x + std::lround(left)) + ' ' + std::to_string(y + std::lround(top)) + rest;
 }
 
+// The first field on the screen below `parent` that can be written in; null without one.
+GtkEditable* entryBelow(GtkWidget* parent) {
+  for (auto* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
+    if (!gtk_widget_get_mapped(child)) continue;
+    if (GTK_IS_EDITABLE(child)) return GTK_EDITABLE(child);
+    if (auto* const entry = entryBelow(child)) return entry;
+  }
+  return nullptr;
+}
+
 // The page can be clicked from when the placeholder, which lies above it, has faded out, to when the chat is closed.
 bool canBeClicked(OVKFApi& chat) {
   return chat.isViewInWindow() && chat.isLoaded() && !chat.loadView()->superview();
@@ -125,6 +135,9 @@ void PositionReporter::addDialog(Controls& found) const {
       const char* const title = gtk_window_get_title(GTK_WINDOW(dialog));
       found["dialog"] = "0 0 " + std::to_string(gtk_widget_get_width(dialog)) + ' ' +
                         std::to_string(gtk_widget_get_height(dialog)) + ' ' + (title ? title : "");
+      if (auto* const entry = entryBelow(dialog)) {
+        found["dialog-entry"] = std::string("0 0 0 0 ") + gtk_editable_get_text(entry);
+      }
     }
     g_object_unref(dialog);
   }

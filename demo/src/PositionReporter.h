@@ -19,7 +19,8 @@ namespace orivex::demo {
 ///
 /// Controls of the page are those with a "data-testid", named "ID", or "ID.COMMAND" where they carry a command, with
 /// "#2", "#3" after the name from the second of a name on. Another window than the shop's is the control "dialog", with
-/// its title as the text; where it lies on the screen its program does not know.
+/// its title as the text, and the field in it that can be written in is "dialog-entry"; where they lie on the screen
+/// their program does not know.
 class PositionReporter {
  public:
   /// `chat` gives the chat that shows, or null.

@@ -2,7 +2,6 @@
 
 #include <adwaita.h>
 
-#include "Drawings.h"
 #include "GObjects.h"
 #include "Texts.h"
 
@@ -21,11 +20,20 @@ GtkWidget* labelNew(const std::string& content, const char* styleClass) {
   return label;
 }
 
+// Fills its place; what is too much is cut off, as are its corners.
+GtkWidget* pictureNew(const std::string& resource) {
+  auto* const picture = gtk_picture_new_for_resource(resource.c_str());
+  gtk_picture_set_content_fit(GTK_PICTURE(picture), GTK_CONTENT_FIT_COVER);
+  gtk_widget_set_overflow(picture, GTK_OVERFLOW_HIDDEN);
+  gtk_widget_add_css_class(picture, "shop-picture");
+  return picture;
+}
+
 GtkWidget* rowOf(const OrderLine& line, const std::string& currency) {
   auto* const row = adw_action_row_new();
   adw_preferences_row_set_title(ADW_PREFERENCES_ROW(row), line.name.c_str());
   adw_action_row_set_subtitle(ADW_ACTION_ROW(row), line.description.c_str());
-  auto* const picture = pictureNew(line.picture, 10);
+  auto* const picture = pictureNew(line.picture);
   gtk_widget_set_size_request(picture, thumbnailSize, thumbnailSize);
   gtk_widget_set_valign(picture, GTK_ALIGN_CENTER);
   adw_action_row_add_prefix(ADW_ACTION_ROW(row), picture);
@@ -62,13 +70,9 @@ bool ShopPage::bringsOrder() const {
   return gtk_switch_get_active(bring_) != FALSE;
 }
 
-void ShopPage::setReady(bool isReady) {
-  gtk_widget_set_sensitive(button_, isReady);
-}
-
 GtkWidget* ShopPage::goods() const {
   const auto& line = order_.lines.front();
-  auto* const picture = pictureNew(line.picture, 18);
+  auto* const picture = pictureNew(line.picture);
   gtk_widget_set_size_request(picture, -1, pictureHeight);
   auto* const name = labelNew(line.name, "title-2");
   gtk_widget_set_hexpand(name, TRUE);

@@ -24,9 +24,6 @@ class ShopPage {
   /// Whether the customer wants to bring the order into the chat.
   bool bringsOrder() const;
 
-  /// Whether support can be contacted by now.
-  void setReady(bool isReady);
-
  private:
   GtkWidget* goods() const;
   GtkWidget* orderList();

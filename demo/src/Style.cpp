@@ -19,6 +19,10 @@ constexpr char rules[] = R"(
   .shop-column { padding: 4px 16px 16px; }
   .shop-price { font-size: 18px; font-weight: 700; color: @accent_color; }
   .shop-contact { margin: 8px 16px 12px; }
+  .shop-picture { border-radius: 12px; }
+  .phone-status { padding: 0 26px; color: #14141a; font-weight: bold; }
+  .phone-notch { background: #14141a; border-radius: 14px; min-width: 116px; min-height: 27px; }
+  .phone-home { background: #14141a; border-radius: 3px; min-width: 128px; min-height: 5px; margin-bottom: 8px; }
 )";
 
 }  // namespace
