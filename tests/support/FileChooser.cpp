@@ -1,14 +1,30 @@
 #include "FileChooser.h"
 
+#include <string_view>
+
 #include "MainLoop.h"
+#include "Widgets.h"
 #include "glib/GMemory.h"
 #include "glib/GRef.h"
 
 namespace orivex::gtk {
 namespace {
 
-// GTK does not tell when the chooser has read its first folder; one that is interrupted complains in a dialog.
-constexpr double readingTime = 0.4;
+// Waits until the chooser shows its first folder: one that is interrupted before complains in a dialog.
+void waitForFolder(GtkWindow* chooser) {
+  const auto isList = [](GtkWidget* widget) {
+    const std::string_view type = G_OBJECT_TYPE_NAME(widget);
+    return type == "GtkTreeView" || type == "GtkColumnView";  // in newer GTK
+  };
+  wait(
+      [&] {
+        GObject* model = nullptr;
+        if (GtkWidget* const list = findBelow(GTK_WIDGET(chooser), isList))
+          g_object_get(list, "model", &model, nullptr);
+        return GRef<GObject>::adopt(model).get() != nullptr;
+      },
+      5);
+}
 
 }  // namespace
 
@@ -27,7 +43,7 @@ GtkWindow* openFileChooser() {
 bool chooseFile(const std::string& path) {
   auto* const window = openFileChooser();
   if (!window) return false;
-  pass(readingTime);
+  waitForFolder(window);
   const auto file = GRef<GFile>::adopt(g_file_new_for_path(path.c_str()));
   gtk_file_chooser_set_file(GTK_FILE_CHOOSER(window), file.get(), nullptr);
   const bool selected = wait(
@@ -64,8 +80,10 @@ std::vector<std::string> fileChooserFilters() {
 }
 
 void cancelFileChooser() {
-  pass(readingTime);
-  if (auto* const window = openFileChooser()) gtk_dialog_response(GTK_DIALOG(window), GTK_RESPONSE_CANCEL);
+  auto* const window = openFileChooser();
+  if (!window) return;
+  waitForFolder(window);
+  gtk_dialog_response(GTK_DIALOG(window), GTK_RESPONSE_CANCEL);
 }
 G_GNUC_END_IGNORE_DEPRECATIONS
 
