@@ -11,9 +11,9 @@
 #include "Bench.h"
 #include "LoopMeter.h"
 #include "ShopWindow.h"
+#include "av/Pipeline.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
-#include "video/Pipeline.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/sdk/OrivexSDK.h"

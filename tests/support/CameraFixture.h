@@ -11,7 +11,7 @@
 #include "LogLines.h"
 #include "MainLoop.h"
 #include "TemporaryFolder.h"
-#include "audio/GtkRecordPermission.h"
+#include "av/GtkRecordPermission.h"
 #include "camera/GtkCamera.h"
 #include "ui/GtkApplicationPort.h"
 

@@ -10,9 +10,9 @@
 
 #include "PictureLimits.h"
 #include "TurboJpeg.h"
+#include "av/Samples.h"
+#include "av/VideoContainer.h"
 #include "glib/GMemory.h"
-#include "video/MappedFrame.h"
-#include "video/VideoContainer.h"
 
 namespace orivex::gtk {
 namespace {
@@ -91,7 +91,7 @@ struct Video {
 std::variant<Video, Failure> inspect(int file) {
   const auto deadline = Clock::now() + longestProbe;
   const auto path = "/proc/self/fd/" + std::to_string(file);
-  if (!isVideoContainerAt(path.c_str())) return Failure{"is not a video"};
+  if (!isVideoContainer(path)) return Failure{"is not a video"};
   const auto uri = "file://" + path;
   auto discovered = discover(uri.c_str());
   if (auto* const failure = std::get_if<Failure>(&discovered)) return std::move(*failure);

@@ -91,42 +91,30 @@ TEST_F(CameraPortalTest, ItsAnswerDecides) {
   EXPECT_TRUE(std::holds_alternative<PipelineError>(CameraPortal::makeSource())) << "nor a way to it";
 }
 
-TEST_F(CameraPortalTest, AQuestionThatNobodyWaitsForIsTakenBack) {
+TEST_F(CameraPortalTest, AnswersWhenThePortalGoesAway) {
   {
     FakePortal portal;
     ask();
     ASSERT_TRUE(portal.isAsked());
-    portal_.reset();
-    EXPECT_TRUE(wait([&] { return portal.isClosed; }, patience));
-    portal.respond(0);
-    pass(0.1);
-    EXPECT_TRUE(answers_.empty());
-    portal.request.clear();
-    ask();
-    ASSERT_TRUE(portal.isAsked());
   }
-  EXPECT_EQ(answer(), CameraFailure::failed) << "the portal has gone";
+  EXPECT_EQ(answer(), CameraFailure::failed);
 }
 
 using SandboxTest = CameraFixture;
 
-TEST_F(SandboxTest, TheCameraOpensOnlyWhenThePortalSaysSo) {
+TEST_F(SandboxTest, AQuestionThatNobodyWaitsForIsTakenBack) {
   FakePortal portal;
   setenv("SNAP", "/snap/shop", 1);
   setSources("");
-  present();
-  ASSERT_TRUE(portal.isAsked());
-  portal.respond(1);
-  ASSERT_TRUE(waitForOutcome());
-  EXPECT_EQ(std::get<CameraFailure>(outcomes.at(0)), CameraFailure::accessDenied);
-  outcomes.clear();
-  portal.request.clear();
   present();
   ASSERT_TRUE(portal.isAsked());
   click("window-close-symbolic");
   ASSERT_TRUE(waitForOutcome());
   EXPECT_TRUE(std::holds_alternative<CaptureCancelled>(outcomes.at(0)));
   EXPECT_TRUE(wait([&] { return portal.isClosed; }, hangs)) << "the desktop still asks";
+  portal.respond(0);
+  pass(0.1);
+  EXPECT_EQ(outcomes.size(), 1U);
   unsetenv("SNAP");
 }
 

@@ -87,15 +87,6 @@ TEST_F(EndingTest, AWindowThatGoesWhileItRecordsTakesEverythingWithIt) {
   EXPECT_TRUE(outcomes.empty());
 }
 
-TEST_F(EndingTest, TheCameraIsClosedDuringTheReview) {
-  openLive();
-  tapShutter();
-  ASSERT_TRUE(waitForReview());
-  EXPECT_TRUE(wait([] { return streamingThreads() == 0; }, hangs));
-  click("重拍");
-  EXPECT_TRUE(waitForLive());
-}
-
 TEST_F(EndingTest, AHiddenApplicationLetsGoOfTheCamera) {
   setSources(testCamera);
   WorkerPool worker(1, std::chrono::seconds(1));

@@ -1,14 +1,10 @@
-#include <utility>
-
 #include <gst/gst.h>
 #include <gtest/gtest.h>
 
+#include "av/FrameFeed.h"
+#include "av/Pipeline.h"
+#include "camera/CameraPipeline.h"
 #include "camera/CameraSource.h"
-#include "camera/CaptureFormat.h"
-#include "camera/DeviceOrientation.h"
-#include "camera/SourceFailure.h"
-#include "video/Pipeline.h"
-#include "video/PreviewBranch.h"
 
 namespace orivex::gtk {
 namespace {
@@ -78,12 +74,6 @@ TEST(CameraFacings, ComeFromTheDriverThenFromTheName) {
   EXPECT_EQ(facingOf("front", "Rear Camera"), CameraFacing::front);
   EXPECT_EQ(facingOf("", "OV5640 Rear"), CameraFacing::back);
   EXPECT_EQ(facingOf("", "Integrated Webcam"), CameraFacing::front);
-}
-
-TEST(DeviceOrientations, TurnThePictureUpright) {
-  const std::pair<const char*, int> cases[] = {
-      {"normal", 0}, {"left-up", 90}, {"bottom-up", 180}, {"right-up", 270}, {"undefined", 0}};
-  for (const auto& [orientation, degrees] : cases) EXPECT_EQ(degreesFor(orientation), degrees) << orientation;
 }
 
 TEST(PlacedSizes, FillTheAreaUnlessTooMuchWouldBeCutOff) {

@@ -9,12 +9,12 @@
 
 #include "FreeWith.h"
 #include "GlibMainQueue.h"
+#include "av/ClipPlayer.h"
+#include "av/Pipeline.h"
 #include "glib/GRef.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 #include "support/VideoFiles.h"
-#include "video/ClipPlayer.h"
-#include "video/Pipeline.h"
 
 namespace orivex::gtk {
 namespace {

@@ -7,11 +7,11 @@
 
 #include "PictureFiles.h"
 #include "PlainJpeg.h"
+#include "av/GstMediaProbe.h"
 #include "glib/GRef.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestDecoder.h"
 #include "support/VideoFiles.h"
-#include "video/GstMediaProbe.h"
 
 namespace orivex::gtk {
 namespace {

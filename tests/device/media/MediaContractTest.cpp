@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "PlainJpeg.h"
+#include "av/GstMediaProbe.h"
 #include "contract/MediaContract.h"
 #include "pictures/PictureCodec.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestDecoder.h"
 #include "support/VideoFiles.h"
-#include "video/GstMediaProbe.h"
 
 namespace orivex::gtk {
 

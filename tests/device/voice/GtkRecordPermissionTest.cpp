@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "GlibMainQueue.h"
-#include "audio/GtkRecordPermission.h"
+#include "av/GtkRecordPermission.h"
 #include "support/LogLines.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
@@ -102,10 +102,9 @@ TEST_F(GtkRecordPermissionTest, TakesADialogThatGoesWithoutAnAnswerForARefusalTh
   ask(shop);
   EXPECT_NE(openDialog(), nullptr);
   visitor_.destroy();
-  EXPECT_EQ(answers(2), (Answers{false, false}));
   EXPECT_EQ(openDialog(), nullptr);
   ask(shop);
-  EXPECT_EQ(answers(3).back(), false) << "there is no window to ask in";
+  EXPECT_EQ(answers(2), (Answers{false, false})) << "only the last one: there is no window to ask in";
   EXPECT_FALSE(std::filesystem::exists(folder_.path() / "state"));
 }
 

@@ -1,7 +1,7 @@
 #include <thread>
 
 #include "GlibMainQueue.h"
-#include "audio/GstAudioRecorder.h"
+#include "av/GstAudioRecorder.h"
 
 // record-until-killed FILE
 int main(int argc, char** argv) {

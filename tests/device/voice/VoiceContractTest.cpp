@@ -3,7 +3,7 @@
 #include <adwaita.h>
 #include <gtest/gtest.h>
 
-#include "audio/ConsentFile.h"
+#include "av/GtkRecordPermission.h"
 #include "contract/AudioContract.h"
 #include "contract/FileManagerContract.h"
 #include "contract/RecordPermissionContract.h"
@@ -22,6 +22,10 @@ class Device {
     gtk::install();
     g_setenv("ORIVEX_AUDIO_SOURCE", "audiotestsrc is-live=true volume=0.5", TRUE);
   }
+
+  Device(const Device&) = delete;
+  Device& operator=(const Device&) = delete;
+  ~Device() { g_unsetenv("ORIVEX_AUDIO_SOURCE"); }
 
   const Platform& platform() const { return Platform::current(); }
   bool wait(const std::function<bool()>& condition, double seconds) { return gtk::wait(condition, seconds); }

@@ -1,43 +1,22 @@
 #include "CameraPipeline.h"
 
-#include <string>
 #include <utility>
-
-#include <gst/gst.h>
-#include <gst/video/video.h>
-
-#include "../glib/GMemory.h"
-#include "../video/PreviewBranch.h"
-#include "SourceFailure.h"
 
 #include "orivex/platform/base/Log.h"
 
 namespace orivex::gtk {
 namespace {
 
-// Seconds after which a camera that has sent nothing is given up; slow ones need two or three.
+// Seconds after which a camera that has sent nothing is taken to be broken; slow ones need two or three.
 constexpr double longestStart = 10;
 
 // The queues hold next to nothing: what comes too late is dropped rather than shown or recorded late.
 std::string description() {
   return "capsfilter name=offer ! decodebin ! videoconvert ! video/x-raw,format=I420 ! videoflip name=turn ! tee "
          "name=split split. ! queue max-size-buffers=1 max-size-bytes=0 max-size-time=0 leaky=downstream ! " +
-         previewBranch(false) +
+         FrameFeed::branch(false) +
          " split. ! queue max-size-buffers=2 max-size-bytes=0 max-size-time=0 leaky=downstream ! appsink name=frames "
          "max-buffers=2 drop=true sync=false";
-}
-
-GstVideoOrientationMethod turnMethod(int degrees) {
-  switch (degrees) {
-    case 90:
-      return GST_VIDEO_ORIENTATION_90R;
-    case 180:
-      return GST_VIDEO_ORIENTATION_180;
-    case 270:
-      return GST_VIDEO_ORIENTATION_90L;
-    default:
-      return GST_VIDEO_ORIENTATION_IDENTITY;
-  }
 }
 
 // When the frame was taken, on the clock that all our pipelines share.
@@ -59,12 +38,12 @@ ElementOrError build(const CameraSource& source, Size captureSize, Size screenAr
   auto* const element = std::get<GRef<GstElement>>(made).get();
   gst_bin_add(GST_BIN(&pipeline), element);
   const auto offer = elementIn(pipeline, "offer");
-  if (!gst_element_link(element, offer.get())) return pipelineError("the source gives no pictures");
+  if (!gst_element_link(element, offer.get())) return pipelineError("the source has no pictures");
   g_object_set(offer.get(), "caps", formatFor(source, captureSize).get(), nullptr);
 
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
   gst_pipeline_use_clock(GST_PIPELINE(&pipeline), clock.get());
-  connectPreview(pipeline, screenArea, source.facing == CameraFacing::front, feed);
+  feed->connect(pipeline, screenArea, source.facing == CameraFacing::front);
   // The pipeline owns the handler and outlives it.
   handleSamples(*elementIn(pipeline, "frames").get(), [frames, &pipeline](SharedSample sample) {
     const auto time = timeOf(pipeline, *sample);
@@ -99,13 +78,10 @@ CameraPipeline::CameraPipeline(PipelineThreads threads, const CameraSource& sour
   }));
 }
 
-CameraPipeline::~CameraPipeline() {
-  feed_->close();
-}
-
 void CameraPipeline::turn(int degrees) {
-  pipeline_->run([degrees](GstElement& pipeline) {
-    g_object_set(elementIn(pipeline, "turn").get(), "video-direction", turnMethod(degrees), nullptr);
+  static_assert(GST_VIDEO_ORIENTATION_90R == 1 && GST_VIDEO_ORIENTATION_180 == 2 && GST_VIDEO_ORIENTATION_90L == 3);
+  pipeline_->run([quarters = degrees / 90](GstElement& pipeline) {
+    g_object_set(elementIn(pipeline, "turn").get(), "video-direction", quarters, nullptr);
   });
 }
 
@@ -114,6 +90,25 @@ void CameraPipeline::fail(CameraFailure failure, const std::string& reason) {
   if (!failed) return;
   log::print("camera: " + reason);
   failed(failure);
+}
+
+CameraFailure failureOf(const PipelineError& error) {
+  if (error.domain != GST_RESOURCE_ERROR) return CameraFailure::failed;
+  switch (error.code) {
+    case GST_RESOURCE_ERROR_NOT_FOUND:
+      return CameraFailure::noCamera;
+    case GST_RESOURCE_ERROR_BUSY:
+      return CameraFailure::busy;
+    // A device file that exists and cannot be opened is one that this user may not open: Video4Linux lets several
+    // programs open a camera, and says that it is busy only when the second one asks for frames.
+    case GST_RESOURCE_ERROR_NOT_AUTHORIZED:
+    case GST_RESOURCE_ERROR_OPEN_READ:
+    case GST_RESOURCE_ERROR_OPEN_WRITE:
+    case GST_RESOURCE_ERROR_OPEN_READ_WRITE:
+      return CameraFailure::accessDenied;
+    default:
+      return CameraFailure::failed;
+  }
 }
 
 }  // namespace orivex::gtk

@@ -1,12 +1,9 @@
 #include "CameraScreen.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "../Sandbox.h"
-#include "../video/PreviewBranch.h"
-#include "PhotoWriter.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -36,7 +33,7 @@ std::string hintFor(const CameraOptions& options) {
 }  // namespace
 
 CameraScreen::CameraScreen(PipelineThreads threads, const HostWindow& window, const CameraOptions& options,
-                           MayRecordSound mayRecordSound, std::function<void(Result)> done)
+                           MayRecordSound mayRecordSound, Once<void(Result)> done)
     : threads_(threads),
       options_(options),
       mayRecordSound_(std::move(mayRecordSound)),
@@ -45,7 +42,7 @@ CameraScreen::CameraScreen(PipelineThreads threads, const HostWindow& window, co
       view_(threads.main, window.window()->safeAreaInsets(), window.heldKeys(), hintFor(options), viewHandlers()) {
   attach();
   view_.showOpening(false);
-  orientation_ = std::make_unique<DeviceOrientation>([this](int) { turn(); });
+  orientation_ = std::make_unique<DeviceOrientation>([this] { turn(); });
   findSources();
 }
 
@@ -85,7 +82,7 @@ void CameraScreen::detach() {
   if (focusBefore_) gtk_widget_grab_focus(focusBefore_);
 }
 
-// The devices are let go of now, the widgets when the call that ends the visit is over.
+// The devices are closed now, the widgets when the call that ends the visit is over.
 void CameraScreen::finish(Result result) {
   if (std::exchange(phase_, Phase::done) == Phase::done) return;
   recordingTicks_.reset();
@@ -94,32 +91,30 @@ void CameraScreen::finish(Result result) {
   camera_.reset();
   portal_.reset();
   orientation_.reset();
-  threads_.main.async(alive_.guard([this, result = std::move(result)]() mutable {
-    const auto done = std::exchange(done_, nullptr);
-    done(std::move(result));
-  }));
+  threads_.main.async(
+      alive_.guard([this, result = std::move(result)]() mutable { std::move(done_)(std::move(result)); }));
 }
 
 void CameraScreen::findSources() {
   // Named sources are nobody's camera.
   const char* const named = g_getenv(cameraSourceVariable);
   if (runsInSandbox() && (!named || !*named)) return askPortal();
-  threads_.worker.run([&main = threads_.main, found = std::function<void(std::vector<CameraSource>)>(
-                                                  alive_.guard([this](std::vector<CameraSource> sources) {
-                                                    sources_ = std::move(sources);
-                                                    if (phase_ != Phase::opening) return;
-                                                    sources_.empty() ? finish(CameraFailure::noCamera) : openCamera();
-                                                  }))] {
+  const auto find = [] {
     prepareGStreamer();
-    main.async([found, sources = findCameras()]() mutable { found(std::move(sources)); });
-  });
+    return findCameras();
+  };
+  threads_.run(find, alive_.guard([this](std::vector<CameraSource> sources) {
+    sources_ = std::move(sources);
+    if (phase_ != Phase::opening) return;
+    sources_.empty() ? finish(CameraFailure::noCamera) : openCamera();
+  }));
 }
 
 void CameraScreen::askPortal() {
   portal_ = std::make_unique<CameraPortal>([this](std::optional<CameraFailure> failure) {
     if (phase_ != Phase::opening) return;
     if (failure) return finish(*failure);
-    // Which of several, the desktop decides; the one that it offers looks at the visitor more often than not.
+    // The desktop decides which of several; most that it offers face the visitor.
     sources_ = {{CameraFacing::front, CameraSource::Portal{}}};
     openCamera();
   });
@@ -134,7 +129,8 @@ void CameraScreen::openCamera() {
   camera_ = std::make_unique<CameraPipeline>(
       threads_, source, options_.captureSize, screenArea(),
       CameraPipeline::Handlers{.show = [this](const GRef<GdkTexture>& frame) { frameShown(frame); },
-                               .failed = [this](CameraFailure failure) { cameraFailed(failure); }});
+                               // What was recorded up to here may not be whole.
+                               .failed = [this](CameraFailure failure) { finish(failure); }});
   turn();
 }
 
@@ -147,20 +143,15 @@ void CameraScreen::frameShown(const GRef<GdkTexture>& frame) {
   if (options_.allowRecordVideo) ClipRecorder::warmUp(threads_, options_.videoExportType);
 }
 
-// What was recorded up to here cannot be trusted to be whole.
-void CameraScreen::cameraFailed(CameraFailure failure) {
-  finish(failure);
-}
-
 void CameraScreen::switchCamera() {
-  if (phase_ != Phase::live || sources_.size() < 2) return;
+  if (phase_ != Phase::live) return;
   current_ = (current_ + 1) % sources_.size();
   openCamera();
 }
 
 // A video keeps the way up with which it began. Seen from the other side a turn goes the other way round.
 void CameraScreen::turn() {
-  if (!camera_ || phase_ == Phase::preparing || phase_ == Phase::recording) return;
+  if (!camera_ || phase_ == Phase::recording) return;
   const int degrees = orientation_->degrees();
   camera_->turn(sources_[current_].facing == CameraFacing::back ? degrees : (360 - degrees) % 360);
 }
@@ -174,7 +165,7 @@ Size CameraScreen::screenArea() const {
 
 void CameraScreen::pause() {
   paused_ = true;
-  if (phase_ == Phase::preparing || phase_ == Phase::recording) endVideo();
+  endVideo();
   camera_.reset();
   player_.reset();
   if (phase_ == Phase::live) openCamera();
@@ -192,28 +183,18 @@ void CameraScreen::takePhoto() {
     view_.showNotice("请按住按钮摄像");
     return;
   }
-  const auto frame = camera_->frames()->newest();
-  auto made = CaptureFile::make("photo", ".jpg");
-  const auto* const file = std::get_if<std::shared_ptr<CaptureFile>>(&made);
-  if (!frame || !file) {
-    if (!file) log::print("camera: no photo: " + std::get<Failure>(made).description);
-    view_.showNotice("拍照失败，请再试一次");
-    return;
-  }
   phase_ = Phase::working;
-  camera_.reset();
   view_.showWorking();
-  using Written = std::function<void(const std::optional<Failure>&)>;
-  const Written written = alive_.guard([this, file = *file](const std::optional<Failure>& failure) {
-    if (phase_ != Phase::working) return;
-    if (!failure) return captured(MediaType::image, file);
-    log::print("camera: no photo: " + failure->description);
-    openCamera();
-    view_.showNotice("拍照失败，请再试一次");
-  });
-  threads_.worker.run([&main = threads_.main, frame, file = *file, written] {
-    main.async([written, failure = writePhoto(frame, file->path())] { written(failure); });
-  });
+  using Photo = std::variant<std::shared_ptr<CaptureFile>, Failure>;
+  threads_.run([frame = camera_->frames()->newest()] { return CaptureFile::makePhoto(frame); },
+               alive_.guard([this](const Photo& made) {
+                 if (phase_ != Phase::working) return;
+                 if (const auto* const photo = std::get_if<0>(&made)) return captured(*photo);
+                 log::print("camera: no photo: " + std::get<Failure>(made).description);
+                 openCamera();
+                 view_.showNotice("拍照失败，请再试一次");
+               }));
+  camera_.reset();
 }
 
 void CameraScreen::beginVideo() {
@@ -224,24 +205,22 @@ void CameraScreen::beginVideo() {
   }
   const auto withSound = mayRecordSound_();
   if (!withSound) return;
-  phase_ = Phase::preparing;
+  phase_ = Phase::recording;
   view_.showRecording(0, options_.maxRecordDuration);
   recorder_ = std::make_unique<ClipRecorder>(
       threads_, camera_->frames(), options_, *withSound,
-      ClipRecorder::Handlers{
-          .began = [this] { videoBegan(); },
-          .finished = [this](std::shared_ptr<CaptureFile> file) { captured(MediaType::video, std::move(file)); },
-          .failed = [this] { dropVideo("录制失败，请再试一次"); }});
+      ClipRecorder::Handlers{.began = [this] { videoBegan(); },
+                             .finished = [this](std::shared_ptr<CaptureFile> video) { captured(std::move(video)); },
+                             .failed = [this] { dropVideo("录制失败，请再试一次"); }});
 }
 
 void CameraScreen::videoBegan() {
-  phase_ = Phase::recording;
   recordingBegan_ = threads_.main.now();
   recordingTicks_ = threads_.main.repeat(ringInterval, [this] { tickRecording(); });
 }
 
 double CameraScreen::recordedSeconds() const {
-  return phase_ == Phase::recording ? threads_.main.now() - recordingBegan_ : 0;
+  return recordingTicks_ ? threads_.main.now() - recordingBegan_ : 0;
 }
 
 void CameraScreen::tickRecording() {
@@ -251,7 +230,7 @@ void CameraScreen::tickRecording() {
 }
 
 void CameraScreen::endVideo() {
-  if (phase_ != Phase::preparing && phase_ != Phase::recording) return;
+  if (phase_ != Phase::recording) return;
   if (recordedSeconds() < options_.minRecordDuration) {
     dropVideo("录制时间太短");
     return;
@@ -266,7 +245,7 @@ void CameraScreen::endVideo() {
 // Called by the recorder too, which must not go while it calls.
 void CameraScreen::dropVideo(const std::string& notice) {
   recordingTicks_.reset();
-  threads_.main.async([recorder = std::shared_ptr<ClipRecorder>(std::move(recorder_))] {});
+  threads_.main.async([recorder = std::move(recorder_)] {});
   if (camera_) {
     phase_ = Phase::live;
     view_.showLive();
@@ -276,29 +255,25 @@ void CameraScreen::dropVideo(const std::string& notice) {
   view_.showNotice(notice);
 }
 
-void CameraScreen::captured(MediaType type, std::shared_ptr<CaptureFile> file) {
-  capture_ = Capture{type, std::move(file)};
+void CameraScreen::captured(std::shared_ptr<CaptureFile> capture) {
+  capture_ = std::move(capture);
   phase_ = Phase::reviewing;
   view_.showReview();
-  threads_.main.async([recorder = std::shared_ptr<ClipRecorder>(std::move(recorder_))] {});
+  threads_.main.async([recorder = std::move(recorder_)] {});
   review();
 }
 
 // The file itself is shown, not what the camera showed: what the visitor approves is what is sent.
 void CameraScreen::review() {
   if (paused_) return;
-  const std::function<void(GRef<GdkTexture>)> show =
-      alive_.guard([this](const GRef<GdkTexture>& picture) { view_.picture().show(picture.get()); });
-  if (capture_->type == MediaType::video) {
+  const auto show = alive_.guard([this](const GRef<GdkTexture>& picture) { view_.picture().show(picture.get()); });
+  if (capture_->type() == MediaType::video) {
     player_ = std::make_unique<ClipPlayer>(
-        threads_, capture_->file->path(), screenArea(),
-        ClipPlayer::Handlers{.show = show, .ended = [this] { player_->again(); }, .failed = [] {}});
-    return;
+        threads_, capture_->path(), screenArea(),
+        ClipPlayer::Handlers{.show = show, .ended = [this] { player_->restart(); }, .failed = [] {}});
+  } else {
+    threads_.run([file = capture_, area = screenArea()] { return photoTexture(file->path(), area); }, show);
   }
-  threads_.worker.run([&main = threads_.main, file = capture_->file, area = screenArea(), show] {
-    auto picture = photoTexture(file->path(), area);
-    main.async([show, picture = std::move(picture)] { show(picture); });
-  });
 }
 
 void CameraScreen::retake() {
@@ -310,7 +285,7 @@ void CameraScreen::retake() {
 
 void CameraScreen::useCapture() {
   if (phase_ != Phase::reviewing) return;
-  finish(PickedMedia{capture_->type, capture_->file->giveAway()});
+  finish(capture_->release());
 }
 
 }  // namespace orivex::gtk

@@ -8,10 +8,9 @@
 
 #include <gtk/gtk.h>
 
+#include "../av/ClipPlayer.h"
 #include "../glib/SignalConnection.h"
 #include "../ui/HostWindow.h"
-#include "../video/ClipPlayer.h"
-#include "../video/PipelineThreads.h"
 #include "CameraPipeline.h"
 #include "CameraPortal.h"
 #include "CameraView.h"
@@ -20,6 +19,7 @@
 #include "DeviceOrientation.h"
 
 #include "orivex/platform/base/Alive.h"
+#include "orivex/platform/base/Once.h"
 #include "orivex/platform/ports/Camera.h"
 #include "orivex/platform/ui/Window.h"
 
@@ -35,30 +35,25 @@ class CameraScreen {
   /// Whether a video may have sound. Nothing: the visitor is being asked now, and holds the shutter again afterwards.
   using MayRecordSound = std::function<std::optional<bool>()>;
 
-  /// Opens over a host's window. `done` is called once, from the queue, and may destroy the screen.
+  /// Opens over a host's window. `done` is called from the queue, and may destroy the screen.
   CameraScreen(PipelineThreads threads, const HostWindow& window, const CameraOptions& options,
-               MayRecordSound mayRecordSound, std::function<void(Result)> done);
+               MayRecordSound mayRecordSound, Once<void(Result)> done);
   CameraScreen(const CameraScreen&) = delete;
   CameraScreen& operator=(const CameraScreen&) = delete;
   ~CameraScreen();
 
-  /// The application is out of sight: lets go of the camera until `resume`. A recording ends as by the visitor's hand.
+  /// The application is out of sight: closes the camera until `resume`. A recording ends as by the visitor's hand.
   void pause();
   void resume();
 
  private:
   enum class Phase {
-    opening,    ///< no picture yet
-    live,       ///< a picture, and nothing else
-    preparing,  ///< the recording has no frame yet
+    opening,  ///< no picture yet
+    live,     ///< a picture, and nothing else
     recording,
     working,  ///< the capture is being written
     reviewing,
     done,
-  };
-  struct Capture {
-    MediaType type;
-    std::shared_ptr<CaptureFile> file;
   };
 
   CameraView::Handlers viewHandlers();
@@ -70,7 +65,6 @@ class CameraScreen {
   void askPortal();
   void openCamera();
   void frameShown(const GRef<GdkTexture>& frame);
-  void cameraFailed(CameraFailure failure);
   void switchCamera();
   void turn();
   Size screenArea() const;
@@ -83,7 +77,7 @@ class CameraScreen {
   void dropVideo(const std::string& notice);
   double recordedSeconds() const;
 
-  void captured(MediaType type, std::shared_ptr<CaptureFile> file);
+  void captured(std::shared_ptr<CaptureFile> capture);
   void review();
   void retake();
   void useCapture();
@@ -91,7 +85,7 @@ class CameraScreen {
   const PipelineThreads threads_;
   const CameraOptions options_;
   const MayRecordSound mayRecordSound_;
-  std::function<void(Result)> done_;
+  Once<void(Result)> done_;
   GtkOverlay* parent_;
   GtkWidget* focusBefore_ = nullptr;
   Phase phase_ = Phase::opening;
@@ -101,11 +95,11 @@ class CameraScreen {
   CameraView view_;
   std::unique_ptr<DeviceOrientation> orientation_;
   std::unique_ptr<CameraPipeline> camera_;
-  std::unique_ptr<CameraPortal> portal_;  // while it asks, and after
+  std::unique_ptr<CameraPortal> portal_;
   std::unique_ptr<ClipRecorder> recorder_;
-  std::unique_ptr<Timer> recordingTicks_;
+  std::unique_ptr<Timer> recordingTicks_;  // from the recording's first frame on
   double recordingBegan_ = 0;
-  std::optional<Capture> capture_;
+  std::shared_ptr<CaptureFile> capture_;
   std::unique_ptr<ClipPlayer> player_;
   SignalConnection parentDestroyed_;
   Alive alive_;

@@ -4,17 +4,17 @@
 #include <array>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <sstream>
-#include <utility>
+#include <tuple>
 
 #include "../glib/GMemory.h"
 #include "CameraPortal.h"
-#include "CaptureFormat.h"
 
 namespace orivex::gtk {
 namespace {
 
-// Words by which drivers name a camera that looks away from the visitor.
+// Words in the drivers' names of cameras that face away from the visitor.
 constexpr std::array backWords{"back", "rear", "world"};
 
 struct FreeObjectList {
@@ -50,6 +50,44 @@ std::string propertyOf(GstDevice& device, const char* key) {
   const std::unique_ptr<GstStructure, FreeWith<gst_structure_free>> properties(gst_device_get_properties(&device));
   const char* const value = properties ? gst_structure_get_string(properties.get(), key) : nullptr;
   return value ? value : "";
+}
+
+constexpr int wantedRate = 30;  // frames a second
+constexpr double slowest = 5;   // below this a camera's format is for still pictures
+
+// The larger, the better: whether it moves, how near its size comes, frames a second, and whether it is raw.
+using Rank = std::tuple<bool, int, double, bool>;
+
+// Fixates what the structure leaves open; nothing for a format that cannot be used.
+std::optional<Rank> fixate(GstStructure& format, Size wanted) {
+  const bool raw = gst_structure_has_name(&format, "video/x-raw");
+  if (!raw && !gst_structure_has_name(&format, "image/jpeg")) return std::nullopt;
+  const auto wantedWidth = static_cast<int>(wanted.width);
+  const auto wantedHeight = static_cast<int>(wanted.height);
+  gst_structure_fixate_field_nearest_int(&format, "width", wantedWidth);
+  gst_structure_fixate_field_nearest_int(&format, "height", wantedHeight);
+  gst_structure_fixate_field_nearest_fraction(&format, "framerate", wantedRate, 1);
+  int width = 0;
+  int height = 0;
+  if (!gst_structure_get(&format, "width", G_TYPE_INT, &width, "height", G_TYPE_INT, &height, nullptr)) {
+    return std::nullopt;
+  }
+  int frames = wantedRate;
+  int seconds = 1;
+  gst_structure_get_fraction(&format, "framerate", &frames, &seconds);
+  const double rate = seconds > 0 ? static_cast<double>(frames) / seconds : 0;
+  const int distance = std::abs(width - wantedWidth) + std::abs(height - wantedHeight);
+  return Rank{rate >= slowest, -distance, std::min<double>(rate, wantedRate), raw};
+}
+
+// For a source that does not list its formats: `wanted` if it can, or else whatever it has.
+GstCapsPtr preferredFormats(Size wanted) {
+  const auto size = "width=" + std::to_string(static_cast<int>(wanted.width)) +
+                    ",height=" + std::to_string(static_cast<int>(wanted.height));
+  const auto rate = ",framerate=" + std::to_string(wantedRate) + "/1";
+  const auto text = "video/x-raw," + size + rate + "; image/jpeg," + size + rate + "; video/x-raw," + size +
+                    "; image/jpeg," + size + "; video/x-raw; image/jpeg";
+  return GstCapsPtr(gst_caps_from_string(text.c_str()));
 }
 
 }  // namespace
@@ -97,6 +135,22 @@ GstCapsPtr formatFor(const CameraSource& source, Size captureSize) {
     if (auto best = offered ? bestFormat(*offered, captureSize) : nullptr) return best;
   }
   return preferredFormats(captureSize);
+}
+
+GstCapsPtr bestFormat(const GstCaps& offered, Size wanted) {
+  const GstCapsPtr each(gst_caps_normalize(gst_caps_copy(&offered)));
+  GstCapsPtr best;
+  Rank bestRank;
+  for (guint i = 0; i < gst_caps_get_size(each.get()); ++i) {
+    const auto* const features = gst_caps_get_features(each.get(), i);
+    if (!gst_caps_features_is_equal(features, GST_CAPS_FEATURES_MEMORY_SYSTEM_MEMORY)) continue;
+    GstCapsPtr single(gst_caps_copy_nth(each.get(), i));
+    const auto rank = fixate(*gst_caps_get_structure(single.get(), 0), wanted);
+    if (!rank || (best && *rank <= bestRank)) continue;
+    best = std::move(single);
+    bestRank = *rank;
+  }
+  return best;
 }
 
 }  // namespace orivex::gtk

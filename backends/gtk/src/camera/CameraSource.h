@@ -5,9 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "../glib/GRef.h"
-#include "../video/Elements.h"
-#include "../video/GstPointers.h"
+#include "../av/Pipeline.h"
 
 #include "orivex/platform/base/Geometry.h"
 
@@ -31,8 +29,8 @@ inline constexpr const char* cameraSourceVariable = "ORIVEX_CAMERA_SOURCE";
 /// The device's cameras, those on its back first. Blocks while devices are looked for.
 std::vector<CameraSource> findCameras();
 
-/// Which way a camera looks by what its driver says, or else by its name. One that does not tell looks at whoever sits
-/// before the screen, as a laptop's or a plugged-in one does.
+/// Which way a camera faces by the location that its driver reports, or else by its name; without either the front, as
+/// a laptop's or a plugged-in one does.
 CameraFacing facingOf(std::string_view location, std::string_view name);
 
 /// A source of the camera's frames, raw or JPEG.
@@ -40,5 +38,9 @@ ElementOrError makeSource(const CameraSource& source);
 
 /// What to ask of it, for frames of about `captureSize` (pixels).
 GstCapsPtr formatFor(const CameraSource& source, Size captureSize);
+
+/// The one of a camera's formats, raw or JPEG, whose size comes nearest to `wanted` (pixels); of several, the one with
+/// the most frames a second up to 30, raw before JPEG. Null when none can be used. Any thread.
+GstCapsPtr bestFormat(const GstCaps& offered, Size wanted);
 
 }  // namespace orivex::gtk

@@ -13,8 +13,7 @@ constexpr double spinnerDelay = 0.4;  // seconds; a camera that opens at once ne
 constexpr double noticeTime = 2;      // seconds
 
 constexpr int margin = 12;         // points between buttons and edges
-constexpr int sideWidth = 56;      // points for what stands beside the shutter
-constexpr int sideSpacing = 36;    // points between it and the shutter
+constexpr int rowWidth = 272;      // points for the shutter and, at its side, the switch
 constexpr int roundIconSize = 22;  // points
 
 // Sizes of texts are in pt, which grow with the text size that the visitor has chosen; px do not.
@@ -106,8 +105,6 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
   heldKeys_ = std::make_unique<HeldKeys>(root_.get(), heldKeys, HeldKeys::Repeats::stop);
 }
 
-CameraView::~CameraView() = default;
-
 void CameraView::buildTop(const EdgeInsets& insets) {
   const int top = static_cast<int>(std::ceil(insets.top)) + margin;
   GtkWidget* const close = roundButton("window-close-symbolic", "关闭");
@@ -138,14 +135,11 @@ void CameraView::buildBottom(const EdgeInsets& insets, const std::string& hint) 
 GtkWidget* CameraView::liveControls(const std::string& hint) {
   switch_ = roundButton("emblem-synchronizing-symbolic", "切换摄像头");
   connections_.add(switch_, "clicked", [this] { handlers_.switchCamera(); });
-  gtk_widget_set_hexpand(switch_, TRUE);
-  GtkWidget* const beside = boxNew(GTK_ORIENTATION_HORIZONTAL, 0, {switch_});
-  gtk_widget_set_size_request(beside, sideWidth, -1);
-  GtkWidget* const balance = boxNew(GTK_ORIENTATION_HORIZONTAL, 0, {});
-  gtk_widget_set_size_request(balance, sideWidth, -1);
-
   setAccessibleLabel(shutter_.widget(), hint);
-  GtkWidget* const row = boxNew(GTK_ORIENTATION_HORIZONTAL, sideSpacing, {balance, shutter_.widget(), beside});
+  GtkWidget* const row = gtk_center_box_new();
+  gtk_center_box_set_center_widget(GTK_CENTER_BOX(row), shutter_.widget());
+  gtk_center_box_set_end_widget(GTK_CENTER_BOX(row), switch_);
+  gtk_widget_set_size_request(row, rowWidth, -1);
   gtk_widget_set_halign(row, GTK_ALIGN_CENTER);
 
   hint_ = styled(gtk_label_new(hint.c_str()), "hint");

@@ -9,7 +9,7 @@
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
 #include "../ui/HeldKeys.h"
-#include "../video/FrameView.h"
+#include "FrameView.h"
 #include "ShutterButton.h"
 
 #include "orivex/platform/base/Alive.h"
@@ -18,8 +18,7 @@
 
 namespace orivex::gtk {
 
-/// The widgets of the camera screen: a picture on black, and over it the buttons. It knows nothing of cameras. Main
-/// thread.
+/// The widgets of the camera screen: a picture on black, and over it the buttons. Main thread.
 class CameraView {
  public:
   /// Each may destroy the view, but not before the call has returned to the main loop.
@@ -34,12 +33,12 @@ class CameraView {
   };
 
   /// `insets`: the window's edges that hold no buttons. `hint`: what the shutter can do, in a few words.
-  /// `heldKeys` are down when it opens; they do nothing here before they were let go of.
+  /// `heldKeys` are down when it opens; they do nothing here before they were released.
   CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys::Keys& heldKeys, const std::string& hint,
              Handlers handlers);
   CameraView(const CameraView&) = delete;
   CameraView& operator=(const CameraView&) = delete;
-  ~CameraView();
+  ~CameraView() = default;
 
   GtkWidget* widget() const { return root_.get(); }
   FrameView& picture() { return picture_; }

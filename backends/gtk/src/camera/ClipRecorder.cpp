@@ -1,14 +1,15 @@
 #include "ClipRecorder.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
 #include <utility>
 
 #include <gst/app/gstappsrc.h>
-#include <gst/gst.h>
 #include <sys/mman.h>
-#include <unistd.h>
 
-#include "../audio/AudioSource.h"
-#include "ClipFormat.h"
+#include "../av/GstAudioRecorder.h"
+#include "../pictures/RegularFile.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -16,13 +17,48 @@ namespace orivex::gtk {
 namespace {
 
 // Every element between the microphone and the muxer has a name that begins with this word or is inside one that has,
-// which tells its errors from others.
-constexpr std::string_view soundMark = ":sound";
+// which distinguishes its errors.
+constexpr std::string_view soundPrefix = ":sound";
 constexpr const char* microphoneName = "sound-source";
 constexpr const char* soundQueue = "sound-queue";
 
 // Seconds within which an encoder has to complete a file: it has to write what it holds, a few megabytes at most.
 constexpr double longestFinish = 8;
+
+/// How a clip is encoded, in pieces of GStreamer's launch syntax.
+struct ClipFormat {
+  std::string video;  // raw pictures to H.264
+  std::string sound;  // raw sound to AAC or what else there is; empty when there is nothing
+  std::string muxer;
+};
+
+// In order of preference. Ten seconds of 1280 by 720 at this rate are five megabytes, and a key picture a second lets
+// players seek. The software encoder comes before the hardware's: it does the same everywhere, and keeps up at this
+// size on every machine that we know of.
+constexpr std::array videoEncoders{"x264enc tune=zerolatency speed-preset=ultrafast bitrate=4000 key-int-max=30",
+                                   "openh264enc complexity=low rate-control=bitrate bitrate=4000000 gop-size=30",
+                                   "v4l2h264enc"};
+constexpr std::array soundEncoders{"avenc_aac bitrate=96000", "voaacenc bitrate=96000", "faac bitrate=96000",
+                                   "opusenc bitrate=64000"};
+
+bool isInstalled(std::string_view launch) {
+  const std::string factory(launch.substr(0, launch.find(' ')));
+  return static_cast<bool>(GRef<GstElementFactory>::adopt(gst_element_factory_find(factory.c_str())));
+}
+
+template <std::size_t count>
+std::string firstInstalled(const std::array<const char*, count>& encoders) {
+  const auto* const found = std::find_if(encoders.begin(), encoders.end(), isInstalled);
+  return found == encoders.end() ? "" : *found;
+}
+
+// The best that the installed plug-ins can do; nothing without an H.264 encoder or a muxer.
+std::optional<ClipFormat> chooseFormat(VideoExportType type) {
+  const char* const muxer = type == VideoExportType::mp4 ? "mp4mux" : "qtmux";
+  ClipFormat format{firstInstalled(videoEncoders), firstInstalled(soundEncoders), muxer};
+  if (format.video.empty() || !isInstalled(muxer)) return std::nullopt;
+  return format;
+}
 
 // Pictures that the encoder has no time for are dropped before they fill the memory.
 std::string describe(const ClipFormat& format, bool withSound) {
@@ -38,63 +74,20 @@ std::string describe(const ClipFormat& format, bool withSound) {
   return text;
 }
 
-/// Puts the camera's frames into a recording, from the first that comes to the last that still fits.
-class ClipInput {
- public:
-  /// `pictures` is the recording's appsrc, `base` the time at which the recording's clock stood at 0, `longest` the
-  /// clip's greatest length. `began` is called with the first frame, on the camera's thread.
-  ClipInput(GRef<GstElement> pictures, GstClockTime base, GstClockTime longest, std::function<void()> began)
-      : pictures_(std::move(pictures)), base_(base), longest_(longest), began_(std::move(began)) {}
-
-  /// A frame and when it was taken.
-  void push(GstSample& frame, GstClockTime time) {
-    if (!GST_CLOCK_TIME_IS_VALID(time) || time < base_) return;  // taken before the recording began
-    const bool isFirst = !GST_CLOCK_TIME_IS_VALID(first_);
-    if (isFirst) first_ = time;
-    if (time - first_ >= longest_) return;
-
-    auto* const pictures = GST_APP_SRC(pictures_.get());
-    if (isFirst) gst_app_src_set_caps(pictures, gst_sample_get_caps(&frame));
-    auto* const buffer = gst_buffer_copy(gst_sample_get_buffer(&frame));  // shares the pixels
-    GST_BUFFER_PTS(buffer) = time - base_;
-    GST_BUFFER_DTS(buffer) = GST_CLOCK_TIME_NONE;
-    gst_app_src_push_buffer(pictures, buffer);
-    if (isFirst) began_();
-  }
-
- private:
-  const GRef<GstElement> pictures_;
-  const GstClockTime base_;
-  const GstClockTime longest_;
-  const std::function<void()> began_;
-  GstClockTime first_ = GST_CLOCK_TIME_NONE;
-};
-
-/// A file in memory that nobody else finds.
-class ScratchFile {
- public:
-  ScratchFile() : descriptor_(memfd_create("orivex-scratch", MFD_CLOEXEC)) {}
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-  ~ScratchFile() {
-    if (*this) close(descriptor_);
-  }
-
-  explicit operator bool() const { return descriptor_ >= 0; }
-
-  /// Opens it, for this process alone and whatever happens to the folders meanwhile.
-  std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
-
- private:
-  const int descriptor_;
-};
+// Puts a frame into the recording, and shares its pixels. `time` counts from the recording's beginning.
+void pushFrame(GstElement& pictures, GstSample& frame, GstClockTime time) {
+  gst_app_src_set_caps(GST_APP_SRC(&pictures), gst_sample_get_caps(&frame));
+  auto* const buffer = gst_buffer_copy(gst_sample_get_buffer(&frame));
+  GST_BUFFER_PTS(buffer) = time;
+  GST_BUFFER_DTS(buffer) = GST_CLOCK_TIME_NONE;
+  gst_app_src_push_buffer(GST_APP_SRC(&pictures), buffer);
+}
 
 // The muxer moves the index before the pictures and keeps them in a draft until then. GStreamer's waits for itself for
-// ever when it cannot open its draft, so that is one which always opens.
-struct ClipFiles {
-  std::shared_ptr<CaptureFile> clip;
-  ScratchFile draft;
-};
+// ever when it cannot open its draft, so that is a file in memory, which always opens.
+FilePtr makeDraft() {
+  return FilePtr(fdopen(memfd_create("orivex-draft", MFD_CLOEXEC), "w"));
+}
 
 // The microphone that voice messages use, ready; null when it does not open.
 GRef<GstElement> openMicrophone() {
@@ -108,8 +101,8 @@ GRef<GstElement> openMicrophone() {
   return nullptr;
 }
 
-ElementOrError build(VideoExportType type, bool withSound, const ClipFiles& files) {
-  const auto format = chooseClipFormat(type);
+ElementOrError build(VideoExportType type, bool withSound, const std::string& clip, std::FILE* draft) {
+  const auto format = chooseFormat(type);
   if (!format) return pipelineError("no H.264 encoder is installed");
   const auto microphone = withSound && !format->sound.empty() ? openMicrophone() : nullptr;
   log::print("camera: records " + format->video + (microphone ? ", " + format->sound : ", silent"));
@@ -121,8 +114,9 @@ ElementOrError build(VideoExportType type, bool withSound, const ClipFiles& file
     gst_bin_add(GST_BIN(&pipeline), microphone.get());
     gst_element_link(microphone.get(), elementIn(pipeline, soundQueue).get());
   }
-  g_object_set(elementIn(pipeline, "file").get(), "location", files.clip->path().c_str(), nullptr);
-  g_object_set(elementIn(pipeline, "mux").get(), "faststart-file", files.draft.path().c_str(), nullptr);
+  const auto draftPath = "/proc/self/fd/" + std::to_string(fileno(draft));
+  g_object_set(elementIn(pipeline, "file").get(), "location", clip.c_str(), nullptr);
+  g_object_set(elementIn(pipeline, "mux").get(), "faststart-file", draftPath.c_str(), nullptr);
   const auto clock = GRef<GstClock>::adopt(gst_system_clock_obtain());
   gst_pipeline_use_clock(GST_PIPELINE(&pipeline), clock.get());
   return parsed;
@@ -155,30 +149,26 @@ ClipRecorder::~ClipRecorder() {
 
 void ClipRecorder::warmUp(PipelineThreads threads, VideoExportType type) {
   threads.worker.run([type] {
-    const auto format = chooseClipFormat(type);
-    if (!format) return;
     // Plug-ins stay loaded once an element of theirs was made.
-    const auto video = GRef<GstElement>::sink(gst_parse_launch(describe(*format, false).c_str(), nullptr));
-    if (format->sound.empty()) return;
-    const auto sound = GRef<GstElement>::sink(gst_parse_launch(format->sound.c_str(), nullptr));
+    if (const auto format = chooseFormat(type)) parsePipeline(describe(*format, !format->sound.empty()));
   });
 }
 
 void ClipRecorder::start(bool withSound) {
   withSound_ = withSound;
   pipeline_.reset();
-  auto files = std::make_shared<ClipFiles>();
-  auto made = CaptureFile::make("video", type_ == VideoExportType::mp4 ? ".mp4" : ".mov");
-  if (auto* const failure = std::get_if<Failure>(&made); failure || !files->draft) {
+  const std::shared_ptr<std::FILE> draft = makeDraft();
+  auto made = CaptureFile::make(MediaType::video, type_ == VideoExportType::mp4 ? ".mp4" : ".mov");
+  if (auto* const failure = std::get_if<Failure>(&made); failure || !draft) {
     threads_.main.async(alive_.guard([this, reason = failure ? failure->description : "no memory"] { fail(reason); }));
     return;
   }
-  file_ = files->clip = std::get<std::shared_ptr<CaptureFile>>(std::move(made));
+  file_ = std::get<std::shared_ptr<CaptureFile>>(std::move(made));
   pipeline_ = std::make_unique<Pipeline>(
-      threads_, [type = type_, withSound, files] { return build(type, withSound, *files); },
+      threads_,
+      [type = type_, withSound, file = file_, draft] { return build(type, withSound, file->path(), draft.get()); },
       Pipeline::Handlers{.ended = [this] { ended(); },
-                         .failed = [this](const PipelineError& error) { pipelineFailed(error); }},
-      files);
+                         .failed = [this](const PipelineError& error) { pipelineFailed(error); }});
   connectFrames();
 }
 
@@ -188,10 +178,17 @@ void ClipRecorder::connectFrames() {
     if (!finishing_) handlers_.began();
   });
   pipeline_->run([frames = frames_, longest, began, &main = threads_.main](GstElement& pipeline) {
-    const auto input =
-        std::make_shared<ClipInput>(elementIn(pipeline, "pictures"), gst_element_get_base_time(&pipeline), longest,
-                                    [began, &main] { main.async([began] { began(); }); });
-    frames->setReceiver([input](GstSample& frame, GstClockTime time) { input->push(frame, time); });
+    // From the first frame that comes to the last that still fits.
+    frames->setReceiver([pictures = elementIn(pipeline, "pictures"), base = gst_element_get_base_time(&pipeline),
+                         longest, began, &main,
+                         first = GST_CLOCK_TIME_NONE](GstSample& frame, GstClockTime time) mutable {
+      if (!GST_CLOCK_TIME_IS_VALID(time) || time < base) return;  // taken before the recording began
+      const bool isFirst = !GST_CLOCK_TIME_IS_VALID(first);
+      if (isFirst) first = time;
+      if (time - first >= longest) return;
+      pushFrame(*pictures.get(), frame, time - base);
+      if (isFirst) main.async([began] { began(); });
+    });
   });
 }
 
@@ -211,9 +208,9 @@ void ClipRecorder::ended() {
   finished(std::move(file_));
 }
 
-// A microphone that is there and gives no sound, as when all are muted by a switch, must not cost the video.
+// A microphone that opens and then fails, as when all are muted by a switch, must not cost the video.
 void ClipRecorder::pipelineFailed(const PipelineError& error) {
-  if (withSound_ && !finishing_ && error.origin.find(soundMark) != std::string::npos) {
+  if (withSound_ && !finishing_ && error.origin.find(soundPrefix) != std::string::npos) {
     log::print("camera: the microphone does not work: " + error.text);
     start(false);
   } else {

@@ -3,10 +3,9 @@
 #include <functional>
 #include <memory>
 
-#include "../video/Pipeline.h"
-#include "../video/PipelineThreads.h"
+#include "../av/Pipeline.h"
+#include "CameraPipeline.h"
 #include "CaptureFile.h"
-#include "FrameTap.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/Camera.h"

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <utility>
 
-#include "../audio/GtkRecordPermission.h"
+#include "../av/GtkRecordPermission.h"
 #include "../ui/GtkApplicationPort.h"
 
 #include "orivex/platform/base/Log.h"
@@ -19,8 +19,6 @@ constexpr std::chrono::seconds longestWorkerIdleness{2};
 
 GtkCamera::GtkCamera(MainQueue& mainQueue, GtkApplicationPort& application, GtkRecordPermission& permission)
     : mainQueue_(mainQueue), application_(application), permission_(permission), worker_(1, longestWorkerIdleness) {}
-
-GtkCamera::~GtkCamera() = default;
 
 void GtkCamera::present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) {
   if (screen_) return;

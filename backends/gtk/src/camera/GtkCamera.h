@@ -5,7 +5,6 @@
 #include "../WorkerPool.h"
 #include "CameraScreen.h"
 
-#include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ports/Camera.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -20,7 +19,6 @@ class GtkRecordPermission;
 class GtkCamera final : public Camera {
  public:
   GtkCamera(MainQueue& mainQueue, GtkApplicationPort& application, GtkRecordPermission& permission);
-  ~GtkCamera() override;
 
   /// Captured files lie in a folder of the user's runtime folder, readable for this user only. A view in no
   /// window is one log line.

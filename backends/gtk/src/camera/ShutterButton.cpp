@@ -24,23 +24,9 @@ constexpr double stopCorner = 7;
 constexpr double fullTurn = 2 * std::numbers::pi;
 constexpr double top = -std::numbers::pi / 2;
 
-void useWhite(cairo_t* context, double alpha = 1) {
-  cairo_set_source_rgba(context, 1, 1, 1, alpha);
-}
-
-void useRed(cairo_t* context) {
-  cairo_set_source_rgb(context, 1, 0.23, 0.19);
-}
-
 // Around the origin.
-void roundedSquare(cairo_t* context, double side, double corner) {
-  const double middle = side / 2 - corner;
-  cairo_new_path(context);
-  cairo_arc(context, middle, -middle, corner, top, 0);
-  cairo_arc(context, middle, middle, corner, 0, -top);
-  cairo_arc(context, -middle, middle, corner, -top, 2 * -top);
-  cairo_arc(context, -middle, -middle, corner, 2 * -top, 3 * -top);
-  cairo_close_path(context);
+void circle(cairo_t* context, double radius) {
+  cairo_arc(context, 0, 0, radius, 0, fullTurn);
 }
 
 // Takes the pointer away from a button, whose place in assistive technology stays.
@@ -82,7 +68,7 @@ ShutterButton::~ShutterButton() {
 
 void ShutterButton::listenToPointer() {
   ignoreClicks(button_.get());
-  // Of the pointer's gestures the one that follows it until it lets go, wherever that is: a finger that holds trembles.
+  // A drag follows the pointer until its release, wherever that is: a finger that holds trembles.
   auto* const drag = gtk_gesture_drag_new();
   gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(drag), GTK_PHASE_CAPTURE);
   gtk_widget_add_controller(button_.get(), GTK_EVENT_CONTROLLER(drag));
@@ -104,7 +90,7 @@ void ShutterButton::listenToKeys() {
   connections_.add(keys, "key-released", [this] { keyReleased(); });
   auto* const focus = gtk_event_controller_focus_new();
   gtk_widget_add_controller(button_.get(), focus);
-  // The key will be let go of where nobody tells of it.
+  // The key will go up where no event of it comes here.
   connections_.add(focus, "leave", [this] {
     if (std::exchange(byKey_, false)) endHold();
   });
@@ -164,24 +150,28 @@ void ShutterButton::showIdle() {
 void ShutterButton::draw(cairo_t* context) const {
   cairo_set_line_width(context, ringWidth);
   if (!recording_) {
-    useWhite(context);
-    cairo_arc(context, 0, 0, idleRing, 0, fullTurn);
+    cairo_set_source_rgb(context, 1, 1, 1);
+    circle(context, idleRing);
     cairo_stroke(context);
-    cairo_arc(context, 0, 0, press_ == Press::none ? disc : pressedDisc, 0, fullTurn);
+    circle(context, press_ == Press::none ? disc : pressedDisc);
     cairo_fill(context);
     return;
   }
-  useWhite(context, 0.2);
-  cairo_arc(context, 0, 0, recordingRing, 0, fullTurn);
-  cairo_fill(context);
-  useWhite(context, 0.6);
-  cairo_arc(context, 0, 0, recordingRing, 0, fullTurn);
+  circle(context, recordingRing);
+  cairo_set_source_rgba(context, 1, 1, 1, 0.2);
+  cairo_fill_preserve(context);
+  cairo_set_source_rgba(context, 1, 1, 1, 0.6);
   cairo_stroke(context);
-  useRed(context);
+  cairo_set_source_rgb(context, 1, 0.23, 0.19);
   cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
   cairo_arc(context, 0, 0, recordingRing, top, top + fullTurn * fraction_);
   cairo_stroke(context);
-  roundedSquare(context, stopSide, stopCorner);
+  // A square whose outline rounds its corners.
+  constexpr double side = stopSide - 2 * stopCorner;
+  cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
+  cairo_set_line_width(context, 2 * stopCorner);
+  cairo_rectangle(context, -side / 2, -side / 2, side, side);
+  cairo_stroke_preserve(context);
   cairo_fill(context);
 }
 

@@ -5,9 +5,9 @@
 
 #include <gtk/gtk.h>
 
+#include "../../av/ClipPlayer.h"
 #include "../../glib/GRef.h"
 #include "../../glib/SignalConnection.h"
-#include "../../video/ClipPlayer.h"
 #include "../library/MediaSelection.h"
 #include "PreviewStrip.h"
 

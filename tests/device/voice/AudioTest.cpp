@@ -1,0 +1,293 @@
+#include <csignal>
+#include <filesystem>
+#include <optional>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include "GlibMainQueue.h"
+#include "SoundServer.h"
+#include "WavClip.h"
+#include "av/GstAudioRecorder.h"
+#include "av/GstAudioSession.h"
+#include "support/LogLines.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
+
+namespace orivex::gtk {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Seconds after which something that should have happened is taken to hang.
+constexpr double patience = 20;
+
+class AudioTest : public ::testing::Test {
+ protected:
+  fs::path place(const std::string& name) const { return folder_.path() / name; }
+
+  std::unique_ptr<GstAudioRecorder> recorder(const std::string& name) {
+    auto made = std::make_unique<GstAudioRecorder>(PipelineThreads{queue_, workers_}, place(name), PcmFormat{});
+    made->setMeteringEnabled(true);
+    return made;
+  }
+
+  std::unique_ptr<AudioPlayer> player(const std::string& name) {
+    return std::get<0>(session_.makePlayer(Url::fromFilePath(place(name).string())));
+  }
+
+  // Whether that much sound gets into the file.
+  bool records(const std::string& name, double seconds) const {
+    const auto size = static_cast<std::uintmax_t>(seconds * 32000) + 44;
+    return wait([&] { return fs::exists(place(name)) && fs::file_size(place(name)) >= size; }, patience);
+  }
+
+  bool ends(GstAudioRecorder& recorder) const {
+    return wait(
+        [&] {
+          recorder.updateMeters();
+          return !recorder.isRecording() && !log_.get().empty();
+        },
+        patience);
+  }
+
+  // What a player finds in a clip that is no longer written.
+  WavClip expectWhole(const std::string& name) const {
+    WavClip clip(place(name));
+    EXPECT_EQ(clip.fault, "");
+    EXPECT_EQ(fs::file_size(place(name)), 44 + clip.samples.size() * 2) << "something behind the samples";
+    return clip;
+  }
+
+  LogLines log_;
+  TemporaryFolder folder_;
+  SoundServer server_;
+  GlibMainQueue queue_;
+  WorkerPool workers_{4, std::chrono::seconds(1)};
+  GstAudioSession session_{queue_};
+};
+
+TEST_F(AudioTest, WritesWhatTheMicrophoneHears) {
+  const auto clip = recorder("a.wav");
+  const auto begin = g_get_monotonic_time();
+  ASSERT_TRUE(clip->record());
+  ASSERT_TRUE(records("a.wav", 1.2));
+  clip->updateMeters();
+  const double level = clip->peakPower(0);
+  clip->stop();
+  const double elapsed = static_cast<double>(g_get_monotonic_time() - begin) / G_USEC_PER_SEC;
+
+  const auto written = expectWhole("a.wav");
+  EXPECT_GE(written.seconds(), 1.2);
+  EXPECT_LE(written.seconds(), elapsed + 0.1) << "more sound than time";
+  EXPECT_NEAR(written.frequency(), 440, 2);
+  EXPECT_NEAR(written.peak(), level, 0.5);
+  EXPECT_LT(level, 0.001);
+  EXPECT_EQ(fs::status(place("a.wav")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_TRUE(log_.get().empty());
+}
+
+TEST_F(AudioTest, EndsWithTheCallAndWithItsOwner) {
+  auto first = recorder("first.wav");
+  ASSERT_TRUE(first->record());
+  ASSERT_TRUE(records("first.wav", 0.2));
+  first->stop();
+  const auto size = fs::file_size(place("first.wav"));
+  auto second = recorder("second.wav");
+  ASSERT_TRUE(second->record());
+  ASSERT_TRUE(records("second.wav", 0.2));
+  second->discard();
+  const auto kept = expectWhole("second.wav").samples.size();
+  const double heard = second->recordedSeconds();
+  EXPECT_TRUE(wait([&] { return second->recordedSeconds() > heard + 0.2; }, patience)) << "the recording has ended";
+  EXPECT_EQ(expectWhole("second.wav").samples.size(), kept) << "what was dropped is still written";
+  second.reset();
+  const auto after = expectWhole("second.wav").samples.size();
+  pass(0.3);
+  EXPECT_EQ(fs::file_size(place("first.wav")), size);
+  EXPECT_EQ(expectWhole("second.wav").samples.size(), after);
+  expectWhole("first.wav");
+}
+
+TEST_F(AudioTest, CanBeStoppedBeforeItHasReallyStarted) {
+  for (int round = 0; round < 20; ++round) {
+    const auto name = std::to_string(round) + ".wav";
+    const auto clip = recorder(name);
+    ASSERT_TRUE(clip->record());
+    if (round % 2 == 0) pass(0.002 * round);
+    clip->stop();
+    EXPECT_FALSE(clip->isRecording());
+    expectWhole(name);
+  }
+  EXPECT_TRUE(log_.get().empty());
+}
+
+TEST_F(AudioTest, MeasuresTheTimeBetweenTwoUpdates) {
+  const auto clip = recorder("a.wav");
+  ASSERT_TRUE(clip->record());
+  ASSERT_TRUE(records("a.wav", 0.2));
+  clip->updateMeters();
+  const float level = clip->peakPower(0);
+  EXPECT_GT(level, -20);
+  clip->updateMeters();
+  EXPECT_NEAR(clip->peakPower(0), level, 3) << "asked again before a sample came";
+  server_.control("set-source-mute microphone 1");
+  EXPECT_TRUE(wait([&] { return clip->updateMeters(), clip->peakPower(0) == -160; }, patience));
+}
+
+TEST_F(AudioTest, TakesNoPlaceThatIsNotItsOwn) {
+  folder_.write("taken.wav", "a visitor's own");
+  EXPECT_FALSE(recorder("taken.wav")->record());
+  EXPECT_EQ(fs::file_size(place("taken.wav")), 15U);
+  EXPECT_FALSE(recorder("missing/a.wav")->record());
+  EXPECT_EQ(log_.get().size(), 2U);
+}
+
+TEST_F(AudioTest, EndsWithOneLineWithoutAServer) {
+  server_.stop();
+  const auto clip = recorder("a.wav");
+  EXPECT_TRUE(clip->record());
+  EXPECT_TRUE(ends(*clip));
+  pass(0.2);
+  EXPECT_EQ(log_.get().size(), 1U);
+  EXPECT_TRUE(expectWhole("a.wav").samples.empty());
+}
+
+TEST_F(AudioTest, KeepsWhatItHasWhenTheServerDiesAndFindsTheNextOne) {
+  const auto clip = recorder("a.wav");
+  ASSERT_TRUE(clip->record());
+  ASSERT_TRUE(records("a.wav", 0.3));
+  server_.stop();
+  EXPECT_TRUE(ends(*clip));
+  clip->stop();
+  EXPECT_GE(expectWhole("a.wav").seconds(), 0.3);
+  EXPECT_EQ(log_.get().size(), 1U);
+  server_.start();
+  const auto next = recorder("b.wav");
+  ASSERT_TRUE(next->record());
+  EXPECT_TRUE(records("b.wav", 0.3));
+}
+
+TEST_F(AudioTest, GivesUpAServerThatHangs) {
+  const auto clip = recorder("a.wav");
+  ASSERT_TRUE(clip->record());
+  ASSERT_TRUE(records("a.wav", 0.3));
+  server_.freeze();
+  EXPECT_TRUE(ends(*clip));
+  const auto late = recorder("b.wav");
+  EXPECT_TRUE(late->record());
+  EXPECT_TRUE(wait([&] { return late->updateMeters(), !late->isRecording(); }, patience));
+  EXPECT_EQ(log_.get().size(), 2U);
+  EXPECT_GE(expectWhole("a.wav").seconds(), 0.3);
+  server_.thaw();
+}
+
+TEST_F(AudioTest, OutlivesItsMicrophone) {
+  const auto clip = recorder("a.wav");
+  ASSERT_TRUE(clip->record());
+  ASSERT_TRUE(records("a.wav", 0.3));
+  ASSERT_TRUE(server_.control("unload-module module-remap-source"));
+  pass(1);
+  clip->updateMeters();
+  EXPECT_NE(clip->isRecording(), log_.get().size() == 1) << "it goes on with another one, or says that it ended";
+  clip->stop();
+  EXPECT_GE(expectWhole("a.wav").seconds(), 0.3);
+}
+
+TEST_F(AudioTest, KeepsWhatFitsOnAFullDisk) {
+  const auto clip = recorder("a.wav");
+  rlimit limit{};
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  constexpr rlim_t room = 60001;
+  const rlimit small{room, limit.rlim_max};
+  std::signal(SIGXFSZ, SIG_IGN);
+  ASSERT_TRUE(clip->record());
+  ASSERT_TRUE(records("a.wav", 0.2));
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  const bool ended = ends(*clip);
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(log_.get().size(), 1U);
+  clip->stop();
+  const WavClip written(place("a.wav"));
+  EXPECT_EQ(written.fault, "");
+  EXPECT_EQ(written.samples.size(), (room - 44) / 2);
+  EXPECT_TRUE(clip->isDiskFull());
+}
+
+TEST_F(AudioTest, LeavesAClipThatPlaysWhenItsProcessIsKilled) {
+  const std::string path = place("a.wav");
+  const char* const arguments[] = {ORIVEX_RECORD_UNTIL_KILLED, path.c_str(), nullptr};
+  GPid process = 0;
+  const auto flags = static_cast<GSpawnFlags>(G_SPAWN_DO_NOT_REAP_CHILD);
+  ASSERT_TRUE(
+      g_spawn_async(nullptr, const_cast<char**>(arguments), nullptr, flags, nullptr, nullptr, &process, nullptr));
+  const bool recorded = records("a.wav", 1);
+  ::kill(process, SIGKILL);
+  ::waitpid(process, nullptr, 0);
+  ASSERT_TRUE(recorded);
+  const WavClip clip(path);
+  EXPECT_EQ(clip.fault, "");
+  EXPECT_GE(clip.seconds(), 0.9);
+  EXPECT_NEAR(clip.frequency(), 440, 2);
+}
+
+TEST_F(AudioTest, RecordsFromTheSourceThatIsNamed) {
+  const auto name = [](const char* source) { g_setenv("ORIVEX_AUDIO_SOURCE", source, TRUE); };
+  name("audiotestsrc is-live=true freq=1000 volume=0.25");
+  auto clip = recorder("a.wav");
+  ASSERT_TRUE(clip->record());
+  ASSERT_TRUE(records("a.wav", 0.5));
+  clip->stop();
+  EXPECT_NEAR(expectWhole("a.wav").frequency(), 1000, 5);
+  EXPECT_NEAR(expectWhole("a.wav").peak(), -12.04, 0.1);
+
+  std::size_t lines = 0;
+  for (const auto* broken : {"no-such-element", "audiotestsrc !", "audiotestsrc num-buffers=3"}) {
+    name(broken);
+    clip = recorder("b" + std::to_string(++lines) + ".wav");
+    EXPECT_TRUE(clip->record());
+    EXPECT_TRUE(wait([&] { return !clip->isRecording() && log_.get().size() == lines; }, patience)) << broken;
+  }
+  g_unsetenv("ORIVEX_AUDIO_SOURCE");
+}
+
+TEST_F(AudioTest, PlaysAClipToItsEndAsOftenAsAsked) {
+  std::get<WavFile>(WavFile::create(place("语音 1.wav"), {})).append(std::vector<std::byte>(16000));
+  const auto clip = player("语音 1.wav");
+  for (int round = 0; round < 2; ++round) {
+    const auto begin = g_get_monotonic_time();
+    ASSERT_TRUE(clip->play());
+    EXPECT_TRUE(clip->isPlaying());
+    EXPECT_TRUE(wait([&] { return !clip->isPlaying(); }, patience));
+    EXPECT_GE(g_get_monotonic_time() - begin, G_USEC_PER_SEC / 2) << "half a second of sound was over sooner";
+  }
+  EXPECT_TRUE(log_.get().empty());
+}
+
+TEST_F(AudioTest, PlayingEndsWithOneLineWithoutAFile) {
+  const auto lost = player("lost.wav");
+  EXPECT_TRUE(lost->play());
+  EXPECT_TRUE(wait([&] { return !lost->isPlaying() && log_.get().size() == 1; }, patience));
+  lost->stop();
+  EXPECT_EQ(log_.get().size(), 1U);
+}
+
+// Whichever sound server there is: the device's own microphone hears 440 Hz.
+TEST(Microphone, OfTheDeviceIsTheOneThatIsRecorded) {
+  const TemporaryFolder folder;
+  GlibMainQueue queue;
+  WorkerPool workers{1, std::chrono::seconds(1)};
+  const auto file = folder.path() / "a.wav";
+  GstAudioRecorder recorder({queue, workers}, file, PcmFormat{});
+  ASSERT_TRUE(recorder.record());
+  ASSERT_TRUE(wait([&] { return recorder.recordedSeconds() > 1; }, patience));
+  recorder.stop();
+  const WavClip clip(file);
+  EXPECT_EQ(clip.fault, "");
+  EXPECT_NEAR(clip.frequency(), 440, 2);
+}
+
+}  // namespace
+}  // namespace orivex::gtk
