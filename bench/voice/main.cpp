@@ -26,17 +26,18 @@ std::atomic<std::size_t> allocations{0};
 
 }  // namespace
 
-// The allocator itself; the forms for arrays go through these.
+// The allocator itself; the forms for arrays go through these. Inline, the compiler would take free after new for a
+// mistake.
 // NOLINTBEGIN(cppcoreguidelines-no-malloc)
-void* operator new(std::size_t size) {
+[[gnu::noinline]] void* operator new(std::size_t size) {
   allocations.fetch_add(1, std::memory_order_relaxed);
   if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
   throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
   std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 // NOLINTEND(cppcoreguidelines-no-malloc)
