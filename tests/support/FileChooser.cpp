@@ -61,14 +61,6 @@ std::string fileChooserFolder() {
   return folder ? g_file_peek_path(folder.get()) : "";
 }
 
-bool fileChooserOffers(const char* type) {
-  const auto filters = GRef<GListModel>::adopt(gtk_file_chooser_get_filters(GTK_FILE_CHOOSER(openFileChooser())));
-  const auto first = GRef<GtkFilter>::adopt(GTK_FILTER(g_list_model_get_item(filters.get(), 0)));
-  const auto info = GRef<GFileInfo>::adopt(g_file_info_new());
-  g_file_info_set_content_type(info.get(), type);
-  return first && gtk_filter_match(first.get(), info.get()) != FALSE;
-}
-
 std::vector<std::string> fileChooserFilters() {
   const auto filters = GRef<GListModel>::adopt(gtk_file_chooser_get_filters(GTK_FILE_CHOOSER(openFileChooser())));
   std::vector<std::string> names;

@@ -17,9 +17,8 @@ bool chooseFile(const std::string& path);
 /// The folder that it shows, "" while it has none.
 std::string fileChooserFolder();
 
-/// The names of its filters, and whether the first of them offers files of a type.
+/// The names of its filters.
 std::vector<std::string> fileChooserFilters();
-bool fileChooserOffers(const char* type);
 
 /// Closes the chooser without a choice.
 void cancelFileChooser();

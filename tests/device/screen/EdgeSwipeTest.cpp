@@ -2,7 +2,7 @@
 
 #include "support/ScreenFixture.h"
 #include "support/Visitor.h"
-#include "ui/HostViews.h"
+#include "ui/views/ContentWidgets.h"
 
 #include "orivex/platform/ui/WebView.h"
 
@@ -122,8 +122,8 @@ TEST_F(EdgeSwipe, ShowsTheHostOnItsOwnBackground) {
     adw_style_manager_set_color_scheme(style, scheme);
     pass(0.5);
     const auto chat = startChat("https://chat.example");
-    const auto& behind = dynamic_cast<const PaintableView&>(*chat->previousViewSnapshot());
-    const auto [darkness, opacity] = pointOf(behind.paintable(), 10, 10);
+    const auto& behind = dynamic_cast<const WidgetView&>(*chat->previousViewSnapshot());
+    const auto [darkness, opacity] = pointOf(gtk_picture_get_paintable(GTK_PICTURE(behind.widget())), 10, 10);
     EXPECT_EQ(opacity, 255);
     EXPECT_EQ(darkness > 128, scheme == ADW_COLOR_SCHEME_FORCE_DARK);
   }

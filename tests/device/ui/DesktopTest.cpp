@@ -51,24 +51,18 @@ TEST(DesktopTest, AnAddressThatNobodyOpensIsOneLogLine) {
   EXPECT_EQ(lines.get().size(), 1U);
 }
 
-TEST(DesktopTest, TheHostIsNamedByItsDesktopEntryInTheVisitorsLanguage) {
-  g_set_prgname("shop");
-  const InfoDictionary expected{
-      {"CFBundleDisplayName", "商店"}, {"CFBundleName", "shop"}, {"CFBundleIdentifier", "org.example.Shop"}};
-  EXPECT_EQ(DesktopEntryBundle("org.example.Shop").infoDictionary(), expected);
-}
-
-TEST(DesktopTest, AHostWithoutAnIdentifierIsNamedByTheEntryOfItsProgram) {
-  g_set_prgname("org.example.Shop");
-  EXPECT_EQ(DesktopEntryBundle("").infoDictionary(),
-            (InfoDictionary{{"CFBundleDisplayName", "商店"}, {"CFBundleName", "org.example.Shop"}}));
-}
-
-TEST(DesktopTest, AHostWithoutADesktopEntryIsNamedByItselfOrItsProgram) {
-  g_set_prgname("kiosk");
-  EXPECT_EQ(DesktopEntryBundle("").infoDictionary(), (InfoDictionary{{"CFBundleName", "kiosk"}}));
+TEST(DesktopTest, TheHostIsNamedByItsDesktopEntryOrItsProgramOrItself) {
+  const auto informationOf = [](const char* program, const char* applicationId) {
+    g_set_prgname(program);
+    return *DesktopEntryBundle(applicationId).infoDictionary();
+  };
+  const InfoDictionary::value_type shop{"CFBundleDisplayName", "商店"};  // in the visitor's language
+  EXPECT_EQ(informationOf("shop", "org.example.Shop"),
+            (InfoDictionary{shop, {"CFBundleName", "shop"}, {"CFBundleIdentifier", "org.example.Shop"}}));
+  EXPECT_EQ(informationOf("org.example.Shop", ""), (InfoDictionary{shop, {"CFBundleName", "org.example.Shop"}}));
+  EXPECT_EQ(informationOf("kiosk", ""), (InfoDictionary{{"CFBundleName", "kiosk"}}));
   g_set_application_name("Kiosk at the Door");
-  EXPECT_EQ(DesktopEntryBundle("").infoDictionary(),
+  EXPECT_EQ(informationOf("kiosk", ""),
             (InfoDictionary{{"CFBundleDisplayName", "Kiosk at the Door"}, {"CFBundleName", "kiosk"}}));
 }
 

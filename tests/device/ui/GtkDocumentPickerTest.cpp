@@ -73,9 +73,6 @@ TEST_F(GtkDocumentPickerTest, ItOpensInTheFolderOfTheLastChoice) {
 TEST_F(GtkDocumentPickerTest, TheRequestedTypesAreOfferedFirstAndAllFilesSecond) {
   present({{"application/pdf", "image/*"}});
   ASSERT_TRUE(openFileChooser());
-  EXPECT_TRUE(fileChooserOffers("application/pdf"));
-  EXPECT_TRUE(fileChooserOffers("image/webp"));
-  EXPECT_FALSE(fileChooserOffers("text/plain"));
   EXPECT_EQ(fileChooserFilters(), (std::vector<std::string>{"PDF、图片", "所有文件"}));
   cancelFileChooser();
 }
@@ -94,6 +91,13 @@ TEST_F(GtkDocumentPickerTest, FiltersAreNamedByWhatVisitorsCallTheFiles) {
         Row{{"application/x-unheard"}, "application/x-unheard type"}}) {
     const auto filters = documentFilters(types);
     EXPECT_EQ(filters.empty() ? "" : gtk_file_filter_get_name(filters.front().get()), name);
+  }
+  const auto filters = documentFilters({"application/pdf", "image/*"});
+  const auto info = GRef<GFileInfo>::adopt(g_file_info_new());
+  for (const auto& [type, isOffered] :
+       {std::pair{"application/pdf", TRUE}, std::pair{"image/webp", TRUE}, std::pair{"text/plain", FALSE}}) {
+    g_file_info_set_content_type(info.get(), type);
+    EXPECT_EQ(gtk_filter_match(GTK_FILTER(filters.front().get()), info.get()), isOffered) << type;
   }
 }
 

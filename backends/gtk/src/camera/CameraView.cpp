@@ -3,7 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "../ui/StyleSheet.h"
 #include "../ui/Widgets.h"
 
 namespace orivex::gtk {

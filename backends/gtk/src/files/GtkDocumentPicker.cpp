@@ -42,11 +42,6 @@ void answerLater(MainQueue& queue, Completion completion, DocumentPickerOutcome 
 
 }  // namespace
 
-GtkDocumentPicker::GtkDocumentPicker(MainQueue& mainQueue, const GtkApplicationPort& application)
-    : mainQueue_(mainQueue), application_(application) {}
-
-GtkDocumentPicker::~GtkDocumentPicker() = default;
-
 void GtkDocumentPicker::present(const DocumentPickerOptions& options, View& view, Completion completion) {
   if (dialog_) {
     dialog_->bringToFront();

@@ -19,8 +19,8 @@ class GtkApplicationPort;
 /// files only; it opens in the visitor's documents, later where the last file was picked.
 class GtkDocumentPicker final : public DocumentPicker {
  public:
-  GtkDocumentPicker(MainQueue& mainQueue, const GtkApplicationPort& application);
-  ~GtkDocumentPicker() override;
+  GtkDocumentPicker(MainQueue& mainQueue, const GtkApplicationPort& application)
+      : mainQueue_(mainQueue), application_(application) {}
 
   void present(const DocumentPickerOptions& options, View& view, Once<void(DocumentPickerOutcome)> completion) override;
   std::variant<std::unique_ptr<FileAccess>, Failure> startAccess(const Url& file) override;

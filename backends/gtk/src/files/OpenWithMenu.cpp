@@ -7,7 +7,6 @@
 #include "../Sandbox.h"
 #include "../glib/GMemory.h"
 #include "../ui/GtkApplicationPort.h"
-#include "../ui/StyleSheet.h"
 #include "../ui/Widgets.h"
 #include "Applications.h"
 

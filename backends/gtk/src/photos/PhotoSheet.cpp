@@ -5,7 +5,6 @@
 
 #include <unistd.h>
 
-#include "../ui/StyleSheet.h"
 #include "../ui/Widgets.h"
 #include "PhotoStyle.h"
 #include "library/FolderScan.h"

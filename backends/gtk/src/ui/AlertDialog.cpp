@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "StyleSheet.h"
+#include "Widgets.h"
 
 namespace orivex::gtk {
 namespace {
@@ -39,9 +39,6 @@ void takeFocus(const GRef<GtkWidget>& dialog) {
 
 constexpr auto addResponse = adw_alert_dialog_add_response;
 constexpr auto setAppearance = adw_alert_dialog_set_response_appearance;
-constexpr auto setDefaultResponse = adw_alert_dialog_set_default_response;
-constexpr auto setCloseResponse = adw_alert_dialog_set_close_response;
-constexpr auto setExtraChild = adw_alert_dialog_set_extra_child;
 
 #else
 
@@ -72,9 +69,6 @@ void takeFocus(const GRef<GtkWidget>& dialog) {
 
 constexpr auto addResponse = adw_message_dialog_add_response;
 constexpr auto setAppearance = adw_message_dialog_set_response_appearance;
-constexpr auto setDefaultResponse = adw_message_dialog_set_default_response;
-constexpr auto setCloseResponse = adw_message_dialog_set_close_response;
-constexpr auto setExtraChild = adw_message_dialog_set_extra_child;
 
 #endif
 
@@ -95,8 +89,7 @@ void AlertDialog::addAnswer(const char* id, const char* label, AdwResponseAppear
 }
 
 void AlertDialog::setDefaults(const char* entered, const char* closed) {
-  setDefaultResponse(cast(dialog_), entered);
-  setCloseResponse(cast(dialog_), closed);
+  g_object_set(dialog_.get(), "default-response", entered, "close-response", closed, nullptr);
 }
 
 void AlertDialog::takeFreshKeysOnly(HeldKeys::Keys down) {
@@ -104,7 +97,7 @@ void AlertDialog::takeFreshKeysOnly(HeldKeys::Keys down) {
 }
 
 void AlertDialog::setContent(GtkWidget* content) {
-  setExtraChild(cast(dialog_), content);
+  g_object_set(dialog_.get(), "extra-child", content, nullptr);
 }
 
 void AlertDialog::present(bool isModal, Once<void(const char*)> answered) {

@@ -11,7 +11,7 @@ namespace orivex::gtk {
 namespace {
 
 // Enough for the screens that may lie over each other.
-constexpr std::size_t mostKnown = 16;
+constexpr std::size_t historyLimit = 16;
 
 bool takesFocus(GtkWidget* widget) {
   // A page's view takes the focus without calling itself focusable.
@@ -47,57 +47,55 @@ FocusKeeper::FocusKeeper(GtkWindow* window, GtkWidget* screens, MainQueue& mainQ
   if (auto* const focus = gtk_window_get_focus(window_)) remember(focus);
 }
 
-FocusKeeper::~FocusKeeper() = default;
-
-void FocusKeeper::rest() {
-  settled_ = shown();
-  resting_ = true;
+void FocusKeeper::clear() {
+  lastShown_ = shown();
+  cleared_ = true;
   gtk_window_set_focus(window_, nullptr);
 }
 
 void FocusKeeper::focusChanged() {
   if (gtk_widget_in_destruction(GTK_WIDGET(window_))) return;
   if (auto* const focus = gtk_window_get_focus(window_)) {
-    resting_ = false;
+    cleared_ = false;
     if (!isLost(focus)) remember(focus);
   }
-  settleLater();
+  updateLater();
 }
 
 void FocusKeeper::remember(GtkWidget* widget) {
-  known_.remove_if([&](Known& known) {
+  history_.remove_if([&](WeakWidget& known) {
     const auto kept = GRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&known.reference)));
     return !kept || kept.get() == widget;
   });
-  known_.emplace_front(widget);
-  if (known_.size() > mostKnown) known_.pop_back();
+  history_.emplace_front(widget);
+  if (history_.size() > historyLimit) history_.pop_back();
 }
 
 // From the queue: whoever changes what shows, or moves the focus, has its own steps still to take.
-void FocusKeeper::settleLater() {
+void FocusKeeper::updateLater() {
   if (std::exchange(pending_, true)) return;
   mainQueue_.async(alive_.guard([this] {
     pending_ = false;
-    settle();
+    update();
   }));
 }
 
-void FocusKeeper::settle() {
+void FocusKeeper::update() {
   const auto now = shown();
   const auto [screen, page] = now;
   // A screen that keeps what is below it from the focus, such as the camera, has it itself.
   if (!screen || !gtk_widget_get_can_focus(screens_)) return;
-  const bool changed = std::exchange(settled_, now) != now;
-  resting_ = resting_ && !changed;
-  if (resting_ || (!page && !changed)) return;
+  const bool changed = std::exchange(lastShown_, now) != now;
+  cleared_ = cleared_ && !changed;
+  if (cleared_ || (!page && !changed)) return;
   GtkWidget* const focus = gtk_window_get_focus(window_);
   if (focus && !isLost(focus) && (isInside(focus, screen) || !isInside(focus, screens_) || isInTitleBar(focus))) return;
-  if (focusKnownIn(screen) || (!page && !focus)) return;
+  if (restoreFocusIn(screen) || (!page && !focus)) return;
   gtk_window_set_focus(window_, page);
 }
 
-bool FocusKeeper::focusKnownIn(GtkWidget* screen) {
-  for (auto& known : known_) {
+bool FocusKeeper::restoreFocusIn(GtkWidget* screen) {
+  for (auto& known : history_) {
     const auto widget = GRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&known.reference)));
     if (!widget || !isInside(widget.get(), screen) || !takesFocus(widget.get())) continue;
     gtk_window_set_focus(window_, widget.get());

@@ -21,39 +21,39 @@ class FocusKeeper {
   FocusKeeper(GtkWindow* window, GtkWidget* screens, MainQueue& mainQueue);
   FocusKeeper(const FocusKeeper&) = delete;
   FocusKeeper& operator=(const FocusKeeper&) = delete;
-  ~FocusKeeper();
+  ~FocusKeeper() = default;
 
   /// What shows may have changed.
-  void settleLater();
+  void updateLater();
 
   /// Takes the focus away until something else shows or the visitor puts it somewhere.
-  void rest();
+  void clear();
 
  private:
   /// The uppermost screen that takes input, and the uppermost page in it.
   using Shown = std::pair<GtkWidget*, GtkWidget*>;
 
   /// Does not keep its widget alive.
-  struct Known {
-    explicit Known(GtkWidget* widget) { g_weak_ref_init(&reference, widget); }
-    Known(const Known&) = delete;
-    Known& operator=(const Known&) = delete;
-    ~Known() { g_weak_ref_clear(&reference); }
+  struct WeakWidget {
+    explicit WeakWidget(GtkWidget* widget) { g_weak_ref_init(&reference, widget); }
+    WeakWidget(const WeakWidget&) = delete;
+    WeakWidget& operator=(const WeakWidget&) = delete;
+    ~WeakWidget() { g_weak_ref_clear(&reference); }
     GWeakRef reference{};
   };
 
   void focusChanged();
   void remember(GtkWidget* widget);
-  void settle();
-  bool focusKnownIn(GtkWidget* screen);
+  void update();
+  bool restoreFocusIn(GtkWidget* screen);
   Shown shown() const;
 
   GtkWindow* const window_;
   GtkWidget* const screens_;
   MainQueue& mainQueue_;
-  std::list<Known> known_;  // that had the focus, the latest first
-  Shown settled_;           // compared only
-  bool resting_ = false;
+  std::list<WeakWidget> history_;  // that had the focus, the latest first
+  Shown lastShown_;                // compared only
+  bool cleared_ = false;
   bool pending_ = false;
   SignalConnection focus_;
   Alive alive_;

@@ -9,15 +9,14 @@ namespace {
 
 constexpr double focusPassing = 0.1;  // seconds that a display server takes at most
 
-}  // namespace
-
-GtkApplicationPort::Windows::const_iterator GtkApplicationPort::entryOf(GtkWindow* window) const {
-  return std::find_if(windows_.begin(), windows_.end(),
-                      [&](const auto& candidate) { return candidate->gtkWindow() == window; });
+auto isHostOf(GtkWindow* window) {
+  return [window](const std::unique_ptr<HostWindow>& host) { return host->gtkWindow() == window; };
 }
 
+}  // namespace
+
 HostWindow* GtkApplicationPort::find(GtkWindow* window) const {
-  const auto found = entryOf(window);
+  const auto found = std::find_if(windows_.begin(), windows_.end(), isHostOf(window));
   return found == windows_.end() ? nullptr : found->get();
 }
 
@@ -48,7 +47,7 @@ void GtkApplicationPort::watchToplevels() {
     activity_.add(owned.get(), "notify::is-active", [this, window = owned.get()] { activityChanged(window); });
   }
   mainQueue_.async(alive_.guard([this] { forgetDestroyed(); }));
-  settleSoon();
+  updateActivitySoon();
 }
 
 // A window that the host has destroyed but still refers to, as languages with a garbage collector do, is not disposed
@@ -64,12 +63,12 @@ void GtkApplicationPort::forgetDestroyed() {
 }
 
 // The focus passes from one window to another in two steps; only where it ends counts.
-void GtkApplicationPort::settleSoon() {
-  auto settle = alive_.guard([this] { settleActivity(); });
+void GtkApplicationPort::updateActivitySoon() {
+  auto update = alive_.guard([this] { updateActivity(); });
   if (hasActiveWindow()) {
-    mainQueue_.async(std::move(settle));
+    mainQueue_.async(std::move(update));
   } else {
-    mainQueue_.asyncAfter(focusPassing, std::move(settle));
+    mainQueue_.asyncAfter(focusPassing, std::move(update));
   }
 }
 
@@ -100,23 +99,22 @@ Subscription GtkApplicationPort::observe(ApplicationEvent event, std::function<v
 }
 
 void GtkApplicationPort::activityChanged(GtkWindow* window) {
-  const auto changed = windows_.begin() + (entryOf(window) - windows_.cbegin());
-  if (changed != windows_.end() && (*changed)->isActive()) std::rotate(windows_.begin(), changed, changed + 1);
-  settleSoon();
+  if (gtk_window_is_active(window)) std::stable_partition(windows_.begin(), windows_.end(), isHostOf(window));
+  updateActivitySoon();
 }
 
-void GtkApplicationPort::settleActivity() {
+void GtkApplicationPort::updateActivity() {
   const bool active = !session_.isAway() && hasActiveWindow();
   if (std::exchange(active_, active) == active) return;
   (active ? becameActive_ : willResignActive_).notify();
 }
 
 void GtkApplicationPort::forget(GtkWindow* window) {
-  const auto gone = windows_.begin() + (entryOf(window) - windows_.cbegin());
+  const auto gone = std::find_if(windows_.begin(), windows_.end(), isHostOf(window));
   if (gone == windows_.end()) return;
   const auto kept = std::move(*gone);  // its screens may ask for windows while they end
   windows_.erase(gone);
-  settleSoon();
+  updateActivitySoon();
 }
 
 }  // namespace orivex::gtk

@@ -43,27 +43,24 @@ class GtkApplicationPort final : public Application {
   void allow(std::string scheme) { launcher_.allow(std::move(scheme)); }
 
  private:
-  using Windows = std::vector<std::unique_ptr<HostWindow>>;
-
-  Windows::const_iterator entryOf(GtkWindow* window) const;
   void watchToplevels();
   void forgetDestroyed();
   void activityChanged(GtkWindow* window);
   bool hasActiveWindow() const;
-  void settleSoon();
-  void settleActivity();
+  void updateActivitySoon();
+  void updateActivity();
   void forget(GtkWindow* window);
 
   MainQueue& mainQueue_;
   DesktopLauncher launcher_;
-  Windows windows_;  // the one that was active last comes first
+  std::vector<std::unique_ptr<HostWindow>> windows_;  // the one that was active last comes first
   GRef<GListModel> toplevels_;
   SignalConnection toplevelsChanged_;
   SignalConnections activity_;  // of every window of the application
   Observers<> becameActive_;
   Observers<> willResignActive_;
   bool active_ = false;
-  SessionWatch session_{[this] { settleActivity(); }};
+  SessionWatch session_{[this] { updateActivity(); }};
   Alive alive_;
 };
 

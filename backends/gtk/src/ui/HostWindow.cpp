@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include <adwaita.h>
+#include <webkit/webkit.h>
 
-#include "HostViews.h"
 #include "TitleBar.h"
 
 namespace orivex::gtk {
@@ -23,6 +23,14 @@ GRef<GtkWidget> contentOf(GtkWindow* window) {
   GtkWidget* content = nullptr;
   g_object_get(window, contentProperty(window), &content, nullptr);
   return GRef<GtkWidget>::adopt(content);
+}
+
+constexpr guint backButton = 8;  // as display servers number the buttons of a mouse
+
+bool leadsBack(guint key, GdkModifierType modifiers) {
+  const auto held = modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SHIFT_MASK | GDK_SUPER_MASK);
+  if (key == GDK_KEY_Left || key == GDK_KEY_KP_Left) return held == GDK_ALT_MASK;
+  return held == 0 && (key == GDK_KEY_Escape || key == GDK_KEY_Back);
 }
 
 }  // namespace
@@ -44,12 +52,12 @@ HostWindow::HostWindow(GtkWindow* window, const Surroundings& surroundings, Main
   root_ = std::make_unique<ViewNode>(*window_->contentView(), nullptr);
   root_->setResizeHandler([this](int newWidth, int newHeight) {
     window_->setSize({static_cast<double>(newWidth), static_cast<double>(newHeight)});
-    focus_->settleLater();
+    focus_->updateLater();
   });
   gtk_overlay_set_child(overlay_.get(), root_->widget());
   focus_ = std::make_unique<FocusKeeper>(window, root_->widget(), mainQueue);
-  window_->setEndEditingHandler([this](const View& /*view*/) { focus_->rest(); });
-  backInput_ = std::make_unique<BackInput>(root_->widget(), [this] { return window_->goBack(); });
+  window_->setEndEditingHandler([this](const View& /*view*/) { focus_->clear(); });
+  connectBackInput(root_->widget());
   g_object_set(window, contentProperty(window), overlay_.get(), nullptr);
   window_->setRootViewController(content_);
   connections_.add(window, isAdwaita(window) ? "notify::content" : "notify::child", [this] { contentChanged(); });
@@ -72,6 +80,36 @@ void HostWindow::setSurroundings(const Surroundings& surroundings) {
   window_->contentView()->layOut();
 }
 
+// What a visitor without a finger goes back with: Escape, Alt and the arrow to the left, the back key, and the mouse's
+// back button. What leads nowhere stays for the host. A page sees the keys first and hands on by the action what it
+// does not take; see `PageBackKeys`.
+void HostWindow::connectBackInput(GtkWidget* screens) {
+  const auto group = GRef<GSimpleActionGroup>::adopt(g_simple_action_group_new());
+  const auto action = GRef<GSimpleAction>::adopt(g_simple_action_new("back", nullptr));
+  connections_.add(action.get(), "activate", [this] { window_->goBack(); });
+  g_action_map_add_action(G_ACTION_MAP(group.get()), G_ACTION(action.get()));
+  gtk_widget_insert_action_group(screens, "screens", G_ACTION_GROUP(group.get()));
+
+  auto* const keys = gtk_event_controller_key_new();
+  gtk_widget_add_controller(screens, keys);
+  connections_.add(keys, "key-pressed", [this](guint key, guint /*code*/, GdkModifierType modifiers) {
+    return !isFocusInPage() && leadsBack(key, modifiers) && window_->goBack();
+  });
+  auto* const click = gtk_gesture_click_new();
+  gtk_gesture_single_set_button(GTK_GESTURE_SINGLE(click), backButton);
+  // A page is not told of this button, but would keep it from us.
+  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(click), GTK_PHASE_CAPTURE);
+  gtk_widget_add_controller(screens, GTK_EVENT_CONTROLLER(click));
+  connections_.add(click, "pressed", [this, click] {
+    if (window_->goBack()) gtk_gesture_set_state(click, GTK_EVENT_SEQUENCE_CLAIMED);
+  });
+}
+
+bool HostWindow::isFocusInPage() const {
+  auto* const focus = gtk_window_get_focus(gtkWindow_);
+  return focus && (WEBKIT_IS_WEB_VIEW(focus) || gtk_widget_get_ancestor(focus, WEBKIT_TYPE_WEB_VIEW));
+}
+
 // A host that has put our widget into one of its own, or taken it out to do so, shows the screens itself. Another
 // widget is the root screen's new content, whatever lies over that.
 void HostWindow::contentChanged() {
@@ -87,16 +125,12 @@ void HostWindow::contentChanged() {
   }
 }
 
-}  // namespace orivex::gtk
-
-namespace orivex {
-
-std::shared_ptr<ViewController> gtk::screenFor(GtkWidget* widget) {
+std::shared_ptr<ViewController> screenFor(GtkWidget* widget) {
   return std::make_shared<WidgetScreen>(GRef<GtkWidget>::sink(widget));
 }
 
-std::shared_ptr<View> gtk::viewFor(GtkWidget* widget) {
+std::shared_ptr<View> viewFor(GtkWidget* widget) {
   return std::make_shared<WidgetView>(GRef<GtkWidget>::sink(widget));
 }
 
-}  // namespace orivex
+}  // namespace orivex::gtk

@@ -7,11 +7,10 @@
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
-#include "BackInput.h"
 #include "FocusKeeper.h"
 #include "HeldKeys.h"
-#include "HostViews.h"
-#include "ViewNode.h"
+#include "views/ContentWidgets.h"
+#include "views/ViewNode.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -34,7 +33,6 @@ class HostWindow {
   GtkOverlay* overlay() const { return overlay_.get(); }
   const std::shared_ptr<Window>& window() const { return window_; }
   const std::shared_ptr<WindowScene>& scene() const { return scene_; }
-  bool isActive() const { return gtk_window_is_active(gtkWindow_) != FALSE; }
 
   /// The keys that are down in the window now.
   const HeldKeys::Keys& heldKeys() const { return keys_.down(); }
@@ -43,6 +41,8 @@ class HostWindow {
 
  private:
   void contentChanged();
+  void connectBackInput(GtkWidget* screens);
+  bool isFocusInPage() const;
 
   GtkWindow* const gtkWindow_;
   GRef<GtkOverlay> overlay_;
@@ -51,7 +51,6 @@ class HostWindow {
   std::shared_ptr<WidgetScreen> content_;
   std::unique_ptr<ViewNode> root_;
   std::unique_ptr<FocusKeeper> focus_;
-  std::unique_ptr<BackInput> backInput_;
   HeldKeys keys_{GTK_WIDGET(gtkWindow_), {}, HeldKeys::Repeats::pass};
   SignalConnections connections_;
 };

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 
-#include "Compatibility.h"
-#include "StyleSheet.h"
 #include "Widgets.h"
 
 namespace orivex::gtk {
@@ -15,6 +14,9 @@ namespace {
 constexpr int padding = 20;
 constexpr int spacing = 14;
 constexpr int gapToWindow = 24;
+constexpr int indicatorSize = 44;
+constexpr double lineWidth = 4;
+constexpr double radius = (indicatorSize - lineWidth) / 2;
 
 constexpr int textWidth = 22;     // characters before the text wraps
 constexpr double fadeTime = 150;  // milliseconds from nothing to everything
@@ -32,8 +34,50 @@ constexpr const char* css = R"css(
 constexpr const char* tallestLine = "国g😀";  // as tall as a line gets: each script has a font of its own
 constexpr const char* spokenSpinner = "请稍候";
 
+// What is still to come of the ring is dotted, so that it can be told by shape as well as by colour.
+constexpr double trackDashes[] = {0.1, 7.75};
+
+constexpr double fullTurn = 2 * std::numbers::pi;
+
 void setClass(GtkWidget* widget, const char* name, bool present) {
   (present ? gtk_widget_add_css_class : gtk_widget_remove_css_class)(widget, name);
+}
+
+// Before GTK 4.14 a screen reader only finds the text.
+void announce([[maybe_unused]] GtkWidget* widget, [[maybe_unused]] const char* text) {
+#if GTK_CHECK_VERSION(4, 14, 0)
+  gtk_accessible_announce(GTK_ACCESSIBLE(widget), text, GTK_ACCESSIBLE_ANNOUNCEMENT_PRIORITY_MEDIUM);
+#endif
+}
+
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS  // GTK 4.10 has another name for it
+    void
+    setTextColor(cairo_t* context, GtkWidget* widget) {
+  GdkRGBA color;
+  gtk_style_context_get_color(gtk_widget_get_style_context(widget), &color);
+  gdk_cairo_set_source_rgba(context, &color);
+}
+G_GNUC_END_IGNORE_DEPRECATIONS
+
+// Both draw around the origin.
+void drawRing(cairo_t* context, double fraction) {
+  constexpr double top = -fullTurn / 4;
+  cairo_arc(context, 0, 0, radius, top, top + fullTurn);
+  cairo_set_dash(context, trackDashes, 2, 0);
+  cairo_stroke(context);
+  cairo_set_dash(context, nullptr, 0, 0);
+  cairo_arc(context, 0, 0, radius, top, top + fullTurn * fraction);
+  cairo_stroke(context);
+}
+
+void drawInformationMark(cairo_t* context) {
+  cairo_arc(context, 0, 0, radius, 0, fullTurn);
+  cairo_stroke(context);
+  cairo_move_to(context, 0, -radius * 0.05);
+  cairo_line_to(context, 0, radius * 0.48);
+  cairo_stroke(context);
+  cairo_arc(context, 0, -radius * 0.42, lineWidth * 0.7, 0, fullTurn);
+  cairo_fill(context);
 }
 
 }  // namespace
@@ -41,7 +85,7 @@ void setClass(GtkWidget* widget, const char* name, bool present) {
 OverlayPanel::OverlayPanel(GtkOverlay* parent) : parent_(parent) {
   installStyle(css);
   build();
-  destroyed_ = SignalConnection::connect(parent_, "destroy", [this] {
+  connections_.add(parent_, "destroy", [this] {
     keyPressed_.disconnect();
     keys_ = nullptr;
     parent_ = nullptr;
@@ -50,7 +94,7 @@ OverlayPanel::OverlayPanel(GtkOverlay* parent) : parent_(parent) {
 
 OverlayPanel::~OverlayPanel() {
   faded_.disconnect();
-  destroyed_.disconnect();
+  connections_.disconnect();
   takeInput(false);
   if (parent_ && gtk_widget_get_parent(mask_.get())) gtk_overlay_remove_overlay(parent_, mask_.get());
 }
@@ -65,7 +109,6 @@ void OverlayPanel::build() {
   gtk_widget_set_margin_end(panel_, gapToWindow);
   mask_ = GRef<GtkWidget>::sink(styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {panel_}), "orivex-mask"));
 
-  gtk_widget_set_vexpand(indicator_.widget(), TRUE);
   label_ = gtk_label_new(nullptr);
   gtk_widget_set_name(label_, "overlay-status");
   gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
@@ -73,7 +116,7 @@ void OverlayPanel::build() {
   gtk_label_set_ellipsize(GTK_LABEL(label_), PANGO_ELLIPSIZE_END);
   gtk_label_set_max_width_chars(GTK_LABEL(label_), textWidth);
   gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
-  gtk_overlay_set_child(GTK_OVERLAY(panel_), boxNew(GTK_ORIENTATION_VERTICAL, spacing, {indicator_.widget(), label_}));
+  gtk_overlay_set_child(GTK_OVERLAY(panel_), boxNew(GTK_ORIENTATION_VERTICAL, spacing, {indicatorsNew(), label_}));
 
   close_ = styled(styled(gtk_button_new_from_icon_name("window-close-symbolic"), "flat"), "circular");
   gtk_widget_set_focusable(close_, FALSE);  // the focus stays in the page
@@ -81,28 +124,69 @@ void OverlayPanel::build() {
   gtk_widget_set_valign(close_, GTK_ALIGN_START);
   setAccessibleLabel(close_, "取消上传");
   gtk_overlay_add_overlay(GTK_OVERLAY(panel_), close_);
-  closeClicked_ = SignalConnection::connect(close_, "clicked", [this] { cancel(); });
+  connections_.add(close_, "clicked", [this] { cancel(); });
 }
 
-void OverlayPanel::showSpinner(const OverlayLook& look, std::function<void()> giveUp) {
-  indicator_.showSpinner();
-  appear(look, "", spokenSpinner, std::move(giveUp));
+GtkWidget* OverlayPanel::indicatorsNew() {
+  spinner_ = gtk_spinner_new();
+  gtk_widget_set_size_request(spinner_, indicatorSize, indicatorSize);
+  setAccessibleLabel(spinner_, spokenSpinner);
+  ring_ = drawingNew(GTK_ACCESSIBLE_ROLE_PROGRESS_BAR);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(ring_), GTK_ACCESSIBLE_PROPERTY_LABEL, "进度",
+                                 GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, 0.0, GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, 100.0,
+                                 GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, 0.0, -1);
+  informationMark_ = drawingNew(GTK_ACCESSIBLE_ROLE_PRESENTATION);
+  indicators_ = gtk_stack_new();
+  for (GtkWidget* indicator : {spinner_, ring_, informationMark_}) {
+    gtk_stack_add_child(GTK_STACK(indicators_), indicator);
+  }
+  gtk_widget_set_halign(indicators_, GTK_ALIGN_CENTER);
+  gtk_widget_set_valign(indicators_, GTK_ALIGN_CENTER);
+  gtk_widget_set_vexpand(indicators_, TRUE);
+  return indicators_;
 }
 
-void OverlayPanel::showRing(const OverlayLook& look, float fraction, const std::string& status,
+// The ring or the information mark.
+GtkWidget* OverlayPanel::drawingNew(GtkAccessibleRole role) {
+  auto* const drawing = GTK_WIDGET(g_object_new(GTK_TYPE_DRAWING_AREA, "accessible-role", role, nullptr));
+  gtk_widget_set_size_request(drawing, indicatorSize, indicatorSize);
+  const auto draw = [](GtkDrawingArea* area, cairo_t* context, int width, int height, gpointer data) noexcept {
+    const auto& panel = *static_cast<const OverlayPanel*>(data);
+    setTextColor(context, GTK_WIDGET(area));
+    cairo_translate(context, width / 2.0, height / 2.0);
+    cairo_set_line_width(context, lineWidth);
+    cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
+    GTK_WIDGET(area) == panel.ring_ ? drawRing(context, panel.fraction_) : drawInformationMark(context);
+  };
+  gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(drawing), draw, this, nullptr);
+  return drawing;
+}
+
+void OverlayPanel::showSpinner(const OverlayAppearance& appearance, std::function<void()> giveUp) {
+  appear(appearance, spinner_, "", spokenSpinner, std::move(giveUp));
+}
+
+void OverlayPanel::showRing(const OverlayAppearance& appearance, float fraction, const std::string& status,
                             std::function<void()> giveUp) {
-  indicator_.showRing(fraction);
-  appear(look, status, status.c_str(), std::move(giveUp));
+  setFraction(std::clamp(static_cast<double>(fraction), 0.0, 1.0));
+  appear(appearance, ring_, status, status.c_str(), std::move(giveUp));
 }
 
-void OverlayPanel::showInfo(const OverlayLook& look, const std::string& status) {
-  indicator_.showInformationMark();
-  appear(look, status, status.c_str(), nullptr);
+void OverlayPanel::showInfo(const OverlayAppearance& appearance, const std::string& status) {
+  appear(appearance, informationMark_, status, status.c_str(), nullptr);
 }
 
-void OverlayPanel::appear(const OverlayLook& look, const std::string& status, const char* spoken,
-                          std::function<void()> giveUp) {
-  apply(look);
+void OverlayPanel::setFraction(double fraction) {
+  if (std::exchange(fraction_, fraction) == fraction) return;
+  gtk_widget_queue_draw(ring_);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(ring_), GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, fraction * 100, -1);
+}
+
+void OverlayPanel::appear(const OverlayAppearance& appearance, GtkWidget* indicator, const std::string& status,
+                          const char* spoken, std::function<void()> giveUp) {
+  apply(appearance);
+  gtk_stack_set_visible_child(GTK_STACK(indicators_), indicator);
+  gtk_spinner_set_spinning(GTK_SPINNER(spinner_), indicator == spinner_);
   giveUp_ = std::move(giveUp);
   gtk_widget_set_visible(close_, static_cast<bool>(giveUp_));
   gtk_label_set_text(GTK_LABEL(label_), status.c_str());
@@ -112,7 +196,7 @@ void OverlayPanel::appear(const OverlayLook& look, const std::string& status, co
   // A percentage comes many times with the same words.
   if (parent_ && (!shown_ || spoken_ != spoken)) announce(GTK_WIDGET(parent_), spoken);
   spoken_ = spoken;
-  takeInput(look.mask == OverlayMask::black);
+  takeInput(appearance.mask == OverlayMask::black);
   if (shown_ || !parent_) return;
   shown_ = true;
   if (!gtk_widget_get_parent(mask_.get())) {
@@ -122,12 +206,12 @@ void OverlayPanel::appear(const OverlayLook& look, const std::string& status, co
   fadeTo(1);
 }
 
-void OverlayPanel::apply(const OverlayLook& look) {
-  setClass(mask_.get(), "black", look.mask == OverlayMask::black);
-  setClass(panel_, "dark", look.style == OverlayStyle::dark);
-  setClass(panel_, "light", look.style == OverlayStyle::light);
-  gtk_widget_set_size_request(panel_, static_cast<int>(look.minimumSize.width),
-                              static_cast<int>(look.minimumSize.height));
+void OverlayPanel::apply(const OverlayAppearance& appearance) {
+  setClass(mask_.get(), "black", appearance.mask == OverlayMask::black);
+  setClass(panel_, "dark", appearance.style == OverlayStyle::dark);
+  setClass(panel_, "light", appearance.style == OverlayStyle::light);
+  gtk_widget_set_size_request(panel_, static_cast<int>(appearance.minimumSize.width),
+                              static_cast<int>(appearance.minimumSize.height));
 }
 
 void OverlayPanel::dismiss() {
@@ -167,8 +251,7 @@ int OverlayPanel::linesThatFit() const {
   const auto line = GRef<PangoLayout>::adopt(gtk_widget_create_pango_layout(label_, tallestLine));
   int lineHeight = 0;
   pango_layout_get_pixel_size(line.get(), nullptr, &lineHeight);
-  const int room =
-      gtk_widget_get_height(GTK_WIDGET(parent_)) - 2 * (gapToWindow + padding) - spacing - OverlayIndicator::size;
+  const int room = gtk_widget_get_height(GTK_WIDGET(parent_)) - 2 * (gapToWindow + padding) - spacing - indicatorSize;
   return std::max(1, room / std::max(lineHeight, 1));
 }
 
@@ -182,7 +265,7 @@ void OverlayPanel::fadeTo(double opacity) {
       mask_.get(), now, opacity, static_cast<guint>(std::lround(fadeTime * std::abs(opacity - now))), target));
   faded_ = SignalConnection::connect(fade_.get(), "done", [this] {
     if (shown_ || !parent_) return;
-    indicator_.rest();
+    gtk_spinner_set_spinning(GTK_SPINNER(spinner_), FALSE);
     gtk_overlay_remove_overlay(parent_, mask_.get());
   });
   adw_animation_play(fade_.get());

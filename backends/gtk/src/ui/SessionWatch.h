@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -25,30 +26,24 @@ class SessionWatch {
   SessionWatch& operator=(const SessionWatch&) = delete;
   ~SessionWatch();
 
-  bool isAway() const { return away_; }
+  bool isAway() const { return !causes_.empty(); }
 
  private:
   void makeProxy(GBusType bus, const char* name, const char* path, const char* interface,
-                 void (SessionWatch::*use)(GRef<GDBusProxy>));
-  void useManager(GRef<GDBusProxy> manager);
-  void useSession(GRef<GDBusProxy> session);
-  void useScreenSaver(GRef<GDBusProxy> saver);
+                 void (SessionWatch::*made)(GDBusProxy*));
+  void managerMade(GDBusProxy* manager);
+  void sessionMade(GDBusProxy* session);
+  void screenSaverMade(GDBusProxy* saver);
 
-  void readLockedHint();
-  void coverBy(GDBusProxy* saver, bool covered);
-  void settle();
-  void tellOnce(const std::string& failure);
+  void followSignal(GDBusProxy* proxy, std::string signal);
+  void setAway(GDBusProxy* cause, bool away);
+  void logOnce(const std::string& failure);
 
   const std::function<void()> changed_;
   GRef<GCancellable> cancellable_;
-  GRef<GDBusProxy> manager_;
-  GRef<GDBusProxy> session_;
-  std::vector<GRef<GDBusProxy>> screenSavers_;
-  std::vector<GDBusProxy*> covering_;  // of the screen savers
-  bool sleeping_ = false;
-  bool locked_ = false;
-  bool away_ = false;
-  bool told_ = false;
+  std::vector<GRef<GDBusProxy>> proxies_;
+  std::set<GDBusProxy*> causes_;  // those of the proxies by which the visitor is away
+  bool logged_ = false;
   SignalConnections signals_;
 };
 

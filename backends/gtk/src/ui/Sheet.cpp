@@ -5,7 +5,6 @@
 
 #include <adwaita.h>
 
-#include "StyleSheet.h"
 #include "Widgets.h"
 
 namespace orivex::gtk {

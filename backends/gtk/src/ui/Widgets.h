@@ -5,7 +5,7 @@
 
 #include <gtk/gtk.h>
 
-/// Short ways to put widgets together. Main thread.
+/// Short ways to put widgets together, and their style. Main thread.
 namespace orivex::gtk {
 
 /// The widget, with a style class more.
@@ -29,5 +29,12 @@ inline void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
 inline bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
   return widget == ancestor || gtk_widget_is_ancestor(widget, ancestor);
 }
+
+/// Adds style rules for the widgets of this component to the default display, below what the host adds by itself with
+/// a higher priority. A text, which must last, is added only once.
+void installStyle(const char* css);
+
+/// Gives a surface of the component, and what lies in it, light colours whatever the desktop's style is.
+void makeLight(GtkWidget* surface);
 
 }  // namespace orivex::gtk

@@ -2,7 +2,7 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
+#include "../../glib/GRef.h"
 
 #include "orivex/platform/ui/View.h"
 #include "orivex/platform/ui/ViewController.h"
@@ -42,14 +42,13 @@ class WidgetScreen final : public ViewController {
   const std::shared_ptr<WidgetView> shown_;
 };
 
-/// A view that shows an unmoving picture.
-class PaintableView : public View {
- public:
-  explicit PaintableView(GRef<GdkPaintable> paintable) : paintable_(std::move(paintable)) {}
-  GdkPaintable* paintable() const { return paintable_.get(); }
+/// The widget that shows what `view` holds besides its subviews; null for a plain view.
+GRef<GtkWidget> contentWidgetFor(View& view);
 
- private:
-  GRef<GdkPaintable> paintable_;
-};
+/// Brings `widget`, made by `contentWidgetFor` of the same view, up to date.
+void updateContentWidget(GtkWidget* widget, const View& view);
+
+/// Gives `widget`, made by `contentWidgetFor` of the same view, its place in a view that has been given this size.
+void allocateContentWidget(GtkWidget* widget, const View& view, int width, int height);
 
 }  // namespace orivex::gtk

@@ -4,9 +4,9 @@
 
 #include <adwaita.h>
 
-#include "../Contained.h"
-#include "../glib/GRef.h"
-#include "GtkApplicationPort.h"
+#include "../../Contained.h"
+#include "../../glib/GRef.h"
+#include "../GtkApplicationPort.h"
 
 namespace orivex::gtk {
 namespace {

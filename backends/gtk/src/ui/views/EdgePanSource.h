@@ -4,7 +4,7 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/SignalConnection.h"
+#include "../../glib/SignalConnection.h"
 
 #include "orivex/platform/ui/ScreenEdgePanGesture.h"
 

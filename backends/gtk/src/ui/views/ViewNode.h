@@ -6,9 +6,9 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/GRef.h"
-#include "../glib/SignalConnection.h"
-#include "Canvas.h"
+#include "../../glib/GRef.h"
+#include "../../glib/SignalConnection.h"
+#include "../Canvas.h"
 #include "EdgePanSource.h"
 
 #include "orivex/platform/ui/View.h"

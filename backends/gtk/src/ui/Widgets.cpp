@@ -1,9 +1,8 @@
-#include "StyleSheet.h"
+#include "Widgets.h"
 
 #include <set>
 
 #include "../glib/GRef.h"
-#include "Compatibility.h"
 
 namespace orivex::gtk {
 namespace {
@@ -17,14 +16,17 @@ constexpr const char* light = R"css(
 
 }  // namespace
 
-void installStyle(const char* css) {
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS  // GTK 4.12 has another name for loading from a text
+    void
+    installStyle(const char* css) {
   static std::set<const char*> installed;
   if (!installed.insert(css).second) return;
   const auto provider = GRef<GtkCssProvider>::adopt(gtk_css_provider_new());
-  loadCss(provider.get(), css);
+  gtk_css_provider_load_from_data(provider.get(), css, -1);
   gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
+G_GNUC_END_IGNORE_DEPRECATIONS
 
 void makeLight(GtkWidget* surface) {
   installStyle(light);

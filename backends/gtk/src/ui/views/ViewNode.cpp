@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Compatibility.h"
 #include "ContentWidgets.h"
-#include "HostViews.h"
 
 namespace orivex::gtk {
 namespace {
@@ -38,6 +36,13 @@ GskRoundedRect outlineOf(const View& view) {
   gsk_rounded_rect_init_from_rect(&outline, &bounds, static_cast<float>(view.cornerRadius()));
   return outline;
 }
+
+// What the window's style paints; deprecated since GTK 4.10, which has nothing in its place.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+void paintBackground(GtkSnapshot* snapshot, GtkWidget* window, const graphene_size_t& size) {
+  gtk_snapshot_render_background(snapshot, gtk_widget_get_style_context(window), 0, 0, size.width, size.height);
+}
+G_GNUC_END_IGNORE_DEPRECATIONS
 
 GdkRGBA rgba(const Color& color) {
   return {static_cast<float>(color.red), static_cast<float>(color.green), static_cast<float>(color.blue),
@@ -129,7 +134,11 @@ std::shared_ptr<View> ViewNode::snapshot() {
   auto* const drawing = gtk_snapshot_new();
   paintBackground(drawing, window, size);
   gdk_paintable_snapshot(image.get(), drawing, size.width, size.height);
-  return std::make_shared<PaintableView>(GRef<GdkPaintable>::adopt(gtk_snapshot_free_to_paintable(drawing, &size)));
+  const auto still = GRef<GdkPaintable>::adopt(gtk_snapshot_free_to_paintable(drawing, &size));
+  GtkWidget* const picture = gtk_picture_new_for_paintable(still.get());
+  gtk_picture_set_content_fit(GTK_PICTURE(picture), GTK_CONTENT_FIT_FILL);
+  gtk_widget_set_can_target(picture, FALSE);
+  return std::make_shared<WidgetView>(GRef<GtkWidget>::sink(picture));
 }
 
 bool ViewNode::takesInput() const {

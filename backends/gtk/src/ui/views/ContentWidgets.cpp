@@ -1,7 +1,6 @@
 #include "ContentWidgets.h"
 
-#include "../web/WebKitEngine.h"
-#include "HostViews.h"
+#include "../../web/WebKitEngine.h"
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Bundle.h"
@@ -28,16 +27,8 @@ void updateLabel(GtkLabel* widget, const Label& label) {
   pango_attr_list_unref(attributes);
   gtk_label_set_text(widget, label.text().c_str());
   const auto alignment = label.alignment();
-  gtk_label_set_xalign(widget, alignment == TextAlignment::left     ? 0.0F
-                               : alignment == TextAlignment::center ? 0.5F
-                                                                    : 1.0F);
-}
-
-GtkWidget* pictureNew() {
-  GtkWidget* const picture = gtk_picture_new();
-  gtk_picture_set_can_shrink(GTK_PICTURE(picture), TRUE);
-  gtk_widget_set_can_target(picture, FALSE);
-  return picture;
+  const bool isLeft = alignment == TextAlignment::left;
+  gtk_label_set_xalign(widget, isLeft ? 0 : alignment == TextAlignment::center ? 0.5F : 1);
 }
 
 void updateImage(GtkPicture* widget, const ImageView& image) {
@@ -57,12 +48,9 @@ GRef<GtkWidget> contentWidgetFor(View& view) {
   }
   if (const auto* host = dynamic_cast<const WidgetView*>(&view)) return GRef<GtkWidget>::share(host->widget());
   GRef<GtkWidget> widget;
-  if (const auto* paintable = dynamic_cast<const PaintableView*>(&view)) {
-    widget = GRef<GtkWidget>::sink(pictureNew());
-    gtk_picture_set_content_fit(GTK_PICTURE(widget.get()), GTK_CONTENT_FIT_FILL);
-    gtk_picture_set_paintable(GTK_PICTURE(widget.get()), paintable->paintable());
-  } else if (dynamic_cast<const ImageView*>(&view)) {
-    widget = GRef<GtkWidget>::sink(pictureNew());
+  if (dynamic_cast<const ImageView*>(&view)) {
+    widget = GRef<GtkWidget>::sink(gtk_picture_new());
+    gtk_widget_set_can_target(widget.get(), FALSE);
   } else if (const auto* label = dynamic_cast<const Label*>(&view)) {
     const auto role = label->isAnnounced() ? GTK_ACCESSIBLE_ROLE_ALERT : GTK_ACCESSIBLE_ROLE_LABEL;
     widget = GRef<GtkWidget>::sink(GTK_WIDGET(g_object_new(GTK_TYPE_LABEL, "accessible-role", role, nullptr)));

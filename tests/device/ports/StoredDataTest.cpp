@@ -1,0 +1,124 @@
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "FolderBundle.h"
+#include "KeyFileUserDefaults.h"
+#include "MachineDevice.h"
+#include "files/XdgFileManager.h"
+#include "support/LogLines.h"
+#include "support/TemporaryFolder.h"
+
+namespace orivex::gtk {
+namespace {
+
+TEST(FolderBundleTest, ReadsItsInformationAndTakesNoFolderForAResource) {
+  const TemporaryFolder folder;
+  folder.write(
+      "Info.json",
+      R"({"CFBundleVersion": "7", "names": ["skipped"], "none": null, "scale": 2, "beta": true, "text": "\u4f60"})");
+  const InfoDictionary expected{{"CFBundleVersion", "7"}, {"scale", 2.0}, {"beta", true}, {"text", "\xE4\xBD\xA0"}};
+  std::filesystem::create_directory(folder.path() / "eruda.js");
+  const FolderBundle bundle(folder.path());
+  EXPECT_EQ(bundle.infoDictionary(), expected);
+  EXPECT_FALSE(bundle.pathForResource("eruda", "js"));
+}
+
+TEST(FolderBundleTest, BrokenInformationIsNoneAndTold) {
+  for (const char* contents : {"", "[]", "{\"CFBundleVersion\": \"7\"", "{} {}"}) {
+    SCOPED_TRACE(contents);
+    const TemporaryFolder folder;
+    folder.write("Info.json", contents);
+    const LogLines lines;
+    EXPECT_FALSE(FolderBundle(folder.path()).infoDictionary());
+    EXPECT_EQ(lines.get().size(), 1U);
+  }
+}
+
+TEST(FolderBundleTest, LiesBesideTheFileThatHoldsTheAddress) {
+  const auto here = std::filesystem::canonical("/proc/self/exe").parent_path();
+  static const int inThisProgram = 0;
+  EXPECT_EQ(FolderBundle::besideLibrary(&inThisProgram).pathForResource("skeleton", "html"),
+            std::filesystem::canonical(here / "OrivexSDK.bundle/skeleton.html"));
+  const auto* const inAnotherLibrary = reinterpret_cast<const void*>(&std::abort);
+  EXPECT_FALSE(FolderBundle::besideLibrary(inAnotherLibrary).pathForResource("skeleton", "html"));
+  const int inNoFile = 0;
+  EXPECT_FALSE(FolderBundle::besideLibrary(&inNoFile).pathForResource("skeleton", "html"));
+}
+
+TEST(KeyFileUserDefaultsTest, ReadsWhatAVisitorMayWriteAndNothingElse) {
+  struct Case {
+    const char* contents;
+    bool asBool;
+    std::optional<std::string> asText;
+  };
+  const Case cases[] = {
+      {"[Defaults]\nkey=true\n", true, "true"},
+      {"# a note\n\n[Defaults]\n key = 1\n", true, "1"},
+      {"[Defaults]\nkey=false\n", false, "false"},
+      {"[Defaults]\nkey=Inches\n", false, "Inches"},
+      {"[Defaults]\nkey=\xE8\x8B\xB1\xE5\xAF\xB8\n", false, "\xE8\x8B\xB1\xE5\xAF\xB8"},
+      {"[Defaults]\nkey=\n", false, ""},
+      {"[Defaults]\nother=true\n", false, std::nullopt},
+      {"[Others]\nkey=true\n", false, std::nullopt},
+      {"", false, std::nullopt},
+      {"key=true\n", false, std::nullopt},
+      {"[Defaults]\nkey=true\nthis is no line of a key file\n", false, std::nullopt},
+  };
+  const TemporaryFolder folder;
+  for (const auto& [contents, asBool, asText] : cases) {
+    SCOPED_TRACE(contents);
+    const KeyFileUserDefaults defaults(folder.write("defaults.ini", contents));
+    EXPECT_EQ(defaults.boolForKey("key"), asBool);
+    EXPECT_EQ(defaults.stringForKey("key"), asText);
+  }
+}
+
+TEST(KeyFileUserDefaultsTest, SeesEachChangeAndTellsAFailureOnce) {
+  const TemporaryFolder folder;
+  const LogLines lines;
+  const KeyFileUserDefaults defaults(folder.path() / "defaults.ini");
+  EXPECT_FALSE(defaults.boolForKey("enable_eruda"));
+  EXPECT_FALSE(defaults.boolForKey("enable_vconsole"));
+  EXPECT_EQ(lines.get().size(), 0U) << "most visitors have no file";
+  const auto file = folder.write("defaults.ini", "[Defaults]\nenable_eruda=true\n");
+  EXPECT_TRUE(defaults.boolForKey("enable_eruda"));
+  folder.write("defaults.ini", "[Defaults]\nenable_eruda=fals\n");
+  EXPECT_FALSE(defaults.boolForKey("enable_eruda"));
+  EXPECT_EQ(lines.get().size(), 0U);
+  folder.write("defaults.ini", "nonsense");
+  EXPECT_FALSE(defaults.boolForKey("enable_eruda"));
+  EXPECT_FALSE(defaults.stringForKey("enable_eruda"));
+  EXPECT_EQ(lines.get().size(), 1U) << "broken, told once";
+  std::filesystem::remove(file);
+  EXPECT_FALSE(defaults.boolForKey("enable_eruda"));
+  EXPECT_EQ(lines.get().size(), 1U) << "missing again";
+}
+
+TEST(MachineDeviceTest, TwoApplicationsOfOneMachineHaveIdentifiersOfTheirOwn) {
+  const auto shop = MachineDevice("org.example.Shop").identifierForVendor();
+  ASSERT_TRUE(shop) << "this machine has no identifier";
+  EXPECT_NE(MachineDevice("org.example.Bank").identifierForVendor(), shop);
+  EXPECT_NE(MachineDevice("").identifierForVendor(), shop);
+}
+
+TEST(LeftOversTest, OnlyWhatIsOldAndOursGoes) {
+  const TemporaryFolder folder;
+  const auto age = [](const std::filesystem::path& file, int hours) {
+    std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours(hours));
+    return file;
+  };
+  const auto old = age(folder.write("a.wav", "x"), 25);
+  const auto young = age(folder.write("b.wav", "x"), 23);
+  const auto foreign = age(folder.write("c.txt", "x"), 25);
+  const auto deeper = age(folder.write("web/d.wav", "x"), 25);
+  removeLeftOvers(folder.path(), ".wav");
+  removeLeftOvers(folder.path() / "missing", "");
+  EXPECT_FALSE(std::filesystem::exists(old));
+  for (const auto& kept : {young, foreign, deeper}) EXPECT_TRUE(std::filesystem::exists(kept)) << kept;
+}
+
+}  // namespace
+}  // namespace orivex::gtk
