@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FolderBundle.h"
+#include "Bundles.h"
 #include "GlibMainQueue.h"
 #include "decoding/Decoder.h"
 

@@ -1,7 +1,6 @@
 #include <cerrno>
 
-#include "DesktopEntryBundle.h"
-#include "FolderBundle.h"
+#include "Bundles.h"
 #include "GlibMainQueue.h"
 #include "KeyFileUserDefaults.h"
 #include "MachineDevice.h"

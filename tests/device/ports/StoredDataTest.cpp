@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "FolderBundle.h"
+#include "Bundles.h"
 #include "KeyFileUserDefaults.h"
 #include "MachineDevice.h"
 #include "files/XdgFileManager.h"

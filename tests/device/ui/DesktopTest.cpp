@@ -1,5 +1,5 @@
+#include "Bundles.h"
 #include "Desktop.h"
-#include "DesktopEntryBundle.h"
 #include "DesktopLauncher.h"
 #include "support/LogLines.h"
 

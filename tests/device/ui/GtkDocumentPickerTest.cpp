@@ -8,7 +8,7 @@
 #include <gtk/gtk.h>
 #include <sys/stat.h>
 
-#include "files/DocumentFilter.h"
+#include "files/GtkDocumentPicker.h"
 #include "glib/GRef.h"
 #include "support/FileChooser.h"
 #include "support/MainLoop.h"

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <gtk/gtk.h>
 
@@ -35,5 +37,10 @@ class GtkDocumentPicker final : public DocumentPicker {
   GRef<GFile> folder_;
   Subscription leaves_;
 };
+
+/// The filters of a file chooser: one for files of these MIME types, such as "application/pdf" or "image/*", named for
+/// the visitor by what they are, and one for every file, since the visitor may know better what to send. Empty when
+/// every file is requested: without any type, or with "*/*". What is no MIME type is passed over.
+std::vector<GRef<GtkFileFilter>> documentFilters(const std::vector<std::string>& mimeTypes);
 
 }  // namespace orivex::gtk
