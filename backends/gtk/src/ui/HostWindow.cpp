@@ -82,7 +82,7 @@ void HostWindow::setSurroundings(const Surroundings& surroundings) {
 
 // What a visitor without a finger goes back with: Escape, Alt and the arrow to the left, the back key, and the mouse's
 // back button. What leads nowhere stays for the host. A page sees the keys first and hands on by the action what it
-// does not take; see `PageBackKeys`.
+// does not take; see `addBackKeys`.
 void HostWindow::connectBackInput(GtkWidget* screens) {
   const auto group = GRef<GSimpleActionGroup>::adopt(g_simple_action_group_new());
   const auto action = GRef<GSimpleAction>::adopt(g_simple_action_new("back", nullptr));

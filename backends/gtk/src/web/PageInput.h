@@ -15,7 +15,7 @@ void addTouchPointers(WebKitUserContentManager* content);
 /// does not: it hears no more of a pointer once another widget has claimed it.
 void addTakenPointers(WebKitUserContentManager* content);
 
-/// Hands the keys that lead back (see `BackInput`) to the screens around a page, as the action "screens.back" of its
+/// Hands the keys that lead back (see `HostWindow`) to the screens around a page, as the action "screens.back" of its
 /// view, once nothing in the page wants them: neither a listener that prevents their default nor a dialog that Escape
 /// closes. Typing in a field is no such thing. The connection ends before `view`.
 [[nodiscard]] SignalConnection addBackKeys(WebKitWebView* view);
