@@ -57,6 +57,7 @@ void VirtualBundle::setInfo(std::string_view key, std::optional<InfoValue> value
 std::string VirtualBundle::addResource(std::string_view name, std::string_view type, std::string_view contents) {
   removeResource(name, type);
   const auto path = folder_ / fileName(name, type);
+  std::filesystem::create_directories(path.parent_path());
   std::ofstream file(path, std::ios::binary);
   file << contents;
   file.close();

@@ -5,6 +5,7 @@
 #include "orivex/models/MessageModel.h"
 #include "orivex/models/ShortcutsModel.h"
 #include "orivex/models/UserMappingModel.h"
+#include "orivex/platform/base/Language.h"
 #include "orivex/sdk/Conversation.h"
 #include "orivex/sdk/OVKFApi.h"
 #include "orivex/sdk/Version.h"
