@@ -10,15 +10,11 @@
 #include "JsonGrammar.h"
 
 #include "orivex/models/Codec.h"
-#include "orivex/models/FailModel.h"
 #include "orivex/models/MessageModel.h"
-#include "orivex/models/PostMessageModel.h"
+#include "orivex/models/PageModels.h"
 #include "orivex/models/ShortcutsModel.h"
-#include "orivex/models/TrackModel.h"
-#include "orivex/models/UploadFileInfoModel.h"
-#include "orivex/models/UploadResposeModel.h"
+#include "orivex/models/UploadModels.h"
 #include "orivex/models/UserMappingModel.h"
-#include "orivex/models/WebViewEnvModel.h"
 
 namespace orivex::fuzz {
 namespace {

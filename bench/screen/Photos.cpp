@@ -4,10 +4,10 @@
 #include "Host.h"
 
 #include "orivex/models/Codec.h"
-#include "orivex/models/UploadFileInfoModel.h"
+#include "orivex/models/UploadModels.h"
 #include "orivex/platform/Platform.h"
-#include "orivex/platform/ports/ImageCodec.h"
 #include "orivex/platform/ports/MainQueue.h"
+#include "orivex/platform/ports/MediaReading.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 #include "orivex/platform/ui/WebView.h"
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/base/Once.h"
-#include "orivex/platform/base/Subscription.h"
 #include "orivex/platform/ui/View.h"
 
 namespace orivex {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "orivex/platform/ports/Upload.h"
+#include "orivex/platform/ports/HttpClient.h"
 
 namespace orivex {
 

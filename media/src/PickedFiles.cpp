@@ -13,10 +13,9 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
-#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/FileManager.h"
-#include "orivex/platform/ports/ImageCodec.h"
-#include "orivex/platform/ports/MediaProbe.h"
+#include "orivex/platform/ports/MediaReading.h"
 #include "orivex/platform/ports/TypeRegistry.h"
 #include "orivex/session/OVKFApiManager.h"
 

@@ -8,7 +8,7 @@
 
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/models/Codec.h"
-#include "orivex/models/FailModel.h"
+#include "orivex/models/UploadModels.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"

@@ -17,7 +17,8 @@ inline constexpr bool canBeAbsent<std::optional<Value>> = true;
 template <class Value>
 inline constexpr bool canBeAbsent<std::shared_ptr<Value>> = true;
 
-/// One line of a record's table: a key and the member that holds its value.
+/// One line of a record's table: a key and the member that holds its value. Without a key whose member cannot be
+/// absent there is no record.
 template <class Record, class Member>
 struct Field {
   std::string_view key;
@@ -25,17 +26,8 @@ struct Field {
   static constexpr bool isRequired = !canBeAbsent<Member>;
 };
 
-/// A key that may be left out.
 template <class Record, class Member>
 consteval Field<Record, Member> field(std::string_view key, Member Record::*member) {
-  static_assert(canBeAbsent<Member>);
-  return {key, member};
-}
-
-/// A key without which there is no record.
-template <class Record, class Member>
-consteval Field<Record, Member> required(std::string_view key, Member Record::*member) {
-  static_assert(!canBeAbsent<Member>);
   return {key, member};
 }
 

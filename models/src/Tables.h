@@ -2,19 +2,13 @@
 
 #include "Field.h"
 
-#include "orivex/models/FailModel.h"
 #include "orivex/models/MessageBody.h"
-#include "orivex/models/MessageCustomFields.h"
-#include "orivex/models/MessageCustomItems.h"
-#include "orivex/models/MessageCustomMenus.h"
+#include "orivex/models/MessageCard.h"
 #include "orivex/models/MessageModel.h"
-#include "orivex/models/PostMessageModel.h"
+#include "orivex/models/PageModels.h"
 #include "orivex/models/ShortcutsModel.h"
-#include "orivex/models/TrackModel.h"
-#include "orivex/models/UploadFileInfoModel.h"
-#include "orivex/models/UploadResposeModel.h"
+#include "orivex/models/UploadModels.h"
 #include "orivex/models/UserMappingModel.h"
-#include "orivex/models/WebViewEnvModel.h"
 
 // The JSON of every record, on one page. Decoding and encoding are both driven by these tables: a new field is one line
 // here beside its member in the record. Members without a line are no part of the JSON.
@@ -180,7 +174,7 @@ inline constexpr auto fieldsOf<incoming::MessageModel> = std::tuple{
 
 template <>
 inline constexpr auto fieldsOf<PostMessageModel> = std::tuple{
-    required("deviceId", &PostMessageModel::deviceId),
+    field("deviceId", &PostMessageModel::deviceId),
     field("fileSize", &PostMessageModel::fileSize),
     field("action", &PostMessageModel::action),
     field("mimeTypes", &PostMessageModel::mimeTypes),
@@ -201,18 +195,18 @@ inline constexpr auto fieldsOf<TrackModel> = std::tuple{
 
 template <>
 inline constexpr auto fieldsOf<UploadFileInfoModel> = std::tuple{
-    field("name", &UploadFileInfoModel::name),         required("type", &UploadFileInfoModel::type),
+    field("name", &UploadFileInfoModel::name),         field("type", &UploadFileInfoModel::type),
     field("url", &UploadFileInfoModel::url),           field("base64Str", &UploadFileInfoModel::base64Str),
     field("height", &UploadFileInfoModel::height),     field("width", &UploadFileInfoModel::width),
-    field("duration", &UploadFileInfoModel::duration), required("suffix", &UploadFileInfoModel::suffix),
+    field("duration", &UploadFileInfoModel::duration), field("suffix", &UploadFileInfoModel::suffix),
     field("size", &UploadFileInfoModel::size),         field("mimeType", &UploadFileInfoModel::mimeType),
 };
 
 template <>
 inline constexpr auto fieldsOf<UploadResposeModel> = std::tuple{
-    required("url", &UploadResposeModel::url),
-    required("inputContentType", &UploadResposeModel::inputContentType),
-    required("actualContentType", &UploadResposeModel::actualContentType),
+    field("url", &UploadResposeModel::url),
+    field("inputContentType", &UploadResposeModel::inputContentType),
+    field("actualContentType", &UploadResposeModel::actualContentType),
 };
 
 template <>

@@ -6,7 +6,7 @@
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Once.h"
-#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/WebEngine.h"
 
 namespace orivex {

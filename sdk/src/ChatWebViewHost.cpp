@@ -61,16 +61,10 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
   addDebugConsoles(configuration.userScripts);
   log::debugPrint("Distance: safeDistanceTop:" + doubleText(around.insets.top) + " safeDistanceBottom:" +
                   doubleText(around.insets.bottom) + " navHeight:" + doubleText(around.statusBarHeight));
-  webView_ = std::make_shared<WebView>(webViewFrame(), std::move(configuration), makeHandlers_());
+  webView_ = std::make_shared<WebView>(webViewFrame(), configuration, makeHandlers_());
   webView_->setCustomUserAgent(OVKFApiHelper::userAgent());
   webView_->setAlpha(0);
-  webView_->setScrollSettings({.bounces = false,
-                               .alwaysBounceVertical = false,
-                               .alwaysBounceHorizontal = false,
-                               .scrollEnabled = false,
-                               .backgroundColor = Color::white(),
-                               .contentInset = {},
-                               .indicatorInsets = {}});
+  webView_->setScrollSettings({.scrollEnabled = false, .backgroundColor = Color::white()});
   webView_->setBackgroundColor(Color::white());
   webView_->evaluate(std::string(touchScript));
   return webView_;
@@ -81,11 +75,10 @@ const std::shared_ptr<WebView>& ChatWebViewHost::loadView() {
   if (loadView_) return loadView_;
   WebEngineConfiguration configuration;
   configuration.javaScriptCanOpenWindowsAutomatically = false;
-  loadView_ = std::make_shared<WebView>(loadViewFrame(), std::move(configuration));
+  loadView_ = std::make_shared<WebView>(loadViewFrame(), configuration);
   const auto white = OVKFApiHelper::color("#FFFFFF");
   loadView_->setBackgroundColor(white);
-  loadView_->setScrollSettings(
-      {.scrollEnabled = false, .backgroundColor = white, .contentInset = {}, .indicatorInsets = {}});
+  loadView_->setScrollSettings({.scrollEnabled = false, .backgroundColor = white});
   if (const auto path = Platform::current().componentBundle.pathForResource("skeleton", "html")) {
     loadView_->loadFile(*path, *path);
   }

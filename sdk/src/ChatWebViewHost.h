@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ui/WebView.h"
 
 namespace orivex {

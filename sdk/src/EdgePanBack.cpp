@@ -9,7 +9,6 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Animator.h"
 #include "orivex/platform/ui/ScreenEdgePanGesture.h"
-#include "orivex/platform/ui/TakenPointers.h"
 #include "orivex/platform/ui/WebView.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/sdk/OVKFApi.h"

@@ -39,12 +39,11 @@ std::string drain(std::vector<std::shared_ptr<MessageBody>>& queue) {
 
 void removeWebsiteData(const std::function<void(const std::optional<Failure>&)>& done) {
   auto& dataStore = Platform::current().websiteDataStore;
-  const auto types = WebsiteDataStore::allTypes();
-  dataStore.fetchRecords(types, [&dataStore, types, done](const auto& result) {
+  dataStore.fetchRecords([&dataStore, done](const auto& result) {
     if (const auto* failure = std::get_if<Failure>(&result)) {
       done(*failure);
     } else {
-      dataStore.removeData(types, std::get<WebsiteDataStore::Records>(result), done);
+      dataStore.removeData(std::get<WebsiteDataStore::Records>(result), done);
     }
   });
 }

@@ -8,8 +8,8 @@
 #include <system_error>
 #include <variant>
 
+#include "orivex/models/PageModels.h"
 #include "orivex/models/UserMappingModel.h"
-#include "orivex/models/WebViewEnvModel.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Failure.h"
 #include "orivex/platform/base/Log.h"

@@ -12,12 +12,11 @@
 #include "support/TemporaryFolder.h"
 
 #include "orivex/platform/Platform.h"
+#include "orivex/platform/ports/Audio.h"
 #include "orivex/platform/ports/Camera.h"
-#include "orivex/platform/ports/DocumentInteraction.h"
-#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
-#include "orivex/platform/ports/RecordPermission.h"
 #include "orivex/voice/VoiceManager.h"
 
 namespace orivex::gtk {

@@ -8,8 +8,8 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/ProcessState.h"
+#include "orivex/platform/ports/Audio.h"
 #include "orivex/platform/ports/FileManager.h"
-#include "orivex/platform/ports/RecordPermission.h"
 #include "orivex/voice/VoiceManager.h"
 
 namespace orivex {

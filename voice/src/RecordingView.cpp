@@ -1,7 +1,6 @@
 #include "orivex/voice/RecordingView.h"
 
-#include "orivex/platform/ui/ImageView.h"
-#include "orivex/platform/ui/Label.h"
+#include "orivex/platform/ui/ContentViews.h"
 
 namespace orivex {
 namespace {

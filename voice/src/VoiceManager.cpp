@@ -49,7 +49,7 @@ void VoiceManager::startRecording() {
   duration = 0;
   const auto& platform = Platform::current();
   auto& session = platform.audioSession;
-  logIf("设置类型失败:", session.setCategory(AudioSessionCategory::playAndRecord, AudioSessionMode::standard));
+  logIf("设置类型失败:", session.setCategory(AudioSessionCategory::playAndRecord));
   logIf("初始化动作失败:", session.setActive(true));
   recorder_file_path = makeRecordingFileURL();
   auto made = session.makeRecorder(*recorder_file_path, recorderSettings());

@@ -4,7 +4,7 @@
 #include <optional>
 #include <variant>
 
-#include "orivex/platform/ports/ImageCodec.h"
+#include "orivex/platform/ports/MediaReading.h"
 
 namespace orivex::gtk {
 

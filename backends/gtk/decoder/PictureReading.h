@@ -7,7 +7,7 @@
 
 #include "glib/GRef.h"
 
-#include "orivex/platform/ports/ImageCodec.h"
+#include "orivex/platform/ports/MediaReading.h"
 
 namespace orivex::gtk {
 

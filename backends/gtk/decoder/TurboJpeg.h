@@ -6,7 +6,7 @@
 
 #include <turbojpeg.h>
 
-#include "orivex/platform/ports/ImageCodec.h"
+#include "orivex/platform/ports/MediaReading.h"
 
 namespace orivex::gtk {
 

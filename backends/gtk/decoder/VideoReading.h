@@ -9,7 +9,7 @@
 #include "glib/GRef.h"
 
 #include "orivex/platform/base/Failure.h"
-#include "orivex/platform/ports/MediaProbe.h"
+#include "orivex/platform/ports/MediaReading.h"
 
 namespace orivex::gtk {
 

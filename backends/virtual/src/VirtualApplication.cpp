@@ -2,10 +2,8 @@
 
 #include <utility>
 
-#include "ThreadCheck.h"
-#include "ViewMirrorTree.h"
-
 #include "orivex/platform/base/Log.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 namespace {
@@ -15,8 +13,8 @@ constexpr EdgeInsets phoneInsets{47, 0, 34, 0};
 
 }  // namespace
 
-VirtualApplication::VirtualApplication(const MainQueue& queue)
-    : queue_(queue), mirrors_(std::make_unique<ViewMirrorTree>(*window_->contentView())) {
+VirtualApplication::VirtualApplication(const MainQueue& queue) : queue_(queue) {
+  window_->contentView()->setMirror(this);
   window_->setSize(phoneSize);
   window_->setSafeAreaInsets(phoneInsets);
   window_->setEndEditingHandler([this](const View& view) {
@@ -28,6 +26,7 @@ VirtualApplication::VirtualApplication(const MainQueue& queue)
 }
 
 VirtualApplication::~VirtualApplication() {
+  window_->contentView()->setMirror(nullptr);
   window_->setEndEditingHandler(nullptr);
 }
 
@@ -61,17 +60,13 @@ void VirtualApplication::setWindowShown(bool shown) {
   if (shown) scene_->addWindow(window_);
 }
 
-void VirtualApplication::setStatusBarHeight(std::optional<double> height) {
-  if (height) {
-    scene_->setStatusBarManager(StatusBarManager{{0, 0, window_->bounds().width, *height}});
-  } else {
-    scene_->setStatusBarManager(std::nullopt);
-  }
+void VirtualApplication::setStatusBarHeight(double height) {
+  scene_->setStatusBarHeight(height);
   window_->contentView()->layOut();
 }
 
-void VirtualApplication::setDrawn(bool drawn) {
-  mirrors_->setDrawn(drawn);
+std::shared_ptr<View> VirtualApplication::snapshot(const View& view) {
+  return drawn_ ? std::make_shared<VirtualSnapshot>(view) : nullptr;
 }
 
 }  // namespace orivex::testing

@@ -4,7 +4,8 @@
 #include <iterator>
 #include <utility>
 
-#include "ThreadCheck.h"
+#include "orivex/platform/ui/View.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 namespace {
@@ -85,7 +86,7 @@ class Player final : public AudioPlayer {
 
 }  // namespace
 
-std::optional<Failure> VirtualAudioSession::setCategory(AudioSessionCategory category, AudioSessionMode /*mode*/) {
+std::optional<Failure> VirtualAudioSession::setCategory(AudioSessionCategory category) {
   requireMainThread(queue_, "AudioSession::setCategory");
   if (categoryFailure_.empty()) category_ = category;
   return failureIf(categoryFailure_);
@@ -125,6 +126,25 @@ void VirtualAudioSession::fillDisk(bool full) {
   if (!full) return;
   for (const auto& recording : recordings_) recording->diskFull |= recording->recording && !recording->discarded;
   interrupt();
+}
+
+void VirtualRecordPermission::request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) {
+  requireMainThread(queue_, "RecordPermission::request");
+  asked_.push_back(applicationName);
+  if (remembered_) {
+    deliver(std::move(answer), *remembered_);
+  } else {
+    open_.push_back(std::move(answer));
+    leaves_ = view.observeLeaving([this] { open_.clear(); });
+  }
+}
+
+void VirtualRecordPermission::answer(bool granted) {
+  for (auto& question : std::exchange(open_, {})) deliver(std::move(question), granted);
+}
+
+void VirtualRecordPermission::deliver(Once<void(bool)> answer, bool granted) {
+  queue_.global([answer = std::move(answer), granted]() mutable { std::move(answer)(granted); });
 }
 
 }  // namespace orivex::testing

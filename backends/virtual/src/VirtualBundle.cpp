@@ -5,9 +5,8 @@
 #include <system_error>
 #include <utility>
 
-#include "ThreadCheck.h"
-
 #include "orivex/platform/base/Log.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 namespace {

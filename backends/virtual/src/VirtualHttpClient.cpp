@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "ThreadCheck.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 namespace {
@@ -30,25 +30,26 @@ void VirtualHttpClient::send(const UrlRequest& request, Once<void(StatusResult)>
   requireMainThread(queue_, "HttpClient::send");
   requests_.push_back(request);
   auto exchange = std::make_unique<Exchange>(Exchange{request, 0, StatusResult(), std::move(completion)});
-  queue_.async(alive_.guard([this, exchange = std::move(exchange)]() mutable { ask(std::move(exchange)); }));
+  queue_.async(alive_.guard([this, exchange = std::move(exchange)]() mutable { serve(std::move(exchange)); }));
 }
 
 std::function<void()> VirtualHttpClient::upload(UploadRequest request, std::function<void(double fraction)> progress,
                                                 Once<void(UploadReply)> completion) {
   requireMainThread(queue_, "HttpClient::upload");
   auto served = uploadServer_ ? uploadServer_(request) : storedFile(request);
-  const auto steps = static_cast<double>(served.progress.size());
+  auto reported = served.progress.size();
+  const auto steps = static_cast<double>(std::max<std::size_t>(reported, 1));
   if (served.isSilent) {
     served.delay += request.idleTimeout;
     served.reply.error = timedOut();
-  } else if (served.delay / std::max(steps, 1.0) > request.idleTimeout) {
+  } else if (served.delay / steps > request.idleTimeout) {
     served.delay = request.idleTimeout;
-    served.progress.resize(std::min<std::size_t>(served.progress.size(), 1));
+    reported = std::min<std::size_t>(reported, 1);
     served.reply = {std::nullopt, timedOut()};
   }
   uploads_.push_back(std::move(request));
   const auto end = std::make_shared<Once<void(UploadReply)>>(std::move(completion));
-  for (std::size_t step = 0; step < served.progress.size(); ++step) {
+  for (std::size_t step = 0; step < reported; ++step) {
     queue_.asyncAfter(served.delay * static_cast<double>(step) / steps,
                       alive_.guard([end, progress, fraction = served.progress[step]] {
                         if (*end) progress(fraction);
@@ -66,7 +67,7 @@ std::function<void()> VirtualHttpClient::upload(UploadRequest request, std::func
   return alive_.guard([endAfter] { endAfter(0, {std::nullopt, TransportError{TransportError::other, "已取消"}}); });
 }
 
-void VirtualHttpClient::ask(std::unique_ptr<Exchange> exchange) {
+void VirtualHttpClient::serve(std::unique_ptr<Exchange> exchange) {
   auto reply = server_ ? server_(exchange->request) : VirtualReply::respond(200);
   const double timeout = exchange->request.timeout;
   if (std::holds_alternative<VirtualReply::Silence>(reply.outcome) || reply.delay > timeout) {
@@ -83,7 +84,7 @@ void VirtualHttpClient::ask(std::unique_ptr<Exchange> exchange) {
   } else {
     exchange->request.url = location;
     queue_.asyncAfter(reply.delay,
-                      alive_.guard([this, exchange = std::move(exchange)]() mutable { ask(std::move(exchange)); }));
+                      alive_.guard([this, exchange = std::move(exchange)]() mutable { serve(std::move(exchange)); }));
   }
 }
 

@@ -7,9 +7,8 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <string>
 #include <utility>
-
-#include "ThreadCheck.h"
 
 #include "orivex/platform/base/Log.h"
 
@@ -31,6 +30,13 @@ nanoseconds fromSeconds(double seconds) {
 
 double toSeconds(nanoseconds time) {
   return static_cast<double>(time.count()) / 1e9;
+}
+
+constexpr double stepsPerSecond = 60;
+
+// Slow at both ends, as animations of screens are.
+double eased(double progress) {
+  return progress * progress * (3 - 2 * progress);
 }
 
 }  // namespace
@@ -233,6 +239,25 @@ std::optional<double> VirtualMainQueue::nextDue() const {
 void VirtualMainQueue::discardPending() {
   while (schedule_->clear() > 0) {
   }
+}
+
+void requireMainThread(const MainQueue& queue, std::string_view operation) {
+  if (queue.isMainThread()) return;
+  fatalError("OrivexSDK/VirtualDevice", std::string(operation) + " was called off the main thread");
+}
+
+void VirtualAnimator::animate(double seconds, std::function<void(double progress)> step, Once<void()> completion) {
+  requireMainThread(queue_, "Animator::animate");
+  const double length = reducedMotion_ ? 0 : seconds;
+  const auto shared = std::make_shared<std::function<void(double)>>(std::move(step));
+  for (int count = 1; count / stepsPerSecond < length; ++count) {
+    const double elapsed = count / stepsPerSecond;
+    queue_.asyncAfter(elapsed, [shared, progress = eased(elapsed / length)] { (*shared)(progress); });
+  }
+  queue_.asyncAfter(length, [shared, completion = std::move(completion)]() mutable {
+    (*shared)(1);
+    std::move(completion)();
+  });
 }
 
 }  // namespace orivex::testing

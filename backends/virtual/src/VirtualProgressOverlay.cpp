@@ -3,9 +3,8 @@
 #include <cmath>
 #include <utility>
 
-#include "ThreadCheck.h"
-
 #include "orivex/platform/ui/Window.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 
@@ -39,14 +38,6 @@ void VirtualProgressOverlay::pressGiveUp() const {
   if (!canBeGivenUp()) return;
   const auto act = giveUp();
   act();
-}
-
-std::vector<std::string> VirtualProgressOverlay::infoTexts() const {
-  std::vector<std::string> texts;
-  for (const auto& entry : history_) {
-    if (entry.event == Event::shown && entry.panel.kind == Kind::info) texts.push_back(entry.panel.status);
-  }
-  return texts;
 }
 
 void VirtualProgressOverlay::put(Panel panel, OverlayMask mask) {

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "ThreadCheck.h"
-
 #include "orivex/platform/base/Log.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 namespace {
@@ -25,9 +24,9 @@ class VirtualWebEngine::FileAnswer {
   explicit FileAnswer(std::weak_ptr<Page> page) : page_(std::move(page)) {}
   FileAnswer(const FileAnswer&) = delete;
   FileAnswer& operator=(const FileAnswer&) = delete;
-  ~FileAnswer() { give({}); }
+  ~FileAnswer() { answer({}); }
 
-  void give(std::vector<std::string> paths) {
+  void answer(std::vector<std::string> paths) {
     if (const auto page = std::exchange(page_, {}).lock()) page->chosenFiles = std::move(paths);
   }
 
@@ -119,14 +118,14 @@ void VirtualWebEngine::queueEvent(Event event) {
 }
 
 template <class... Parameters, class... Arguments>
-void VirtualWebEngine::tell(Page& page, const std::function<void(Parameters...)>& handler, Arguments&&... arguments) {
+void VirtualWebEngine::notify(Page& page, const std::function<void(Parameters...)>& handler, Arguments&&... arguments) {
   if (handler && !page.ended) handler(std::forward<Arguments>(arguments)...);
 }
 
 void VirtualWebEngine::setUrl(Page& page, const std::optional<std::string>& url) {
   if (page.url == url) return;
   page.url = url;
-  tell(page, page.handlers.urlChanged, url);
+  notify(page, page.handlers.urlChanged, url);
 }
 
 void VirtualWebEngine::post(const std::string& name, const std::string& body) {
@@ -134,13 +133,13 @@ void VirtualWebEngine::post(const std::string& name, const std::string& body) {
   if (std::find(names.begin(), names.end(), name) == names.end()) {
     fatalError("OrivexSDK/VirtualWebEngine", "no script message handler is registered as " + name);
   }
-  queueEvent([message = ScriptMessage{name, body}](Page& page) { tell(page, page.handlers.scriptMessage, message); });
+  queueEvent([message = ScriptMessage{name, body}](Page& page) { notify(page, page.handlers.scriptMessage, message); });
 }
 
 void VirtualWebEngine::startProvisional() {
   queueEvent([url = requestedUrl_](Page& page) {
     page.refused = !isAllowed(page.handlers.decideNavigationAction, url);
-    if (!page.refused) tell(page, page.handlers.didStartProvisionalNavigation);
+    if (!page.refused) notify(page, page.handlers.didStartProvisionalNavigation);
   });
 }
 
@@ -148,7 +147,7 @@ void VirtualWebEngine::redirect(const std::string& url) {
   queueEvent([url](Page& page) {
     if (page.refused) return;
     page.refused = !isAllowed(page.handlers.decideNavigationAction, url);
-    if (!page.refused) tell(page, page.handlers.didReceiveServerRedirect);
+    if (!page.refused) notify(page, page.handlers.didReceiveServerRedirect);
   });
 }
 
@@ -157,10 +156,10 @@ void VirtualWebEngine::commit(const std::string& url) {
     if (page.refused) return;
     page.refused = !isAllowed(page.handlers.decideNavigationResponse);
     if (page.refused) {
-      tell(page, page.handlers.didFailProvisionalNavigation, "The response was refused");
+      notify(page, page.handlers.didFailProvisionalNavigation, "The response was refused");
     } else {
       page.documentUrl = url;
-      tell(page, page.handlers.didCommitNavigation);
+      notify(page, page.handlers.didCommitNavigation);
       setUrl(page, url);
     }
   });
@@ -168,19 +167,19 @@ void VirtualWebEngine::commit(const std::string& url) {
 
 void VirtualWebEngine::finish() {
   queueEvent([](Page& page) {
-    if (!page.refused) tell(page, page.handlers.didFinishNavigation);
+    if (!page.refused) notify(page, page.handlers.didFinishNavigation);
   });
 }
 
 void VirtualWebEngine::failProvisional(const std::string& error) {
   queueEvent([error](Page& page) {
-    if (!page.refused) tell(page, page.handlers.didFailProvisionalNavigation, error);
+    if (!page.refused) notify(page, page.handlers.didFailProvisionalNavigation, error);
   });
 }
 
 void VirtualWebEngine::fail(const std::string& error) {
   queueEvent([error](Page& page) {
-    if (!page.refused) tell(page, page.handlers.didFailNavigation, error);
+    if (!page.refused) notify(page, page.handlers.didFailNavigation, error);
   });
 }
 
@@ -197,7 +196,7 @@ void VirtualWebEngine::changeUrl(const std::string& url) {
 void VirtualWebEngine::openWindow(const std::string& url) {
   queueEvent([url](Page& page) {
     if (isAllowed(page.handlers.decideNavigationAction, std::optional(url))) {
-      tell(page, page.handlers.pageRequests.openWindow, url);
+      notify(page, page.handlers.pageRequests.openWindow, url);
     }
   });
 }
@@ -205,28 +204,35 @@ void VirtualWebEngine::openWindow(const std::string& url) {
 void VirtualWebEngine::requestFiles(const FileChooserRequest& request) {
   queueEvent([request, weak = std::weak_ptr<Page>(page_)](Page& page) {
     page.chosenFiles.reset();
-    tell(page, page.handlers.pageRequests.chooseFiles, request,
-         [answer = std::make_unique<FileAnswer>(weak)](std::vector<std::string> paths) {
-           answer->give(std::move(paths));
-         });
+    notify(page, page.handlers.pageRequests.chooseFiles, request,
+           [answer = std::make_unique<FileAnswer>(weak)](std::vector<std::string> paths) {
+             answer->answer(std::move(paths));
+           });
   });
 }
 
 void VirtualWebEngine::endDownload(const EndedDownload& download) {
-  queueEvent([download](Page& page) { tell(page, page.handlers.pageRequests.downloadEnded, download); });
+  queueEvent([download](Page& page) { notify(page, page.handlers.pageRequests.downloadEnded, download); });
 }
 
 void VirtualWebEngine::leave() {
-  queueEvent([](Page& page) { tell(page, page.handlers.pageRequests.leave); });
+  queueEvent([](Page& page) { notify(page, page.handlers.pageRequests.leave); });
 }
 
 void VirtualWebEngine::die() {
   ++page_->process;
   queueEvent([](Page& page) {
     page.url.reset();
-    tell(page, page.handlers.urlChanged, std::nullopt);
+    notify(page, page.handlers.urlChanged, std::nullopt);
   });
   processAlive_ = false;
+}
+
+std::unique_ptr<WebEngine> VirtualWebEngineFactory::make(const WebEngineConfiguration& configuration,
+                                                         WebEngineHandlers handlers) {
+  requireMainThread(queue_, "WebEngineFactory::make");
+  ++made_;
+  return std::make_unique<VirtualWebEngine>(registry_, queue_, configuration, std::move(handlers));
 }
 
 }  // namespace orivex::testing

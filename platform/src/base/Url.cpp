@@ -90,9 +90,10 @@ struct Parts {
 
 Parts partsOf(std::string_view text) {
   const auto takeTail = [&text](char delimiter) {
-    const auto at = std::min(text.find(delimiter), text.size());
-    const auto tail = text.substr(std::min(at + 1, text.size()));
-    text = text.substr(0, at);
+    const auto at = text.find(delimiter);
+    if (at == std::string_view::npos) return std::string_view();
+    const auto tail = text.substr(at + 1);
+    text.remove_suffix(tail.size() + 1);
     return tail;
   };
   Parts parts;

@@ -103,7 +103,8 @@ void NavigationController::popViewController(bool animated) {
 }
 
 // Ends what `slide` left unfinished for screens that have no part in the one that takes over.
-void NavigationController::settle(const Slide& slide, const ViewController* leaving, const ViewController* arriving) {
+void NavigationController::finishSlide(const Slide& slide, const ViewController* leaving,
+                                       const ViewController* arriving) {
   for (const auto& controller : {slide.leaving, slide.arriving}) {
     if (controller.get() == leaving || controller.get() == arriving) continue;
     controller->view()->removeFromSuperview();
@@ -116,7 +117,7 @@ void NavigationController::slide(const std::shared_ptr<ViewController>& leaving,
                                  const std::shared_ptr<ViewController>& arriving, bool forward, bool animated) {
   if (!isViewLoaded()) return;
   const auto slide = std::make_shared<Slide>(Slide{leaving, arriving});
-  if (const auto before = std::exchange(slide_, slide)) settle(*before, leaving.get(), arriving.get());
+  if (const auto before = std::exchange(slide_, slide)) finishSlide(*before, leaving.get(), arriving.get());
   // A stack that is covered, or on its way out, changes without its screens appearing.
   if (appearance_ == Appearance::appearing || appearance_ == Appearance::appeared) {
     leaving->beginAppearance(false, animated);

@@ -15,16 +15,9 @@ void View::changed(ViewChange change) const {
   if (mirror_) mirror_->viewChanged(change);
 }
 
-template <class Value>
-void View::set(Value& field, const Value& value, ViewChange change) {
-  if (field == value) return;
-  field = value;
-  changed(change);
-}
-
 void View::setFrame(const Rect& frame) {
   const bool resized = frame.size() != frame_.size();
-  set(frame_, frame, ViewChange::frame);
+  set(frame_, frame, ViewChange::placement);
   if (resized && layoutHandler_) layoutHandler_();
 }
 
@@ -37,29 +30,6 @@ void View::layOut() {
 
 void View::setCenter(Point center) {
   setFrame({center.x - frame_.width / 2, center.y - frame_.height / 2, frame_.width, frame_.height});
-}
-
-void View::setAlpha(double alpha) {
-  set(alpha_, alpha, ViewChange::alpha);
-}
-void View::setUserInteractionEnabled(bool enabled) {
-  set(interactive_, enabled, ViewChange::interaction);
-}
-
-void View::setHidden(bool hidden) {
-  set(hidden_, hidden, ViewChange::hidden);
-}
-void View::setTransform(const Translation& transform) {
-  set(transform_, transform, ViewChange::transform);
-}
-void View::setBackgroundColor(std::optional<Color> color) {
-  set(background_, color, ViewChange::background);
-}
-void View::setCornerRadius(double radius) {
-  set(cornerRadius_, radius, ViewChange::cornerRadius);
-}
-void View::setClipsToBounds(bool clips) {
-  set(clips_, clips, ViewChange::clipping);
 }
 
 std::shared_ptr<View> View::viewWithTag(int tag) {
@@ -81,10 +51,6 @@ void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
   subviews_.insert(subviews_.begin() + position, view);
   view->superview_ = this;
   changed(ViewChange::subviews);
-}
-
-bool View::hasSubview(const View& view) const {
-  return view.superview_ == this;
 }
 
 void View::removeFromSuperview() {
@@ -117,14 +83,14 @@ bool View::isShowing() const {
 
 void View::setShowing(bool showing) {
   showing_ = showing;
-  if (!showing) tellLeaving();
+  if (!showing) notifyLeaving();
 }
 
-void View::tellLeaving() const {
+void View::notifyLeaving() const {
   const auto kept = weak_from_this().lock();
   leaving_.notify();
   const auto views = subviews_;  // what closes may take views along
-  for (const auto& view : views) view->tellLeaving();
+  for (const auto& view : views) view->notifyLeaving();
 }
 
 void View::addGesture(const std::shared_ptr<ScreenEdgePanGesture>& gesture) {
@@ -137,7 +103,9 @@ void View::endEditing() {
 }
 
 std::shared_ptr<View> View::snapshotView() const {
-  return mirror_ ? mirror_->snapshot() : nullptr;
+  const View* mirrored = this;
+  while (mirrored && !mirrored->mirror_) mirrored = mirrored->superview_;
+  return mirrored ? mirrored->mirror_->snapshot(*this) : nullptr;
 }
 
 }  // namespace orivex

@@ -75,7 +75,7 @@ std::shared_ptr<Window> firstWindow(const Application& application) {
 
 double statusBarHeight(const Window* window) {
   const auto scene = window ? window->scene() : nullptr;
-  return scene && scene->statusBarManager() ? scene->statusBarManager()->statusBarFrame.height : 0;
+  return scene ? scene->statusBarHeight() : 0;
 }
 
 }  // namespace orivex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -7,6 +8,7 @@
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/Audio.h"
+#include "orivex/platform/ui/View.h"
 
 namespace orivex::contract {
 
@@ -41,7 +43,7 @@ class AudioContract : public Suite<Fixture> {
 TYPED_TEST_SUITE_P(AudioContract);
 
 TYPED_TEST_P(AudioContract, ARecorderRecordsBetweenRecordAndStop) {
-  EXPECT_EQ(this->session().setCategory(AudioSessionCategory::playAndRecord, AudioSessionMode::standard), std::nullopt);
+  EXPECT_EQ(this->session().setCategory(AudioSessionCategory::playAndRecord), std::nullopt);
   EXPECT_EQ(this->session().setActive(true), std::nullopt);
   const auto recorder = this->recorder("a.wav");
   EXPECT_FALSE(recorder->isRecording());
@@ -131,5 +133,36 @@ TYPED_TEST_P(AudioContract, APlayerPlaysUntilItIsStopped) {
 REGISTER_TYPED_TEST_SUITE_P(AudioContract, ARecorderRecordsBetweenRecordAndStop,
                             AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise, CountsTheSoundThatComesKeptOrNot,
                             WhatCannotBeRecordedIsAFailure, APlayerPlaysUntilItIsStopped);
+
+/// A visitor whose answer to the question for the microphone is known.
+template <class Fixture>
+concept PermissionFixture = DeviceFixture<Fixture> && requires(Fixture fixture, bool granted) {
+  fixture.rememberPermission(granted);
+};
+
+template <PermissionFixture Fixture>
+class RecordPermissionContract : public Suite<Fixture> {};
+TYPED_TEST_SUITE_P(RecordPermissionContract);
+
+TYPED_TEST_P(RecordPermissionContract, AKnownAnswerComesOnceAndNotInsideTheCall) {
+  const auto view = std::make_shared<View>();
+  for (const bool granted : {true, false, true}) {
+    this->fixture_.rememberPermission(granted);
+    // The answer may come on any thread.
+    std::atomic<int> answers = 0;
+    std::atomic<bool> answer = !granted;
+    this->fixture_.platform().recordPermission.request("Shop", *view, [&](bool given) {
+      answer = given;
+      ++answers;
+    });
+    EXPECT_EQ(answers, 0);
+    EXPECT_TRUE(this->wait([&] { return answers > 0; }));
+    this->pass(moment);
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(answer, granted);
+  }
+}
+
+REGISTER_TYPED_TEST_SUITE_P(RecordPermissionContract, AKnownAnswerComesOnceAndNotInsideTheCall);
 
 }  // namespace orivex::contract

@@ -4,7 +4,7 @@
 
 #include "contract/Fixture.h"
 
-#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ui/Window.h"
 
 namespace orivex::contract {

@@ -7,8 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "orivex/platform/base/Once.h"
-#include "orivex/platform/ports/ImageCodec.h"
-#include "orivex/platform/ports/MediaProbe.h"
+#include "orivex/platform/ports/MediaReading.h"
 
 /// The ports that look into pictures and videos: ImageCodec and MediaProbe.
 namespace orivex::contract {

@@ -40,7 +40,7 @@ class PhotoLibraryContract : public ::testing::Test {
     });
     EXPECT_TRUE(told.empty()) << "told inside the call";
   }
-  void settle() {
+  void pass() {
     fixture_.wait([] { return false; }, moment);
   }
 
@@ -53,7 +53,7 @@ TYPED_TEST_P(PhotoLibraryContract, ASelectionIsToldOnceInItsOrder) {
   this->show(told);
   this->fixture_.select({"b.jpg", "a.jpg"});
   EXPECT_TRUE(this->fixture_.wait([&] { return !told.empty(); }, patience));
-  this->settle();
+  this->pass();
   EXPECT_EQ(told, typename TestFixture::Told{"b.jpg a.jpg "});
 }
 
@@ -62,7 +62,7 @@ TYPED_TEST_P(PhotoLibraryContract, ClosingTellsNobodyAndTheSheetOpensAgain) {
   typename TestFixture::Told second;
   this->show(first);
   this->fixture_.close();
-  this->settle();
+  this->pass();
   this->show(first);
   this->fixture_.view().setShowing(false);  // as when its screen leaves
   this->show(second);
@@ -78,7 +78,7 @@ TYPED_TEST_P(PhotoLibraryContract, ASecondCallWhileASheetIsOpenIsNeverAnswered) 
   this->show(second);
   this->fixture_.select({"a.jpg"});
   EXPECT_TRUE(this->fixture_.wait([&] { return !first.empty(); }, patience));
-  this->settle();
+  this->pass();
   EXPECT_TRUE(second.empty());
 }
 

@@ -9,12 +9,11 @@
 
 #include "Bundles.h"
 #include "KeyFileUserDefaults.h"
-#include "contract/AnimatorContract.h"
 #include "contract/DocumentPickerContract.h"
 #include "contract/HttpClientContract.h"
-#include "contract/MainQueueContract.h"
 #include "contract/ProgressOverlayContract.h"
 #include "contract/StoredDataContract.h"
+#include "contract/TimeContract.h"
 #include "contract/TypeRegistryContract.h"
 #include "contract/UserScriptContract.h"
 #include "contract/WebEngineContract.h"

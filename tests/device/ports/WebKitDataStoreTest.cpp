@@ -21,17 +21,17 @@ class WebKitDataStoreTest : public ::testing::Test {
     EXPECT_TRUE(wait([&] { return added; }, patience));
   }
 
-  std::vector<WebsiteDataRecord> fetch(const std::set<WebsiteDataType>& types) {
+  std::vector<WebsiteDataRecord> fetch() {
     std::optional<std::vector<WebsiteDataRecord>> records;
-    store_.fetchRecords(types, [&](auto found) { records = std::get<WebsiteDataStore::Records>(std::move(found)); });
+    store_.fetchRecords([&](auto found) { records = std::get<WebsiteDataStore::Records>(std::move(found)); });
     EXPECT_FALSE(records) << "answered inside the call";
     EXPECT_TRUE(wait([&] { return records.has_value(); }, patience));
     return records.value_or(std::vector<WebsiteDataRecord>{});
   }
 
-  std::optional<Failure> remove(const std::set<WebsiteDataType>& types, const std::vector<WebsiteDataRecord>& records) {
+  std::optional<Failure> remove(const std::vector<WebsiteDataRecord>& records) {
     std::optional<std::optional<Failure>> result;
-    store_.removeData(types, records, [&](auto failure) { result = std::move(failure); });
+    store_.removeData(records, [&](auto failure) { result = std::move(failure); });
     EXPECT_TRUE(wait([&] { return result.has_value(); }, patience));
     return result.value_or(std::nullopt);
   }
@@ -48,20 +48,17 @@ class WebKitDataStoreTest : public ::testing::Test {
   WebKitDataStore store_{session_.get(), folder_.path() / "data"};
 };
 
-TEST_F(WebKitDataStoreTest, RemovesOnlyTheAskedTypesOfTheGivenRecords) {
+TEST_F(WebKitDataStoreTest, RemovesOnlyTheGivenRecords) {
   addCookie("shop.example");
   addCookie("bank.example");
-  const auto all = WebsiteDataStore::allTypes();
-  auto records = fetch(all);
+  auto records = fetch();
   EXPECT_EQ(names(records), (std::set<std::string>{"bank.example", "shop.example"}));
-  EXPECT_FALSE(remove({WebsiteDataType::localStorage}, records));
-  EXPECT_EQ(fetch({WebsiteDataType::cookies}).size(), 2U);
   std::erase_if(records, [](const auto& record) { return record.displayName == "bank.example"; });
-  EXPECT_FALSE(remove({WebsiteDataType::cookies}, records));
-  EXPECT_EQ(names(fetch(all)), (std::set<std::string>{"bank.example"}));
-  EXPECT_FALSE(remove(all, fetch(all)));
-  EXPECT_TRUE(fetch(all).empty());
-  EXPECT_FALSE(remove(all, {}));
+  EXPECT_FALSE(remove(records));
+  EXPECT_EQ(names(fetch()), (std::set<std::string>{"bank.example"}));
+  EXPECT_FALSE(remove(fetch()));
+  EXPECT_TRUE(fetch().empty());
+  EXPECT_FALSE(remove({}));
 }
 
 TEST_F(WebKitDataStoreTest, SaysWhatASessionWithoutFoldersCannotReach) {
@@ -69,7 +66,7 @@ TEST_F(WebKitDataStoreTest, SaysWhatASessionWithoutFoldersCannotReach) {
   const auto failureIn = [&](const char* folder) {
     std::optional<std::optional<Failure>> result;
     WebKitDataStore store(session.get(), folder_.path() / folder);
-    store.removeData(WebsiteDataStore::allTypes(), {}, [&](auto failure) { result = std::move(failure); });
+    store.removeData({}, [&](auto failure) { result = std::move(failure); });
     EXPECT_TRUE(wait([&] { return result.has_value(); }, patience));
     return result && *result ? (*result)->description : "";
   };

@@ -11,9 +11,9 @@
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Application.h"
-#include "orivex/platform/ports/DocumentInteraction.h"
+#include "orivex/platform/ports/Audio.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
-#include "orivex/platform/ports/RecordPermission.h"
 
 namespace orivex::gtk {
 namespace {

@@ -17,7 +17,7 @@
 #include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
-#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ports/Documents.h"
 
 namespace orivex::gtk {
 namespace {

@@ -6,7 +6,7 @@
 #include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
-#include "orivex/platform/ports/DocumentInteraction.h"
+#include "orivex/platform/ports/Documents.h"
 
 namespace orivex::gtk {
 namespace {

@@ -9,7 +9,7 @@
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Camera.h"
-#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 
 namespace orivex::gtk {

@@ -5,8 +5,7 @@
 
 #include "av/GtkRecordPermission.h"
 #include "contract/AudioContract.h"
-#include "contract/FileManagerContract.h"
-#include "contract/RecordPermissionContract.h"
+#include "contract/StoredDataContract.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 

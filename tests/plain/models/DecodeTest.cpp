@@ -10,10 +10,8 @@
 
 #include "orivex/models/Codec.h"
 #include "orivex/models/MessageModel.h"
-#include "orivex/models/PostMessageModel.h"
-#include "orivex/models/TrackModel.h"
-#include "orivex/models/UploadFileInfoModel.h"
-#include "orivex/models/UploadResposeModel.h"
+#include "orivex/models/PageModels.h"
+#include "orivex/models/UploadModels.h"
 
 namespace orivex {
 namespace {
@@ -125,55 +123,53 @@ TEST(Decode, ARequiredKeyHasToBeThere) {
 /// Each of these is refused wherever it stands: as the document, in a field, in what is skipped and behind a value of
 /// the wrong type.
 TEST(Decode, MalformedJsonIsRefusedEverywhere) {
-  const std::array<std::string, 47> rows{
-      "",
-      "[1 2]",
-      "[1,]",
-      "[,1]",
-      "[1",
-      "[",
-      "{",
-      "[1}",
-      "]",
-      R"({"a"})",
-      R"({"a":})",
-      R"({"a":1,})",
-      R"({,"a":1})",
-      R"({"a" 1})",
-      "{1:2}",
-      R"({a:1})",
-      "tru",
-      "truee",
-      "nul",
-      "nulls",
-      "fals",
-      "True",
-      "NaN",
-      "01",
-      "-",
-      "-01",
-      "1.",
-      ".5",
-      "+1",
-      "1e",
-      "1e+",
-      "0x10",
-      "1_000",
-      "--1",
-      "Infinity",
-      R"(")",
-      R"("\x")",
-      R"("\u12")",
-      R"("\ud800")",
-      R"("\udc00")",
-      R"("\ud800\u0041")",
-      "\"\x01\"",
-      "\"\n\"",
-      "\"\xFF\"",
-      "\"\xED\xA0\x80\"",
-      R"({"\ud800":1})",
-      R"("a":"b")",
-  };
+  const std::array<std::string, 47> rows{"",
+                                         "[1 2]",
+                                         "[1,]",
+                                         "[,1]",
+                                         "[1",
+                                         "[",
+                                         "{",
+                                         "[1}",
+                                         "]",
+                                         R"({"a"})",
+                                         R"({"a":})",
+                                         R"({"a":1,})",
+                                         R"({,"a":1})",
+                                         R"({"a" 1})",
+                                         "{1:2}",
+                                         R"({a:1})",
+                                         "tru",
+                                         "truee",
+                                         "nul",
+                                         "nulls",
+                                         "fals",
+                                         "True",
+                                         "NaN",
+                                         "01",
+                                         "-",
+                                         "-01",
+                                         "1.",
+                                         ".5",
+                                         "+1",
+                                         "1e",
+                                         "1e+",
+                                         "0x10",
+                                         "1_000",
+                                         "--1",
+                                         "Infinity",
+                                         R"(")",
+                                         R"("\x")",
+                                         R"("\u12")",
+                                         R"("\ud800")",
+                                         R"("\udc00")",
+                                         R"("\ud800\u0041")",
+                                         "\"\x01\"",
+                                         "\"\n\"",
+                                         "\"\xFF\"",
+                                         "\"\xED\xA0\x80\"",
+                                         R"({"\ud800":1})",
+                                         R"("a":"b")"};
   for (const std::string& value : rows) {
     for (const std::string& json :
          {value, R"({"x":)" + value + "}", R"({"x":[{"y":)" + value + "}]}", R"({"mId":)" + value + "}",
@@ -222,6 +218,7 @@ TEST(Decode, UnknownKeysHoldWhateverTheyLike) {
 TEST(Decode, WhatIsMissingOrNullIsAbsent) {
   const auto message = decode<MessageModel>(R"({"mId":null,"cMid":null,"messageBody":null,"isSensitive":null})");
   EXPECT_EQ(encode(message), "{}");
+  EXPECT_EQ(encode(decode<MessageModel>(" {\n} ")), "{}");
   EXPECT_EQ(message.messageBody, nullptr);
   EXPECT_EQ(decode<MessageBody>(R"({"image":null,"customItems":null,"businessProps":null})"), MessageBody{});
 }

@@ -9,7 +9,7 @@
 
 #include "orivex/models/Codec.h"
 #include "orivex/models/MessageModel.h"
-#include "orivex/models/TrackModel.h"
+#include "orivex/models/PageModels.h"
 
 namespace orivex {
 namespace {

@@ -2,9 +2,7 @@
 #include <regex>
 #include <set>
 #include <string>
-#include <thread>
 #include <type_traits>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -78,19 +76,6 @@ TEST(IncomingRecords, HoldWhatThePageReportsAndNothingLocal) {
   EXPECT_EQ(body.customItems->at(0).cellHeight, 3) << "elements keep their layout state";
   EXPECT_EQ(decode<incoming::MessageCustomItems>(R"({"cellHeight":"x","customCardName":"n"})").customCardName, "n");
   EXPECT_EQ(decode<MessageBody>(R"({"stfTemplateId":"not ours"})"), MessageBody{});
-}
-
-TEST(MessageModel, ThreadsDecodeAndEncodeAtTheSameTime) {
-  const std::string text = encode(MessageBody{.content = std::string(3000, 'x'), .image = Bytes(2'000'000, 7)});
-  std::array<bool, 4> same{};
-  {
-    std::vector<std::jthread> threads;
-    threads.reserve(same.size());
-    for (bool& result : same) {
-      threads.emplace_back([&result, &text] { result = encode(decode<MessageBody>(text)) == text; });
-    }
-  }
-  EXPECT_EQ(same, (std::array{true, true, true, true}));
 }
 
 }  // namespace

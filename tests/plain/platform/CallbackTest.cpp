@@ -10,7 +10,6 @@
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Observers.h"
 #include "orivex/platform/base/Once.h"
-#include "orivex/platform/base/Subscription.h"
 
 namespace orivex {
 namespace {

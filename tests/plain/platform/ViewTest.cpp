@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "orivex/platform/ui/Label.h"
+#include "orivex/platform/ui/ContentViews.h"
 #include "orivex/platform/ui/View.h"
 #include "orivex/platform/ui/Window.h"
 
@@ -98,7 +98,7 @@ class Mirror final : public ViewMirror {
  public:
   void viewChanged(ViewChange change) override { changes.push_back(change); }
   void viewDestroyed() override { destroyed = true; }
-  std::shared_ptr<View> snapshot() override { return nullptr; }
+  std::shared_ptr<View> snapshot(const View&) override { return nullptr; }
 
   std::vector<ViewChange> changes;
   bool destroyed = false;
@@ -120,8 +120,8 @@ TEST(ViewMirror, HearsEveryChangeOnceAndTheEnd) {
   view->addSubview(std::make_shared<View>());
   view->removeAllSubviews();
   using enum ViewChange;
-  EXPECT_EQ(mirror.changes, (std::vector{alpha, hidden, transform, background, cornerRadius, clipping, frame, content,
-                                         subviews, subviews}));
+  EXPECT_EQ(mirror.changes, (std::vector{visibility, visibility, placement, drawing, drawing, drawing, placement,
+                                         content, subviews, subviews}));
   view.reset();
   EXPECT_TRUE(mirror.destroyed);
 }

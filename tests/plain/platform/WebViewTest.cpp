@@ -39,34 +39,6 @@ TEST_F(WebViewTest, TheAddressIsObservedWithWhatItWasBefore) {
                                           {"https://chat.test/b", std::nullopt}}));
 }
 
-TEST_F(WebViewTest, MayGoInAnyOfItsOwnCallbacks) {
-  for (const std::string last : {"ask https://chat.test/a", "start", "commit", "goBack1", "finish"}) {
-    std::string heard;
-    const auto note = [&](const std::string& event) {
-      heard = event;
-      if (event == last) view_.reset();
-    };
-    WebEngineHandlers handlers;
-    handlers.scriptMessage = [&](const ScriptMessage& message) { note(message.name + message.body); };
-    handlers.didStartProvisionalNavigation = [&] { note("start"); };
-    handlers.didCommitNavigation = [&] { note("commit"); };
-    handlers.didFinishNavigation = [&] { note("finish"); };
-    handlers.decideNavigationAction = [&](const std::optional<std::string>& url) {
-      note("ask " + url.value_or(""));
-      return NavigationPolicy::allow;
-    };
-    view_ = std::make_shared<WebView>(Rect{}, WebEngineConfiguration{{"goBack"}, {}}, handlers);
-    view_->load({*Url::parse("https://chat.test/a"), 60, {}});
-    engine().startProvisional();
-    engine().commit("https://chat.test/a");
-    engine().post("goBack", "1");
-    engine().finish();
-    device_.runUntilIdle();
-    EXPECT_EQ(view_, nullptr) << last;
-    EXPECT_EQ(heard, last);
-  }
-}
-
 TEST_F(WebViewTest, MayGoInAnObservationOfItsAddress) {
   const std::weak_ptr<WebView> life = view_;
   const auto observation = view_->observeUrl([this](const auto&, const auto&) { view_.reset(); });

@@ -69,21 +69,6 @@ TEST_F(VirtualDeviceTest, OnlyWhatIsOnTheScreenHasASnapshot) {
   EXPECT_NE(child->snapshotView(), nullptr);
 }
 
-TEST_F(VirtualDeviceTest, AMirroredTreeMayGoInAnyOrder) {
-  const auto& content = device_.application().window()->contentView();
-  auto parent = std::make_shared<View>();
-  const auto child = std::make_shared<View>();
-  parent->addSubview(child);
-  content->addSubview(parent);
-  content->removeAllSubviews();
-  content->addSubview(parent);
-  const std::weak_ptr<View> life = parent;
-  content->removeAllSubviews();
-  parent.reset();
-  EXPECT_TRUE(life.expired());
-  EXPECT_EQ(child->snapshotView(), nullptr);
-}
-
 TEST_F(VirtualDeviceTest, ABundlesFolderGoesWithIt) {
   std::filesystem::path folder;
   {
@@ -113,16 +98,6 @@ TEST_F(VirtualDeviceTest, RedirectsInACircleOrOutOfHttpsEndInAnError) {
     device_.advance(60);
     EXPECT_TRUE(ended);
   }
-}
-
-TEST_F(VirtualDeviceTest, WebsiteDataIsFetchedAndRemovedByKind) {
-  using enum WebsiteDataType;
-  auto& store = device_.websiteDataStore();
-  store.put("a.test", {cookies, diskCache});
-  store.put("b.test", {cookies});
-  store.removeData({cookies}, {{"a.test", nullptr}, {"unknown.test", nullptr}}, nullptr);
-  EXPECT_EQ(store.sites(),
-            (std::map<std::string, std::set<WebsiteDataType>>{{"a.test", {diskCache}}, {"b.test", {cookies}}}));
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include "contract/WebRecorder.h"
 
 #include "orivex/testing/VirtualDevice.h"
-#include "orivex/testing/VirtualWebEngine.h"
 
 namespace orivex::testing {
 namespace {

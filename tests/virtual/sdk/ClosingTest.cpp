@@ -51,7 +51,7 @@ TEST_F(ClosingTest, SendsTheScreenAwayHoweverItIsShown) {
         EXPECT_FALSE(screen->isViewInWindow());
       }
       EXPECT_EQ(hostStack_->presentedViewController(), nullptr);
-      EXPECT_EQ(hostStack_->viewControllers().size(), 1U);
+      EXPECT_EQ(hostStack_->topViewController(), hostScreen_);
       EXPECT_TRUE(hostScreen_->isViewInWindow());
       EXPECT_FALSE(hostStack_->view()->isHidden());
       device_.advance(20);

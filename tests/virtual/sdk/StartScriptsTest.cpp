@@ -114,8 +114,7 @@ TEST_F(DebugConsolesTest, FollowTheSwitchesAndImperialUnits) {
   };
   auto& defaults = device_.userDefaults();
   const auto set = [&](const char* key, const Unit& unit) {
-    defaults.remove(key);
-    if (unit) defaults.setString(key, *unit);
+    unit ? defaults.setString(key, *unit) : defaults.setBool(key, false);  // which is no text
   };
   for (const auto& row : cases) {
     defaults.setBool("enable_vconsole", row.vConsole);

@@ -178,7 +178,7 @@ TEST_F(StartSessionTest, TellsThePageTheMarginsOfTheCurrentWindow) {
   auto& application = device_.application();
   const struct {
     const char* what;
-    std::optional<double> statusBar;
+    double statusBar;
     double bottom;
     bool scene;
     bool window;
@@ -187,7 +187,7 @@ TEST_F(StartSessionTest, TellsThePageTheMarginsOfTheCurrentWindow) {
       {"a phone", 47, 34, true, true, "&hh=47.0&bh=34.0&"},
       {"fractions", 44.5, 0.25, true, true, "&hh=44.5&bh=0.25&"},
       {"shortest text that reads back", 0.1, 1.0 / 3, true, true, "&hh=0.1&bh=0.3333333333333333&"},
-      {"no status bar", std::nullopt, 34, true, true, "&hh=0.0&bh=34.0&"},
+      {"no status bar", 0, 34, true, true, "&hh=0.0&bh=34.0&"},
       {"no window", 47, 34, true, false, "&hh=0.0&bh=0.0&"},
       {"no scene", 47, 34, false, true, "&hh=0.0&bh=0.0&"},
   };

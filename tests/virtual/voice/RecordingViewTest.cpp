@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "orivex/platform/ui/ImageView.h"
-#include "orivex/platform/ui/Label.h"
+#include "orivex/platform/ui/ContentViews.h"
 #include "orivex/voice/RecordingView.h"
 
 namespace orivex::testing {

@@ -76,7 +76,7 @@ class GstAudioPlayer final : public AudioPlayer {
 
 GstAudioSession::GstAudioSession(MainQueue& main) : workers_(mostThreads, longestIdleness), threads_{main, workers_} {}
 
-std::optional<Failure> GstAudioSession::setCategory(AudioSessionCategory /*category*/, AudioSessionMode /*mode*/) {
+std::optional<Failure> GstAudioSession::setCategory(AudioSessionCategory /*category*/) {
   return std::nullopt;
 }
 

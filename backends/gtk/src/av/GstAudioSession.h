@@ -12,7 +12,7 @@ class GstAudioSession final : public AudioSession {
  public:
   explicit GstAudioSession(MainQueue& main);
 
-  std::optional<Failure> setCategory(AudioSessionCategory category, AudioSessionMode mode) override;
+  std::optional<Failure> setCategory(AudioSessionCategory category) override;
   std::optional<Failure> setActive(bool active) override;
 
   /// Serves linear PCM of 16 bits, one or two channels and 8,000 to 96,000 frames a second.

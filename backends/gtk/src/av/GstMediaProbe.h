@@ -4,7 +4,7 @@
 
 #include "../decoding/Decoder.h"
 
-#include "orivex/platform/ports/MediaProbe.h"
+#include "orivex/platform/ports/MediaReading.h"
 
 namespace orivex::gtk {
 

@@ -8,9 +8,9 @@
 #include "../ui/AlertDialog.h"
 #include "../ui/GtkApplicationPort.h"
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
+#include "orivex/platform/ports/Audio.h"
 #include "orivex/platform/ports/MainQueue.h"
-#include "orivex/platform/ports/RecordPermission.h"
 
 namespace orivex::gtk {
 

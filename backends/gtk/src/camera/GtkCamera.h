@@ -5,7 +5,7 @@
 #include "../WorkerPool.h"
 #include "CameraScreen.h"
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ports/Camera.h"
 #include "orivex/platform/ports/MainQueue.h"
 

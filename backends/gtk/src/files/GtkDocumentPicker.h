@@ -9,8 +9,8 @@
 #include "../glib/GRef.h"
 #include "FileDialog.h"
 
-#include "orivex/platform/base/Subscription.h"
-#include "orivex/platform/ports/DocumentPicker.h"
+#include "orivex/platform/base/Observers.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/MainQueue.h"
 
 namespace orivex::gtk {

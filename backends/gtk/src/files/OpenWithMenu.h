@@ -9,8 +9,8 @@
 #include "../glib/SignalConnection.h"
 #include "../ui/Sheet.h"
 
-#include "orivex/platform/base/Subscription.h"
-#include "orivex/platform/ports/DocumentInteraction.h"
+#include "orivex/platform/base/Observers.h"
+#include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/TypeRegistry.h"
 

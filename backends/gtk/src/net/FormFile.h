@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "orivex/platform/ports/Upload.h"
+#include "orivex/platform/ports/HttpClient.h"
 
 namespace orivex::gtk {
 

@@ -8,7 +8,7 @@
 #include "../ui/Sheet.h"
 #include "PhotoSheet.h"
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 

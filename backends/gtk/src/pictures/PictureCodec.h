@@ -2,7 +2,7 @@
 
 #include "../decoding/Decoder.h"
 
-#include "orivex/platform/ports/ImageCodec.h"
+#include "orivex/platform/ports/MediaReading.h"
 
 namespace orivex::gtk {
 

@@ -76,7 +76,7 @@ HostWindow::~HostWindow() {
 
 void HostWindow::setSurroundings(const Surroundings& surroundings) {
   window_->setSafeAreaInsets(surroundings.safeAreaInsets);
-  scene_->setStatusBarManager(StatusBarManager{{0, 0, window_->bounds().width, surroundings.statusBarHeight}});
+  scene_->setStatusBarHeight(surroundings.statusBarHeight);
   window_->contentView()->layOut();
 }
 

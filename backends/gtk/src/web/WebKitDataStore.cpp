@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -14,29 +15,6 @@ namespace {
 using Records = WebsiteDataStore::Records;
 using FetchCompletion = Once<void(std::variant<Records, Failure>)>;
 using RemoveCompletion = Once<void(std::optional<Failure>)>;
-
-constexpr std::pair<WebsiteDataType, WebKitWebsiteDataTypes> dataTypes[] = {
-    {WebsiteDataType::memoryCache, WEBKIT_WEBSITE_DATA_MEMORY_CACHE},
-    {WebsiteDataType::diskCache, WEBKIT_WEBSITE_DATA_DISK_CACHE},
-    {WebsiteDataType::offlineApplicationCache, WEBKIT_WEBSITE_DATA_OFFLINE_APPLICATION_CACHE},
-    {WebsiteDataType::sessionStorage, WEBKIT_WEBSITE_DATA_SESSION_STORAGE},
-    {WebsiteDataType::localStorage, WEBKIT_WEBSITE_DATA_LOCAL_STORAGE},
-    {WebsiteDataType::indexedDatabases, WEBKIT_WEBSITE_DATA_INDEXEDDB_DATABASES},
-    {WebsiteDataType::cookies, WEBKIT_WEBSITE_DATA_COOKIES},
-    {WebsiteDataType::deviceIdHashSalt, WEBKIT_WEBSITE_DATA_DEVICE_ID_HASH_SALT},
-    {WebsiteDataType::hstsCache, WEBKIT_WEBSITE_DATA_HSTS_CACHE},
-    {WebsiteDataType::trackingPrevention, WEBKIT_WEBSITE_DATA_ITP},
-    {WebsiteDataType::serviceWorkerRegistrations, WEBKIT_WEBSITE_DATA_SERVICE_WORKER_REGISTRATIONS},
-    {WebsiteDataType::domCache, WEBKIT_WEBSITE_DATA_DOM_CACHE},
-};
-
-unsigned webKitTypes(const std::set<WebsiteDataType>& types) {
-  unsigned mask = 0;
-  for (const auto& [type, webKitType] : dataTypes) {
-    if (types.contains(type)) mask |= webKitType;
-  }
-  return mask;
-}
 
 void freeRecords(GList* records) {
   g_list_free_full(records,
@@ -54,7 +32,7 @@ std::optional<Failure> failureOf(GError* raised) {
   return error ? std::optional(Failure{error->message}) : std::nullopt;
 }
 
-void fetch(WebKitWebsiteDataManager* manager, unsigned types, FetchCompletion completion) {
+void fetch(WebKitWebsiteDataManager* manager, WebKitWebsiteDataTypes types, FetchCompletion completion) {
   const auto fetched =
       asyncCallback([completion = std::move(completion)](GObject* source, GAsyncResult* result) mutable {
         GError* raised = nullptr;
@@ -67,19 +45,18 @@ void fetch(WebKitWebsiteDataManager* manager, unsigned types, FetchCompletion co
         }
         std::move(completion)(std::move(records));
       });
-  webkit_website_data_manager_fetch(manager, static_cast<WebKitWebsiteDataTypes>(types), nullptr, fetched.function,
-                                    fetched.data);
+  webkit_website_data_manager_fetch(manager, types, nullptr, fetched.function, fetched.data);
 }
 
 // A page that shows keeps its own pictures and session alive; the rest must be gone.
-constexpr unsigned livingTypes = WEBKIT_WEBSITE_DATA_MEMORY_CACHE | WEBKIT_WEBSITE_DATA_SESSION_STORAGE;
+constexpr auto removableTypes = static_cast<WebKitWebsiteDataTypes>(
+    WEBKIT_WEBSITE_DATA_ALL & ~(WEBKIT_WEBSITE_DATA_MEMORY_CACHE | WEBKIT_WEBSITE_DATA_SESSION_STORAGE));
 
 // A page that ends at the same moment may still write once more.
 constexpr int mostTries = 3;
 
 /// One removal. WebKit tells no error, whatever it could not delete: what is still there says more.
 struct Removal {
-  unsigned types;
   std::set<std::string> names;
   RemoveCompletion completion;
   int tries = 0;
@@ -88,9 +65,7 @@ struct Removal {
 void remove(WebKitWebsiteDataManager* manager, Removal removal, const Records& records);
 
 void removeWhatIsLeft(WebKitWebsiteDataManager* manager, Removal removal) {
-  const unsigned types = removal.types & ~livingTypes;
-  if (types == 0) return std::move(removal.completion)(std::nullopt);
-  fetch(manager, types, [manager, removal = std::move(removal)](auto found) mutable {
+  fetch(manager, removableTypes, [manager, removal = std::move(removal)](auto found) mutable {
     if (auto* const failure = std::get_if<Failure>(&found)) return std::move(removal.completion)(*failure);
     auto& left = std::get<Records>(found);
     std::erase_if(left, [&](const auto& record) { return !removal.names.contains(record.displayName); });
@@ -106,7 +81,6 @@ void removeWhatIsLeft(WebKitWebsiteDataManager* manager, Removal removal) {
 
 void remove(WebKitWebsiteDataManager* manager, Removal removal, const Records& records) {
   ++removal.tries;
-  const auto types = static_cast<WebKitWebsiteDataTypes>(removal.types);
   const auto removed = asyncCallback([removal = std::move(removal)](GObject* source, GAsyncResult* result) mutable {
     auto* const owner = WEBKIT_WEBSITE_DATA_MANAGER(source);
     GError* raised = nullptr;
@@ -116,7 +90,8 @@ void remove(WebKitWebsiteDataManager* manager, Removal removal, const Records& r
   });
   GListPtr list;
   for (const auto& record : records) list.reset(g_list_prepend(list.release(), record.handle.get()));
-  webkit_website_data_manager_remove(manager, types, list.get(), nullptr, removed.function, removed.data);
+  webkit_website_data_manager_remove(manager, WEBKIT_WEBSITE_DATA_ALL, list.get(), nullptr, removed.function,
+                                     removed.data);
 }
 
 }  // namespace
@@ -125,8 +100,8 @@ WebKitDataStore::WebKitDataStore(WebKitNetworkSession* session, std::filesystem:
     : manager_(GRef<WebKitWebsiteDataManager>::share(webkit_network_session_get_website_data_manager(session))),
       folder_(std::move(folder)) {}
 
-void WebKitDataStore::fetchRecords(const std::set<WebsiteDataType>& types, FetchCompletion completion) {
-  fetch(manager_.get(), webKitTypes(types), std::move(completion));
+void WebKitDataStore::fetchRecords(FetchCompletion completion) {
+  fetch(manager_.get(), WEBKIT_WEBSITE_DATA_ALL, std::move(completion));
 }
 
 // A session that got no folders, as on a full disk, does not reach what an earlier one has left in them.
@@ -137,16 +112,16 @@ std::optional<Failure> WebKitDataStore::outOfReach() const {
   return Failure{"the data in " + folder_.string() + " is out of reach"};
 }
 
-void WebKitDataStore::removeData(const std::set<WebsiteDataType>& types, const Records& records,
-                                 RemoveCompletion completion) {
+void WebKitDataStore::removeData(const Records& records, RemoveCompletion completion) {
   auto report = [completion = std::move(completion), stays = outOfReach()](std::optional<Failure> failure) mutable {
     std::move(completion)(failure ? std::move(failure) : std::move(stays));
   };
   if (records.empty()) {
     // WebKit refuses an empty list without calling back; a fetch does, later.
-    return fetch(manager_.get(), 0, [report = std::move(report)](const auto& /*found*/) mutable { report({}); });
+    return fetch(manager_.get(), removableTypes,
+                 [report = std::move(report)](const auto& /*found*/) mutable { report({}); });
   }
-  Removal removal{webKitTypes(types), {}, std::move(report)};
+  Removal removal{{}, std::move(report)};
   for (const auto& record : records) removal.names.insert(record.displayName);
   remove(manager_.get(), std::move(removal), records);
 }

@@ -16,10 +16,8 @@ class WebKitDataStore final : public WebsiteDataStore {
   /// `folder` is where the session's data lie, if it keeps any.
   WebKitDataStore(WebKitNetworkSession* session, std::filesystem::path folder);
 
-  void fetchRecords(const std::set<WebsiteDataType>& types,
-                    Once<void(std::variant<Records, Failure>)> completion) override;
-  void removeData(const std::set<WebsiteDataType>& types, const Records& records,
-                  Once<void(std::optional<Failure>)> completion) override;
+  void fetchRecords(Once<void(std::variant<Records, Failure>)> completion) override;
+  void removeData(const Records& records, Once<void(std::optional<Failure>)> completion) override;
 
  private:
   std::optional<Failure> outOfReach() const;

@@ -16,7 +16,7 @@
 #include "WebSession.h"
 
 #include "orivex/platform/base/Alive.h"
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/WebEngine.h"
 #include "orivex/platform/ui/View.h"

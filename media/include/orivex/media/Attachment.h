@@ -6,9 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "orivex/models/UploadFileInfoModel.h"
-#include "orivex/models/UploadResposeModel.h"
-#include "orivex/platform/ports/Upload.h"
+#include "orivex/models/UploadModels.h"
+#include "orivex/platform/ports/HttpClient.h"
 
 namespace orivex {
 

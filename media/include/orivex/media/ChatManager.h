@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "orivex/media/Attachment.h"
-#include "orivex/models/PostMessageModel.h"
+#include "orivex/models/PageModels.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {

@@ -10,7 +10,6 @@
 #include "orivex/platform/base/Geometry.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
-#include "orivex/platform/ports/UrlRequest.h"
 
 namespace orivex {
 

@@ -7,11 +7,10 @@
 #include <variant>
 #include <vector>
 
-#include "orivex/models/UploadResposeModel.h"
+#include "orivex/models/UploadModels.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
-#include "orivex/platform/ports/Upload.h"
-#include "orivex/platform/ports/UrlRequest.h"
+#include "orivex/platform/ports/HttpClient.h"
 
 namespace orivex {
 

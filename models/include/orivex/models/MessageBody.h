@@ -9,9 +9,7 @@
 
 #include "orivex/Export.h"
 #include "orivex/models/Bytes.h"
-#include "orivex/models/MessageCustomFields.h"
-#include "orivex/models/MessageCustomItems.h"
-#include "orivex/models/MessageCustomMenus.h"
+#include "orivex/models/MessageCard.h"
 
 namespace orivex {
 

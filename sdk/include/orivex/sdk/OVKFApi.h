@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "orivex/Export.h"
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ui/ViewController.h"
 #include "orivex/sdk/Conversation.h"
 

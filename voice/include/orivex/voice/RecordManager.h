@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "orivex/models/UploadFileInfoModel.h"
+#include "orivex/models/UploadModels.h"
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/voice/RecordingView.h"

@@ -11,7 +11,7 @@
 #include "../library/MediaCatalog.h"
 #include "../library/ThumbnailLoader.h"
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 
 namespace orivex::gtk {
 

@@ -10,7 +10,7 @@
 #include "../library/MediaItem.h"
 #include "../library/ThumbnailLoader.h"
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 
 namespace orivex::gtk {
 

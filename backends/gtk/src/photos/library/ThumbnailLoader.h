@@ -13,7 +13,7 @@
 #include "MediaReader.h"
 
 #include "orivex/platform/base/Alive.h"
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ports/MainQueue.h"
 
 namespace orivex::gtk {

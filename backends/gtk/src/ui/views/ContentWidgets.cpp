@@ -4,8 +4,7 @@
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Bundle.h"
-#include "orivex/platform/ui/ImageView.h"
-#include "orivex/platform/ui/Label.h"
+#include "orivex/platform/ui/ContentViews.h"
 #include "orivex/platform/ui/WebView.h"
 
 namespace orivex::gtk {

@@ -84,18 +84,13 @@ void ViewNode::viewDestroyed() {
 void ViewNode::viewChanged(ViewChange change) {
   if (!view_) return;
   switch (change) {
-    case ViewChange::frame:
-    case ViewChange::transform:
+    case ViewChange::placement:
       queuePlacement();
       break;
-    case ViewChange::alpha:
-    case ViewChange::interaction:
-    case ViewChange::hidden:
+    case ViewChange::visibility:
       applyVisibility();
       break;
-    case ViewChange::background:
-    case ViewChange::cornerRadius:
-    case ViewChange::clipping:
+    case ViewChange::drawing:
       gtk_widget_queue_draw(canvas_.get());
       break;
     case ViewChange::subviews:
@@ -124,7 +119,7 @@ void ViewNode::exchangeContent() {
 }
 
 // With the window's background, on which the host's widgets lie and which their own picture would lack.
-std::shared_ptr<View> ViewNode::snapshot() {
+std::shared_ptr<View> ViewNode::snapshot(const View& /*view*/) {
   if (!gtk_widget_get_mapped(canvas_.get())) return nullptr;
   const graphene_size_t size{static_cast<float>(gtk_widget_get_width(canvas_.get())),
                              static_cast<float>(gtk_widget_get_height(canvas_.get()))};

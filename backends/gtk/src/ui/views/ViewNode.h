@@ -29,7 +29,7 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
 
   void viewChanged(ViewChange change) override;
   void viewDestroyed() override;
-  std::shared_ptr<View> snapshot() override;
+  std::shared_ptr<View> snapshot(const View& view) override;
 
  private:
   int minimumSize(GtkOrientation orientation, int forSize) override;

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -15,11 +14,21 @@
 
 namespace orivex::testing {
 
-class ViewMirrorTree;
+/// What `View::snapshotView` gives on the virtual device: a view of the same frame that remembers whose picture it is.
+class VirtualSnapshot final : public View {
+ public:
+  explicit VirtualSnapshot(const View& original) : View(original.frame()), original_(original.weak_from_this()) {}
+
+  /// Null once that view is gone.
+  std::shared_ptr<const View> original() const { return original_.lock(); }
+
+ private:
+  std::weak_ptr<const View> original_;
+};
 
 /// A host application with one scene and one window, at first as on a phone: 390 x 844 points, a status bar of 47
 /// points, insets of 47 at the top and 34 at the bottom.
-class VirtualApplication final : public Application {
+class VirtualApplication final : public Application, private ViewMirror {
  public:
   explicit VirtualApplication(const MainQueue& queue);
   ~VirtualApplication() override;
@@ -39,11 +48,11 @@ class VirtualApplication final : public Application {
   /// Whether the scene has the window.
   void setWindowShown(bool shown);
 
-  /// Height in points; absent for a scene without a status bar manager.
-  void setStatusBarHeight(std::optional<double> height);
+  /// In points; 0: there is no status bar.
+  void setStatusBarHeight(double height);
 
   /// Whether the window has been drawn: until then a snapshot of a view in it is null.
-  void setDrawn(bool drawn);
+  void setDrawn(bool drawn) { drawn_ = drawn; }
 
   /// How often something asked to take the keyboard focus away, and from which view last; null when never or gone.
   int endEditingCount() const { return endEditingCount_; }
@@ -61,11 +70,15 @@ class VirtualApplication final : public Application {
   void forgetOpenedUrls() { opened_.clear(); }
 
  private:
+  void viewChanged(ViewChange /*change*/) override {}
+  void viewDestroyed() override {}
+  std::shared_ptr<View> snapshot(const View& view) override;
+
   const MainQueue& queue_;
   std::shared_ptr<WindowScene> scene_ = std::make_shared<WindowScene>();
   std::shared_ptr<Window> window_ = std::make_shared<Window>();
-  std::unique_ptr<ViewMirrorTree> mirrors_;
   bool connected_ = true;
+  bool drawn_ = true;
   std::set<std::string, std::less<>> openableSchemes_{"http", "https"};
   std::vector<Url> opened_;
   int endEditingCount_ = 0;

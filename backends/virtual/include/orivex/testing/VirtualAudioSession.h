@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ports/Audio.h"
 #include "orivex/platform/ports/MainQueue.h"
 
@@ -33,7 +34,7 @@ class VirtualAudioSession final : public AudioSession {
 
   explicit VirtualAudioSession(const MainQueue& queue) : queue_(queue) {}
 
-  std::optional<Failure> setCategory(AudioSessionCategory category, AudioSessionMode mode) override;
+  std::optional<Failure> setCategory(AudioSessionCategory category) override;
   std::optional<Failure> setActive(bool active) override;
   std::variant<std::unique_ptr<AudioRecorder>, Failure> makeRecorder(const Url& file,
                                                                      const AudioSettings& settings) override;
@@ -82,6 +83,34 @@ class VirtualAudioSession final : public AudioSession {
   std::shared_ptr<float> peakPower_ = std::make_shared<float>(-160.0F);
   std::vector<std::shared_ptr<Recording>> recordings_;
   std::vector<std::shared_ptr<Playing>> playings_;
+};
+
+/// A visitor who answers when a test says so.
+class VirtualRecordPermission final : public RecordPermission {
+ public:
+  explicit VirtualRecordPermission(MainQueue& queue) : queue_(queue) {}
+
+  void request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) override;
+
+  /// Answers every open question, from a worker thread of the queue.
+  void answer(bool granted);
+
+  /// Answers later questions at once.
+  void remember(bool granted) { remembered_ = granted; }
+  void forget() { remembered_.reset(); }
+
+  /// The names in which the visitor was asked.
+  const std::vector<std::string>& asked() const { return asked_; }
+  void forgetAsked() { asked_.clear(); }
+
+ private:
+  void deliver(Once<void(bool)> answer, bool granted);
+
+  MainQueue& queue_;
+  std::optional<bool> remembered_;
+  std::vector<std::string> asked_;
+  std::vector<Once<void(bool)>> open_;
+  Subscription leaves_;
 };
 
 }  // namespace orivex::testing

@@ -91,7 +91,7 @@ class VirtualHttpClient final : public HttpClient {
     Once<void(StatusResult)> completion;
   };
 
-  void ask(std::unique_ptr<Exchange> exchange);
+  void serve(std::unique_ptr<Exchange> exchange);
   void endAfter(double seconds, std::unique_ptr<Exchange> exchange, StatusResult result);
 
   MainQueue& queue_;

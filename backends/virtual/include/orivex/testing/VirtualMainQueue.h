@@ -5,8 +5,10 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <thread>
 
+#include "orivex/platform/ports/Animator.h"
 #include "orivex/platform/ports/MainQueue.h"
 
 namespace orivex::testing {
@@ -59,6 +61,24 @@ class VirtualMainQueue final : public MainQueue {
   std::shared_ptr<Schedule> schedule_;
   std::thread::id owner_ = std::this_thread::get_id();
   bool onWorker_ = false;  // read and written on the owner's thread only
+};
+
+/// Stops the process unless this is the main thread. `operation` is what the reader of the message called.
+void requireMainThread(const MainQueue& queue, std::string_view operation);
+
+/// Animates at 60 steps a second of the queue's time.
+class VirtualAnimator final : public Animator {
+ public:
+  explicit VirtualAnimator(MainQueue& queue) : queue_(queue) {}
+
+  void animate(double seconds, std::function<void(double progress)> step, Once<void()> completion) override;
+
+  /// As a visitor's setting: animations show their last step only, as soon as the queue runs.
+  void setReducedMotion(bool reduced) { reducedMotion_ = reduced; }
+
+ private:
+  MainQueue& queue_;
+  bool reducedMotion_ = false;
 };
 
 }  // namespace orivex::testing

@@ -67,9 +67,6 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   const std::vector<Entry>& history() const { return history_; }
   void forgetHistory() { history_.clear(); }
 
-  /// Statuses of the information panels of the history, in order.
-  std::vector<std::string> infoTexts() const;
-
   Size minimumSize() const { return minimumSize_; }
   OverlayStyle style() const { return style_; }
   OverlayMask mask() const { return mask_; }

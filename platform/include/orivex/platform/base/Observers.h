@@ -6,9 +6,30 @@
 #include <utility>
 #include <vector>
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Once.h"
 
 namespace orivex {
+
+/// An observation that ends when this object does. Main thread only.
+class Subscription {
+ public:
+  Subscription() = default;
+  explicit Subscription(Task end) : end_(std::move(end)) {}
+  Subscription(Subscription&&) noexcept = default;
+  Subscription& operator=(Subscription&& other) noexcept {
+    std::move(end_)();
+    end_ = std::move(other.end_);
+    return *this;
+  }
+  Subscription(const Subscription&) = delete;
+  Subscription& operator=(const Subscription&) = delete;
+  ~Subscription() { std::move(end_)(); }
+
+  explicit operator bool() const { return static_cast<bool>(end_); }
+
+ private:
+  Task end_;
+};
 
 /// A list of observers in order of registration. An observer may end any subscription, or the list itself, while it is
 /// being called. Main thread only.

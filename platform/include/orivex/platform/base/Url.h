@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "orivex/Export.h"
 
@@ -42,5 +43,19 @@ class ORIVEX_API Url {
 /// Percent-encodes for the query of an address. These stay as they are: A-Z a-z 0-9 and `!$&'()*+,-./:;=?@_~`; every
 /// other byte of the UTF-8 text becomes an upper-case %XX. Nothing when `text` is not valid UTF-8.
 std::optional<std::string> percentEncodeQuery(std::string_view text);
+
+struct HttpHeader {
+  std::string name;
+  std::string value;
+  bool operator==(const HttpHeader&) const = default;
+};
+
+/// A GET request as it is checked and then loaded. Caching follows the protocol's own policy.
+struct UrlRequest {
+  Url url;
+  double timeout = 60.0;  ///< Seconds in which nothing moves, after which it is given up.
+  std::vector<HttpHeader> headers;
+  bool operator==(const UrlRequest&) const = default;
+};
 
 }  // namespace orivex

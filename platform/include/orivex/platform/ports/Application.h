@@ -4,7 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "orivex/platform/base/Subscription.h"
+#include "orivex/platform/base/Interface.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {
@@ -14,13 +15,8 @@ class WindowScene;
 enum class ApplicationEvent { didBecomeActive, willResignActive };
 
 /// The host application as the desktop sees it. Main thread.
-class Application {
+class Application : public Interface {
  public:
-  Application() = default;
-  Application(const Application&) = delete;
-  Application& operator=(const Application&) = delete;
-  virtual ~Application() = default;
-
   /// The scenes that show windows now, the first connected first.
   virtual std::vector<std::shared_ptr<WindowScene>> connectedScenes() const = 0;
 

@@ -8,22 +8,21 @@
 #include <variant>
 
 #include "orivex/platform/base/Failure.h"
+#include "orivex/platform/base/Interface.h"
+#include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {
+
+class View;
 
 /// Settings of a recorder by key. Integers are of 64 bits, the format identifier is the unsigned value of its four
 /// characters.
 using AudioSettings = std::map<std::string, std::variant<std::int64_t, std::uint32_t>, std::less<>>;
 
 /// One recording into one file, as WAV. Main thread. Destroying it stops it; the file is whole then.
-class AudioRecorder {
+class AudioRecorder : public Interface {
  public:
-  AudioRecorder() = default;
-  AudioRecorder(const AudioRecorder&) = delete;
-  AudioRecorder& operator=(const AudioRecorder&) = delete;
-  virtual ~AudioRecorder() = default;
-
   virtual void setMeteringEnabled(bool enabled) = 0;
 
   /// Makes the file and gets the microphone ready; false when that fails.
@@ -55,13 +54,8 @@ class AudioRecorder {
 };
 
 /// Plays one file. Main thread. Destroying it stops it.
-class AudioPlayer {
+class AudioPlayer : public Interface {
  public:
-  AudioPlayer() = default;
-  AudioPlayer(const AudioPlayer&) = delete;
-  AudioPlayer& operator=(const AudioPlayer&) = delete;
-  virtual ~AudioPlayer() = default;
-
   /// Plays from the start; false when that fails.
   virtual bool play() = 0;
   virtual bool isPlaying() const = 0;
@@ -69,18 +63,12 @@ class AudioPlayer {
 };
 
 enum class AudioSessionCategory { playback, record, playAndRecord };
-enum class AudioSessionMode { standard };
 
 /// The application's use of sound, and what records and plays. Main thread.
-class AudioSession {
+class AudioSession : public Interface {
  public:
-  AudioSession() = default;
-  AudioSession(const AudioSession&) = delete;
-  AudioSession& operator=(const AudioSession&) = delete;
-  virtual ~AudioSession() = default;
-
   /// What the application uses sound for. Nothing on success, else why not.
-  virtual std::optional<Failure> setCategory(AudioSessionCategory category, AudioSessionMode mode) = 0;
+  virtual std::optional<Failure> setCategory(AudioSessionCategory category) = 0;
 
   /// Takes or gives back the sound devices. Nothing on success, else why not.
   virtual std::optional<Failure> setActive(bool active) = 0;
@@ -91,6 +79,16 @@ class AudioSession {
 
   /// A player of the file at `file`.
   virtual std::variant<std::unique_ptr<AudioPlayer>, Failure> makePlayer(const Url& file) = 0;
+};
+
+/// Whether the application may use the microphone.
+class RecordPermission : public Interface {
+ public:
+  /// Asks the visitor in the name of `applicationName`, unless the answer is known already. Main thread; `answer` is
+  /// called at most once, not inside this call and on an arbitrary thread. A question that ends without an answer, for
+  /// example with its window, is a refusal that is not remembered. One that is open when the screen of `view` leaves
+  /// ends with it: nothing is remembered, and `answer` is never called.
+  virtual void request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) = 0;
 };
 
 }  // namespace orivex

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <variant>
 
+#include "orivex/platform/base/Interface.h"
+
 namespace orivex {
 
 using InfoValue = std::variant<std::string, double, bool>;
@@ -13,13 +15,8 @@ using InfoDictionary = std::map<std::string, InfoValue, std::less<>>;
 
 /// A folder of resources with information about its owner: the host application's (the main bundle) or this
 /// component's. Main thread.
-class Bundle {
+class Bundle : public Interface {
  public:
-  Bundle() = default;
-  Bundle(const Bundle&) = delete;
-  Bundle& operator=(const Bundle&) = delete;
-  virtual ~Bundle() = default;
-
   /// Nothing when the bundle is missing or carries no information.
   virtual const std::optional<InfoDictionary>& infoDictionary() const = 0;
 

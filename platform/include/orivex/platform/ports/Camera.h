@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/base/Interface.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 
@@ -31,13 +32,8 @@ using CameraOutcome = std::variant<PickedMedia, CaptureCancelled, CameraFailure>
 
 /// The device's camera. The sound of its videos comes from the microphone that `AudioSession` records, by the consent
 /// that `RecordPermission` asks for; without it they are silent.
-class Camera {
+class Camera : public Interface {
  public:
-  Camera() = default;
-  Camera(const Camera&) = delete;
-  Camera& operator=(const Camera&) = delete;
-  virtual ~Camera() = default;
-
   /// Opens the camera screen over the window of `view`. Main thread; `completion` is called at most once, on the main
   /// thread and not inside this call: never when the window goes away or the screen of `view` leaves first, either of
   /// which closes the camera, and never for a second call while a camera screen is open.

@@ -3,18 +3,14 @@
 #include <optional>
 
 #include "orivex/platform/base/Failure.h"
+#include "orivex/platform/base/Interface.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex {
 
 /// Folders and files of the device. Main thread.
-class FileManager {
+class FileManager : public Interface {
  public:
-  FileManager() = default;
-  FileManager(const FileManager&) = delete;
-  FileManager& operator=(const FileManager&) = delete;
-  virtual ~FileManager() = default;
-
   /// The component's folder for documents of this application, which no other application and no visitor looks into. It
   /// exists. Nothing when there is no such folder at all.
   virtual std::optional<Url> documentDirectory() = 0;

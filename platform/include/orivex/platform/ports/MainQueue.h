@@ -3,28 +3,18 @@
 #include <functional>
 #include <memory>
 
+#include "orivex/platform/base/Interface.h"
 #include "orivex/platform/base/Once.h"
 
 namespace orivex {
 
 /// A repeating timer; destroying it stops it.
-class Timer {
- public:
-  Timer() = default;
-  Timer(const Timer&) = delete;
-  Timer& operator=(const Timer&) = delete;
-  virtual ~Timer() = default;
-};
+class Timer : public Interface {};
 
 /// The thread that owns every view, and the way back to it. Work runs in the order in which it becomes due, and never
 /// inside the call that queued it.
-class MainQueue {
+class MainQueue : public Interface {
  public:
-  MainQueue() = default;
-  MainQueue(const MainQueue&) = delete;
-  MainQueue& operator=(const MainQueue&) = delete;
-  virtual ~MainQueue() = default;
-
   /// Queues `task`. Any thread.
   virtual void async(Task task) = 0;
 

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "orivex/platform/base/Interface.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
 
@@ -32,13 +33,8 @@ struct PhotoSelection {
 };
 
 /// The device's photos and videos.
-class PhotoLibrary {
+class PhotoLibrary : public Interface {
  public:
-  PhotoLibrary() = default;
-  PhotoLibrary(const PhotoLibrary&) = delete;
-  PhotoLibrary& operator=(const PhotoLibrary&) = delete;
-  virtual ~PhotoLibrary() = default;
-
   /// Opens the sheet over the window of `view`. Main thread; `selected` is called once, on the main thread and not
   /// inside this call, when the visitor confirms a selection, and never when the sheet closes without one, as it does
   /// with the screen of `view`. A second call while a sheet is open changes nothing, and its `selected` is never

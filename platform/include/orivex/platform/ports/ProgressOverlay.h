@@ -8,6 +8,7 @@
 
 #include "orivex/Export.h"
 #include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/base/Interface.h"
 
 namespace orivex {
 
@@ -30,13 +31,8 @@ struct OverlayOffer {
 
 /// The one panel over a window for spinners, progress and short messages. A later call replaces what an earlier one
 /// shows. Main thread. Without a window there is nothing to show and nothing fails.
-class ProgressOverlay {
+class ProgressOverlay : public Interface {
  public:
-  ProgressOverlay() = default;
-  ProgressOverlay(const ProgressOverlay&) = delete;
-  ProgressOverlay& operator=(const ProgressOverlay&) = delete;
-  virtual ~ProgressOverlay() = default;
-
   /// From the next call on the panel shows over `window`, and nowhere once that is gone. An empty one, as at first,
   /// stands for the current window.
   void setWindow(std::weak_ptr<Window> window) { window_ = std::move(window); }

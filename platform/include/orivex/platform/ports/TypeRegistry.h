@@ -6,17 +6,13 @@
 #include <variant>
 
 #include "orivex/platform/base/Failure.h"
+#include "orivex/platform/base/Interface.h"
 
 namespace orivex {
 
 /// What the device knows about kinds of files. Any thread.
-class TypeRegistry {
+class TypeRegistry : public Interface {
  public:
-  TypeRegistry() = default;
-  TypeRegistry(const TypeRegistry&) = delete;
-  TypeRegistry& operator=(const TypeRegistry&) = delete;
-  virtual ~TypeRegistry() = default;
-
   /// The usual MIME type of files with this extension, written without its dot and in any case; nothing when the
   /// extension is unknown.
   virtual std::optional<std::string> mimeType(std::string_view extension) const = 0;

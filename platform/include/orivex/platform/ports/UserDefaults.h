@@ -4,16 +4,13 @@
 #include <string>
 #include <string_view>
 
+#include "orivex/platform/base/Interface.h"
+
 namespace orivex {
 
 /// The visitor's settings by key. Main thread.
-class UserDefaults {
+class UserDefaults : public Interface {
  public:
-  UserDefaults() = default;
-  UserDefaults(const UserDefaults&) = delete;
-  UserDefaults& operator=(const UserDefaults&) = delete;
-  virtual ~UserDefaults() = default;
-
   /// False when the key is absent or its value is no boolean.
   virtual bool boolForKey(std::string_view key) const = 0;
 

@@ -7,8 +7,9 @@
 #include <vector>
 
 #include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/base/Interface.h"
 #include "orivex/platform/base/Once.h"
-#include "orivex/platform/ports/UrlRequest.h"
+#include "orivex/platform/base/Url.h"
 
 namespace orivex {
 
@@ -33,15 +34,10 @@ struct WebEngineConfiguration {
   bool javaScriptCanOpenWindowsAutomatically = true;
 };
 
-/// How the content scrolls in its view.
+/// How the content lies in its view.
 struct ScrollSettings {
-  bool bounces = true;
-  bool alwaysBounceVertical = true;
-  bool alwaysBounceHorizontal = true;
   bool scrollEnabled = true;
   std::optional<Color> backgroundColor;
-  EdgeInsets contentInset;
-  EdgeInsets indicatorInsets;
   bool operator==(const ScrollSettings&) const = default;
 };
 
@@ -107,13 +103,8 @@ struct WebEngineHandlers {
 
 /// One web page in its own process. Main thread. A page process that dies is told by `urlChanged` with no address;
 /// `reload` then starts another.
-class WebEngine {
+class WebEngine : public Interface {
  public:
-  WebEngine() = default;
-  WebEngine(const WebEngine&) = delete;
-  WebEngine& operator=(const WebEngine&) = delete;
-  virtual ~WebEngine() = default;
-
   virtual void load(const UrlRequest& request) = 0;
 
   /// Loads a local page that may read files inside `readAccessPath` only.
@@ -133,13 +124,8 @@ class WebEngine {
   virtual void setScrollSettings(const ScrollSettings& settings) = 0;
 };
 
-class WebEngineFactory {
+class WebEngineFactory : public Interface {
  public:
-  WebEngineFactory() = default;
-  WebEngineFactory(const WebEngineFactory&) = delete;
-  WebEngineFactory& operator=(const WebEngineFactory&) = delete;
-  virtual ~WebEngineFactory() = default;
-
   [[nodiscard]] virtual std::unique_ptr<WebEngine> make(const WebEngineConfiguration& configuration,
                                                         WebEngineHandlers handlers) = 0;
 };

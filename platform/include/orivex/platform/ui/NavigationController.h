@@ -19,8 +19,6 @@ class ORIVEX_API NavigationController : public ViewController {
   explicit NavigationController(const std::shared_ptr<ViewController>& root);
   ~NavigationController() override;
 
-  /// From the root to the top.
-  const std::vector<std::shared_ptr<ViewController>>& viewControllers() const { return stack_; }
   std::shared_ptr<ViewController> topViewController() const { return stack_.back(); }
   bool contains(const ViewController& controller) const;
 
@@ -30,9 +28,7 @@ class ORIVEX_API NavigationController : public ViewController {
   void popViewController(bool animated);
 
   const std::shared_ptr<View>& navigationBar() const { return bar_; }
-  bool isNavigationBarHidden() const { return bar_->isHidden(); }
   void setNavigationBarHidden(bool hidden);
-  bool isNavigationBarTranslucent() const { return translucent_; }
   void setNavigationBarTranslucent(bool translucent);
 
   const std::shared_ptr<View>& toolbar() const { return toolbar_; }
@@ -51,11 +47,11 @@ class ORIVEX_API NavigationController : public ViewController {
   struct Slide;
 
   void layout();
-  void settle(const Slide& slide, const ViewController* leaving, const ViewController* arriving);
+  void finishSlide(const Slide& slide, const ViewController* leaving, const ViewController* arriving);
   void slide(const std::shared_ptr<ViewController>& leaving, const std::shared_ptr<ViewController>& arriving,
              bool forward, bool animated);
 
-  std::vector<std::shared_ptr<ViewController>> stack_;
+  std::vector<std::shared_ptr<ViewController>> stack_;  // from the root to the top
   std::shared_ptr<View> pages_ = std::make_shared<View>();
   std::shared_ptr<View> bar_ = std::make_shared<View>();
   std::shared_ptr<View> toolbar_ = std::make_shared<View>();

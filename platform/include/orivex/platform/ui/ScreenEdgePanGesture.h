@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 
 namespace orivex {
 
@@ -29,5 +30,9 @@ class ScreenEdgePanGesture {
   State state_ = State::possible;
   double translation_ = 0;
 };
+
+/// Evaluated in a page when a gesture outside has taken the pointers that are down in it: the page gets a pointercancel
+/// for each, and does not wait for what will never come. An engine listens for the event.
+inline constexpr std::string_view pointersTakenScript = "dispatchEvent(new Event('orivexpointerstaken'));";
 
 }  // namespace orivex

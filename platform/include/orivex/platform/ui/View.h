@@ -7,6 +7,7 @@
 
 #include "orivex/Export.h"
 #include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/base/Interface.h"
 #include "orivex/platform/base/Observers.h"
 
 namespace orivex {
@@ -15,36 +16,27 @@ class ScreenEdgePanGesture;
 class View;
 class Window;
 
-/// Which property of a view changed.
+/// What of a view changed.
 enum class ViewChange {
-  frame,
-  alpha,
-  hidden,
-  interaction,
-  transform,
-  background,
-  cornerRadius,
-  clipping,
+  placement,   ///< frame, transform
+  visibility,  ///< alpha, hidden, whether it takes input
+  drawing,     ///< background, corners, clipping
   subviews,
   gestures,
-  content,
+  content,  ///< what a subclass adds
 };
 
 /// A backend's picture of one view. The view does not own it; whichever of the two ends first cuts the tie.
-class ViewMirror {
+class ViewMirror : public Interface {
  public:
-  ViewMirror() = default;
-  ViewMirror(const ViewMirror&) = delete;
-  ViewMirror& operator=(const ViewMirror&) = delete;
-  virtual ~ViewMirror() = default;
-
   virtual void viewChanged(ViewChange change) = 0;
 
   /// The view is being destroyed: forget it.
   virtual void viewDestroyed() = 0;
 
-  /// What the view and its subviews show now, as a view of its own; null when nothing has been drawn yet.
-  virtual std::shared_ptr<View> snapshot() = 0;
+  /// What `view`, which is this one or lies below it, shows now with its subviews, as a view of its own; null when
+  /// nothing has been drawn yet.
+  virtual std::shared_ptr<View> snapshot(const View& view) = 0;
 };
 
 /// A rectangle on the screen, as plain data that can be read back: a backend mirrors it. Views are made with
@@ -66,17 +58,17 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
 
   /// From 0 to 1. A view with alpha 0 neither shows nor takes input.
   double alpha() const { return alpha_; }
-  void setAlpha(double alpha);
+  void setAlpha(double alpha) { set(alpha_, alpha, ViewChange::visibility); }
 
   /// Whether the view and those below it take input while they show.
   bool isUserInteractionEnabled() const { return interactive_; }
-  void setUserInteractionEnabled(bool enabled);
+  void setUserInteractionEnabled(bool enabled) { set(interactive_, enabled, ViewChange::visibility); }
 
   bool isHidden() const { return hidden_; }
-  void setHidden(bool hidden);
+  void setHidden(bool hidden) { set(hidden_, hidden, ViewChange::visibility); }
 
   const Translation& transform() const { return transform_; }
-  void setTransform(const Translation& transform);
+  void setTransform(const Translation& transform) { set(transform_, transform, ViewChange::placement); }
 
   /// Whether the view shows larger, around its centre, by as much as the visitor's text is, as far as the superview has
   /// room. Its points stay as they are. Set it before the view is shown.
@@ -84,13 +76,13 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
   void setGrowsWithText(bool grows) { growsWithText_ = grows; }
 
   const std::optional<Color>& backgroundColor() const { return background_; }
-  void setBackgroundColor(std::optional<Color> color);
+  void setBackgroundColor(const std::optional<Color>& color) { set(background_, color, ViewChange::drawing); }
 
   double cornerRadius() const { return cornerRadius_; }
-  void setCornerRadius(double radius);
+  void setCornerRadius(double radius) { set(cornerRadius_, radius, ViewChange::drawing); }
 
   bool clipsToBounds() const { return clips_; }
-  void setClipsToBounds(bool clips);
+  void setClipsToBounds(bool clips) { set(clips_, clips, ViewChange::drawing); }
 
   int tag() const { return tag_; }
   void setTag(int tag) { tag_ = tag; }
@@ -102,7 +94,7 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
   const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
   void addSubview(const std::shared_ptr<View>& view);
   void insertSubview(const std::shared_ptr<View>& view, std::size_t index);
-  bool hasSubview(const View& view) const;
+  bool hasSubview(const View& view) const { return view.superview_ == this; }
   void removeFromSuperview();
   void removeAllSubviews();
   View* superview() const { return superview_; }
@@ -144,10 +136,14 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
  private:
   friend class Window;
 
-  void tellLeaving() const;
+  void notifyLeaving() const;
 
   template <class Value>
-  void set(Value& field, const Value& value, ViewChange change);
+  void set(Value& field, const Value& value, ViewChange change) {
+    if (field == value) return;
+    field = value;
+    changed(change);
+  }
 
   Rect frame_;
   double alpha_ = 1;

@@ -12,14 +12,13 @@
 
 namespace orivex {
 
-/// A web page as a view: what it was told can be read back, the engine of the installed platform does the rest.
+/// A web page as a view; the engine of the installed platform does the work.
 class ORIVEX_API WebView : public View {
  public:
   /// `handlers` get what comes out of the page, but for its address: see `observeUrl`. Any of them may let go of the
   /// view.
-  WebView(Rect frame, WebEngineConfiguration configuration, WebEngineHandlers handlers = {});
+  WebView(Rect frame, const WebEngineConfiguration& configuration, WebEngineHandlers handlers = {});
 
-  const WebEngineConfiguration& configuration() const { return configuration_; }
   WebEngine& engine() const { return *engine_; }
 
   void load(const UrlRequest& request) { engine_->load(request); }
@@ -31,11 +30,8 @@ class ORIVEX_API WebView : public View {
     engine_->evaluate(script, std::move(completion));
   }
 
-  const std::string& customUserAgent() const { return userAgent_; }
-  void setCustomUserAgent(std::string userAgent);
-
-  const ScrollSettings& scrollSettings() const { return scrolling_; }
-  void setScrollSettings(const ScrollSettings& settings);
+  void setCustomUserAgent(const std::string& userAgent) { engine_->setCustomUserAgent(userAgent); }
+  void setScrollSettings(const ScrollSettings& settings) { engine_->setScrollSettings(settings); }
 
   /// Address of the page; absent before the first load and once the page's process is gone.
   const std::optional<std::string>& url() const { return url_; }
@@ -47,9 +43,6 @@ class ORIVEX_API WebView : public View {
  private:
   void urlChanged(const std::optional<std::string>& url);
 
-  WebEngineConfiguration configuration_;
-  std::string userAgent_;
-  ScrollSettings scrolling_;
   std::optional<std::string> url_;
   Observers<const std::optional<std::string>&, const std::optional<std::string>&> urlObservers_;
   std::unique_ptr<WebEngine> engine_;

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "orivex/Export.h"
@@ -14,10 +13,6 @@ namespace orivex {
 class ViewController;
 class Window;
 
-struct StatusBarManager {
-  Rect statusBarFrame;
-};
-
 /// Windows that the desktop treats as one, with the status bar above them, if any.
 class ORIVEX_API WindowScene : public std::enable_shared_from_this<WindowScene> {
  public:
@@ -25,12 +20,13 @@ class ORIVEX_API WindowScene : public std::enable_shared_from_this<WindowScene> 
   void addWindow(const std::shared_ptr<Window>& window);
   void removeWindow(const Window& window);
 
-  const std::optional<StatusBarManager>& statusBarManager() const { return statusBar_; }
-  void setStatusBarManager(std::optional<StatusBarManager> manager) { statusBar_ = manager; }
+  /// Height of the status bar in points; 0 without one.
+  double statusBarHeight() const { return statusBarHeight_; }
+  void setStatusBarHeight(double height) { statusBarHeight_ = height; }
 
  private:
   std::vector<std::shared_ptr<Window>> windows_;
-  std::optional<StatusBarManager> statusBar_;
+  double statusBarHeight_ = 0;
 };
 
 /// A window of the host: the root of a tree of views. Its owner sets the size and the insets.
@@ -87,7 +83,7 @@ class Application;
 /// The first window of the first connected scene; null when there is none.
 std::shared_ptr<Window> firstWindow(const Application& application);
 
-/// Height in points of the status bar over `window`; 0 without a window, a scene or a status bar manager.
+/// Height in points of the status bar over `window`; 0 without a window, a scene or a status bar.
 double statusBarHeight(const Window* window);
 
 }  // namespace orivex

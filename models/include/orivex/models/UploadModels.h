@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,17 +14,8 @@ enum class FileType { File, Image, Video, Record };
 
 /// The text that stands for a kind in JSON.
 constexpr std::string_view rawValue(FileType type) {
-  switch (type) {
-    case FileType::File:
-      return "File";
-    case FileType::Image:
-      return "Image";
-    case FileType::Video:
-      return "Video";
-    case FileType::Record:
-      return "Record";
-  }
-  return {};
+  constexpr std::array<std::string_view, 4> texts{"File", "Image", "Video", "Record"};
+  return texts[static_cast<std::size_t>(type)];
 }
 
 /// An attachment as the chat page is told of it.
@@ -39,6 +32,22 @@ struct UploadFileInfoModel {
   std::optional<std::string> mimeType{};
 
   bool operator==(const UploadFileInfoModel&) const = default;
+};
+
+/// The chat server's answer to an upload that it stored. Every key is required.
+struct UploadResposeModel {
+  std::string url;
+  std::string inputContentType;   ///< MIME type as sent
+  std::string actualContentType;  ///< MIME type as the server found it
+
+  bool operator==(const UploadResposeModel&) const = default;
+};
+
+/// The chat server's answer with an error status.
+struct FailModel {
+  std::optional<std::string> msg{};  ///< for the visitor to read
+
+  bool operator==(const FailModel&) const = default;
 };
 
 }  // namespace orivex

@@ -1,6 +1,9 @@
-#include "orivex/testing/VirtualTypeRegistry.h"
+#include "orivex/testing/VirtualMedia.h"
 
 #include <algorithm>
+
+#include "orivex/platform/base/Log.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 
@@ -20,6 +23,21 @@ std::variant<std::string, Failure> VirtualTypeRegistry::typeIdentifier(const std
 
 bool VirtualTypeRegistry::conformsToImage(const std::string& typeIdentifier) const {
   return typeIdentifier.starts_with("image/");
+}
+
+std::variant<JpegImage, Failure> VirtualImageCodec::jpeg(const std::string& path, double quality) const {
+  calls_.push_back({path, quality});
+  const auto found = images_.find(path);
+  if (found == images_.end()) return Failure{path + " is not a picture"};
+  return found->second;
+}
+
+std::variant<VideoFacts, Failure> VirtualMediaProbe::probeVideo(const std::string& path) const {
+  if (queue_.isMainThread())
+    fatalError("OrivexSDK/VirtualDevice", "MediaProbe::probeVideo was called on the main thread");
+  const auto found = videos_.find(path);
+  if (found == videos_.end()) return Failure{path + " is not a video"};
+  return found->second;
 }
 
 }  // namespace orivex::testing

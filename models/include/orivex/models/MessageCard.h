@@ -1,13 +1,29 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "orivex/models/MessageCustomFields.h"
-#include "orivex/models/MessageCustomMenus.h"
-
 namespace orivex {
+
+/// One key/value line of a card.
+struct MessageCustomFields {
+  std::optional<std::string> key{};
+  std::optional<std::string> value{};
+
+  bool operator==(const MessageCustomFields&) const = default;
+};
+
+/// One menu of a card.
+struct MessageCustomMenus {
+  std::optional<std::int64_t> type{};                 ///< what choosing it does, a code of the chat page's
+  std::optional<std::string> title{};                 ///< label
+  std::optional<std::string> command{};               ///< sent when chosen
+  std::optional<std::vector<std::string>> visible{};  ///< names of the places that show it
+
+  bool operator==(const MessageCustomMenus&) const = default;
+};
 
 /// One item of a card. Amounts are text: the page formats them.
 struct MessageCustomItems {
@@ -28,6 +44,10 @@ struct MessageCustomItems {
 };
 
 namespace incoming {
+
+// A card's lines and menus have the same keys as the page reports them.
+using orivex::MessageCustomFields;
+using orivex::MessageCustomMenus;
 
 /// A card's item as the page reports it, without layout state. Decode-only.
 struct MessageCustomItems {

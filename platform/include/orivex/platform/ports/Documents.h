@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "orivex/platform/base/Failure.h"
+#include "orivex/platform/base/Geometry.h"
+#include "orivex/platform/base/Interface.h"
 #include "orivex/platform/base/Once.h"
 #include "orivex/platform/base/Url.h"
 
@@ -27,22 +29,11 @@ struct PickingCancelled {};
 using DocumentPickerOutcome = std::variant<PickedDocuments, PickingCancelled>;
 
 /// The right to read a picked file, for as long as it lives.
-class FileAccess {
- public:
-  FileAccess() = default;
-  FileAccess(const FileAccess&) = delete;
-  FileAccess& operator=(const FileAccess&) = delete;
-  virtual ~FileAccess() = default;
-};
+class FileAccess : public Interface {};
 
 /// The device's chooser for files.
-class DocumentPicker {
+class DocumentPicker : public Interface {
  public:
-  DocumentPicker() = default;
-  DocumentPicker(const DocumentPicker&) = delete;
-  DocumentPicker& operator=(const DocumentPicker&) = delete;
-  virtual ~DocumentPicker() = default;
-
   /// Opens the chooser over the window of `view`. Main thread; `completion` is called at most once, on the main thread
   /// and not inside this call: never when the window goes away or the screen of `view` leaves first, either of which
   /// closes the chooser. A second call while a chooser is open brings that
@@ -52,6 +43,15 @@ class DocumentPicker {
 
   /// Starts access to a picked file. A failure when the device refuses it, and when it is gone or no regular file.
   virtual std::variant<std::unique_ptr<FileAccess>, Failure> startAccess(const Url& file) = 0;
+};
+
+/// The device's menu of applications that open a file.
+class DocumentInteraction : public Interface {
+ public:
+  /// Shows the menu for `file`, a web address, from `rect` of `view`, until its screen leaves. False when no
+  /// application opens such files, and for an address that is not of the web: what lies on the device is no business of
+  /// a page's. Nothing is shown then. Main thread.
+  virtual bool presentOptionsMenu(const Url& file, const Rect& rect, View& view) = 0;
 };
 
 }  // namespace orivex

@@ -1,11 +1,9 @@
-#include "orivex/testing/VirtualDocumentPicker.h"
+#include "orivex/testing/VirtualPickers.h"
 
 #include <filesystem>
-#include <utility>
+#include <system_error>
 
-#include "ThreadCheck.h"
-
-#include "orivex/platform/ui/View.h"
+#include "orivex/testing/VirtualMainQueue.h"
 
 namespace orivex::testing {
 namespace {
@@ -21,19 +19,21 @@ class CountedAccess final : public FileAccess {
 
 }  // namespace
 
+void VirtualCamera::present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) {
+  requireMainThread(queue_, "Camera::present");
+  if (!presented()) screen_.open(options, view, std::move(completion));
+}
+
+void VirtualPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<void(PhotoSelection)> selected) {
+  requireMainThread(queue_, "PhotoLibrary::show");
+  if (!shown()) sheet_.open(options, view, std::move(selected));
+}
+
 void VirtualDocumentPicker::present(const DocumentPickerOptions& options, View& view,
                                     Once<void(DocumentPickerOutcome)> completion) {
   requireMainThread(queue_, "DocumentPicker::present");
-  if (presented_) {
-    queue_.async([completion = std::move(completion)]() mutable { std::move(completion)(PickingCancelled{}); });
-    return;
-  }
-  presented_ = options;
-  completion_ = std::move(completion);
-  leaves_ = view.observeLeaving([this] {
-    presented_.reset();
-    completion_ = nullptr;
-  });
+  if (!presented()) return chooser_.open(options, view, std::move(completion));
+  queue_.async([completion = std::move(completion)]() mutable { std::move(completion)(PickingCancelled{}); });
 }
 
 std::variant<std::unique_ptr<FileAccess>, Failure> VirtualDocumentPicker::startAccess(const Url& file) {
@@ -48,18 +48,16 @@ std::variant<std::unique_ptr<FileAccess>, Failure> VirtualDocumentPicker::startA
 void VirtualDocumentPicker::pick(const std::vector<std::string>& paths) {
   PickedDocuments picked;
   for (const auto& path : paths) picked.files.push_back(Url::fromFilePath(path));
-  answer(std::move(picked));
+  chooser_.answer(std::move(picked));
 }
 
-void VirtualDocumentPicker::cancel() {
-  answer(PickingCancelled{});
-}
-
-void VirtualDocumentPicker::answer(DocumentPickerOutcome outcome) {
-  presented_.reset();
-  queue_.async([completion = std::move(completion_), outcome = std::move(outcome)]() mutable {
-    std::move(completion)(std::move(outcome));
-  });
+bool VirtualDocumentInteraction::presentOptionsMenu(const Url& file, const Rect& rect, View& view) {
+  requireMainThread(queue_, "DocumentInteraction::presentOptionsMenu");
+  if (!applications_) return false;
+  menus_.push_back({file.absoluteString(), rect});
+  open_ = true;
+  leaves_ = view.observeLeaving([this] { open_ = false; });
+  return true;
 }
 
 }  // namespace orivex::testing

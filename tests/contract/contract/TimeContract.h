@@ -1,10 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 
 #include "contract/Fixture.h"
 
+#include "orivex/platform/ports/Animator.h"
 #include "orivex/platform/ports/MainQueue.h"
 
 namespace orivex::contract {
@@ -90,5 +92,58 @@ REGISTER_TYPED_TEST_SUITE_P(MainQueueContract, RunsByDueTimeAndThenInOrderOfTheC
                             ATaskQueuedByATaskRunsAfterItAndAfterThoseBefore,
                             ATimerTicksFirstAfterOneIntervalAndStopsWithItsHandle, ATimerMayBeStoppedInItsOwnTick,
                             GlobalWorkIsNotOnTheMainThreadAndCanComeBack);
+
+template <DeviceFixture Fixture>
+class AnimatorContract : public Suite<Fixture> {
+ protected:
+  struct Course {
+    std::vector<double> steps;
+    int completions = 0;
+    bool steppedAfterCompletion = false;
+  };
+
+  void start(double seconds, Course& course) {
+    this->fixture_.platform().animator.animate(
+        seconds,
+        [&course](double progress) {
+          course.steps.push_back(progress);
+          course.steppedAfterCompletion |= course.completions > 0;
+        },
+        [&course] { ++course.completions; });
+    EXPECT_TRUE(course.steps.empty()) << "stepped inside the call";
+    EXPECT_EQ(course.completions, 0) << "completed inside the call";
+  }
+};
+TYPED_TEST_SUITE_P(AnimatorContract);
+
+TYPED_TEST_P(AnimatorContract, RisesToExactlyOneAndCompletesOnce) {
+  for (const double seconds : {0.2, 0.013, 0.0}) {
+    typename TestFixture::Course course;
+    this->start(seconds, course);
+    EXPECT_TRUE(this->wait([&] { return course.completions > 0; })) << seconds;
+    this->pass(moment);
+    EXPECT_EQ(course.completions, 1) << seconds;
+    EXPECT_FALSE(course.steppedAfterCompletion) << seconds;
+    ASSERT_FALSE(course.steps.empty()) << seconds;
+    EXPECT_EQ(course.steps.back(), 1.0) << seconds;
+    EXPECT_EQ(std::count(course.steps.begin(), course.steps.end(), 1.0), 1) << seconds;
+    EXPECT_TRUE(std::is_sorted(course.steps.begin(), course.steps.end())) << seconds;
+    EXPECT_GE(course.steps.front(), 0.0) << seconds;
+  }
+}
+
+TYPED_TEST_P(AnimatorContract, TwoAtOnceDoNotDisturbEachOther) {
+  typename TestFixture::Course one;
+  typename TestFixture::Course other;
+  this->start(0.1, one);
+  this->start(0.05, other);
+  this->fixture_.platform().animator.animate(
+      0.01, [](double) {}, nullptr);
+  EXPECT_TRUE(this->wait([&] { return one.completions > 0 && other.completions > 0; }));
+  EXPECT_EQ(one.steps.back(), 1.0);
+  EXPECT_EQ(other.steps.back(), 1.0);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(AnimatorContract, RisesToExactlyOneAndCompletesOnce, TwoAtOnceDoNotDisturbEachOther);
 
 }  // namespace orivex::contract

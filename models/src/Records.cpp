@@ -1,8 +1,10 @@
-#include "orivex/models/MessageModel.h"
-
+#include <optional>
+#include <string>
 #include <utility>
 
+#include "orivex/models/MessageModel.h"
 #include "orivex/models/RandomUUID.h"
+#include "orivex/models/UserMappingModel.h"
 
 namespace orivex {
 
@@ -33,5 +35,11 @@ MessageModel::MessageModel(std::optional<std::int64_t> mId_, std::optional<doubl
       sessionStartTime(sessionStartTime_),
       renderMemberType(renderMemberType_) {}
 // NOLINTEND(readability-identifier-naming)
+
+std::string UserMappingModel::toURLQuery() const {
+  const auto text = [](const std::optional<std::string>& field) { return field.value_or(std::string{}); };
+  return "identity_id=" + text(identity_id) + "&deviceId=" + text(deviceId) + "&app_id=" + text(app_id) +
+         "&app_name=" + text(app_name) + "&env_name=" + text(env_name);
+}
 
 }  // namespace orivex
