@@ -59,12 +59,18 @@ std::function<void()> VirtualHttpClient::upload(UploadRequest request, std::func
     auto& body = served.reply.response->body;
     body.resize(std::min(body.size(), longestBody));
   }
-  const auto endAfter = [this, end](double seconds, UploadReply reply) {
-    queue_.asyncAfter(seconds,
-                      alive_.guard([end, reply = std::move(reply)]() mutable { std::move (*end)(std::move(reply)); }));
+  const auto endAfter = [this](double seconds, const std::shared_ptr<Once<void(UploadReply)>>& ended,
+                               UploadReply reply) {
+    queue_.asyncAfter(
+        seconds, alive_.guard([ended, reply = std::move(reply)]() mutable { std::move (*ended)(std::move(reply)); }));
   };
-  endAfter(served.delay, std::move(served.reply));
-  return alive_.guard([endAfter] { endAfter(0, {std::nullopt, TransportError{TransportError::other, "已取消"}}); });
+  endAfter(served.delay, end, std::move(served.reply));
+  // Weakly: whoever waits for the end holds this function.
+  return alive_.guard([endAfter, weak = std::weak_ptr(end)] {
+    if (const auto waiting = weak.lock()) {
+      endAfter(0, waiting, {std::nullopt, TransportError{TransportError::other, "已取消"}});
+    }
+  });
 }
 
 void VirtualHttpClient::serve(std::unique_ptr<Exchange> exchange) {
