@@ -1,6 +1,6 @@
 # Installs the libraries, the headers of hosts, a CMake package and pkg-config files, in three components for
 # distributions: what programs run with, what hosts are built with, and the kit for hosts' own tests, which stands for a
-# device and so brings the interfaces to devices. The programs are a fourth, "tools".
+# device and so brings the interfaces to devices. The programs are a fourth, "tools", and a fifth is "documentation".
 #
 # The folders are parts of one library: they lend their headers to the installation and are not exported.
 include(CMakePackageConfigHelpers)
@@ -53,3 +53,6 @@ configure_package_config_file(cmake/package/OrivexSDKConfig.cmake.in OrivexSDKCo
 write_basic_package_version_file(OrivexSDKConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/OrivexSDKConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/OrivexSDKConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT development)
+
+# For the authors of chat pages: what an editor knows the messages by, and the page that tries each.
+install(DIRECTORY page DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/liborivex-doc COMPONENT documentation)
