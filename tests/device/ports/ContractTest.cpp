@@ -167,6 +167,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, HttpClientContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, BundleContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, UserDefaultsContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, DeviceContract, ContractFixture);
+INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, FileManagerContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, TypeRegistryContract, ContractFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, DocumentPickerContract, WindowFixture);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, ProgressOverlayContract, WindowFixture);

@@ -5,7 +5,6 @@
 
 #include "av/GtkRecordPermission.h"
 #include "contract/AudioContract.h"
-#include "contract/StoredDataContract.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 
@@ -41,7 +40,6 @@ class Device {
 }  // namespace
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, AudioContract, Device);
-INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, FileManagerContract, Device);
 INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, RecordPermissionContract, Device);
 
 }  // namespace orivex::contract
