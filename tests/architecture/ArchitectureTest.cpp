@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -65,6 +66,20 @@ std::vector<std::pair<fs::path, std::string>> includesOf(const fs::path& folder)
   return includes;
 }
 
+/// The files and folders that a page names between backquotes.
+std::set<std::string> pathsNamedBy(const fs::path& page) {
+  static const std::regex quoted(R"re(`([\w./-]+)[^`]*`)re");
+  std::set<std::string> paths;
+  std::ifstream in(page);
+  for (std::string line; std::getline(in, line);) {
+    for (std::sregex_iterator match(line.begin(), line.end(), quoted), end; match != end; ++match) {
+      const auto word = match->str(1);
+      if (word.find('/') != std::string::npos || word.ends_with(".h") || word.ends_with(".cpp")) paths.insert(word);
+    }
+  }
+  return paths;
+}
+
 /// The diagram of ARCHITECTURE.md and the tree that it is about.
 class ArchitectureTest : public ::testing::Test {
  protected:
@@ -119,6 +134,22 @@ TEST_F(ArchitectureTest, OnlyTheGtkBackendKnowsAToolkit) {
       EXPECT_FALSE(std::regex_match(header, toolkit)) << file << " includes " << header;
     }
   }
+}
+
+TEST_F(ArchitectureTest, WhatThePageNamesExists) {
+  std::set<std::string> files;
+  for (const auto& [name, folder] : diagram_.folders) {
+    for (const auto& entry : fs::recursive_directory_iterator(tree_ / folder)) files.insert(entry.path());
+  }
+  // A pair of files goes without its ending, and a file beside the one before it without its folder.
+  const auto exists = [&](const std::string& path) {
+    return fs::exists(tree_ / path) || std::ranges::any_of(files, [&](const std::string& file) {
+             return file.ends_with("/" + path) || file.ends_with("/" + path + ".h");
+           });
+  };
+  const auto paths = pathsNamedBy(tree_ / "ARCHITECTURE.md");
+  ASSERT_FALSE(paths.empty());
+  for (const auto& path : paths) EXPECT_TRUE(exists(path)) << path;
 }
 
 }  // namespace
