@@ -13,6 +13,7 @@
 #include <glib.h>
 
 #include "Bench.h"
+#include "NaturalPhoto.h"
 #include "device/media/PlainJpeg.h"
 #include "pictures/PictureCodec.h"
 #include "support/Processes.h"

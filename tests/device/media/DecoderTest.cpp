@@ -48,13 +48,6 @@ class Bombs {
       file[head + 17 + index] = static_cast<char>(sum >> (24 - 8 * index));
     return folder_.write("bomb.mov", file);
   }
-  /// Nothing without a loader for AVIF.
-  std::optional<std::filesystem::path> tiles(unsigned across) const {
-    constexpr unsigned side = 1024;
-    const auto tile = savedPicture(quarters(side, side), "avif");
-    if (!tile) return std::nullopt;
-    return folder_.write("bomb.avif", tiledAvif(*tile, side, across));
-  }
   std::filesystem::path endlessGif() const {
     const auto gif = movingGif();
     constexpr std::size_t head = 25;  // bytes before the first frame
@@ -113,13 +106,9 @@ TEST(DecoderTest, NoFileTakesMoreThanItsShareOfMemoryAndTheNextOneIsDecoded) {
                              {bombs.webp(), asPhoto},
                              {bombs.pngInVideo(), asFrame},
                              {bombs.pngInVideo(), asVideo}});
-// Only the limit of memory refuses these, and decoders have none under the sanitizers, which take much themselves.
+// Only the limit of memory refuses this one, and decoders have none under the sanitizers, which take much themselves.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     expectRefusals(decoder, {{bombs.progressiveJpeg(), asThumbnail}, {bombs.progressiveJpeg(), asPhoto}});
-    if (const auto few = bombs.tiles(2)) {
-      EXPECT_TRUE(std::holds_alternative<Decoded>(decoder.decode(asThumbnail, *few))) << "the tiles are duds";
-      expectRefusals(decoder, {{*bombs.tiles(11), asThumbnail}, {*bombs.tiles(11), asPhoto}});
-    }
 #endif
   }
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

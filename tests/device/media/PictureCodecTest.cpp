@@ -174,7 +174,7 @@ TEST_F(PictureCodecTest, SamplesThatAreNotConvertedLookAsIfTheyWere) {
   const PlainJpegOptions kinds[] = {{}, {.lumaDown = 1}, {.lumaAcross = 1, .lumaDown = 1}};
   for (unsigned seed = 1; seed <= 2; ++seed) {
     for (const auto& kind : kinds) {
-      const auto stored = encodePlainJpeg(naturalPhoto(800, 600, seed), kind);
+      const auto stored = encodePlainJpeg(wavyPicture(800, 600, seed), kind);
       const auto original = decodePlainJpeg(stored);
       auto usual = kind;
       usual.quality = 70;
@@ -236,7 +236,7 @@ TEST_F(PictureCodecTest, WhatIsNoPictureIsTold) {
 
 TEST_F(PictureCodecTest, OfAFileThatWasCutOffThePartThatIsThereIsShown) {
   for (const bool progressive : {false, true}) {
-    const auto photo = naturalPhoto(640, 480, 3);
+    const auto photo = wavyPicture(640, 480, 3);
     const auto whole = encodePlainJpeg(photo, {.progressive = progressive});
     auto shown = decodePlainJpeg(jpeg(whole.substr(0, whole.size() * 7 / 10)).bytes);
     ASSERT_EQ(shown.height, 480U);
@@ -259,7 +259,7 @@ TEST_F(PictureCodecTest, ALargeTurnedPictureTakesLessMemoryThanItsPixels) {
 }
 
 TEST_F(PictureCodecTest, WorksOnTwoThreads) {
-  const auto photo = folder_.write("photo.jpg", encodePlainJpeg(naturalPhoto(640, 480, 1)));
+  const auto photo = folder_.write("photo.jpg", encodePlainJpeg(wavyPicture(640, 480, 1)));
   const auto drawing = folder_.write("drawing.png", *savedPicture(quarters(640, 480), "png"));
   const auto encodeBoth = [&](std::string& out) {
     for (const auto& path : {photo, drawing, photo, drawing}) out += std::get<JpegImage>(codec_.jpeg(path, 0.7)).bytes;

@@ -130,68 +130,6 @@ std::string movingGif() {
   return gif + ";";
 }
 
-std::string tiledAvif(const std::string& tile, unsigned side, unsigned across) {
-  const auto box = [](std::string_view name, const std::string& content) {
-    return HeaderWriter().number(static_cast<unsigned>(content.size()) + 8, 4).text(name).text(content).bytes();
-  };
-  const auto boxOf = [&](std::string_view name) {
-    const auto start = tile.find(name) - 4;
-    unsigned size = 0;
-    for (std::size_t index = 0; index < 4; ++index) size = size << 8U | static_cast<unsigned char>(tile[start + index]);
-    return tile.substr(start, size);
-  };
-  const auto extent = [&](unsigned pixels) {
-    return box("ispe", HeaderWriter().number(0, 4).number(pixels, 4).number(pixels, 4).bytes());
-  };
-  const auto coded = boxOf("mdat").substr(8);
-  const auto grid = HeaderWriter()
-                        .number(1, 2)
-                        .number(across - 1, 1)
-                        .number(across - 1, 1)
-                        .number(std::uint64_t{across} * side, 4)
-                        .number(std::uint64_t{across} * side, 4)
-                        .bytes();
-  const unsigned tiles = across * across;
-  const auto metaAt = [&](unsigned data) {
-    HeaderWriter places;
-    HeaderWriter items;
-    HeaderWriter parts;
-    HeaderWriter properties;
-    places.number(0, 4).number(0x4400, 2).number(tiles + 1, 2);
-    items.number(0, 4).number(tiles + 1, 2);
-    parts.number(1, 2).number(tiles, 2);
-    properties.number(0, 4).number(tiles + 1, 4);
-    for (unsigned item = 1; item <= tiles + 1; ++item) {
-      const bool isGrid = item == 1;
-      places.number(item, 2).number(0, 2).number(1, 2);
-      places.number(isGrid ? data : data + static_cast<unsigned>(grid.size()), 4);
-      places.number(static_cast<unsigned>((isGrid ? grid : coded).size()), 4);
-      items.text(box("infe", HeaderWriter()
-                                 .number(2, 1)
-                                 .number(0, 3)
-                                 .number(item, 2)
-                                 .number(0, 2)
-                                 .text(isGrid ? "grid" : "av01")
-                                 .number(0, 1)
-                                 .bytes()));
-      if (!isGrid) parts.number(item, 2);
-      properties.number(item, 2).number(isGrid ? 2 : 3, 1).number(isGrid ? 4 : 1, 1).number(2, 1);
-      if (!isGrid) properties.number(0x83, 1);  // without its codec's settings it cannot be decoded
-    }
-    const auto depth = box("pixi", HeaderWriter().number(0, 4).number(0x03080808, 4).bytes());
-    const auto shared = box("ipco", extent(side) + depth + boxOf("av1C") + extent(across * side));
-    return box("meta", HeaderWriter().number(0, 4).bytes() +
-                           box("hdlr", HeaderWriter().number(0, 8).text("pict").number(0, 13).bytes()) +
-                           box("pitm", HeaderWriter().number(0, 4).number(1, 2).bytes()) + box("iloc", places.bytes()) +
-                           box("iinf", items.bytes()) +
-                           box("iref", HeaderWriter().number(0, 4).text(box("dimg", parts.bytes())).bytes()) +
-                           box("iprp", shared + box("ipma", properties.bytes())));
-  };
-  const auto kind = box("ftyp", HeaderWriter().text("avif").number(0, 4).text("avifmif1miaf").bytes());
-  const auto data = static_cast<unsigned>(kind.size() + metaAt(0).size()) + 8;
-  return kind + metaAt(data) + box("mdat", grid + coded);
-}
-
 std::string withClaimedSize(std::string jpeg, unsigned width, unsigned height) {
   std::size_t offset = 2;
   while ((static_cast<unsigned char>(jpeg.at(offset + 1)) | 2U) != 0xC2) {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "PlainJpeg.h"
-#include "RgbImage.h"
 
 namespace orivex::gtk {
 
@@ -27,9 +26,6 @@ std::string deepPng(const RgbImage& image);
 
 /// A moving picture of one pixel: first red, then blue.
 std::string movingGif();
-
-/// An AVIF of `across` times `across` copies of the picture of `side` pixels that `tile`, an AVIF, holds.
-std::string tiledAvif(const std::string& tile, unsigned side, unsigned across);
 
 /// The same JPEG with another size in its header.
 std::string withClaimedSize(std::string jpeg, unsigned width, unsigned height);

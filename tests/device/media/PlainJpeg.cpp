@@ -1,6 +1,8 @@
 #include "PlainJpeg.h"
 
+#include <cmath>
 #include <cstdlib>
+#include <random>
 
 namespace orivex::gtk {
 namespace {
@@ -25,6 +27,43 @@ void writeRows(jpeg_compress_struct& info, const RgbImage& image) {
 }
 
 }  // namespace
+
+double psnr(const RgbImage& one, const RgbImage& other) {
+  double sum = 0;
+  for (std::size_t index = 0; index < one.samples.size(); ++index) {
+    const double difference = int{one.samples[index]} - int{other.samples[index]};
+    sum += difference * difference;
+  }
+  if (sum == 0) return 99;
+  return 10 * std::log10(255.0 * 255.0 * static_cast<double>(one.samples.size()) / sum);
+}
+
+RgbImage quarters(unsigned width, unsigned height) {
+  constexpr std::array<RgbColor, 4> colors{{{255, 0, 0}, {0, 255, 0}, {0, 0, 255}, {255, 255, 255}}};
+  RgbImage image{width, height};
+  for (unsigned y = 0; y < height; ++y) {
+    auto* out = image.row(y);
+    for (unsigned x = 0; x < width; ++x) {
+      for (const int sample : colors[(y < height / 2 ? 0U : 2U) + (x < width / 2 ? 0U : 1U)]) {
+        *out++ = static_cast<std::uint8_t>(sample);
+      }
+    }
+  }
+  return image;
+}
+
+RgbImage wavyPicture(unsigned width, unsigned height, unsigned seed) {
+  std::mt19937 noise(seed);
+  RgbImage image{width, height};
+  for (std::size_t index = 0; index < image.samples.size(); ++index) {
+    const auto x = static_cast<double>(index / 3 % width);
+    const auto y = static_cast<double>(index / 3 / width);
+    const double wave = 50 * std::sin(x / (9 + seed)) * std::cos(y / (13 + 4.0 * static_cast<double>(index % 3)));
+    const double edge = std::hypot(x - width / 2.0, y - height / 2.0) < height / 3.0 ? 40 : -30;
+    image.samples[index] = static_cast<std::uint8_t>(120 + wave + edge + static_cast<double>(noise() % 9));
+  }
+  return image;
+}
 
 std::string encodePlainJpeg(const RgbImage& image, const PlainJpegOptions& options) {
   jpeg_error_mgr errors;

@@ -1,4 +1,4 @@
-#include "RgbImage.h"
+#include "NaturalPhoto.h"
 
 #include <algorithm>
 #include <cmath>
@@ -79,16 +79,6 @@ std::vector<std::uint16_t> placeLeaves(unsigned width, unsigned height, const st
 
 }  // namespace
 
-double psnr(const RgbImage& one, const RgbImage& other) {
-  double sum = 0;
-  for (std::size_t index = 0; index < one.samples.size(); ++index) {
-    const double difference = int{one.samples[index]} - int{other.samples[index]};
-    sum += difference * difference;
-  }
-  if (sum == 0) return 99;
-  return 10 * std::log10(255.0 * 255.0 * static_cast<double>(one.samples.size()) / sum);
-}
-
 RgbImage naturalPhoto(unsigned width, unsigned height, unsigned seed) {
   Random random(seed);
   const auto leaves = scatterLeaves(width, height, random);
@@ -109,20 +99,6 @@ RgbImage naturalPhoto(unsigned width, unsigned height, unsigned seed) {
         grain = grain * 1664525U + 1013904223U;
         const float noise = static_cast<float>(grain >> 24U) / 32.0F - 4.0F;
         *out++ = static_cast<std::uint8_t>(std::clamp(channel + texture * leaf.contrast + noise, 0.0F, 255.0F));
-      }
-    }
-  }
-  return image;
-}
-
-RgbImage quarters(unsigned width, unsigned height) {
-  constexpr std::array<RgbColor, 4> colors{{{255, 0, 0}, {0, 255, 0}, {0, 0, 255}, {255, 255, 255}}};
-  RgbImage image{width, height};
-  for (unsigned y = 0; y < height; ++y) {
-    auto* out = image.row(y);
-    for (unsigned x = 0; x < width; ++x) {
-      for (const int sample : colors[(y < height / 2 ? 0U : 2U) + (x < width / 2 ? 0U : 1U)]) {
-        *out++ = static_cast<std::uint8_t>(sample);
       }
     }
   }
