@@ -8,7 +8,6 @@
 #include "GlibMainQueue.h"
 #include "net/CurlHttpClient.h"
 #include "support/MainLoop.h"
-#include "support/Processes.h"
 #include "support/SocketServer.h"
 #include "support/TlsServer.h"
 
@@ -151,27 +150,6 @@ TEST_F(CurlHttpClientTest, IsOverWithTheHeadAndLeavesTheBodyWithTheServer) {
   EXPECT_TRUE(wait([&] { return ended.load(); }, patience));
   EXPECT_LT(sent, 50'000'000U);
   EXPECT_EQ(status(get(server.url("/no-body-ever"))), 403);
-}
-
-TEST_F(CurlHttpClientTest, FiveHundredRequestsLeaveNoDescriptorAndNoThreadBehind) {
-  SocketServer server([](const std::string&) { return Answer{reply(200, "x")}; });
-  ASSERT_EQ(status(get(server.url("/"))), 200);  // what is kept for later requests is there now
-  client_.reset();
-  pass(0.1);
-  const auto descriptorsBefore = entriesOf("/proc/self/fd");
-  const auto threadsBefore = entriesOf("/proc/self/task");
-  client_ = std::make_unique<CurlHttpClient>(queue_);
-  for (int index = 0; index < 500; ++index) {
-    ASSERT_EQ(status(get(server.url("/"))), 200);
-  }
-  client_.reset();
-  // The server's side of the last connections ends on its own threads.
-  EXPECT_TRUE(wait([&] { return entriesOf("/proc/self/fd") <= descriptorsBefore; }, patience));
-  const auto haveEnded = [&] {
-    g_thread_pool_stop_unused_threads();  // GLib would keep those that have looked for a proxy
-    return entriesOf("/proc/self/task") <= threadsBefore;
-  };
-  EXPECT_TRUE(wait(haveEnded, patience));
 }
 
 }  // namespace

@@ -287,9 +287,15 @@ TEST_F(CurlUploadFaultTest, FiveHundredUploadsLeaveNothingBehindHoweverTheyEnd) 
   };
   round(50);
   const auto descriptors = entriesOf("/proc/self/fd");
+  const auto threads = entriesOf("/proc/self/task");
   const auto heap = mallinfo2().uordblks;
   round(500);
   EXPECT_TRUE(wait([&] { return entriesOf("/proc/self/fd") <= descriptors; }, patience)) << entriesOf("/proc/self/fd");
+  const auto haveEnded = [&] {
+    g_thread_pool_stop_unused_threads();  // GLib would keep those that have looked for a proxy
+    return entriesOf("/proc/self/task") <= threads;
+  };
+  EXPECT_TRUE(wait(haveEnded, patience));
   EXPECT_LE(mallinfo2().uordblks, heap + std::size_t{64} * 1024);
 }
 
