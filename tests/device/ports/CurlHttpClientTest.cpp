@@ -1,14 +1,6 @@
 #include <atomic>
-#include <memory>
-#include <optional>
-#include <string>
 
-#include <gtest/gtest.h>
-
-#include "GlibMainQueue.h"
-#include "net/CurlHttpClient.h"
-#include "support/MainLoop.h"
-#include "support/SocketServer.h"
+#include "CurlUploadFixture.h"
 #include "support/TlsServer.h"
 
 namespace orivex::gtk {
@@ -17,34 +9,16 @@ namespace {
 using Answer = SocketServer::Answer;
 using Then = SocketServer::Then;
 
-constexpr double patience = 10;
-
-UrlRequest get(const std::string& url, double timeout = patience) {
-  return {*Url::parse(url), timeout, {}};
-}
-
-class CurlHttpClientTest : public ::testing::Test {
+class CurlHttpClientTest : public CurlUploadFixture {
  protected:
-  static void SetUpTestSuite() { g_setenv("no_proxy", "*", TRUE); }
-
-  std::optional<StatusResult> fetch(const UrlRequest& request) {
-    std::optional<StatusResult> result;
-    client_->send(request, [&](StatusResult got) { result = std::move(got); });
-    EXPECT_FALSE(result) << "answered inside the call";
-    EXPECT_TRUE(wait([&] { return result.has_value(); }, patience)) << request.url.absoluteString();
-    return result;
-  }
+  static UrlRequest get(const std::string& url, double timeout = patience) { return {*Url::parse(url), timeout, {}}; }
 
   int status(const UrlRequest& request) {
     const auto result = fetch(request);
-    if (result && std::holds_alternative<int>(*result)) return std::get<int>(*result);
-    ADD_FAILURE() << "no reply from " << request.url.absoluteString() << ": "
-                  << (result ? std::get<TransportError>(*result).detail : "nothing");
+    if (const auto* status = std::get_if<int>(&result)) return *status;
+    ADD_FAILURE() << request.url.absoluteString() << ": " << std::get<TransportError>(result).detail;
     return 0;
   }
-
-  GlibMainQueue queue_;
-  std::unique_ptr<CurlHttpClient> client_ = std::make_unique<CurlHttpClient>(queue_);
 };
 
 TEST_F(CurlHttpClientTest, SendsTheHeadersOfTheRequestAndNothingOfItsOwnInTheirPlace) {
@@ -96,8 +70,8 @@ TEST_F(CurlHttpClientTest, TransportFailuresAreToldInTheVisitorsWordsAndTimeOuts
   for (const auto& [url, code, words] : cases) {
     SCOPED_TRACE(url);
     const auto result = fetch(get(url, code == TransportError::timedOut ? 0.3 : patience));
-    ASSERT_TRUE(result && std::holds_alternative<TransportError>(*result));
-    const auto& error = std::get<TransportError>(*result);
+    ASSERT_TRUE(std::holds_alternative<TransportError>(result));
+    const auto& error = std::get<TransportError>(result);
     EXPECT_EQ(error.code, code) << error.detail;
     EXPECT_TRUE(*words ? error.description == words : error.description.find(' ') == std::string::npos)
         << error.description;

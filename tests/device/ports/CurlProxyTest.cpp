@@ -46,13 +46,9 @@ class CurlProxyTest : public CurlUploadFixture {
 
   /// What became of a request, in words.
   std::string fetch(const std::string& address, double timeout = patience) {
-    std::optional<StatusResult> result;
-    client_->send({*Url::parse(address), timeout, {}}, [&](StatusResult got) { result = std::move(got); });
-    EXPECT_FALSE(result) << "answered inside the call";
-    EXPECT_TRUE(wait([&] { return result.has_value(); }, patience)) << address;
-    if (!result) return "nothing";
-    const auto* error = std::get_if<TransportError>(&*result);
-    return error ? error->description : std::to_string(std::get<int>(*result));
+    const auto result = CurlUploadFixture::fetch({*Url::parse(address), timeout, {}});
+    const auto* error = std::get_if<TransportError>(&result);
+    return error ? error->description : std::to_string(std::get<int>(result));
   }
 
   Asked asked_ = [](const std::string&) { return std::vector<std::string>{}; };
@@ -114,13 +110,6 @@ TEST_F(CurlProxyTest, AsksAgainWhereARedirectLeads) {
     return std::vector<std::string>{address.starts_with("http://chat.invalid") ? proxy.url("") : "direct://"};
   };
   EXPECT_EQ(fetch("http://chat.invalid/"), "201");
-}
-
-TEST_F(CurlProxyTest, UploadsTakeTheSameWay) {
-  SocketServer proxy(answering(200));
-  asked_ = [&](const std::string&) { return std::vector<std::string>{proxy.url("")}; };
-  EXPECT_EQ(send(form("http://chat.invalid/upload", bytes("x"))).body(), "x");
-  EXPECT_TRUE(proxy.requests().front().starts_with("POST http://chat.invalid/upload HTTP/1.1\r\n"));
 }
 
 TEST_F(CurlProxyTest, AProxyThatWantsAPasswordIsNoReplyOfTheServer) {

@@ -73,6 +73,15 @@ class CurlUploadFixture : public ::testing::Test {
     return upload;
   }
 
+  /// What becomes of a request for the status of a page.
+  StatusResult fetch(const UrlRequest& request) {
+    std::optional<StatusResult> result;
+    client_->send(request, [&](StatusResult got) { result = std::move(got); });
+    EXPECT_FALSE(result) << "answered inside the call";
+    EXPECT_TRUE(wait([&] { return result.has_value(); }, patience)) << request.url.absoluteString();
+    return result.value_or(TransportError{TransportError::other, "nothing"});
+  }
+
   Upload send(UploadRequest request) {
     const auto upload = begin(std::move(request));
     EXPECT_TRUE(wait([&] { return upload->reply.has_value(); }, 3 * patience));

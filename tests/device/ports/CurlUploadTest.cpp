@@ -231,24 +231,6 @@ TEST_F(CurlUploadTest, ABusyMainThreadFindsOneProgressWaiting) {
   EXPECT_EQ(upload->progress, std::vector{1.0});
 }
 
-TEST_F(CurlUploadTest, UploadsAtOnceDoNotMixNorWaitForEachOther) {
-  std::atomic<int> met = 0;
-  SocketServer server([&](SocketConnection& connection) {
-    const TakenForm form(connection);
-    ++met;
-    while (met < 3) std::this_thread::yield();
-    const auto start = form.body.find("\r\n\r\n") + 4;
-    connection.send(reply(200, form.body.substr(start, form.body.rfind("\r\n--") - start)));
-  });
-  const auto one = begin(form(server.url("/"), bytes(std::string(500'000, '1'))));
-  const auto other = begin(form(server.url("/"), path(folder_.write("other", std::string(500'000, '2')))));
-  const auto small = begin(form(server.url("/"), bytes("3")));
-  EXPECT_TRUE(wait([&] { return one->reply && other->reply && small->reply; }, patience));
-  EXPECT_TRUE(one->body() == std::string(500'000, '1')) << one->error();
-  EXPECT_TRUE(other->body() == std::string(500'000, '2')) << other->error();
-  EXPECT_EQ(small->body(), "3") << small->error();
-}
-
 TEST_F(CurlUploadTest, DestroyedWhileRunningTheClientDropsAllAtOnceAndOnThisThread) {
   std::atomic<int> begun = 0;
   SocketServer server([&](SocketConnection& connection) {
