@@ -8,6 +8,7 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/ProcessState.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Camera.h"
 #include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
@@ -30,15 +31,15 @@ void storeMediaRequest(const PostMessageModel& request) {
 std::string explanation(CameraFailure failure) {
   switch (failure) {
     case CameraFailure::noCamera:
-      return "没有找到摄像头";
+      return tr("没有找到摄像头");
     case CameraFailure::busy:
-      return "摄像头正被其他应用使用";
+      return tr("摄像头正被其他应用使用");
     case CameraFailure::accessDenied:
-      return "没有使用摄像头的权限";
+      return tr("没有使用摄像头的权限");
     case CameraFailure::failed:
       break;
   }
-  return "摄像头无法使用,请稍后重试";
+  return tr("摄像头无法使用,请稍后重试");
 }
 
 }  // namespace
@@ -107,7 +108,7 @@ void ChatManager::openDocumentPicker(const PostMessageModel& request, ViewContro
 void ChatManager::openFile(const Url& file, ViewController& screen) {
   const auto& view = screen.view();
   if (Platform::current().documentInteraction.presentOptionsMenu(file, view->bounds(), *view)) return;
-  showAttachmentMessage(view, "没有可以打开此文件的应用");
+  showAttachmentMessage(view, tr("没有可以打开此文件的应用"));
 }
 
 }  // namespace orivex

@@ -7,6 +7,7 @@
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/ProcessState.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ui/Window.h"
 
@@ -51,7 +52,7 @@ void KeptUploads::offer() {
   };
   const auto count = std::count_if(kept_.begin(), kept_.end(), isThere);
   overlay.offer(OverlayOffer{.window = window->weak_from_this(),
-                             .status = std::to_string(count) + " 项未发送",
+                             .status = trNumber("%1 项未发送", static_cast<unsigned long>(count)),
                              .retry =
                                  [end, &overlay] {
                                    for (auto& kept : end()) {

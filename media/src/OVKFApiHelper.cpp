@@ -12,6 +12,7 @@
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Application.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/Device.h"
@@ -62,12 +63,12 @@ constexpr double pageCheckSeconds = 5.0;
 PageCheckOutcome judge(const TransportError& error) {
   if (error.code == TransportError::timedOut) {
     log::debugPrint("请求超时");
-    return PageCheckFailure{.message = "服务请求超时", .timedOut = true};
+    return PageCheckFailure{.message = tr("服务请求超时"), .timedOut = true};
   }
   log::debugPrint("请求失败：" + error.description);
   if (!error.detail.empty()) log::debugPrint(error.detail);
   // Told like a failed load, so that the visitor is not left with the placeholder.
-  return PageCheckFailure{.message = "请求失败,请稍后重试", .detail = error.detail};
+  return PageCheckFailure{.message = tr("请求失败,请稍后重试"), .detail = error.detail};
 }
 
 PageCheckOutcome judge(int status, UrlRequest request) {
@@ -75,7 +76,7 @@ PageCheckOutcome judge(int status, UrlRequest request) {
   log::debugPrint("Response Status Code: " + std::to_string(status));
   // The server answers the page address with any such status when it does not accept the token in it.
   if (status >= 400 && status <= 599) {
-    return PageCheckFailure{.message = "令牌无效或者已过期", .status = status};
+    return PageCheckFailure{.message = tr("令牌无效或者已过期"), .status = status};
   }
   return request;
 }

@@ -13,6 +13,7 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Documents.h"
 #include "orivex/platform/ports/FileManager.h"
 #include "orivex/platform/ports/MediaReading.h"
@@ -42,13 +43,13 @@ void setPicture(UploadFileInfoModel& description, const std::string& jpeg, Size 
 }
 
 std::string unusableText(const std::string& path) {
-  return "无效的路径:" + validUtf8(path);
+  return tr("无效的路径:%1", {validUtf8(path)});
 }
 
 // Documents and videos alike are told the limit of documents: what is compared differs, what is read is one number.
-std::string tooLargeText(const char* subject, std::int64_t documentLimit) {
+std::string tooLargeText(const char* chinese, std::int64_t documentLimit) {
   constexpr std::int64_t mebibyte = 1048576;
-  return subject + std::to_string(documentLimit / mebibyte) + " MB";
+  return tr(chinese, {std::to_string(documentLimit / mebibyte)});
 }
 
 /// What is uploaded from disk, without what it tells of its owner.
@@ -80,7 +81,7 @@ class Document final : public Attachment {
     description = {};
     description.size = OVKFApiHelper::fileSize(file_);
     if (*description.size > sizeLimit_) {
-      refusal = tooLargeText("选择的文件大小不能超过 ", sizeLimit_);
+      refusal = tooLargeText(trLater("选择的文件大小不能超过 %1 MB"), sizeLimit_);
       return;
     }
     if (isUnusable()) {
@@ -163,7 +164,7 @@ class Media final : public Attachment {
  private:
   void inspectImage(const std::string& path) {
     const auto result = Platform::current().imageCodec.jpeg(path, jpegQuality_);
-    if (const auto* failure = std::get_if<Failure>(&result)) return refuse("无法读取照片:", *failure);
+    if (const auto* failure = std::get_if<Failure>(&result)) return refuse(trLater("无法读取照片:%1"), *failure);
     const auto& jpeg = std::get<JpegImage>(result);
     description.type = rawValue(FileType::Image);
     setPicture(description, jpeg.bytes, jpeg.size);
@@ -175,11 +176,11 @@ class Media final : public Attachment {
   void inspectVideo(const std::string& path) {
     description.size = OVKFApiHelper::fileSize(item_.file);
     if (*description.size > videoLimit_) {
-      refusal = tooLargeText("选择的视频文件大小不能超过 ", documentLimit_);
+      refusal = tooLargeText(trLater("选择的视频文件大小不能超过 %1 MB"), documentLimit_);
       return;
     }
     const auto result = Platform::current().mediaProbe.probeVideo(path);
-    if (const auto* failure = std::get_if<Failure>(&result)) return refuse("无法读取视频:", *failure);
+    if (const auto* failure = std::get_if<Failure>(&result)) return refuse(trLater("无法读取视频:%1"), *failure);
     const auto& facts = std::get<VideoFacts>(result);
     log::debugPrint("Video duration: " + doubleText(facts.duration) + " seconds");
     log::debugPrint("Video width: " + doubleText(facts.size.width) + " pixels");
@@ -192,9 +193,9 @@ class Media final : public Attachment {
     upload = filePart(path, description);
   }
 
-  void refuse(const char* text, const Failure& failure) {
+  void refuse(const char* chinese, const Failure& failure) {
     log::debugPrint(failure.description);
-    refusal = text + *description.name;
+    refusal = tr(chinese, {*description.name});
   }
 
   const PickedMedia item_;

@@ -12,6 +12,7 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/HttpClient.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/TypeRegistry.h"
@@ -46,14 +47,14 @@ std::optional<Record> decodeReply(std::string_view body) {
 
 UploadResult storedFile(const std::string& body) {
   if (auto stored = decodeReply<UploadResposeModel>(body)) return *std::move(stored);
-  return UploadFailure{"JSON解析失败"};
+  return UploadFailure{tr("JSON解析失败")};
 }
 
 UploadResult refusal(const std::string& body) {
   const auto failure = decodeReply<FailModel>(body);
-  if (!failure) return UploadFailure{"未知错误"};
+  if (!failure) return UploadFailure{tr("未知错误")};
   // A blank text would be an empty panel.
-  return UploadFailure{failure->msg && !isBlank(*failure->msg) ? *failure->msg : "服务器错误"};
+  return UploadFailure{failure->msg && !isBlank(*failure->msg) ? *failure->msg : tr("服务器错误")};
 }
 
 UploadResult interpret(const UploadReply& reply) {
@@ -61,10 +62,11 @@ UploadResult interpret(const UploadReply& reply) {
     log::debugPrint("Upload ended by its connection: " + reply.error->description + " " + reply.error->detail);
   }
   const auto& response = reply.response;
-  if (!response || response->body.empty()) return UploadFailure{"未知错误"};
-  if (reply.error) return UploadFailure{reply.error->description.empty() ? "上传失败" : reply.error->description};
+  if (!response || response->body.empty()) return UploadFailure{tr("未知错误")};
+  if (reply.error)
+    return UploadFailure{tr(reply.error->description.empty() ? trLater("上传失败") : reply.error->description.c_str())};
   if (response->status == 200) return storedFile(response->body);
-  if (response->status == 503) return UploadFailure{"服务不可用"};
+  if (response->status == 503) return UploadFailure{tr("服务不可用")};
   return refusal(response->body);
 }
 
@@ -114,7 +116,7 @@ void UploadManager::upload(const Target& target, std::optional<FilePart> file, s
   const auto url = Url::parse(target.address);
   if (!url) {
     Platform::current().mainQueue.async([finish = std::move(finish), address = target.address]() mutable {
-      finish({std::nullopt, TransportError{TransportError::other, "不支持的地址", address}});
+      finish({std::nullopt, TransportError{TransportError::other, trLater("不支持的地址"), address}});
     });
     return;
   }

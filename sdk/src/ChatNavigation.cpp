@@ -8,6 +8,7 @@
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/sdk/OVKFApi.h"
@@ -43,7 +44,7 @@ void ChatNavigation::started() {
   const auto tellWhenLate = [this] {
     if (!screen_.view()->isShowing() || screen_.isLoaded()) return;
     events_.failed(ChatFailure::Cause::timedOut);
-    OVKFApiHelper::showMessage(screen_.view(), "服务请求超时", messageSeconds);
+    OVKFApiHelper::showMessage(screen_.view(), tr("服务请求超时"), messageSeconds);
   };
   Platform::current().mainQueue.asyncAfter(watchdogSeconds, guarded(screen_, tellWhenLate));
 }
@@ -63,14 +64,14 @@ void ChatNavigation::failedToStart(const std::string& error) {
   log::debugPrint("Load failed: " + error);
   if (!screen_.view()->isShowing()) return;
   events_.failed(ChatFailure::Cause::unreachable, error);
-  OVKFApiHelper::showMessage(screen_.view(), "请求失败,请稍后重试", messageSeconds);
+  OVKFApiHelper::showMessage(screen_.view(), tr("请求失败,请稍后重试"), messageSeconds);
 }
 
 NavigationPolicy ChatNavigation::decide(const std::optional<std::string>& url) {
   if (url) log::debugPrint("URL: " + *url);
   if (!leavesHttps(url)) return NavigationPolicy::allow;
   events_.failed(ChatFailure::Cause::insecure);
-  OVKFApiHelper::showMessage("请求失败,请稍后重试", messageSeconds);
+  OVKFApiHelper::showMessage(tr("请求失败,请稍后重试"), messageSeconds);
   return NavigationPolicy::cancel;
 }
 

@@ -7,6 +7,7 @@
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ui/WebView.h"
 #include "orivex/sdk/OVKFApi.h"
 
@@ -66,9 +67,9 @@ std::vector<std::string> ChatPageRequests::accessible(const std::vector<Url>& fi
 void ChatPageRequests::downloadEnded(const EndedDownload& download) const {
   if (declines("a message")) return;
   if (download.saved) {
-    OVKFApiHelper::showNotice("已保存到下载：" + download.fileName, downloadNoticeSeconds);
+    OVKFApiHelper::showNotice(tr("已保存到下载：%1", {download.fileName}), downloadNoticeSeconds);
   } else {
-    OVKFApiHelper::showMessage("下载失败", downloadNoticeSeconds);
+    OVKFApiHelper::showMessage(tr("下载失败"), downloadNoticeSeconds);
   }
 }
 

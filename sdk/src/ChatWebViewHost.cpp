@@ -9,6 +9,7 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Animator.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -103,7 +104,7 @@ void ChatWebViewHost::processGone() {
     return;
   }
   events_.failed(ChatFailure::Cause::pageLost);
-  OVKFApiHelper::showMessage(screen_.view(), "请求失败,请稍后重试", messageSeconds,
+  OVKFApiHelper::showMessage(screen_.view(), tr("请求失败,请稍后重试"), messageSeconds,
                              [screen = screen_.shared_from_this()] { closeScreenIfShown(*screen); });
 }
 

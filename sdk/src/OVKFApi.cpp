@@ -17,6 +17,7 @@
 #include "orivex/models/UserMappingModel.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Application.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ports/WebsiteDataStore.h"
@@ -150,9 +151,9 @@ void OVKFApi::clearWebViewCache() {
   auto* const shownIn = window();
   Platform::current().progressOverlay.setWindow(shownIn ? shownIn->weak_from_this() : std::weak_ptr<Window>());
   const auto tell = [](const std::optional<Failure>& failure) {
-    if (!failure) return OVKFApiHelper::showNotice("缓存清理完成", cacheNoticeSeconds);
+    if (!failure) return OVKFApiHelper::showNotice(tr("缓存清理完成"), cacheNoticeSeconds);
     log::print("Error clearing website data: " + failure->description);
-    OVKFApiHelper::showMessage("缓存清理失败", cacheNoticeSeconds);
+    OVKFApiHelper::showMessage(tr("缓存清理失败"), cacheNoticeSeconds);
   };
   removeWebsiteData(tell);
 }
@@ -214,7 +215,7 @@ void OVKFApi::addRecordingView() {
 void OVKFApi::loadPage() {
   if (!hasAddress_) {  // the shared one is that of another session, with another visitor's token
     events_->failed(ChatFailure::Cause::badAddress);
-    OVKFApiHelper::showMessage("请求失败,请稍后重试", pageFailureSeconds,
+    OVKFApiHelper::showMessage(tr("请求失败,请稍后重试"), pageFailureSeconds,
                                [screen = shared_from_this()] { closeScreenIfShown(*screen); });
     return;
   }

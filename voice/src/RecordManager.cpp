@@ -8,6 +8,7 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/ProcessState.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Audio.h"
 #include "orivex/platform/ports/FileManager.h"
 #include "orivex/voice/VoiceManager.h"
@@ -107,7 +108,7 @@ void RecordManager::answered(std::uint64_t question, bool allowed) {
   auto& voice = VoiceManager::shared();
   if (!allowed) {
     showAttachmentMessage(recordingView(),
-                          "无法录制声音，前往\"设置 > " + OVKFApiHelper::appDisplayName() + "\"中打开麦克风权限");
+                          tr("无法录制声音，前往\"设置 > %1\"中打开麦克风权限", {OVKFApiHelper::appDisplayName()}));
     dropClip();
   } else if (!voice.isStop) {
     voice.startRecording();
@@ -185,7 +186,7 @@ void RecordManager::finishRecording(RecordedClip completion) {
   if (const auto file = Url::parse(address)) {
     send(*file, duration / millisecondsPerSecond, std::move(completion));
   } else {
-    showAttachmentMessage(recordingView(), "无效的路径:" + address);
+    showAttachmentMessage(recordingView(), tr("无效的路径:%1", {address}));
   }
 }
 
@@ -196,10 +197,10 @@ std::optional<std::string> RecordManager::clipFault() const {
   const auto* const recorder = voice.timer ? voice.recorder.get() : nullptr;  // of this press
   const bool heard = recorder && recorder->recordedSeconds() > 0;
   if (recorder && recorder->isDiskFull()) {
-    return heard ? "存储空间不足,录音不完整,没有发送" : "存储空间不足,无法录音";
+    return heard ? tr("存储空间不足,录音不完整,没有发送") : tr("存储空间不足,无法录音");
   }
   const bool hadTime = Platform::current().mainQueue.now() - overlayBegan_ >= firstSoundTime;
-  return heard || !hadTime ? std::nullopt : std::optional<std::string>("没有找到麦克风");
+  return heard || !hadTime ? std::nullopt : std::optional<std::string>(tr("没有找到麦克风"));
 }
 
 void RecordManager::showTooShort() {

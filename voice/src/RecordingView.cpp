@@ -1,5 +1,6 @@
 #include "orivex/voice/RecordingView.h"
 
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ui/ContentViews.h"
 
 namespace orivex {
@@ -29,16 +30,16 @@ void RecordingView::setRecordingState(RecordingState state) {
       const Rect microphone{14, 18, 67, 67};
       addImage("ico_talk_hint_voice-tube", microphone);
       addLevel(microphone);
-      addCaption("手指上滑,取消发送");
+      addCaption(tr("手指上滑,取消发送"));
       break;
     }
     case RecordingState::cancel:
       addImage("dd_cancel_send_record", {(side - 45) / 2, 18, 45, 59});
-      addCaption("松开手指，取消发送");
+      addCaption(tr("松开手指，取消发送"));
       break;
     case RecordingState::timeTooShort:
       addImage("dd_record_too_short", {(side - 16) / 2, 18, 17.6, 66.4});
-      addCaption("说话时间太短");
+      addCaption(tr("说话时间太短"));
       break;
   }
 }

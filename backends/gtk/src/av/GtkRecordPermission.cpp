@@ -8,6 +8,7 @@
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
@@ -101,15 +102,17 @@ void GtkRecordPermission::showDialog(const std::string& applicationName, View& v
   const auto* const window = application_.find(view);
   if (!window) return answerAll(false);
   dialog_ = std::make_unique<AlertDialog>(
-      window->gtkWindow(), "“" + applicationName + "”" + (wasRefused ? "不能使用麦克风" : "想使用麦克风"),
-      wasRefused ? "您之前没有允许。允许后，就可以发送语音消息和有声音的视频。" : "用来录制您的语音消息和视频的声音。");
+      window->gtkWindow(),
+      tr(wasRefused ? trLater("“%1”不能使用麦克风") : trLater("“%1”想使用麦克风"), {applicationName}),
+      wasRefused ? tr("您之前没有允许。允许后，就可以发送语音消息和有声音的视频。")
+                 : tr("用来录制您的语音消息和视频的声音。"));
   if (wasRefused) {
-    dialog_->addAnswer(closeId, "关闭");
-    if (soundSettings()) dialog_->addAnswer(settingsId, "声音设置");
+    dialog_->addAnswer(closeId, tr("关闭"));
+    if (soundSettings()) dialog_->addAnswer(settingsId, tr("声音设置"));
   } else {
-    dialog_->addAnswer(refuseId, "不允许");
+    dialog_->addAnswer(refuseId, tr("不允许"));
   }
-  dialog_->addAnswer(allowId, "允许", ADW_RESPONSE_SUGGESTED);
+  dialog_->addAnswer(allowId, tr("允许"), ADW_RESPONSE_SUGGESTED);
   dialog_->setDefaults(nullptr, closeId);
   dialog_->takeFreshKeysOnly(window->heldKeys());
   // Not modal: the visitor still holds the button down, and the page must see it released.

@@ -6,6 +6,7 @@
 #include "../Sandbox.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 
 namespace orivex::gtk {
 namespace {
@@ -26,8 +27,8 @@ GRef<GdkTexture> photoTexture(const std::string& path, Size area) {
 }
 
 std::string hintFor(const CameraOptions& options) {
-  if (!options.allowRecordVideo) return "轻触拍照";
-  return options.allowTakePhoto ? "轻触拍照，按住摄像" : "按住摄像";
+  if (!options.allowRecordVideo) return tr("轻触拍照");
+  return options.allowTakePhoto ? tr("轻触拍照，按住摄像") : tr("按住摄像");
 }
 
 }  // namespace
@@ -180,7 +181,7 @@ void CameraScreen::resume() {
 void CameraScreen::takePhoto() {
   if (phase_ != Phase::live) return;
   if (!options_.allowTakePhoto) {
-    view_.showNotice("请按住按钮摄像");
+    view_.showNotice(tr("请按住按钮摄像"));
     return;
   }
   phase_ = Phase::working;
@@ -192,7 +193,7 @@ void CameraScreen::takePhoto() {
                  if (const auto* const photo = std::get_if<0>(&made)) return captured(*photo);
                  log::print("camera: no photo: " + std::get<Failure>(made).description);
                  openCamera();
-                 view_.showNotice("拍照失败，请再试一次");
+                 view_.showNotice(tr("拍照失败，请再试一次"));
                }));
   camera_.reset();
 }
@@ -200,7 +201,7 @@ void CameraScreen::takePhoto() {
 void CameraScreen::beginVideo() {
   if (phase_ != Phase::live) return;
   if (!options_.allowRecordVideo) {
-    view_.showNotice("轻触按钮即可拍照");
+    view_.showNotice(tr("轻触按钮即可拍照"));
     return;
   }
   const auto withSound = mayRecordSound_();
@@ -211,7 +212,7 @@ void CameraScreen::beginVideo() {
       threads_, camera_->frames(), options_, *withSound,
       ClipRecorder::Handlers{.began = [this] { videoBegan(); },
                              .finished = [this](std::shared_ptr<CaptureFile> video) { captured(std::move(video)); },
-                             .failed = [this] { dropVideo("录制失败，请再试一次"); }});
+                             .failed = [this] { dropVideo(tr("录制失败，请再试一次")); }});
 }
 
 void CameraScreen::videoBegan() {
@@ -232,7 +233,7 @@ void CameraScreen::tickRecording() {
 void CameraScreen::endVideo() {
   if (phase_ != Phase::recording) return;
   if (recordedSeconds() < options_.minRecordDuration) {
-    dropVideo("录制时间太短");
+    dropVideo(tr("录制时间太短"));
     return;
   }
   recordingTicks_.reset();

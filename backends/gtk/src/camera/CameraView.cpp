@@ -5,6 +5,8 @@
 
 #include "../ui/Widgets.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -82,7 +84,7 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
           GTK_WIDGET(g_object_new(GTK_TYPE_OVERLAY, "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr)))) {
   installStyle(css);
   gtk_widget_add_css_class(root_.get(), "orivex-camera");
-  gtk_accessible_update_property(GTK_ACCESSIBLE(root_.get()), GTK_ACCESSIBLE_PROPERTY_LABEL, "相机",
+  gtk_accessible_update_property(GTK_ACCESSIBLE(root_.get()), GTK_ACCESSIBLE_PROPERTY_LABEL, tr("相机"),
                                  GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE, -1);
 
   gtk_widget_set_hexpand(picture_.widget(), TRUE);
@@ -106,7 +108,7 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
 
 void CameraView::buildTop(const EdgeInsets& insets) {
   const int top = static_cast<int>(std::ceil(insets.top)) + margin;
-  GtkWidget* const close = roundButton("window-close-symbolic", "关闭");
+  GtkWidget* const close = roundButton("window-close-symbolic", tr("关闭"));
   gtk_widget_set_halign(close, GTK_ALIGN_START);
   gtk_widget_set_valign(close, GTK_ALIGN_START);
   setMargins(close, top, 0, margin);
@@ -132,7 +134,7 @@ void CameraView::buildBottom(const EdgeInsets& insets, const std::string& hint) 
 }
 
 GtkWidget* CameraView::liveControls(const std::string& hint) {
-  switch_ = roundButton("emblem-synchronizing-symbolic", "切换摄像头");
+  switch_ = roundButton("emblem-synchronizing-symbolic", tr("切换摄像头"));
   connections_.add(switch_, "clicked", [this] { handlers_.switchCamera(); });
   setAccessibleLabel(shutter_.widget(), hint);
   GtkWidget* const row = gtk_center_box_new();
@@ -147,8 +149,8 @@ GtkWidget* CameraView::liveControls(const std::string& hint) {
 }
 
 GtkWidget* CameraView::reviewControls() {
-  GtkWidget* const retake = textButton("重拍");
-  use_ = styled(textButton("使用"), "use");
+  GtkWidget* const retake = textButton(tr("重拍"));
+  use_ = styled(textButton(tr("使用")), "use");
   gtk_widget_set_name(retake, "camera-retake");
   gtk_widget_set_name(use_, "camera-use");
   connections_.add(retake, "clicked", [this] { handlers_.retake(); });

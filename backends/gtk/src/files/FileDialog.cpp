@@ -4,6 +4,8 @@
 
 #include "../glib/GMemory.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -17,7 +19,7 @@ FileDialog::FileDialog(GtkWindow* parent, const Options& options, Once<void(File
     : parent_(parent),
       answered_(std::move(answered)),
       chooser_(GRef<GtkFileChooserNative>::adopt(
-          gtk_file_chooser_native_new(options.title, parent, GTK_FILE_CHOOSER_ACTION_OPEN, "打开", "取消"))) {
+          gtk_file_chooser_native_new(options.title, parent, GTK_FILE_CHOOSER_ACTION_OPEN, tr("打开"), tr("取消")))) {
   auto* const chooser = GTK_FILE_CHOOSER(chooser_.get());
   for (const auto& filter : options.filters) gtk_file_chooser_add_filter(chooser, filter.get());
   if (options.folder) gtk_file_chooser_set_current_folder(chooser, options.folder, nullptr);

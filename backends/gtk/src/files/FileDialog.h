@@ -9,6 +9,7 @@
 #include "../glib/SignalConnection.h"
 
 #include "orivex/platform/base/Once.h"
+#include "orivex/platform/base/Translation.h"
 
 namespace orivex::gtk {
 
@@ -19,7 +20,7 @@ class FileDialog {
   using Files = std::vector<GRef<GFile>>;
 
   struct Options {
-    const char* title = "选择文件";
+    const char* title = tr("选择文件");
     std::vector<GRef<GtkFileFilter>> filters{};  ///< the first is preset; none: every file is offered
     GFile* folder = nullptr;                     ///< where it opens; null: the desktop chooses
     bool multiple = false;

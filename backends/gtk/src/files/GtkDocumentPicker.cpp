@@ -13,6 +13,7 @@
 #include "../ui/GtkApplicationPort.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
@@ -52,21 +53,21 @@ struct Kind {
 
 // What visitors call the files that they usually send; the first match counts.
 constexpr Kind kinds[] = {
-    {"image/", "图片"},
-    {"video/", "视频"},
-    {"audio/", "音频"},
-    {"text/", "文本"},
+    {"image/", trLater("图片")},
+    {"video/", trLater("视频")},
+    {"audio/", trLater("音频")},
+    {"text/", trLater("文本")},
     {"application/pdf", "PDF"},
-    {"application/msword", "Word 文档"},
-    {"application/vnd.openxmlformats-officedocument.wordprocessingml", "Word 文档"},
-    {"application/vnd.ms-excel", "Excel 表格"},
-    {"application/vnd.openxmlformats-officedocument.spreadsheetml", "Excel 表格"},
-    {"application/vnd.ms-powerpoint", "PPT 演示文稿"},
-    {"application/vnd.openxmlformats-officedocument.presentationml", "PPT 演示文稿"},
-    {"application/zip", "压缩包"},
-    {"application/x-rar", "压缩包"},
-    {"application/vnd.rar", "压缩包"},
-    {"application/x-7z-compressed", "压缩包"},
+    {"application/msword", trLater("Word 文档")},
+    {"application/vnd.openxmlformats-officedocument.wordprocessingml", trLater("Word 文档")},
+    {"application/vnd.ms-excel", trLater("Excel 表格")},
+    {"application/vnd.openxmlformats-officedocument.spreadsheetml", trLater("Excel 表格")},
+    {"application/vnd.ms-powerpoint", trLater("PPT 演示文稿")},
+    {"application/vnd.openxmlformats-officedocument.presentationml", trLater("PPT 演示文稿")},
+    {"application/zip", trLater("压缩包")},
+    {"application/x-rar", trLater("压缩包")},
+    {"application/vnd.rar", trLater("压缩包")},
+    {"application/x-7z-compressed", trLater("压缩包")},
 };
 
 std::string lowerCase(const std::string& text) {
@@ -82,15 +83,15 @@ bool isMimeType(const std::string& text) {
 std::string nameOf(const std::string& mimeType) {
   const auto* const kind = std::find_if(std::begin(kinds), std::end(kinds),
                                         [&](const Kind& candidate) { return mimeType.starts_with(candidate.prefix); });
-  if (kind != std::end(kinds)) return kind->name;
+  if (kind != std::end(kinds)) return tr(kind->name);
   const GCharPtr description(g_content_type_get_description(mimeType.c_str()));
   return description ? description.get() : mimeType;
 }
 
 std::string joined(const std::vector<std::string>& names) {
   std::string text;
-  for (std::size_t i = 0; i < std::min(names.size(), mostNames); ++i) text += (i > 0 ? "、" : "") + names[i];
-  return names.size() > mostNames ? text + "等" : text;
+  for (std::size_t i = 0; i < std::min(names.size(), mostNames); ++i) text += (i > 0 ? tr("、") : "") + names[i];
+  return names.size() > mostNames ? tr("%1等", {text}) : text;
 }
 
 }  // namespace
@@ -109,7 +110,7 @@ std::vector<GRef<GtkFileFilter>> documentFilters(const std::vector<std::string>&
   if (names.empty()) return {};
   gtk_file_filter_set_name(requested.get(), joined(names).c_str());
   auto all = GRef<GtkFileFilter>::sink(gtk_file_filter_new());
-  gtk_file_filter_set_name(all.get(), "所有文件");
+  gtk_file_filter_set_name(all.get(), tr("所有文件"));
   gtk_file_filter_add_pattern(all.get(), "*");
   return {std::move(requested), std::move(all)};
 }

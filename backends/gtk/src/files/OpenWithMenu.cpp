@@ -10,12 +10,13 @@
 #include "../ui/Widgets.h"
 #include "Applications.h"
 
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
 namespace {
 
-constexpr const char* title = "用其他应用打开";
+constexpr const char* title = trLater("用其他应用打开");
 
 constexpr int iconSize = 40;  // points
 
@@ -37,7 +38,7 @@ std::string nameOf(const Url& file) {
 }
 
 GtkWidget* headingNew(const Url& file) {
-  GtkWidget* const box = boxNew(GTK_ORIENTATION_VERTICAL, 2, {styled(gtk_label_new(title), "title")});
+  GtkWidget* const box = boxNew(GTK_ORIENTATION_VERTICAL, 2, {styled(gtk_label_new(tr(title)), "title")});
   if (const auto name = nameOf(file); !name.empty()) {
     GtkWidget* const label = styled(gtk_label_new(name.c_str()), "dim-label");
     gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_MIDDLE);
@@ -68,7 +69,7 @@ struct OpenWithMenu::Menu {
   Menu(const Url& opened, std::vector<GRef<GAppInfo>> choices) : file(opened), applications(std::move(choices)) {}
 
   GtkWidget* contentNew() {
-    GtkWidget* const cancel = gtk_button_new_with_label("取消");
+    GtkWidget* const cancel = gtk_button_new_with_label(tr("取消"));
     connections.add(cancel, "clicked", [this] { sheet->close(); });
     return styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {headingNew(file), listNew(), cancel}), "orivex-open-with");
   }
@@ -113,7 +114,7 @@ bool OpenWithMenu::presentOptionsMenu(const Url& file, const Rect& /*rect*/, Vie
   installStyle(css);
   menu_ = std::make_unique<Menu>(file, std::move(applications));
   menu_->sheet =
-      std::make_unique<Sheet>(host->overlay(), mainQueue_, menu_->contentNew(), title, [this] { menu_.reset(); });
+      std::make_unique<Sheet>(host->overlay(), mainQueue_, menu_->contentNew(), tr(title), [this] { menu_.reset(); });
   leaves_ = view.observeLeaving([this] { menu_.reset(); });
   return true;
 }

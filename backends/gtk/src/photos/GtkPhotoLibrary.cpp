@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ui/View.h"
 
 namespace orivex::gtk {
@@ -35,7 +36,7 @@ void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<
   content_ = std::make_unique<PhotoSheet>(
       PipelineThreads{queue_, players_}, reader_, sources_(), options,
       PhotoSheet::Handlers{[this](PhotoSelection selection) { confirmed(std::move(selection)); }, [this] { close(); }});
-  sheet_ = std::make_unique<Sheet>(host->overlay(), queue_, content_->widget(), "照片", [this] { forget(); });
+  sheet_ = std::make_unique<Sheet>(host->overlay(), queue_, content_->widget(), tr("照片"), [this] { forget(); });
   resigns_ = application_.observe(ApplicationEvent::willResignActive, [this] {
     if (content_) content_->pause();
   });

@@ -10,6 +10,8 @@
 #include "library/FolderScan.h"
 #include "library/MediaTexts.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -74,9 +76,10 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, Photo
              [this](GtkDirectionType direction) { leaveGrid(direction); }}),
       menu_(thumbnails_, {[this](const std::string& folder) { chooseAlbum(folder); }, [this] { browse(); },
                           [this] { gtk_widget_remove_css_class(albumButton_, "open"); }}),
-      preview_(threads, reader, thumbnails_, selection_,
-               {[this](const MediaItemPtr& item) { toggle(item); },
-                [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { showToast("无法播放此视频"); }}),
+      preview_(
+          threads, reader, thumbnails_, selection_,
+          {[this](const MediaItemPtr& item) { toggle(item); },
+           [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { showToast(tr("无法播放此视频")); }}),
       catalog_(std::make_shared<MediaCatalog>(MediaItems{}, roots_, false)),
       library_(threads.main, sources.roots, filter_,
                [this](std::shared_ptr<const MediaCatalog> catalog) { update(std::move(catalog)); }) {
@@ -112,7 +115,7 @@ void PhotoSheet::build() {
 }
 
 GtkWidget* PhotoSheet::header() {
-  GtkWidget* const cancel = button("取消", "plain");
+  GtkWidget* const cancel = button(tr("取消"), "plain");
   connections_.add(cancel, "clicked", [this] { handlers_.cancelled(); });
   albumName_ = gtk_label_new(catalog_->albums().front().name.c_str());
   gtk_label_set_ellipsize(GTK_LABEL(albumName_), PANGO_ELLIPSIZE_MIDDLE);
@@ -155,12 +158,13 @@ GtkWidget* PhotoSheet::emptyPage() {
   for (const auto& root : roots_) places += "\n" + root.path;
   GtkWidget* const icon = gtk_image_new_from_icon_name("image-x-generic-symbolic");
   gtk_image_set_pixel_size(GTK_IMAGE(icon), 72);
-  GtkWidget* const title = styled(gtk_label_new(kindsOf(filter_, "没有照片或视频", "没有照片", "没有视频")), "title");
-  GtkWidget* const hint = styled(gtk_label_new(("在这些文件夹里没有找到:" + places).c_str()), "hint");
+  GtkWidget* const title =
+      styled(gtk_label_new(kindsOf(filter_, tr("没有照片或视频"), tr("没有照片"), tr("没有视频"))), "title");
+  GtkWidget* const hint = styled(gtk_label_new(tr("在这些文件夹里没有找到:%1", {places}).c_str()), "hint");
   gtk_label_set_justify(GTK_LABEL(hint), GTK_JUSTIFY_CENTER);
   gtk_label_set_wrap(GTK_LABEL(hint), TRUE);
   gtk_label_set_wrap_mode(GTK_LABEL(hint), PANGO_WRAP_WORD_CHAR);
-  GtkWidget* const elsewhere = button("浏览…", "browse");
+  GtkWidget* const elsewhere = button(tr("浏览…"), "browse");
   connections_.add(elsewhere, "clicked", [this] { browse(); });
   GtkWidget* const page =
       styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {icon, title, hint, elsewhere}), "orivex-photos-empty");
@@ -199,9 +203,9 @@ void PhotoSheet::browse() {
   auto filter = GRef<GtkFileFilter>::sink(gtk_file_filter_new());
   if (filter_.images) gtk_file_filter_add_mime_type(filter.get(), "image/*");
   if (filter_.videos) gtk_file_filter_add_mime_type(filter.get(), "video/*");
-  gtk_file_filter_set_name(filter.get(), kindsOf(filter_, "照片和视频", "照片", "视频"));
+  gtk_file_filter_set_name(filter.get(), kindsOf(filter_, tr("照片和视频"), tr("照片"), tr("视频")));
   chooser_ = std::make_unique<FileDialog>(
-      GTK_WINDOW(window), FileDialog::Options{.title = "浏览", .filters = {std::move(filter)}, .multiple = true},
+      GTK_WINDOW(window), FileDialog::Options{.title = tr("浏览"), .filters = {std::move(filter)}, .multiple = true},
       [this](const FileDialog::Files& files) { browsed(FileDialog::pathsOf(files)); });
 }
 
@@ -213,7 +217,7 @@ void PhotoSheet::browsed(const std::vector<std::string>& paths) {
   for (const auto& path : paths) {
     const auto found = FolderScan::itemAt(path, filter_);
     if (!found) {
-      refusal = "无法打开:" + std::string(nameOf(path));
+      refusal = tr("无法打开:%1", {std::string(nameOf(path))});
       continue;
     }
     const auto isSame = [&](const MediaItemPtr& known) { return known->path == path; };
@@ -261,7 +265,7 @@ void PhotoSheet::toggle(const MediaItemPtr& item) {
   if (const auto refusal = selection_.refusal(*item)) return showToast(*refusal);
   // Of a video without a picture the sound or a later frame may still be good.
   const bool isUnreadable = known && known->isBroken() && item->type == MediaType::image;
-  if (isUnreadable && selection_.numberOf(*item) == 0) return showToast("这张照片无法打开");
+  if (isUnreadable && selection_.numberOf(*item) == 0) return showToast(tr("这张照片无法打开"));
   selection_.toggle(item);
   selectionChanged();
 }

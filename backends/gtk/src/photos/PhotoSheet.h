@@ -17,6 +17,7 @@
 #include "library/ThumbnailLoader.h"
 #include "preview/PhotoPreview.h"
 
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/PhotoLibrary.h"
 
@@ -82,7 +83,7 @@ class PhotoSheet {
   AlbumMenu menu_;
   PhotoPreview preview_;
   std::shared_ptr<const MediaCatalog> catalog_;
-  Album browsed_{"浏览", "browsed:", std::make_shared<MediaItems>()};  // no folder has this name
+  Album browsed_{tr("浏览"), "browsed:", std::make_shared<MediaItems>()};  // no folder has this name
   std::string folder_;  // of the album that is shown; empty for that of everything
   GRef<GtkWidget> content_;
   bool wasMapped_ = false;

@@ -5,6 +5,8 @@
 #include "GtkApplicationPort.h"
 #include "Widgets.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -80,10 +82,10 @@ void GtkProgressOverlay::offer(std::optional<OverlayOffer> offer) {
 GtkWidget* GtkProgressOverlay::barNew(const OverlayOffer& offer) {
   GtkWidget* const label = gtk_label_new(offer.status.c_str());
   gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
-  GtkWidget* const retry = styled(gtk_button_new_with_label("重试"), "flat");
+  GtkWidget* const retry = styled(gtk_button_new_with_label(tr("重试")), "flat");
   gtk_widget_set_name(retry, "overlay-retry");
   GtkWidget* const drop = styled(gtk_button_new_from_icon_name("window-close-symbolic"), "flat");
-  setAccessibleLabel(drop, "不再发送");
+  setAccessibleLabel(drop, tr("不再发送"));
   // Either may end this bar.
   if (offer.retry) barClicked_.add(retry, "clicked", [act = offer.retry] { act(); });
   if (offer.drop) barClicked_.add(drop, "clicked", [act = offer.drop] { act(); });

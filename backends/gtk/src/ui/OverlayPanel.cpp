@@ -7,6 +7,8 @@
 
 #include "Widgets.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -32,7 +34,7 @@ constexpr const char* css = R"css(
 )css";
 
 constexpr const char* tallestLine = "国g😀";  // as tall as a line gets: each script has a font of its own
-constexpr const char* spokenSpinner = "请稍候";
+constexpr const char* spokenSpinner = trLater("请稍候");
 
 // What is still to come of the ring is dotted, so that it can be told by shape as well as by colour.
 constexpr double trackDashes[] = {0.1, 7.75};
@@ -122,7 +124,7 @@ void OverlayPanel::build() {
   gtk_widget_set_focusable(close_, FALSE);  // the focus stays in the page
   gtk_widget_set_halign(close_, GTK_ALIGN_END);
   gtk_widget_set_valign(close_, GTK_ALIGN_START);
-  setAccessibleLabel(close_, "取消上传");
+  setAccessibleLabel(close_, tr("取消上传"));
   gtk_overlay_add_overlay(GTK_OVERLAY(panel_), close_);
   connections_.add(close_, "clicked", [this] { cancel(); });
 }
@@ -130,9 +132,9 @@ void OverlayPanel::build() {
 GtkWidget* OverlayPanel::indicatorsNew() {
   spinner_ = gtk_spinner_new();
   gtk_widget_set_size_request(spinner_, indicatorSize, indicatorSize);
-  setAccessibleLabel(spinner_, spokenSpinner);
+  setAccessibleLabel(spinner_, tr(spokenSpinner));
   ring_ = drawingNew(GTK_ACCESSIBLE_ROLE_PROGRESS_BAR);
-  gtk_accessible_update_property(GTK_ACCESSIBLE(ring_), GTK_ACCESSIBLE_PROPERTY_LABEL, "进度",
+  gtk_accessible_update_property(GTK_ACCESSIBLE(ring_), GTK_ACCESSIBLE_PROPERTY_LABEL, tr("进度"),
                                  GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, 0.0, GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, 100.0,
                                  GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, 0.0, -1);
   informationMark_ = drawingNew(GTK_ACCESSIBLE_ROLE_PRESENTATION);
@@ -163,7 +165,7 @@ GtkWidget* OverlayPanel::drawingNew(GtkAccessibleRole role) {
 }
 
 void OverlayPanel::showSpinner(const OverlayAppearance& appearance, std::function<void()> giveUp) {
-  appear(appearance, spinner_, "", spokenSpinner, std::move(giveUp));
+  appear(appearance, spinner_, "", tr(spokenSpinner), std::move(giveUp));
 }
 
 void OverlayPanel::showRing(const OverlayAppearance& appearance, float fraction, const std::string& status,

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 
 namespace orivex::gtk {
 namespace {
@@ -53,9 +54,10 @@ void HangWatch::ask() {
   auto* const window = gtk_widget_get_root(GTK_WIDGET(view_));
   if (!GTK_IS_WINDOW(window)) return;
   if (isCovered_()) return askLater();
-  dialog_ = std::make_unique<AlertDialog>(GTK_WINDOW(window), "页面没有响应", "您可以再等一会儿，或者离开聊天。");
-  dialog_->addAnswer(waitAnswer, "继续等待");
-  dialog_->addAnswer(leaveAnswer, "离开", ADW_RESPONSE_DESTRUCTIVE);
+  dialog_ =
+      std::make_unique<AlertDialog>(GTK_WINDOW(window), tr("页面没有响应"), tr("您可以再等一会儿，或者离开聊天。"));
+  dialog_->addAnswer(waitAnswer, tr("继续等待"));
+  dialog_->addAnswer(leaveAnswer, tr("离开"), ADW_RESPONSE_DESTRUCTIVE);
   dialog_->setDefaults(nullptr, waitAnswer);
   dialog_->present(true, [this](const char* answer) { answered(answer); });
 }

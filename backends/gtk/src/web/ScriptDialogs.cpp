@@ -7,6 +7,7 @@
 #include "../glib/GMemory.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/base/Url.h"
 
 namespace orivex::gtk {
@@ -37,7 +38,7 @@ std::string headingFor(WebKitWebView* view) {
   const auto url = Url::parse(address ? address : "");
   const auto origin = url ? url->origin() : "";
   const auto host = origin.find("://") == std::string::npos ? "" : origin.substr(origin.find("://") + 3);
-  return host.empty() ? "此页面的消息" : host + " 的消息";  // a local page has no host
+  return host.empty() ? tr("此页面的消息") : tr("%1 的消息", {host});  // a local page has no host
 }
 
 GtkWidget* messageNew(const std::string& text) {
@@ -147,13 +148,14 @@ void ScriptDialogs::show(std::unique_ptr<Question> question, GtkWindow* window) 
   const auto type = question_->type();
   const bool leaving = type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
   // The page's words for leaving are not shown anywhere else either: they are a way to frighten.
-  const auto heading = leaving ? "要离开此页面吗？" : headingFor(view_);
-  const auto body = leaving ? "尚未保存的内容可能会丢失。" : question_->message();
+  const auto heading = leaving ? tr("要离开此页面吗？") : headingFor(view_);
+  const auto body = leaving ? tr("尚未保存的内容可能会丢失。") : question_->message();
   const bool isAlert = type == WEBKIT_SCRIPT_DIALOG_ALERT;
   dialog_ = std::make_unique<AlertDialog>(window, heading, nullptr);
   dialog_->setContent(makeContent(body));
-  if (!isAlert) dialog_->addAnswer(decline, leaving ? "留下" : "取消");
-  dialog_->addAnswer(accept, leaving ? "离开" : "确定", leaving ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);
+  if (!isAlert) dialog_->addAnswer(decline, leaving ? tr("留下") : tr("取消"));
+  dialog_->addAnswer(accept, leaving ? tr("离开") : tr("确定"),
+                     leaving ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);
   dialog_->setDefaults(leaving ? decline : accept, isAlert ? accept : decline);
   dialog_->present(true, [this](const char* response) { answered(response); });
   if (GtkEditable* const entry = question_->entry()) gtk_widget_grab_focus(GTK_WIDGET(entry));
@@ -164,7 +166,8 @@ GtkWidget* ScriptDialogs::makeContent(const std::string& body) {
   gtk_box_append(GTK_BOX(content), messageNew(body));
   if (GtkWidget* const entry = question_->makeEntry()) gtk_box_append(GTK_BOX(content), entry);
   if (countInARow_ >= silenceOfferedAt) {
-    silence_ = GRef<GtkCheckButton>::sink(GTK_CHECK_BUTTON(gtk_check_button_new_with_label("不再显示此页面的对话框")));
+    silence_ =
+        GRef<GtkCheckButton>::sink(GTK_CHECK_BUTTON(gtk_check_button_new_with_label(tr("不再显示此页面的对话框"))));
     gtk_box_append(GTK_BOX(content), GTK_WIDGET(silence_.get()));
   }
   return content;

@@ -5,6 +5,8 @@
 #include "../../Contained.h"
 #include "../../ui/Widgets.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -43,7 +45,7 @@ AlbumMenu::~AlbumMenu() {
 void AlbumMenu::build() {
   list_ = styled(gtk_list_box_new(), "orivex-albums");
   gtk_list_box_set_selection_mode(GTK_LIST_BOX(list_), GTK_SELECTION_NONE);
-  setAccessibleLabel(list_, "相册");
+  setAccessibleLabel(list_, tr("相册"));
   connections_.add(list_, "row-activated", [this](GtkListBoxRow* row) {
     const auto folder = albums_.at(static_cast<std::size_t>(gtk_list_box_row_get_index(row))).folder;
     close();
@@ -54,7 +56,7 @@ void AlbumMenu::build() {
   gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(scrolled), TRUE);
   gtk_scrolled_window_set_max_content_height(GTK_SCROLLED_WINDOW(scrolled), greatestHeight);
   gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled), list_);
-  GtkWidget* const elsewhere = styled(gtk_button_new_with_label("浏览…"), "browse");
+  GtkWidget* const elsewhere = styled(gtk_button_new_with_label(tr("浏览…")), "browse");
   connections_.add(elsewhere, "clicked", [this] {
     close();
     handlers_.browse();
@@ -133,7 +135,7 @@ GtkWidget* AlbumMenu::rowNew(const Album& album) {
   GtkWidget* const row = gtk_list_box_row_new();
   gtk_list_box_row_set_child(GTK_LIST_BOX_ROW(row),
                              boxNew(GTK_ORIENTATION_HORIZONTAL, 14, {squareAround(cover), texts, check}));
-  setAccessibleLabel(row, album.name + ", " + count + "项");
+  setAccessibleLabel(row, album.name + ", " + trNumber("%1项", album.items->size()));
   gtk_accessible_update_state(GTK_ACCESSIBLE(row), GTK_ACCESSIBLE_STATE_SELECTED, isChosen, -1);
   if (album.items->empty()) return row;
   const auto show = [cover](const LoadedThumbnail& thumbnail) {

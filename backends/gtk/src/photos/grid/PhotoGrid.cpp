@@ -6,6 +6,8 @@
 #include "../../Contained.h"
 #include "../../ui/Widgets.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -31,7 +33,7 @@ PhotoGrid::PhotoGrid(ThumbnailLoader& thumbnails, const MediaSelection& selectio
   view_ = styled(gtk_grid_view_new(GTK_SELECTION_MODEL(shown), factoryNew()), "orivex-photos");
   gtk_grid_view_set_min_columns(GTK_GRID_VIEW(view_), fewestColumns);
   gtk_grid_view_set_max_columns(GTK_GRID_VIEW(view_), fewestColumns);
-  setAccessibleLabel(view_, "照片和视频");
+  setAccessibleLabel(view_, tr("照片和视频"));
   scrolled_ = GRef<GtkWidget>::sink(gtk_scrolled_window_new());
   gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scrolled_.get()), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
   gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled_.get()), view_);

@@ -7,10 +7,12 @@
 
 #include "MediaTexts.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
-constexpr const char* everything = "最近项目";
+constexpr const char* everything = trLater("最近项目");
 
 std::string albumName(const std::string& folder, const std::vector<MediaRoot>& roots) {
   const auto root = std::find_if(roots.begin(), roots.end(), [&](const auto& known) { return known.path == folder; });
@@ -48,7 +50,7 @@ MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots
     known->push_back(item);
   }
 
-  albums_.push_back({everything, "", std::move(all)});
+  albums_.push_back({tr(everything), "", std::move(all)});
   for (auto& [folder, inside] : folders) {
     const std::string path(folder);
     albums_.push_back({albumName(path, roots), path, std::move(inside)});

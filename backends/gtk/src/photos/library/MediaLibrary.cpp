@@ -12,6 +12,8 @@
 
 #include "FolderScan.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -180,8 +182,8 @@ std::vector<MediaRoot> MediaLibrary::desktopRoots() {
     const auto folder = path.has_filename() ? path : path.parent_path();
     if (folder != home.lexically_normal()) roots.push_back({folder.string(), name});
   };
-  add(G_USER_DIRECTORY_PICTURES, "Pictures", "图片");
-  add(G_USER_DIRECTORY_VIDEOS, "Videos", "视频");
+  add(G_USER_DIRECTORY_PICTURES, "Pictures", tr("图片"));
+  add(G_USER_DIRECTORY_VIDEOS, "Videos", tr("视频"));
   return roots;
 }
 

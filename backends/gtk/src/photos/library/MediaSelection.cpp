@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 
 // A host that asks for none still opens a sheet in which something can be chosen.
@@ -22,8 +24,8 @@ bool MediaSelection::isKindExcluded(const MediaItem& item) const {
 
 std::optional<std::string> MediaSelection::refusal(const MediaItem& item) const {
   if (numberOf(item) != 0) return std::nullopt;
-  if (isKindExcluded(item)) return "照片和视频不能同时选择";
-  if (items_.size() >= maximum()) return "最多只能选择" + std::to_string(maximum()) + "项";
+  if (isKindExcluded(item)) return tr("照片和视频不能同时选择");
+  if (items_.size() >= maximum()) return trNumber("最多只能选择%1项", maximum());
   return std::nullopt;
 }
 

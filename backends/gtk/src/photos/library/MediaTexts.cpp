@@ -7,6 +7,8 @@
 
 #include "../../glib/GMemory.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -37,17 +39,17 @@ std::string durationText(double seconds) {
 }
 
 std::string confirmText(std::size_t count) {
-  return count == 0 ? "完成" : "完成(" + std::to_string(count) + ")";
+  return count == 0 ? tr("完成") : tr("完成(%1)", {std::to_string(count)});
 }
 
 std::string originalText(std::size_t count, std::int64_t bytes) {
-  return count == 0 ? "原图" : "原图 (" + sizeText(bytes) + ")";
+  return count == 0 ? tr("原图") : tr("原图 (%1)", {sizeText(bytes)});
 }
 
 std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number) {
-  std::string text = (item.type == MediaType::video ? "视频 " : "照片 ") + displayName(item.path);
-  if (duration) text += ", 时长 " + durationText(*duration);
-  return text + (number == 0 ? ", 未选择" : ", 已选择, 第" + std::to_string(number) + "项");
+  auto text = tr(item.type == MediaType::video ? trLater("视频 %1") : trLater("照片 %1"), {displayName(item.path)});
+  if (duration) text += tr(", 时长 %1", {durationText(*duration)});
+  return text + (number == 0 ? tr(", 未选择") : tr(", 已选择, 第%1项", {std::to_string(number)}));
 }
 
 std::string displayName(std::string_view path) {

@@ -6,6 +6,8 @@
 #include "../../ui/Widgets.h"
 #include "../library/MediaTexts.h"
 
+#include "orivex/platform/base/Translation.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -57,7 +59,7 @@ void PhotoPreview::reveal(bool isOpen) {
 
 GtkWidget* PhotoPreview::bar() {
   GtkWidget* const back = styled(gtk_button_new_from_icon_name("go-previous-symbolic"), "plain");
-  setAccessibleLabel(back, "返回");
+  setAccessibleLabel(back, tr("返回"));
   connections_.add(back, "clicked", [this] { close(); });
   title_ = styled(gtk_label_new(nullptr), "title");
   disc_ = styled(gtk_label_new(nullptr), "disc");
@@ -78,7 +80,7 @@ GtkWidget* PhotoPreview::playButton() {
   gtk_widget_set_halign(play_, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(play_, GTK_ALIGN_CENTER);
   gtk_widget_set_visible(play_, FALSE);
-  setAccessibleLabel(play_, "播放");
+  setAccessibleLabel(play_, tr("播放"));
   connections_.add(play_, "clicked", [this] { playOrStop(); });
   return play_;
 }
@@ -130,11 +132,12 @@ void PhotoPreview::selectionChanged() {
   const auto* const known = thumbnails_.find(shown_);
   const auto duration = known ? known->duration : std::nullopt;
   setAccessibleLabel(strip_.widget(), accessibleText(*shown_, duration, number));
-  setAccessibleLabel(mark_, number == 0 ? "选择" : "取消选择");
+  setAccessibleLabel(mark_, number == 0 ? tr("选择") : tr("取消选择"));
   const bool isVideo = shown_->type == MediaType::video;
   gtk_widget_set_visible(play_, isVideo && !player_);
   gtk_widget_set_visible(length_, isVideo);
-  if (isVideo) gtk_label_set_text(GTK_LABEL(length_), duration ? ("视频 " + durationText(*duration)).c_str() : "视频");
+  if (isVideo)
+    gtk_label_set_text(GTK_LABEL(length_), duration ? tr("视频 %1", {durationText(*duration)}).c_str() : tr("视频"));
 }
 
 void PhotoPreview::playOrStop() {
