@@ -10,6 +10,7 @@
 #include "Texts.h"
 
 #include "orivex/gtk/Gtk.h"
+#include "orivex/platform/base/Language.h"
 
 namespace orivex::demo {
 namespace {
@@ -46,6 +47,7 @@ int Demo::run() {
 void Demo::activate(GtkApplication* application) {
   if (window_) return;
   gtk::install();
+  setLanguage("auto");
   window_ = std::make_unique<DemoWindow>(
       application, settings_, options_.frameless,
       DemoWindow::Handlers{.contact = [this] { contact(); },

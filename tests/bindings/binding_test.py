@@ -78,6 +78,23 @@ class ChatTest(unittest.TestCase):
             self.assertTrue(run_until(lambda: "closed" in self.story))
             self.story.clear()
 
+    def test_speaks_the_language_that_the_host_chooses(self):
+        def labels(widget):
+            if isinstance(widget, Gtk.Label):
+                yield widget.get_text()
+            child = widget.get_first_child()
+            while child:
+                yield from labels(child)
+                child = child.get_next_sibling()
+
+        self.addCleanup(Orivex.set_language, "zh")
+        for tag, text in (("en-GB", "The request failed. Please try again later"), ("zh", "请求失败,请稍后重试")):
+            Orivex.set_language(tag)
+            self.chat("http://127.0.0.1:9").present(self.window)
+            self.assertTrue(run_until(lambda: text in labels(self.window)), text)
+            self.assertTrue(run_until(lambda: "closed" in self.story))
+            self.story.clear()
+
     def test_takes_cards_before_and_while_it_shows(self):
         chat = self.chat()
         with self.assertRaises(GLib.Error) as caught:

@@ -69,4 +69,13 @@ gboolean orivex_chat_sign_out_finish(OrivexChat* self, GAsyncResult* result, GEr
  */
 char* orivex_get_version(void);
 
+/**
+ * orivex_set_language:
+ * @tag: a language such as "en" or "pt-BR", or "auto" for the visitor's own
+ *
+ * Chooses the language of what the visitor reads of the component, which is Chinese without this call. A language that
+ * has no texts gives way to English. What shows already keeps its language.
+ */
+void orivex_set_language(const char* tag);
+
 G_END_DECLS

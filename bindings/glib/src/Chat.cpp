@@ -5,8 +5,7 @@
 #include "Visitor.h"
 
 #include "orivex/gtk/Gtk.h"
-#include "orivex/models/MessageBody.h"
-#include "orivex/sdk/OVKFApi.h"
+#include "orivex/sdk/OrivexSDK.h"
 
 GQuark orivex_error_quark(void) {
   return g_quark_from_static_string("orivex-error-quark");
@@ -276,4 +275,10 @@ gboolean orivex_chat_sign_out_finish(OrivexChat* self, GAsyncResult* result, GEr
 char* orivex_get_version(void) {
   orivex::gtk::install();
   return g_strdup(OVKFApi::getSDKVersion(true).c_str());
+}
+
+void orivex_set_language(const char* tag) {
+  g_return_if_fail(tag != nullptr);
+  orivex::gtk::install();
+  orivex::setLanguage(tag);
 }
