@@ -71,18 +71,6 @@ TEST_F(BadPage, WhatIsFarBeyondAnyMessageIsRefusedInThePage) {
   EXPECT_TRUE(log.has(R"(trackEvent [\"1970-01-01T00:00:00.000Z\",{},null])")) << "the body changed on its way";
 }
 
-TEST_F(BadPage, AnOpenDialogKeepsNeitherTheScreenNorItsPage) {
-  const SocketServer server(servePage(readyPage));
-  auto chat = openChat(server.url(""));
-  chat->webView()->evaluate("confirm('Stay?')");
-  ASSERT_TRUE(wait([] { return openDialog() != nullptr; }, 10));
-  const std::weak_ptr<OVKFApi> gone = chat;
-  chat->close();
-  chat.reset();
-  EXPECT_TRUE(wait([&] { return gone.expired(); }, 15));
-  EXPECT_FALSE(openDialog()) << "it asks for a page that is gone";
-}
-
 TEST_F(BadPage, AsksNothingWhileAnotherScreenCoversIt) {
   const SocketServer server(servePage(readyPage));
   const auto chat = openChat(server.url(""));

@@ -83,22 +83,6 @@ TEST_F(EdgeSwipe, CancelsWhatTheFingerHasPressedInThePage) {
   EXPECT_EQ(evaluate(*chat, "story"), "pointerdown" + pointer + "pointercancel" + pointer);
 }
 
-TEST_F(EdgeSwipe, LeavesAPageThatIsStillOnItsWay) {
-  const SocketServer server([](const std::string& /*target*/) {
-    return SocketServer::Answer{"", SocketServer::Then::silence};
-  });
-  const auto chat = startChat(server.url(""));
-  window()->rootViewController()->present(chat, false);
-  EXPECT_TRUE(wait([&] { return chat->isViewInWindow() && server.connections() > 0; }, 10));
-  pass(0.6);
-  press(5, 300);
-  moveBy(250, 4);
-  release();
-  EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
-  pass(6);  // longer than the page is waited for
-  EXPECT_EQ(panelText(), "") << "the visitor has left";
-}
-
 // The darkness and the opacity of a point of a picture, each from 0 to 255.
 std::pair<int, int> pointOf(GdkPaintable* picture, int x, int y) {
   auto* const drawing = gtk_snapshot_new();

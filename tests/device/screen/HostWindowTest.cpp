@@ -54,28 +54,6 @@ TEST_F(HostWindowTest, IsLeftByTheVisitorOnlyForAnotherApplication) {
   EXPECT_TRUE(wait([&] { return told == "resigns "; }, 5)) << told;
 }
 
-TEST_F(HostWindowTest, ShowsWhatItsOwnChatTellsAndNoOther) {
-  const SocketServer server(
-      servePage("<script>webkit.messageHandlers.initLoaded.postMessage(null);" + raise("ready") + "</script>"));
-  const auto first = openChat(server.url(""));
-  recorder->events.clear();
-  auto* const other = GTK_WINDOW(gtk_window_new());
-  gtk_window_set_child(other, gtk_label_new("Another shop"));
-  const auto otherWindow = attach(other, {});
-  gtk_window_present(other);
-  const auto second = startChat(server.url(""));
-  otherWindow->rootViewController()->present(second, false);
-  ASSERT_TRUE(wait([&] { return raised("ready"); }, 20));
-  gtk_window_present(gtkWindow());  // in front of the one whose chat has something to tell
-  pass(0.3);
-  // Nothing opens a file of this kind, and the visitor is told.
-  evaluate(*second, "webkit.messageHandlers.openFile.postMessage('" + server.url("/a.unheard-of") + "'); 0");
-  EXPECT_TRUE(wait([&] { return !panelText(other).empty(); }, 5));
-  EXPECT_EQ(panelText(), "");
-  gtk_window_destroy(other);
-  EXPECT_EQ(evaluate(*first, "typeof webkit.messageHandlers.openUrl"), "object") << "the other chat goes on";
-}
-
 GtkWindow* windowWithHeaderBar() {
   adw_init();
   auto* const window = GTK_WINDOW(adw_window_new());

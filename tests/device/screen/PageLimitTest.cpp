@@ -108,6 +108,7 @@ TEST_F(PageLimit, DraggedFilesReplaceNothingButReachAPageThatTakesThem) {
     const char* call;
     const char* prevented;
   } cases[] = {
+      {"a file dropped on the page", "('drop', 'plain', true)", "true"},
       {"a file dropped into a file input", "('drop', 'input', true)", "false"},
       {"a file dropped into a disabled one", "('drop', 'dead', true)", "true"},
       {"a file dropped into a text field", "('drop', 'text', true)", "true"},
