@@ -1,13 +1,13 @@
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
 
 #include <gst/pbutils/pbutils.h>
 
 #include "glib/GRef.h"
+#include "support/BusService.h"
 #include "support/CameraFixture.h"
-#include "support/FakeSensor.h"
+#include "support/VideoFiles.h"
 #include "support/Visitor.h"
 #include "support/Widgets.h"
 
@@ -53,10 +53,35 @@ bool isPrivate(const std::filesystem::path& path) {
 
 /// Whether the index stands before the pictures, so that a player can begin before it has the whole file.
 bool playsProgressively(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  const auto bytes = contentsOf(path);
   return bytes.find("moov") < bytes.find("mdat");
 }
+
+/// A desktop's sensor service that tells one orientation, on that bus.
+class FakeSensor {
+ public:
+  explicit FakeSensor(std::string orientation) : orientation_(std::move(orientation)) {
+    service_.add(
+        "/net/hadess/SensorProxy",
+        "<interface name='net.hadess.SensorProxy'><method name='ClaimAccelerometer'/><method "
+        "name='ReleaseAccelerometer'/>"
+        "<property name='AccelerometerOrientation' type='s' access='read'/></interface>",
+        [this](auto&, auto*) {
+          claimed_ = true;
+          return g_variant_new("()");
+        },
+        [this] { return g_variant_new_string(orientation_.c_str()); });
+    service_.own("net.hadess.SensorProxy");
+  }
+
+  /// Whether somebody asked it to watch, and so knows the orientation.
+  bool isClaimed() const { return claimed_; }
+
+ private:
+  const std::string orientation_;
+  bool claimed_ = false;
+  BusService service_{g_getenv("DBUS_SYSTEM_BUS_ADDRESS")};
+};
 
 class CaptureTest : public CameraFixture {
  protected:
@@ -254,8 +279,6 @@ TEST_F(CaptureTest, TheOtherCameraTakesThePictureAfterASwitch) {
 TEST_F(CaptureTest, APhoneHeldSidewaysShowsEveryControlAtTheLargestText) {
   auto* const window = hostWindow().gtkWindow();
   auto* const settings = gtk_settings_get_default();
-  int usual = 0;
-  g_object_get(settings, "gtk-xft-dpi", &usual, nullptr);
   g_object_set(settings, "gtk-xft-dpi", 96 * 1024 * 2, nullptr);
   gtk_window_set_default_size(window, 640, 360);
   openLive();
@@ -270,7 +293,7 @@ TEST_F(CaptureTest, APhoneHeldSidewaysShowsEveryControlAtTheLargestText) {
   ASSERT_TRUE(waitForReview());
   EXPECT_TRUE(wait([&] { return isInside(button("重拍")); }, hangs));
   EXPECT_TRUE(wait([&] { return isInside(button("使用")); }, hangs));
-  g_object_set(settings, "gtk-xft-dpi", usual, nullptr);
+  gtk_settings_reset_property(settings, "gtk-xft-dpi");
 }
 
 }  // namespace

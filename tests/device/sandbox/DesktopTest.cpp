@@ -7,6 +7,7 @@
 
 #include "device/photos/FakeMedia.h"
 #include "support/TemporaryFolder.h"
+#include "support/VideoFiles.h"
 #include "support/Visitor.h"
 
 #include "orivex/platform/Platform.h"
@@ -19,11 +20,6 @@ namespace orivex::gtk {
 namespace {
 
 constexpr double patience = 20;
-
-std::string readAll(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// An application outside the sandbox that opens everything, and what it was started with.
 class Opener {
@@ -44,7 +40,7 @@ class Opener {
 
   std::string waitForOpened() const {
     EXPECT_TRUE(wait([&] { return std::filesystem::exists(got_); }, patience));
-    return readAll(got_);
+    return contentsOf(got_);
   }
 
  private:
@@ -80,7 +76,8 @@ class SandboxedHostTest : public ::testing::Test {
 };
 
 TEST_F(SandboxedHostTest, WithoutFoldersPhotosAreChosenInTheDesktopsChooserAtOnce) {
-  if (readAll("/proc/self/mounts").find("fuse.portal") == std::string::npos) GTEST_SKIP() << "nothing can be lent here";
+  if (contentsOf("/proc/self/mounts").find("fuse.portal") == std::string::npos)
+    GTEST_SKIP() << "nothing can be lent here";
   const auto photo = std::filesystem::path(g_get_home_dir()) / "photo.png";
   std::ofstream(photo) << pictureData(64, 48, 0x4080c0ff, "png");
   int resigned = 0;
@@ -95,7 +92,7 @@ TEST_F(SandboxedHostTest, WithoutFoldersPhotosAreChosenInTheDesktopsChooserAtOnc
   ASSERT_TRUE(wait([&] { return selected.has_value(); }, patience));
   const auto chosen = selected->items.at(0).file.filePath().value_or("");
   EXPECT_NE(chosen, photo) << "it was not lent";
-  EXPECT_EQ(readAll(chosen), readAll(photo));
+  EXPECT_EQ(contentsOf(chosen), contentsOf(photo));
   EXPECT_EQ(resigned, 0) << "the visitor was at the chooser of this application all the time";
 }
 
@@ -111,7 +108,7 @@ TEST_F(SandboxedHostTest, AFileOpensInWhatTheVisitorChooses) {
   ASSERT_TRUE(platform_.documentInteraction.presentOptionsMenu(Url::fromFilePath(note.string()), {}, *visitor_.view()));
   waitForDesktop();
   confirm();
-  EXPECT_EQ(readAll(opener.waitForOpened()), "x");
+  EXPECT_EQ(contentsOf(opener.waitForOpened()), "x");
 }
 
 TEST_F(SandboxedHostTest, TheQuestionForTheMicrophoneIsTheApplicationsOwn) {

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "PageFixture.h"
 #include "support/TemporaryFolder.h"
+#include "support/VideoFiles.h"
 #include "web/PageDownloads.h"
 
 namespace orivex::gtk {
@@ -45,12 +45,6 @@ class Download : public PageFixture {
     }
     std::sort(names.begin(), names.end());
     return names;
-  }
-
-  static std::string contentsOf(const std::filesystem::path& path) {
-    std::stringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
   }
 
   TemporaryFolder folder_;

@@ -1,10 +1,9 @@
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <sys/stat.h>
 
 #include "PageFixture.h"
+#include "support/VideoFiles.h"
 
 namespace orivex::gtk {
 namespace {
@@ -21,9 +20,7 @@ class HostilePage : public PageFixture {
   /// Whether some file below `folder` contains `text`.
   static bool isOnDisk(const std::filesystem::path& folder, const std::string& text) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-      std::stringstream contents;
-      if (entry.is_regular_file()) contents << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-      if (contents.str().find(text) != std::string::npos) return true;
+      if (entry.is_regular_file() && contentsOf(entry.path()).find(text) != std::string::npos) return true;
     }
     return false;
   }
