@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "GHandles.h"
-#include "Reply.h"
+#include "http/GHandles.h"
+#include "http/Reply.h"
 
 namespace orivex::devserver {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <libsoup/soup.h>
 
-#include "ChatSocket.h"
-#include "Faults.h"
-#include "RequestLog.h"
+#include "conversation/ChatSocket.h"
+#include "faults/Faults.h"
+#include "http/RequestLog.h"
 
 namespace orivex::devserver {
 

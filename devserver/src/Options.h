@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Faults.h"
+#include "faults/Faults.h"
 
 namespace orivex::devserver {
 

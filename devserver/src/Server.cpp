@@ -1,6 +1,6 @@
 #include "Server.h"
 
-#include "GHandles.h"
+#include "http/GHandles.h"
 
 namespace orivex::devserver {
 namespace {

@@ -5,17 +5,17 @@
 
 #include <libsoup/soup.h>
 
-#include "ChatPage.h"
-#include "ChatSocket.h"
 #include "ControlRoute.h"
-#include "Faults.h"
-#include "FileRoute.h"
-#include "FileStore.h"
-#include "GHandles.h"
 #include "Options.h"
-#include "RequestLog.h"
-#include "Tokens.h"
-#include "UploadRoute.h"
+#include "conversation/ChatSocket.h"
+#include "faults/Faults.h"
+#include "http/GHandles.h"
+#include "http/RequestLog.h"
+#include "http/Tokens.h"
+#include "page/ChatPage.h"
+#include "uploads/FileRoute.h"
+#include "uploads/FileStore.h"
+#include "uploads/UploadRoute.h"
 
 namespace orivex::devserver {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
-#include "GHandles.h"
-#include "Reply.h"
+#include "../http/GHandles.h"
+#include "../http/Reply.h"
 
 namespace orivex::devserver {
 namespace {

@@ -6,9 +6,9 @@
 
 #include <libsoup/soup.h>
 
-#include "Faults.h"
+#include "../faults/Faults.h"
+#include "../http/Tokens.h"
 #include "PageFolder.h"
-#include "Tokens.h"
 
 namespace orivex::devserver {
 

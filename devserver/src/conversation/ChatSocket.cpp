@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "FaultyReply.h"
-#include "Reply.h"
+#include "../faults/FaultyReply.h"
+#include "../http/Reply.h"
 
 namespace orivex::devserver {
 namespace {

@@ -6,9 +6,9 @@
 
 #include <sys/socket.h>
 
-#include "GHandles.h"
-#include "Reply.h"
-#include "RequestLog.h"
+#include "../http/GHandles.h"
+#include "../http/Reply.h"
+#include "../http/RequestLog.h"
 
 namespace orivex::devserver {
 namespace {
@@ -62,7 +62,7 @@ void redirectToSelf(SoupServerMessage* message) {
   soup_server_message_set_redirect(message, SOUP_STATUS_FOUND, target.c_str());
 }
 
-void strike(SoupServerMessage* message, const Fault& fault) {
+void answerWithFault(SoupServerMessage* message, const Fault& fault) {
   switch (fault.kind) {
     case FaultKind::Status:
       return answerStatus(message, fault);
@@ -118,7 +118,7 @@ void answerWithPlan(SoupServerMessage* message, const FaultPlan& plan, std::func
   if (plan.fault) noteInLog(message, "fault", toJson(*plan.fault).at("kind"));
   auto answer = [message, fault = plan.fault, normal = std::move(normal)] {
     if (fault)
-      strike(message, *fault);
+      answerWithFault(message, *fault);
     else
       normal();
   };

@@ -4,7 +4,7 @@
 #include <array>
 #include <initializer_list>
 
-#include "GHandles.h"
+#include "../http/GHandles.h"
 
 namespace orivex::devserver {
 namespace {

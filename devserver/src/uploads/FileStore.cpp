@@ -7,7 +7,7 @@
 
 #include <gio/gio.h>
 
-#include "GHandles.h"
+#include "../http/GHandles.h"
 
 namespace orivex::devserver {
 namespace {

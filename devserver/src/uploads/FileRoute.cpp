@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "GHandles.h"
-#include "Reply.h"
+#include "../http/GHandles.h"
+#include "../http/Reply.h"
 
 namespace orivex::devserver {
 namespace {

@@ -8,10 +8,10 @@
 #include <string>
 #include <string_view>
 
-#include "FaultyReply.h"
-#include "GHandles.h"
-#include "Reply.h"
-#include "RequestLog.h"
+#include "../faults/FaultyReply.h"
+#include "../http/GHandles.h"
+#include "../http/Reply.h"
+#include "../http/RequestLog.h"
 
 namespace orivex::devserver {
 namespace {

@@ -8,11 +8,11 @@
 
 #include <libsoup/soup.h>
 
+#include "../faults/Faults.h"
+#include "../http/GHandles.h"
+#include "../http/Tokens.h"
 #include "Agent.h"
 #include "Conversation.h"
-#include "Faults.h"
-#include "GHandles.h"
-#include "Tokens.h"
 
 namespace orivex::devserver {
 

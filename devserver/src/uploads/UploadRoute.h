@@ -4,9 +4,9 @@
 
 #include <libsoup/soup.h>
 
-#include "Faults.h"
+#include "../faults/Faults.h"
+#include "../http/Tokens.h"
 #include "FileStore.h"
-#include "Tokens.h"
 
 namespace orivex::devserver {
 

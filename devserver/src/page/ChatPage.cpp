@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "FaultyReply.h"
-#include "GHandles.h"
-#include "Reply.h"
+#include "../faults/FaultyReply.h"
+#include "../http/GHandles.h"
+#include "../http/Reply.h"
 
 namespace orivex::devserver {
 namespace {
