@@ -6,8 +6,8 @@
 
 #include <glib-unix.h>
 
-#include "OrderCard.h"
-#include "Texts.h"
+#include "base/Texts.h"
+#include "chat/OrderCard.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/base/Language.h"

@@ -5,12 +5,12 @@
 
 #include <adwaita.h>
 
-#include "ChatLauncher.h"
-#include "DemoServer.h"
 #include "DemoWindow.h"
-#include "Options.h"
 #include "PositionReporter.h"
-#include "Settings.h"
+#include "chat/ChatLauncher.h"
+#include "chat/DemoServer.h"
+#include "settings/Options.h"
+#include "settings/Settings.h"
 
 namespace orivex::demo {
 

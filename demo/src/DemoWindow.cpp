@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Style.h"
-#include "Texts.h"
+#include "base/Texts.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/ui/NavigationController.h"

@@ -7,13 +7,13 @@
 
 #include <adwaita.h>
 
-#include "EventRecorder.h"
-#include "EventsPage.h"
-#include "GObjects.h"
 #include "PhoneFrame.h"
-#include "Settings.h"
-#include "SettingsPage.h"
-#include "ShopPage.h"
+#include "base/GObjects.h"
+#include "chat/EventRecorder.h"
+#include "chat/EventsPage.h"
+#include "settings/Settings.h"
+#include "settings/SettingsPage.h"
+#include "shop/ShopPage.h"
 
 namespace orivex {
 class ViewController;

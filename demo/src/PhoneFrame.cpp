@@ -1,6 +1,6 @@
 #include "PhoneFrame.h"
 
-#include "GObjects.h"
+#include "base/GObjects.h"
 
 namespace orivex::demo {
 namespace {

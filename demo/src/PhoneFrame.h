@@ -2,7 +2,7 @@
 
 #include <gtk/gtk.h>
 
-#include "Settings.h"
+#include "settings/Settings.h"
 
 namespace orivex::demo {
 

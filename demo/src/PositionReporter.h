@@ -7,7 +7,7 @@
 
 #include <adwaita.h>
 
-#include "EventRecorder.h"
+#include "chat/EventRecorder.h"
 
 namespace orivex::demo {
 

@@ -2,7 +2,7 @@
 
 #include <adwaita.h>
 
-#include "GObjects.h"
+#include "base/GObjects.h"
 
 namespace orivex::demo {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "DemoServer.h"
+#include "chat/DemoServer.h"
 
 namespace orivex::demo {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Options.h"
+#include "settings/Options.h"
 
 namespace orivex::demo {
 namespace {

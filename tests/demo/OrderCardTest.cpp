@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "GObjects.h"
-#include "OrderCard.h"
+#include "base/GObjects.h"
+#include "chat/OrderCard.h"
 
 namespace orivex::demo {
 namespace {

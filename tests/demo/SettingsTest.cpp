@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Settings.h"
+#include "settings/Settings.h"
 #include "support/TemporaryFolder.h"
 
 namespace orivex::demo {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "Settings.h"
+#include "../settings/Settings.h"
 
 #include "orivex/sdk/OrivexSDK.h"
 

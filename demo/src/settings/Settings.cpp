@@ -4,7 +4,7 @@
 #include <iostream>
 #include <utility>
 
-#include "GObjects.h"
+#include "../base/GObjects.h"
 
 namespace orivex::demo {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "GObjects.h"
+#include "../base/GObjects.h"
 
 namespace orivex::demo {
 

@@ -1,6 +1,6 @@
 #include "Order.h"
 
-#include "Texts.h"
+#include "../base/Texts.h"
 
 namespace orivex::demo {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "Order.h"
+#include "../shop/Order.h"
 
 #include "orivex/sdk/OrivexSDK.h"
 

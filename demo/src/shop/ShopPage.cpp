@@ -2,8 +2,8 @@
 
 #include <adwaita.h>
 
-#include "GObjects.h"
-#include "Texts.h"
+#include "../base/GObjects.h"
+#include "../base/Texts.h"
 
 namespace orivex::demo {
 namespace {

@@ -1,7 +1,7 @@
 #include "OrderCard.h"
 
-#include "GObjects.h"
-#include "Texts.h"
+#include "../base/GObjects.h"
+#include "../base/Texts.h"
 
 namespace orivex::demo {
 namespace {
