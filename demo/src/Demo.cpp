@@ -77,7 +77,7 @@ void Demo::startServer() {
     std::cout << "server " << server_->address() << std::endl;
   } catch (const std::runtime_error& error) {
     std::cerr << error.what() << '\n';
-    window_->tell(text("聊天服务器没有启动", "The chat server did not start"));
+    window_->showToast(text("聊天服务器没有启动", "The chat server did not start"));
   }
 }
 
@@ -85,7 +85,7 @@ void Demo::contact() {
   const auto& shop = window_->shop();
   const auto server = settings_.server.empty() && server_ ? server_->address() : settings_.server;
   if (server.empty()) {
-    window_->tell(text("请先在设置中填写服务器地址", "Enter a server’s address in the settings first"));
+    window_->showToast(text("请先在设置中填写服务器地址", "Enter a server’s address in the settings first"));
     return;
   }
   launcher_->open(server, settings_, shop.bringsOrder() ? cardOf(shop.order()) : nullptr);

@@ -143,7 +143,7 @@ void DemoWindow::pageChanged(GObject* /*stack*/, GParamSpec* /*property*/) {
   adw_view_stack_page_set_badge_number(eventsTab_, 0);
 }
 
-void DemoWindow::tell(const std::string& message) {
+void DemoWindow::showToast(const std::string& message) {
   auto* const toast = adw_toast_new("");
   const CharPtr escaped(g_markup_escape_text(message.c_str(), -1));
   adw_toast_set_title(toast, escaped.get());

@@ -47,7 +47,7 @@ class DemoWindow {
   void show(const ConversationEvent& event);
 
   /// Says something to the customer for a few seconds.
-  void tell(const std::string& message);
+  void showToast(const std::string& message);
 
  private:
   void buildContent();

@@ -63,7 +63,7 @@ bool canBeClicked(OVKFApi& chat) {
 PositionReporter::PositionReporter(AdwApplicationWindow* window, std::function<std::shared_ptr<OVKFApi>()> chat)
     : window_(window), chat_(std::move(chat)) {
   const auto tick = [](gpointer self) noexcept -> gboolean {
-    static_cast<PositionReporter*>(self)->look();
+    static_cast<PositionReporter*>(self)->update();
     return G_SOURCE_CONTINUE;
   };
   timer_ = g_timeout_add(period, tick, this);
@@ -89,7 +89,7 @@ bool PositionReporter::take(const ConversationEvent& event) {
   return true;
 }
 
-void PositionReporter::look() {
+void PositionReporter::update() {
   Controls found;
   addNamed(GTK_WIDGET(window_), found);
   addDialog(found);

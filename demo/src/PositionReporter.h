@@ -35,7 +35,7 @@ class PositionReporter {
  private:
   using Controls = std::map<std::string, std::string>;
 
-  void look();
+  void update();
   void addNamed(GtkWidget* widget, Controls& found) const;
   void addDialog(Controls& found) const;
   static void report(Controls& known, Controls found);
