@@ -41,12 +41,12 @@ WebEngineHandlers ChatNavigation::handlers() {
 
 void ChatNavigation::started() {
   log::debugPrint("Start Loading");
-  const auto tellWhenLate = [this] {
+  const auto reportTimeout = [this] {
     if (!screen_.view()->isShowing() || screen_.isLoaded()) return;
     events_.failed(ChatFailure::Cause::timedOut);
     OVKFApiHelper::showMessage(screen_.view(), tr("服务请求超时"), messageSeconds);
   };
-  Platform::current().mainQueue.asyncAfter(watchdogSeconds, guarded(screen_, tellWhenLate));
+  Platform::current().mainQueue.asyncAfter(watchdogSeconds, guarded(screen_, reportTimeout));
 }
 
 void ChatNavigation::committed() {

@@ -24,7 +24,7 @@ bool isShownBefore(const MediaItemPtr& one, const MediaItemPtr& other) {
   return one->modified != other->modified ? one->modified > other->modified : one->path < other->path;
 }
 
-void tellNamesakesApart(std::vector<Album>& albums) {
+void disambiguateNames(std::vector<Album>& albums) {
   std::map<std::string, int> uses;
   for (const auto& album : albums) ++uses[album.name];
   for (auto& album : albums) {
@@ -55,7 +55,7 @@ MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots
     const std::string path(folder);
     albums_.push_back({albumName(path, roots), path, std::move(inside)});
   }
-  tellNamesakesApart(albums_);
+  disambiguateNames(albums_);
 }
 
 }  // namespace orivex::gtk
