@@ -65,7 +65,7 @@ TEST_F(HiddenScreenTest, TakesAlongWhatItHasOpened) {
 }
 
 TEST_F(HiddenScreenTest, NeitherUploadsNorShowsNorKeepsWhatComesTooLate) {
-  device_.httpClient().setUploadServer([](const UploadRequest&) { return VirtualUploadReply::respond(503, "", 2); });
+  serveUploads(VirtualUploadReply::respond(503, "", 2));
   post("openDocumentPicker");
   device_.documentPicker().pick({file("a.pdf")});
   hide(true);
@@ -83,7 +83,7 @@ TEST_F(HiddenScreenTest, NeitherUploadsNorShowsNorKeepsWhatComesTooLate) {
 }
 
 TEST_F(HiddenScreenTest, OffersNothingAgain) {
-  device_.httpClient().setUploadServer([](const UploadRequest&) { return VirtualUploadReply::respond(503, "x", 1); });
+  serveUploads(VirtualUploadReply::respond(503, "x", 1));
   const auto fail = [&] {
     post("openDocumentPicker");
     device_.documentPicker().pick({file("a.pdf")});

@@ -158,7 +158,7 @@ TEST_F(LibraryPickingTest, AVideoThatWasNotStoredIsKeptAndArrivesByItselfWhenItI
   EXPECT_FALSE(device_.progressOverlay().offered());
   EXPECT_EQ(device_.fileManager().removed(), Lines{*recorded.file.filePath()});
 
-  device_.httpClient().setUploadServer([](const UploadRequest&) { return VirtualUploadReply::fail("no network"); });
+  serveUploads(VirtualUploadReply::fail("no network"));
   const auto dropped = video("MOV2.mp4");
   EXPECT_EQ(capture(dropped), Lines{});
   OverlayOffer(*device_.progressOverlay().offered()).drop();

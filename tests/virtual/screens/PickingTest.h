@@ -1,11 +1,9 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
 
 #include "ChatScreenTest.h"
+#include "support/TemporaryFolder.h"
 
 #include "orivex/session/OVKFApiManager.h"
 
@@ -15,16 +13,12 @@ namespace orivex::testing {
 class PickingTest : public ChatScreenTest {
  protected:
   PickingTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "picking-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     device_.runUntilIdle();
     log_.take();
   }
-  ~PickingTest() override { std::filesystem::remove_all(folder_); }
 
   std::string file(const std::string& name, std::size_t size = 3) {
-    const auto path = folder_ / name;
-    std::ofstream(path).put('x');
+    const auto path = temporary_.write(name, "x");
     std::filesystem::resize_file(path, size);
     return path.string();
   }
@@ -45,15 +39,14 @@ class PickingTest : public ChatScreenTest {
   }
 
   /// A server that takes each file and answers after `seconds`.
-  void store(double seconds) {
-    device_.httpClient().setUploadServer([seconds](const UploadRequest&) { return stored(seconds); });
-  }
+  void store(double seconds) { serveUploads(stored(seconds)); }
   static VirtualUploadReply stored(double seconds) {
     return VirtualUploadReply::respond(200, R"({"url":"u","inputContentType":"a","actualContentType":"b"})", seconds);
   }
 
   std::shared_ptr<OVKFApi> screen_ = present();
-  std::filesystem::path folder_;
+  const TemporaryFolder temporary_;
+  const std::filesystem::path& folder_ = temporary_.path();
 };
 
 }  // namespace orivex::testing

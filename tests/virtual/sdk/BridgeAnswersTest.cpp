@@ -26,10 +26,8 @@ class BridgeAnswersTest : public ChatScreenTest {
   /// Lets the page record for 2.5 seconds; the clip is then on its way to the server for one more.
   void speak(OVKFApi& screen) {
     device_.recordPermission().remember(true);
-    device_.httpClient().setUploadServer([](const UploadRequest&) {
-      return VirtualUploadReply::respond(
-          200, R"({"url":"https://u/c.wav","inputContentType":"audio/wav","actualContentType":"audio/wav"})", 1);
-    });
+    serveUploads(VirtualUploadReply::respond(
+        200, R"({"url":"https://u/c.wav","inputContentType":"audio/wav","actualContentType":"audio/wav"})", 1));
     pageOf(screen).post("recording", R"({"deviceId":"d","action":"start"})");
     device_.advance(2.5);
     pageOf(screen).post("recording", R"({"deviceId":"d","action":"end"})");

@@ -3,7 +3,7 @@
 namespace orivex::testing {
 namespace {
 
-class ClosingTest : public ChatScreenTest {};
+using ClosingTest = ChatScreenTest;
 
 TEST_F(ClosingTest, SendsTheScreenAwayHoweverItIsShown) {
   using Show = std::function<void(const std::shared_ptr<OVKFApi>&)>;
@@ -65,8 +65,7 @@ TEST_F(ClosingTest, DoesNothingToAScreenThatDoesNotShow) {
   neverShown->close();
   EXPECT_FALSE(neverShown->isViewLoaded());
 
-  const auto covered = present();
-  device_.runUntilIdle();
+  const auto covered = presentChecked();
   hostStack_->dismiss(false);
   covered->close();
   const auto another = push();

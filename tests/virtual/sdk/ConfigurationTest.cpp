@@ -68,16 +68,13 @@ TEST(VirtualDeviceTest, EndsWhatAManagerHolds) {
   EXPECT_TRUE(recording->destroyed);
 }
 
-class VersionTest : public DeviceTest {};
+using VersionTest = DeviceTest;
 
-TEST_F(VersionTest, ComesFromTheComponentsBundleAndNotTheHosts) {
+TEST_F(VersionTest, ComesFromTheComponentsBundleAndIsEmptyWithoutOne) {
   device_.componentBundle().setInfoDictionary(
       InfoDictionary{{"CFBundleShortVersionString", "2.1.0"}, {"CFBundleVersion", "15"}});
   EXPECT_EQ(OVKFApi::getSDKVersion(true), "2.1.0");
   EXPECT_EQ(OVKFApi::getSDKVersion(false), "2.1.0.15");
-}
-
-TEST_F(VersionTest, IsEmptyWithoutInformation) {
   device_.componentBundle().setMissing(true);
   EXPECT_EQ(OVKFApi::getSDKVersion(true), "");
   EXPECT_EQ(OVKFApi::getSDKVersion(false), "");

@@ -5,7 +5,7 @@
 namespace orivex::testing {
 namespace {
 
-class LifeCycleTest : public ChatScreenTest {};
+using LifeCycleTest = ChatScreenTest;
 
 TEST_F(LifeCycleTest, OwnsTheHostsChromeWhilePushed) {
   const struct {

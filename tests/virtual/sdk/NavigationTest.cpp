@@ -6,7 +6,7 @@ namespace {
 constexpr const char* timedOut = "服务请求超时";
 constexpr const char* failed = "请求失败,请稍后重试";
 
-class NavigationTest : public ChatScreenTest {};
+using NavigationTest = ChatScreenTest;
 
 TEST_F(NavigationTest, TellsASlowOrFailedLoad) {
   struct Event {
@@ -78,8 +78,7 @@ TEST_F(NavigationTest, DoesNotTellAVisitorWhoHasLeftOfAPageThatNobodyWaitsFor) {
 }
 
 TEST_F(NavigationTest, LogsEachStepOfALoad) {
-  const auto screen = present();
-  device_.runUntilIdle();
+  const auto screen = presentChecked();
   auto& page = pageOf(*screen);
   const auto address = "\"URL: " + *page.requestedUrl() + '"';
   log_.take();
@@ -104,8 +103,7 @@ TEST_F(NavigationTest, LogsEachStepOfALoad) {
 }
 
 TEST_F(NavigationTest, LetsThePageGoAnywhere) {
-  const auto screen = present();
-  device_.runUntilIdle();
+  const auto screen = presentChecked();
   auto& page = pageOf(*screen);
   for (const auto* address : {"mailto:a@b.example", "file:///etc/hosts", "tel:1", "weixin://pay", "about:blank"}) {
     const auto before = page.scripts().size();
@@ -127,8 +125,7 @@ TEST_F(NavigationTest, HasNoAddressToLogForANavigationWithoutOne) {
 }
 
 TEST_F(NavigationTest, AFirstLoadThatIsLedOutOfHttpsEnds) {
-  const auto screen = present();
-  device_.runUntilIdle();
+  const auto screen = presentChecked();
   auto& page = pageOf(*screen);
   const auto messageAfterRedirect = [&](const std::string& from, const std::string& to) {
     screen->webView()->load({*Url::parse(from), 5, {}});

@@ -74,8 +74,7 @@ TEST_F(PageOriginTest, OnlyTheChatsOwnDocumentsAreServed) {
 }
 
 TEST_F(PageOriginTest, AForeignPageCanOpenLinksAnnounceItselfAndGoBack) {
-  const auto screen = present();
-  device_.runUntilIdle();
+  const auto screen = presentChecked();
   goTo(*screen, "https://chat.example/");
   goTo(*screen, "https://evil.example/");
   auto& page = pageOf(*screen);
@@ -90,8 +89,7 @@ TEST_F(PageOriginTest, AForeignPageCanOpenLinksAnnounceItselfAndGoBack) {
 }
 
 TEST_F(PageOriginTest, AnAnswerReachesOnlyTheOriginThatAsked) {
-  const auto screen = present();
-  device_.runUntilIdle();
+  const auto screen = presentChecked();
   device_.imageCodec().put("/p.jpg", {"p", {1, 1}});
   const auto answers = [&] {
     const auto& scripts = pageOf(*screen).scripts();

@@ -100,17 +100,12 @@ TEST_F(DebugConsolesTest, FollowTheSwitchesAndImperialUnits) {
     Lines expected;
   } cases[] = {
       {false, false, {}, {}, {}},
-      {true, false, {}, {}, {vConsoleScript}},
       {false, true, {}, {}, {erudaScript}},
       {true, true, {}, {}, {vConsoleScript, erudaScript}},
       {false, false, "Inches", "Fahrenheit", {erudaScript}},
-      {true, false, "Inches", "Fahrenheit", {vConsoleScript, erudaScript}},
       {false, false, "Inches", "Celsius", {}},
       {false, false, "Centimeters", "Fahrenheit", {}},
-      {false, false, "Inches", {}, {}},
-      {false, false, {}, "Fahrenheit", {}},
       {false, false, "inches", "fahrenheit", {}},
-      {false, true, "Inches", {}, {erudaScript}},
   };
   auto& defaults = device_.userDefaults();
   const auto set = [&](const char* key, const Unit& unit) {

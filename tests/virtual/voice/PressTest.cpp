@@ -99,15 +99,12 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"start end allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start cancel allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start leave allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
-        Case{"start close allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start destroy allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start refuse", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start end start allow", "1 made, 1 open, 0 removed, 0 sent, 0 answered, volumn"},
         Case{"start hold allow", "1 made, 1 open, 0 removed, 0 sent, 0 answered, cancel"},
-        Case{"start hold end start allow", "1 made, 1 open, 0 removed, 0 sent, 0 answered, volumn"},
         // The permission of an earlier press must not make this one look like a recording.
         Case{"start allow 2 end start end allow 5", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
-        Case{"start allow 2 end start cancel allow 5", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
         Case{"start allow 2 end start leave 1", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -115,7 +112,6 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Case{"start allow 0.9 end", "1 made, 1 open, 1 removed, 0 sent, 0 answered, timeTooShort"},
         Case{"start allow 0.9 end 1", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
-        Case{"start allow 0.9 end cancel", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
         Case{"start allow 0.9 end start allow 1", "2 made, 1 open, 1 removed, 0 sent, 0 answered, volumn"},
         Case{"start allow 1.2 end", "1 made, 0 open, 0 removed, 1 sent, 0 answered, hidden"},
         Case{"start allow 1.2 end 1 end 5", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
@@ -135,12 +131,10 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"start allow 2 cancel 5 start allow 0.5 end",
                            "2 made, 1 open, 2 removed, 0 sent, 0 answered, timeTooShort"},
                       Case{"start allow 2 leave end 1", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
-                      Case{"start allow 2 close", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
                       Case{"start allow 2 destroy", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
                       Case{"start allow 2 crash", "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden"},
                       // What was good stays good.
                       Case{"start allow 2 end leave 1", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
-                      Case{"start allow 2 end close", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
                       Case{"start allow 2 end destroy 1", "1 made, 0 open, 1 removed, 1 sent, 0 answered, hidden"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -250,12 +244,12 @@ TEST_F(PressTest, AnotherChatScreenTakesTheOverlayAndGivesItBack) {
 
 TEST_F(PressTest, TheLevelFollowsTheMicrophoneTenTimesASecond) {
   const auto height = [] {
-    return RecordManager::shared().recordingView()->viewWithTag(RecordingView::levelTag)->frame().height;
+    const auto level = RecordManager::shared().recordingView()->viewWithTag(RecordingView::levelTag)->frame();
+    EXPECT_EQ(level, (Rect{87, 85 - level.height, 20, level.height})) << "it rises from its bottom edge";
+    return level.height;
   };
   device_.audioSession().setPeakPower(0);
-  play("start allow");
-  EXPECT_EQ(height(), 0);
-  play("0.09");
+  play("start allow 0.09");
   EXPECT_EQ(height(), 0);
   play("0.01");
   EXPECT_EQ(height(), 41.25);

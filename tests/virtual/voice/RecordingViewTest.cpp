@@ -6,10 +6,6 @@
 namespace orivex::testing {
 namespace {
 
-const ImageView* imageOf(const View& view, std::size_t index) {
-  return index < view.subviews().size() ? dynamic_cast<ImageView*>(view.subviews()[index].get()) : nullptr;
-}
-
 TEST(RecordingViewTest, ShowsOnePictureAndOneCaptionPerState) {
   const struct {
     RecordingState state;
@@ -25,7 +21,7 @@ TEST(RecordingViewTest, ShowsOnePictureAndOneCaptionPerState) {
   for (const auto& row : cases) {
     SCOPED_TRACE(row.image);
     for (int twice = 0; twice < 2; ++twice) view->setRecordingState(row.state);
-    const auto* const image = imageOf(*view, 0);
+    const auto* const image = dynamic_cast<ImageView*>(view->subviews().front().get());
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->imageName(), row.image);
     EXPECT_EQ(image->frame(), row.frame);
@@ -34,19 +30,6 @@ TEST(RecordingViewTest, ShowsOnePictureAndOneCaptionPerState) {
     EXPECT_EQ(caption->text(), row.caption);
     EXPECT_TRUE(caption->isAnnounced());
     EXPECT_EQ(view->subviews().size(), row.state == RecordingState::volumn ? 3U : 2U);
-  }
-}
-
-TEST(RecordingViewTest, RaisesTheLevelFromItsBottomEdge) {
-  const auto view = RecordingView::make();
-  const auto* const level = imageOf(*view, 1);
-  ASSERT_NE(level, nullptr);
-  EXPECT_EQ(level->frame(), (Rect{87, 52, 20, 33}));
-  const std::pair<float, double> volumes[] = {{0.5F, 20.625}, {0, 0}, {1, 41.25}, {0.25F, 10.3125}, {0, 0}};
-  for (const auto& [volume, height] : volumes) {
-    view->setVolume(volume);
-    EXPECT_EQ(view->volume(), volume);
-    EXPECT_EQ(level->frame(), (Rect{87, 85 - height, 20, height}));
   }
 }
 

@@ -14,10 +14,8 @@ namespace orivex::testing {
 class VoiceTest : public ChatScreenTest {
  protected:
   VoiceTest() {
-    device_.httpClient().setUploadServer([](const UploadRequest&) {
-      return VirtualUploadReply::respond(
-          200, R"({"url":"https://u/c.wav","inputContentType":"audio/wav","actualContentType":"audio/wav"})", 0.5);
-    });
+    serveUploads(VirtualUploadReply::respond(
+        200, R"({"url":"https://u/c.wav","inputContentType":"audio/wav","actualContentType":"audio/wav"})", 0.5));
     device_.runUntilIdle();
     log_.take();
   }
