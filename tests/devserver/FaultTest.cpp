@@ -28,10 +28,7 @@ TEST(Faults, SpoilThePageAndTheUploadAlike) {
   };
   const Case cases[] = {
       {"status=401", R"({"msg":"Unauthorized"})", 401, End::Closed},
-      {"status=404,msg=没有这一页", R"({"msg":"没有这一页"})", 404, End::Closed},
-      {"status=503", R"({"msg":"Service Unavailable"})", 503, End::Closed},
       {"status=400,body={}", "{}", 400, End::Closed},
-      {"status=201", R"({"msg":"Created"})", 201, End::Closed},
       {"msg=文件太大", R"({"msg":"文件太大"})", 400, End::Closed},
       {"msg=X,status=500", R"({"msg":"X"})", 500, End::Closed},
       {"brokenJson", R"({"url": "http://127)", 200, End::Closed},
@@ -92,18 +89,11 @@ TEST(Faults, AreAddedShownAndClearedAtRunTime) {
 
 TEST(Faults, AreRefusedWholeWhenOneIsWrong) {
   const ServerProcess server;
-  const char* bodies[] = {"",
-                          "nonsense",
-                          "7",
-                          "[7]",
-                          R"([{"target":"page","kind":"status"}, {"target":"page","kind":"melt"}])",
-                          R"({"target":1})",
-                          R"({"target":"page","kind":"latency","ms":"200"})",
-                          R"({"target":"page","kind":"latency","ms":1.5})",
-                          R"({"target":"page","kind":"status","times":-1})",
-                          R"({"target":"page","kind":"drop"})",
-                          R"({"kind":"msg"})"};
-  for (const char* body : bodies) {
+  for (const char* body :
+       {"", "nonsense", "7", "[7]", R"([{"target":"page","kind":"status"}, {"target":"page","kind":"melt"}])",
+        R"({"target":1})", R"({"target":"page","kind":"latency","ms":"200"})",
+        R"({"target":"page","kind":"latency","ms":1.5})", R"({"target":"page","kind":"status","times":-1})",
+        R"({"target":"page","kind":"drop"})", R"({"kind":"msg"})"}) {
     const auto reply = fetch(server.port(), {.method = "POST", .path = "/_dev/faults", .body = body});
     EXPECT_EQ(reply.status, 400) << body;
     EXPECT_TRUE(json::parse(reply.body).at("msg").is_string()) << body;
