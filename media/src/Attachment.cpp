@@ -79,7 +79,7 @@ class Batch : public std::enable_shared_from_this<Batch> {
     attachments_[index]->uploaded(std::get_if<UploadResposeModel>(&result));
     const auto* const failure = std::get_if<UploadFailure>(&result);
     if (!failure) return end();
-    log::debugPrint("Upload Failed: " + failure->message);
+    log::debugPrint("Upload Failed: " + failure->message, log::Level::warning);
     showAttachmentMessage(view_, failure->message);
     if (isShowing(view_)) {
       const auto again = std::make_shared<Batch>(Attachments{attachments_[index]}, target_, view_, answer_);

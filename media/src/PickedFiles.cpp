@@ -112,7 +112,7 @@ class Document final : public Attachment {
     const auto& registry = Platform::current().typeRegistry;
     const auto type = registry.typeIdentifier(path_);
     if (const auto* failure = std::get_if<Failure>(&type)) {
-      log::debugPrint("Error retrieving type identifier for file: " + failure->description);
+      log::debugPrint("Error retrieving type identifier for file: " + failure->description, log::Level::warning);
       return false;
     }
     return registry.conformsToImage(std::get<std::string>(type));
@@ -122,7 +122,7 @@ class Document final : public Attachment {
     constexpr double fullQuality = 1.0;
     const auto image = Platform::current().imageCodec.jpeg(path_, fullQuality);
     if (const auto* failure = std::get_if<Failure>(&image)) {
-      log::debugPrint("Error reading image: " + failure->description);
+      log::debugPrint("Error reading image: " + failure->description, log::Level::warning);
       return;
     }
     const auto& jpeg = std::get<JpegImage>(image);
@@ -194,7 +194,7 @@ class Media final : public Attachment {
   }
 
   void refuse(const char* chinese, const Failure& failure) {
-    log::debugPrint(failure.description);
+    log::debugPrint(failure.description, log::Level::warning);
     refusal = tr(chinese, {*description.name});
   }
 

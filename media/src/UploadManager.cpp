@@ -40,7 +40,7 @@ std::optional<Record> decodeReply(std::string_view body) {
   try {
     return decode<Record>(body);
   } catch (const DecodingError& error) {
-    log::debugPrint(std::string("Failed to decode JSON: ") + error.what());
+    log::debugPrint(std::string("Failed to decode JSON: ") + error.what(), log::Level::warning);
     return std::nullopt;
   }
 }
@@ -59,7 +59,8 @@ UploadResult refusal(const std::string& body) {
 
 UploadResult interpret(const UploadReply& reply) {
   if (reply.error) {
-    log::debugPrint("Upload ended by its connection: " + reply.error->description + " " + reply.error->detail);
+    log::debugPrint("Upload ended by its connection: " + reply.error->description + " " + reply.error->detail,
+                    log::Level::warning);
   }
   const auto& response = reply.response;
   if (!response || response->body.empty()) return UploadFailure{tr("未知错误")};

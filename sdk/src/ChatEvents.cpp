@@ -56,7 +56,8 @@ void ChatEvents::revealed() {
 void ChatEvents::failed(ChatFailure::Cause cause, const std::string& detail, int status) {
   const ChatFailure failure{cause, status, Platform::current().mainQueue.now() - startedAt_, detail};
   log::print("The chat at " + OVKFApiManager::shared().host + " failed after " +
-             doubleText(std::round(failure.seconds * 10) / 10) + " s: " + failure.message());
+                 doubleText(std::round(failure.seconds * 10) / 10) + " s: " + failure.message(),
+             log::Level::error);
   if (const auto delegate = screen_.conversionDelegate) delegate->failed(failure);
 }
 

@@ -106,13 +106,13 @@ void OVKFApi::startSession(const std::string& host, const std::string& entryId, 
                                 .bottomInset = window ? window->safeAreaInsets().bottom : 0,
                                 .payload = drain(store.elements)};
   const auto text = address.text();
-  log::debugPrint(text);
+  log::debugPrint(text, log::Level::trace);  // with the visitor's token
   auto url = Url::parse(text);
   hasAddress_ = url.has_value();
   if (url) {
     store.instanceURL = std::move(url);
   } else {
-    log::print("The chat page address does not parse: " + address.fault());
+    log::warning("The chat page address does not parse: " + address.fault());
   }
 }
 
@@ -141,7 +141,7 @@ void OVKFApi::signOut(const std::function<void(const std::optional<std::string>&
   store.elements.clear();
   store.guestId = std::nullopt;
   removeWebsiteData([done](const std::optional<Failure>& failure) {
-    if (failure) log::print("Error clearing website data: " + failure->description);
+    if (failure) log::warning("Error clearing website data: " + failure->description);
     if (done) done(failure ? std::optional(failure->description) : std::nullopt);
   });
 }
@@ -152,7 +152,7 @@ void OVKFApi::clearWebViewCache() {
   Platform::current().progressOverlay.setWindow(shownIn ? shownIn->weak_from_this() : std::weak_ptr<Window>());
   const auto tell = [](const std::optional<Failure>& failure) {
     if (!failure) return OVKFApiHelper::showNotice(tr("缓存清理完成"), cacheNoticeSeconds);
-    log::print("Error clearing website data: " + failure->description);
+    log::warning("Error clearing website data: " + failure->description);
     OVKFApiHelper::showMessage(tr("缓存清理失败"), cacheNoticeSeconds);
   };
   removeWebsiteData(tell);

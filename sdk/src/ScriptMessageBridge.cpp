@@ -30,10 +30,28 @@ constexpr std::size_t longestBody = std::size_t{8} << 20U;
 // Lets the page paint what it announced before the placeholder fades.
 constexpr double initLoadedDelay = 0.1;
 
-// The record in the body of a message; nothing when that is no object, and with a log line when it is another one.
+// How the log calls what a JSON text is.
+std::string_view kindOf(std::string_view json) {
+  switch (json.empty() ? '\0' : json.front()) {
+    case '{':
+      return "an object";
+    case '[':
+      return "an array";
+    case '"':
+      return "a string";
+    case 't':
+    case 'f':
+      return "a boolean";
+    case 'n':
+      return "null";
+    default:
+      return "a number";
+  }
+}
+
+// The record in the body of a message; nothing, with a log line, when it is another one.
 template <class Record>
 std::optional<Record> record(std::string_view body, const char* name) {
-  if (!body.starts_with('{')) return std::nullopt;
   try {
     return decode<Record>(body);
   } catch (const DecodingError& error) {
@@ -52,11 +70,11 @@ std::optional<std::string> scriptCall(std::string_view function, const Value& ar
     auto script = encode(argument, opening, closing);
     if (logged) {
       const auto length = script.size() - opening.size() - closing.size();
-      log::debugPrint(std::string_view(script).substr(opening.size(), length));
+      log::debugPrint(std::string_view(script).substr(opening.size(), length), log::Level::trace);
     }
     return script;
   } catch (const EncodingError& error) {
-    log::debugPrint(std::string("Error serializing JSON: ") + error.what());
+    log::debugPrint(std::string("Error serializing JSON: ") + error.what(), log::Level::warning);
     return std::nullopt;
   }
 }
@@ -64,17 +82,17 @@ std::optional<std::string> scriptCall(std::string_view function, const Value& ar
 }  // namespace
 
 const ScriptMessageBridge::Service ScriptMessageBridge::services[12] = {
-    {"trackEvent", &ScriptMessageBridge::trackEvent},
-    {"openUrl", &ScriptMessageBridge::openUrl, true, true},
-    {"openFile", &ScriptMessageBridge::openFile, false, true},
-    {"openCamera", &ScriptMessageBridge::pick<&ChatManager::openCamera>, false, true},
-    {"openPhotoLibraryPicker", &ScriptMessageBridge::pick<&ChatManager::openPhotoLibrary>, false, true},
-    {"openDocumentPicker", &ScriptMessageBridge::pick<&ChatManager::openDocumentPicker>, false, true},
-    {"initLoaded", &ScriptMessageBridge::initLoaded, true},
-    {"recording", &ScriptMessageBridge::recording, false, true},
-    {"goBack", &ScriptMessageBridge::goBack, true},
-    {"shortCut", &ScriptMessageBridge::shortCut},
-    {"message", &ScriptMessageBridge::message},
+    {"trackEvent", &ScriptMessageBridge::trackEvent, Body::object},
+    {"openUrl", &ScriptMessageBridge::openUrl, Body::string, true, true},
+    {"openFile", &ScriptMessageBridge::openFile, Body::string, false, true},
+    {"openCamera", &ScriptMessageBridge::pick<&ChatManager::openCamera>, Body::object, false, true},
+    {"openPhotoLibraryPicker", &ScriptMessageBridge::pick<&ChatManager::openPhotoLibrary>, Body::object, false, true},
+    {"openDocumentPicker", &ScriptMessageBridge::pick<&ChatManager::openDocumentPicker>, Body::object, false, true},
+    {"initLoaded", &ScriptMessageBridge::initLoaded, Body::any, true},
+    {"recording", &ScriptMessageBridge::recording, Body::object, false, true},
+    {"goBack", &ScriptMessageBridge::goBack, Body::any, true},
+    {"shortCut", &ScriptMessageBridge::shortCut, Body::object},
+    {"message", &ScriptMessageBridge::message, Body::object},
     {"unreadCount", &ScriptMessageBridge::unreadCount},
 };
 
@@ -87,23 +105,34 @@ std::vector<std::string> ScriptMessageBridge::messageNames(bool withConversation
 
 void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
   if (message.body.size() > longestBody) {
-    log::print("A message of " + std::to_string(message.body.size()) + " bytes was refused: " + message.name);
+    log::print("A message of " + std::to_string(message.body.size()) + " bytes was refused: " + message.name,
+               log::Level::info);
     return;
   }
-  if (log::isEnabled()) {
+  const auto received = "Received message from JavaScript: " + message.name;
+  if (log::isEnabled(log::Level::trace)) {
     const auto text = message.body.starts_with('"') ? decodeText(message.body) : std::nullopt;
-    log::debugPrint("Received message from JavaScript: " + message.name + " " + (text ? *text : message.body));
+    log::debugPrint(received + " " + (text ? *text : message.body), log::Level::trace);
+  } else {
+    log::debugPrint(received);
   }
   Platform::current().progressOverlay.bringTo(*screen_.view());
   const auto* const service = std::find_if(std::begin(services), std::end(services),
                                            [&](const Service& candidate) { return candidate.name == message.name; });
   if (service == std::end(services)) return;
   if (!service->isOpen && !origins_.trusts(host_.documentUrl(), screen_.trustedOrigins)) {
-    log::print("Declined \"" + message.name + "\" of a page that is not the chat's: " + origin());
+    log::print("Declined \"" + message.name + "\" of a page that is not the chat's: " + origin(), log::Level::info);
     return;
   }
   if (service->opensSomething && !screen_.view()->isShowing()) {
     log::print("A screen that does not show was declined: " + message.name);
+    return;
+  }
+  const std::string_view opening = service->body == Body::object ? "{" : service->body == Body::string ? "\"" : "";
+  if (!message.body.starts_with(opening)) {
+    const auto wanted = kindOf(opening);
+    log::print("dropped: " + message.name + " wants " + std::string(wanted) + ", got " +
+               std::string(kindOf(message.body)));
     return;
   }
   (this->*service->serve)(message.body);
@@ -112,7 +141,9 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
 void ScriptMessageBridge::trackEvent(std::string_view body) {
   const auto delegate = screen_.conversionDelegate;
   const auto event = record<TrackModel>(body, "TrackModel");
-  if (delegate && event && event->name && event->attributes) delegate->trackEvent(*event->name, *event->attributes);
+  if (!event) return;
+  if (!event->name || !event->attributes) return log::print("dropped: trackEvent wants a name and attributes");
+  if (delegate) delegate->trackEvent(*event->name, *event->attributes);
 }
 
 void ScriptMessageBridge::shortCut(std::string_view body) {
@@ -131,7 +162,7 @@ void ScriptMessageBridge::unreadCount(std::string_view body) {
   std::int64_t count = 0;
   const auto [end, error] = std::from_chars(body.data(), body.data() + body.size(), count);
   if (error != std::errc() || end != body.data() + body.size() || count < 0) {
-    log::print("An unread count that is no number of messages was refused");
+    log::print("dropped: unreadCount wants a whole number from 0 on");
   } else if (const auto delegate = screen_.conversionDelegate) {
     delegate->unReadMessageCountEvent(count);
   }
@@ -143,10 +174,9 @@ void ScriptMessageBridge::openUrl(std::string_view body) {
 
 void ScriptMessageBridge::openFile(std::string_view body) {
   const auto address = decodeText(body);
-  if (!address || address->size() > OVKFApiHelper::longestAddress) return;
-  if (const auto file = Url::parse(*address)) {
-    ChatManager::shared().openFile(*file, screen_);
-  }
+  const auto file = address && address->size() <= OVKFApiHelper::longestAddress ? Url::parse(*address) : std::nullopt;
+  if (!file) return log::print("dropped: openFile wants an address");
+  ChatManager::shared().openFile(*file, screen_);
 }
 
 void ScriptMessageBridge::goBack(std::string_view /*body*/) {

@@ -60,9 +60,13 @@ class ScriptMessageBridge {
   /// Evaluates an answer in the document that has asked, or in another of its origin.
   AnswerQueue::Evaluate evaluateForAsker() const;
 
+  /// What the JSON of a body has to be.
+  enum class Body { any, object, string };
+
   struct Service {
     std::string_view name;
     void (ScriptMessageBridge::*serve)(std::string_view body);
+    Body body = Body::any;
     bool isOpen = false;          ///< also to a document that is not the chat's
     bool opensSomething = false;  ///< declined while the screen does not show
   };

@@ -55,7 +55,7 @@ class Clip final : public Attachment {
     description.name = lastPathComponent(stored->url);
     description.url = stored->url;
     if (const auto failure = Platform::current().fileManager.removeItem(file_)) {
-      log::print("删除录音:" + failure->description);
+      log::warning("删除录音:" + failure->description);
     }
   }
 
@@ -85,6 +85,8 @@ void RecordManager::perform(const std::string& action, RecordedClip completion) 
     setFingerAway(true);
   } else if (action == "recover") {
     setFingerAway(false);
+  } else {
+    log::print("dropped: recording knows no action " + action);
   }
 }
 

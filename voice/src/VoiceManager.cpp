@@ -34,7 +34,7 @@ const AudioSettings& recorderSettings() {
 }
 
 void logIf(const char* what, const std::optional<Failure>& failure) {
-  if (failure) log::print(what + failure->description);
+  if (failure) log::warning(what + failure->description);
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ void VoiceManager::startRecording() {
   recorder_file_path = makeRecordingFileURL();
   auto made = session.makeRecorder(*recorder_file_path, recorderSettings());
   if (const auto* failure = std::get_if<Failure>(&made)) {
-    log::print("录音失败:" + failure->description);
+    log::warning("录音失败:" + failure->description);
     return;
   }
   recorder = std::get<std::unique_ptr<AudioRecorder>>(std::move(made));
@@ -118,7 +118,7 @@ void VoiceManager::setRecordingAllowed(bool allowed, Once<void(bool)> continuati
 bool VoiceManager::play(const Url& file) {
   auto made = Platform::current().audioSession.makePlayer(file);
   if (const auto* failure = std::get_if<Failure>(&made)) {
-    log::print("播放失败:" + failure->description);
+    log::warning("播放失败:" + failure->description);
     return false;
   }
   player = std::get<std::unique_ptr<AudioPlayer>>(std::move(made));

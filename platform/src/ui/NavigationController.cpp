@@ -85,7 +85,7 @@ void NavigationController::endAppearance(bool animated) {
 void NavigationController::pushViewController(const std::shared_ptr<ViewController>& controller, bool animated) {
   const bool elsewhere = controller->isViewInWindow() && !pages_->hasSubview(*controller->view());
   if (controller->navigation_ || controller->presenting_ || elsewhere || controller.get() == this) {
-    log::print("Cannot push a screen that is already shown elsewhere");
+    log::warning("Cannot push a screen that is already shown elsewhere");
     return;
   }
   const auto leaving = topViewController();

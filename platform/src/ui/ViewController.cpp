@@ -95,7 +95,7 @@ void ViewController::present(const std::shared_ptr<ViewController>& controller, 
   if (navigation_) return navigation_->present(controller, animated, std::move(completion));
   Window* const window = isViewLoaded() ? view()->window() : nullptr;
   if (!window || presented_ || controller->presenting_ || controller->navigation_ || controller->isViewInWindow()) {
-    log::print("Cannot present a screen: the presenter is in no window, or one of the two is busy");
+    log::warning("Cannot present a screen: the presenter is in no window, or one of the two is busy");
     return;
   }
   presented_ = controller;

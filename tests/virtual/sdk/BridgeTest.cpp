@@ -83,8 +83,8 @@ TEST_F(BridgeTest, OpensLinksAndFiles) {
   EXPECT_EQ(device_.application().openedUrls()[0].absoluteString(), "https://a.example/x?y=%E4%BD%A0");
 
   EXPECT_EQ(post("openFile", R"("file:///tmp/a%20b.pdf")"), Lines{});
-  EXPECT_EQ(post("openFile", R"("file:///tmp/a b.pdf")"), Lines{});
-  EXPECT_EQ(post("openFile", R"("")"), Lines{});
+  EXPECT_EQ(post("openFile", R"("file:///tmp/a b.pdf")"), Lines{"dropped: openFile wants an address"});
+  EXPECT_EQ(post("openFile", R"("")"), Lines{"dropped: openFile wants an address"});
   ASSERT_EQ(device_.documentInteraction().menus().size(), 1U);
   EXPECT_EQ(device_.documentInteraction().menus()[0].file, "file:///tmp/a%20b.pdf");
 }
@@ -92,27 +92,29 @@ TEST_F(BridgeTest, OpensLinksAndFiles) {
 TEST_F(BridgeTest, RaisesTrackEventsThatAreComplete) {
   const struct {
     std::string body;
-    bool raised;
-    bool error;
+    const char* line;  // of one that is not raised
   } cases[] = {
-      {R"({"name":"x","attributes":{"a":"1","b":""}})", true, false},
-      {R"({"attributes":{"a":"1","b":""},"name":"x","more":[{}]})", true, false},
-      {R"({"name":"x","attributes":null})", false, false},
-      {R"({"attributes":{"a":"1"}})", false, false},
-      {R"({"name":"x","attributes":{"a":1}})", false, true},
-      {R"({"name":"x","attributes":{"a":null}})", false, true},
-      {R"({"name":1,"attributes":{}})", false, true},
+      {R"({"name":"x","attributes":{"a":"1","b":""}})", nullptr},
+      {R"({"attributes":{"a":"1","b":""},"name":"x","more":[{}]})", nullptr},
+      {R"({"name":"x"})", "dropped: trackEvent wants a name and attributes"},
+      {R"({"name":"x","attributes":null})", "dropped: trackEvent wants a name and attributes"},
+      {R"({"attributes":{"a":"1"}})", "dropped: trackEvent wants a name and attributes"},
+      {R"({})", "dropped: trackEvent wants a name and attributes"},
+      {R"({"name":"x","attributes":{"a":1}})", "Error decoding TrackModel: "},
+      {R"({"name":"x","attributes":{"a":null}})", "Error decoding TrackModel: "},
+      {R"({"name":"x","attributes":[]})", "Error decoding TrackModel: "},
+      {R"({"name":1,"attributes":{}})", "Error decoding TrackModel: "},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.body);
     delegate_->events.clear();
     const auto lines = post("trackEvent", row.body);
-    ASSERT_EQ(lines.size(), row.error ? 1U : 0U);
-    if (row.error) {
-      EXPECT_TRUE(lines[0].starts_with("Error decoding TrackModel: ")) << lines[0];
+    ASSERT_EQ(lines.size(), row.line ? 1U : 0U);
+    if (row.line) {
+      EXPECT_TRUE(lines[0].starts_with(row.line)) << lines[0];
     }
-    ASSERT_EQ(delegate_->events.size(), row.raised ? 1U : 0U);
-    if (!row.raised) continue;
+    ASSERT_EQ(delegate_->events.size(), row.line ? 0U : 1U);
+    if (row.line) continue;
     EXPECT_EQ(delegate_->events[0].first, "x");
     EXPECT_EQ(delegate_->events[0].second, (std::map<std::string, std::string>{{"a", "1"}, {"b", ""}}));
   }
@@ -165,7 +167,10 @@ TEST_F(BridgeTest, HandsTheActionsOfAPressToTheRecorder) {
   const auto act = [&](const std::string& action) {
     return post("recording", R"({"deviceId":"d","action":")" + action + R"("})");
   };
-  for (const auto* action : {"", "Start", "pause", "hold", "recover", "end"}) EXPECT_EQ(act(action), Lines{}) << action;
+  for (const std::string action : {"", "Start", "pause"}) {
+    EXPECT_EQ(act(action), Lines{"dropped: recording knows no action " + action});
+  }
+  for (const auto* action : {"hold", "recover", "end"}) EXPECT_EQ(act(action), Lines{}) << action;
   EXPECT_TRUE(VoiceManager::shared().isStop) << "the press ended before its answer";
   EXPECT_TRUE(device_.recordPermission().asked().empty());
   EXPECT_EQ(act("start"), Lines{});
@@ -189,13 +194,28 @@ TEST_F(BridgeTest, LeavesEverythingAsItWasAfterABadBody) {
       EXPECT_TRUE(lines[0].starts_with("Error decoding PostMessageModel: ")) << lines[0];
     }
   }
-  // What is no record at all is dropped without a word.
-  for (const auto* body : {"null", "true", "5", "1.5", "[]", R"([{"deviceId":"d"}])"}) {
-    for (const auto* name : requests) EXPECT_EQ(post(name, body), Lines{}) << name << body;
-    for (const auto* name : {"trackEvent", "openUrl", "openFile"}) EXPECT_EQ(post(name, body), Lines{}) << name << body;
+  const struct {
+    const char* body;
+    const char* kind;
+  } others[] = {{"null", "null"},
+                {"true", "a boolean"},
+                {"5", "a number"},
+                {"[]", "an array"},
+                {R"([{"deviceId":"d"}])", "an array"}};
+  const auto dropped = [](const std::string& name, const std::string& wanted, const std::string& got) {
+    return Lines{"dropped: " + name + " wants " + wanted + ", got " + got};
+  };
+  for (const auto& [body, kind] : others) {
+    for (const auto* name : requests) EXPECT_EQ(post(name, body), dropped(name, "an object", kind));
+    EXPECT_EQ(post("trackEvent", body), dropped("trackEvent", "an object", kind));
+    for (const auto* name : {"openUrl", "openFile"}) EXPECT_EQ(post(name, body), dropped(name, "a string", kind));
   }
-  for (const auto* name : requests) EXPECT_EQ(post(name, R"("{\"deviceId\":\"d\"}")"), Lines{}) << name;
-  for (const auto* name : {"openUrl", "openFile"}) EXPECT_EQ(post(name, R"({"url":"https://a.example"})"), Lines{});
+  for (const auto* name : requests) {
+    EXPECT_EQ(post(name, R"("{\"deviceId\":\"d\"}")"), dropped(name, "an object", "a string"));
+  }
+  for (const auto* name : {"openUrl", "openFile"}) {
+    EXPECT_EQ(post(name, R"({"url":"https://a.example"})"), dropped(name, "a string", "an object"));
+  }
   EXPECT_TRUE(device_.application().openedUrls().empty());
   EXPECT_EQ(closePicker(), "");
   EXPECT_TRUE(device_.documentInteraction().menus().empty());

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "ChatScreenTest.h"
 
 #include "orivex/models/MessageBody.h"
@@ -146,6 +148,31 @@ TEST_F(ConversationTest, TellsTheHostWhyNoPageCame) {
     log_.take();
     hostStack_->dismiss(false);
   }
+}
+
+TEST_F(ConversationTest, TheLogOfAFailureHasNoTokenAndNoBodyBelowTheMostVerboseLevel) {
+  device_.httpClient().setServer([](const UrlRequest&) { return VirtualReply::respond(200); });
+  const auto linesOf = [this](log::Level level) {
+    log::setLevel(level);
+    log_.take();
+    const auto screen = recorded();
+    screen->startSession("https://chat.example", "entry", "a-secret-key", std::make_shared<UserMappingModel>());
+    hostStack_->present(screen, false);
+    device_.advance(1);
+    pageOf(*screen).startProvisional();
+    pageOf(*screen).post("trackEvent", R"({"name":"a secret","attributes":{}})");
+    pageOf(*screen).failProvisional("no route to " + OVKFApiManager::shared().instanceURL->absoluteString());
+    device_.advance(1);
+    hostStack_->dismiss(false);
+    return log_.take();
+  };
+  const auto failures = linesOf(log::Level::warning);
+  ASSERT_EQ(failures.size(), 1U);
+  EXPECT_TRUE(failures[0].starts_with("The chat at https://chat.example failed after 1.0 s: no answer, no route to "));
+  auto lines = linesOf(log::Level::debug);
+  lines.push_back(failures[0]);
+  for (const auto& line : lines) EXPECT_EQ(line.find("secret"), std::string::npos) << line;
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), "\"Received message from JavaScript: trackEvent\""), 1);
 }
 
 TEST_F(ConversationTest, ServesWhatThePageTellsOfTheConversationOnlyWhereTheHostWantsIt) {
