@@ -57,7 +57,9 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
   if (webView_) return webView_;
   const auto around = surroundings();
   WebEngineConfiguration configuration{
-      .scriptMessageNames = ScriptMessageBridge::messageNames(screen_.conversationEvents), .userScripts = {}};
+      .scriptMessageNames = ScriptMessageBridge::messageNames(screen_.conversationEvents),
+      .userScripts = {},
+      .inspectable = screen_.debug};
   addEnvironmentScript(configuration.userScripts, around.statusBarHeight, around.insets.bottom);
   addDebugConsoles(configuration.userScripts);
   log::debugPrint("Distance: safeDistanceTop:" + doubleText(around.insets.top) + " safeDistanceBottom:" +

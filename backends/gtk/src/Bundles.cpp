@@ -45,7 +45,7 @@ std::optional<InfoDictionary> readInformation(const fs::path& path) {
   simdjson::dom::parser parser;
   simdjson::dom::object object;
   if (const auto error = parser.load(path.string()).get_object().get(object)) {
-    log::print("No bundle information from " + path.string() + ": " + simdjson::error_message(error));
+    log::warning("No bundle information from " + path.string() + ": " + simdjson::error_message(error));
     return std::nullopt;
   }
   InfoDictionary dictionary;

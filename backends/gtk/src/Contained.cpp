@@ -22,7 +22,7 @@ std::string describeEscaped() {
 
 void logEscaped() noexcept {
   try {
-    log::print("Error in a callback, which is left: " + describeEscaped());
+    log::warning("Error in a callback, which is left: " + describeEscaped());
   } catch (...) {  // NOLINT(bugprone-empty-catch): without memory for a line there is no line
   }
 }

@@ -50,14 +50,14 @@ bool DesktopLauncher::canOpen(const Url& url) const {
 void DesktopLauncher::open(const Url& url) {
   const auto now = g_get_monotonic_time();
   if (!isAllowed(url) || (lastOpened_ && now - *lastOpened_ < leastInterval)) {
-    log::print("An address was not opened: " + url.absoluteString());
+    log::print("An address was not opened: " + url.absoluteString(), log::Level::info);
     return;
   }
   lastOpened_ = now;
   const auto launched = asyncCallback([](GObject* /*source*/, GAsyncResult* result) {
     GError* raised = nullptr;
     g_app_info_launch_default_for_uri_finish(result, &raised);
-    if (const GErrorPtr error(raised); error) log::print(std::string("Error opening an address: ") + error->message);
+    if (const GErrorPtr error(raised); error) log::warning(std::string("Error opening an address: ") + error->message);
   });
   g_app_info_launch_default_for_uri_async(url.absoluteString().c_str(), launchContext().get(), nullptr,
                                           launched.function, launched.data);

@@ -1,6 +1,7 @@
 #include <cerrno>
 
 #include "Bundles.h"
+#include "GlibLog.h"
 #include "GlibMainQueue.h"
 #include "KeyFileUserDefaults.h"
 #include "MachineDevice.h"
@@ -121,6 +122,7 @@ GtkDevice& device() {
 void install() {
   if (installedDevice) return;
   if (!gtk_init_check()) fatalError("OrivexSDK/Gtk", "orivex::gtk::install() needs a display, and there is none.");
+  logToGlib();
   // Lives as long as the process: singletons and late callbacks of threads refer to it.
   installedDevice = new GtkDevice;
   Platform::install(&installedDevice->platform());

@@ -34,7 +34,7 @@ GKeyFilePtr KeyFileUserDefaults::load() const {
   // No file is what most visitors have.
   const bool missing = g_error_matches(error.get(), G_FILE_ERROR, G_FILE_ERROR_NOENT);
   std::string failure = error && !missing ? error->message : "";
-  if (!failure.empty() && failure != lastFailure_) log::print("No user defaults from " + path_ + ": " + failure);
+  if (!failure.empty() && failure != lastFailure_) log::warning("No user defaults from " + path_ + ": " + failure);
   lastFailure_ = std::move(failure);
   // What a broken file holds before the fault must not count.
   return error ? GKeyFilePtr(g_key_file_new()) : std::move(file);

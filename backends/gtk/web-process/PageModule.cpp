@@ -3,7 +3,13 @@
 //   form that browsers use, and the chat server knows its clients by another. Web sockets keep WebKit's user agent:
 //   their handshakes pass no module.
 // - Only the page itself can post messages. What stands in a frame of it may come from anywhere.
+// - What a page writes to its console goes to the log, where that is asked for: each message is cut, and more than
+//   twenty in a second are dropped.
 // - The page's own document, whose address holds the visitor's token, is not kept on the disk.
+
+#include <algorithm>
+#include <cstring>
+#include <string>
 
 #include <webkit/webkit-web-process-extension.h>
 
@@ -11,6 +17,8 @@ namespace {
 
 // Never freed: the process has one user agent until it ends. Empty: WebKit's own.
 const char* userAgent = nullptr;
+
+bool tellsConsole = false;
 
 gboolean sendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIResponse* /*redirect*/,
                      gpointer /*data*/) {
@@ -24,8 +32,53 @@ gboolean sendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIRe
   return FALSE;
 }
 
+const char* nameOf(WebKitConsoleMessageLevel level) {
+  switch (level) {
+    case WEBKIT_CONSOLE_MESSAGE_LEVEL_INFO:
+      return "info";
+    case WEBKIT_CONSOLE_MESSAGE_LEVEL_LOG:
+      return "log";
+    case WEBKIT_CONSOLE_MESSAGE_LEVEL_WARNING:
+      return "warning";
+    case WEBKIT_CONSOLE_MESSAGE_LEVEL_ERROR:
+      return "error";
+    case WEBKIT_CONSOLE_MESSAGE_LEVEL_DEBUG:
+      return "debug";
+  }
+  return "";
+}
+
+// At most `longest` bytes and what says so, as a message between processes takes it: in valid UTF-8.
+std::string cut(const char* text, std::size_t longest) {
+  const auto length = std::strlen(text);
+  char* const valid = g_utf8_make_valid(text, static_cast<gssize>(std::min(length, longest)));
+  std::string result = valid;
+  g_free(valid);
+  if (length > longest) result += "... (" + std::to_string(length) + " bytes)";
+  return result;
+}
+
+void consoleMessageSent(WebKitWebPage* page, WebKitConsoleMessage* message, gpointer /*data*/) {
+  constexpr int mostInASecond = 20;
+  static gint64 second = 0;
+  static int sent = 0;
+  const gint64 now = g_get_monotonic_time() / G_USEC_PER_SEC;
+  if (second != now) sent = 0;
+  second = now;
+  if (sent > mostInASecond) return;
+  const bool isLast = sent++ == mostInASecond;
+  const auto text = isLast ? "more messages in this second are dropped"
+                           : nameOf(webkit_console_message_get_level(message)) + std::string(": ") +
+                                 cut(webkit_console_message_get_text(message), 1024);
+  const char* const source = webkit_console_message_get_source_id(message);
+  GVariant* const parameters = g_variant_new("(ssu)", text.c_str(), cut(source ? source : "", 256).c_str(),
+                                             webkit_console_message_get_line(message));
+  webkit_web_page_send_message_to_view(page, webkit_user_message_new("console", parameters), nullptr, nullptr, nullptr);
+}
+
 void pageCreated(WebKitWebProcessExtension* /*extension*/, WebKitWebPage* page, gpointer /*data*/) {
   g_signal_connect(page, "send-request", G_CALLBACK(sendRequest), nullptr);
+  if (tellsConsole) g_signal_connect(page, "console-message-sent", G_CALLBACK(consoleMessageSent), nullptr);
 }
 
 void setNavigatorUserAgent(JSCContext* context) {
@@ -55,7 +108,9 @@ void windowCleared(WebKitScriptWorld* world, WebKitWebPage* /*page*/, WebKitFram
 // NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize_with_user_data(
     WebKitWebProcessExtension* extension, const GVariant* userData) {
-  userAgent = g_strdup(g_variant_get_string(const_cast<GVariant*>(userData), nullptr));
+  gboolean isLogAsked = FALSE;
+  g_variant_get(const_cast<GVariant*>(userData), "(sb)", &userAgent, &isLogAsked);
+  tellsConsole = isLogAsked != FALSE;
   g_signal_connect(extension, "page-created", G_CALLBACK(pageCreated), nullptr);
   g_signal_connect(webkit_script_world_get_default(), "window-object-cleared", G_CALLBACK(windowCleared), nullptr);
 }

@@ -6,6 +6,8 @@ namespace {
 
 class PageLimit : public PageFixture {
  protected:
+  using PageFixture::PageFixture;
+
   // What the context menu at a point of the page offers, as WebKit's numbers; the menu itself is kept from opening.
   std::vector<int> menuAt(int x, int y) {
     std::optional<std::vector<int>> actions;
@@ -87,6 +89,35 @@ TEST_F(PageLimit, TheMenuHasTheClipboardsCommandsOnly) {
   EXPECT_EQ(menuAt(40, 215),
             (std::vector<int>{WEBKIT_CONTEXT_MENU_ACTION_CUT, WEBKIT_CONTEXT_MENU_ACTION_COPY,
                               WEBKIT_CONTEXT_MENU_ACTION_PASTE, WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL}));
+}
+
+TEST_F(PageLimit, TheConsoleGoesToTheLogBoundedInSizeAndRate) {
+  log::setLevel(log::Level::debug);
+  open(R"(<script>
+    console.log("count", 3, "access_token=K1");
+    console.error("x".repeat(5000) + "你");
+    console.warn("a lone surrogate \ud800");
+    setTimeout(() => { throw new Error("nobody caught it"); });
+  </script>)");
+  EXPECT_TRUE(wait([&] { return log.has("console error: Error: nobody caught it"); }, 10));
+  EXPECT_TRUE(log.has("console log: count")) << "WebKit tells the first argument";
+  EXPECT_TRUE(log.has("console warning: a lone surrogate"));
+  EXPECT_TRUE(log.has("x... (5003 bytes)"));
+  EXPECT_FALSE(log.has("K1"));
+  log.take();
+  evaluate("for (let line = 0; line < 5000; ++line) console.log('flood'); 0");
+  EXPECT_TRUE(wait([&] { return log.has("more messages in this second are dropped"); }, 10));
+  EXPECT_LE(log.count("console log: flood"), 200);
+}
+
+class InspectablePage : public PageLimit {
+ protected:
+  InspectablePage() : PageLimit({.scriptMessageNames = {}, .userScripts = {}, .inspectable = true}) {}
+};
+
+TEST_F(InspectablePage, TheMenuLeadsToTheInspector) {
+  open("page");
+  EXPECT_EQ(menuAt(100, 400), std::vector<int>{WEBKIT_CONTEXT_MENU_ACTION_INSPECT_ELEMENT});
 }
 
 TEST_F(PageLimit, DraggedFilesReplaceNothingButReachAPageThatTakesThem) {

@@ -42,7 +42,7 @@ ClipPlayer::ClipPlayer(PipelineThreads threads, const std::string& path, Size ar
       threads, [path, area, feed = feed_] { return build(path, area, feed); },
       Pipeline::Handlers{.ended = std::move(handlers.ended),
                          .failed = [failed = std::move(handlers.failed)](const PipelineError& error) {
-                           log::print("The video cannot be shown: " + error.text);
+                           log::warning("The video cannot be shown: " + error.text);
                            failed();
                          }});
 }

@@ -129,7 +129,7 @@ class GstAudioRecorder::Capture {
   void failLocked(const std::string& reason) {
     if (!active_.exchange(false)) return;
     file_.close();
-    log::print("Recording ended: " + reason);
+    log::warning("Recording ended: " + reason);
   }
 
   std::mutex mutex_;
@@ -147,7 +147,7 @@ bool GstAudioRecorder::prepareToRecord() {
   auto made = WavFile::create(path_, format_);
   if (const auto* error = std::get_if<std::error_code>(&made)) {
     diskFull_ = meansFullDisk(*error);
-    log::print("Cannot record into " + path_ + ": " + error->message());
+    log::warning("Cannot record into " + path_ + ": " + error->message());
     return false;
   }
   capture_ = std::make_shared<Capture>(std::get<WavFile>(std::move(made)));

@@ -48,7 +48,7 @@ class GstAudioPlayer final : public AudioPlayer {
         Pipeline::Handlers{.ended = [this] { stop(); },
                            .failed =
                                [this](const PipelineError& error) {
-                                 log::print("Playing ended: " + error.text);
+                                 log::warning("Playing ended: " + error.text);
                                  stop();
                                },
                            .needsDevice = true});

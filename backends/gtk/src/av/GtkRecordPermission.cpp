@@ -55,7 +55,7 @@ void openSoundSettings() {
   GError* raised = nullptr;
   g_app_info_launch(program.get(), nullptr, G_APP_LAUNCH_CONTEXT(context.get()), &raised);
   const GErrorPtr error(raised);
-  if (error) log::print("Cannot open the sound settings: " + std::string(error->message));
+  if (error) log::warning("Cannot open the sound settings: " + std::string(error->message));
 }
 
 }  // namespace
@@ -85,7 +85,7 @@ void ConsentFile::remember(bool allowed) const {
   GError* raised = nullptr;
   g_file_set_contents_full(path_.c_str(), text.get(), -1, G_FILE_SET_CONTENTS_NONE, ownerOnlyFile, &raised);
   const GErrorPtr error(raised);
-  if (error) log::print("Cannot remember the answer: " + std::string(error->message));
+  if (error) log::warning("Cannot remember the answer: " + std::string(error->message));
 }
 
 void GtkRecordPermission::request(const std::string& applicationName, View& view, Once<void(bool granted)> answer) {

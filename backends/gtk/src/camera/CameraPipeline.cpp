@@ -88,7 +88,7 @@ void CameraPipeline::turn(int degrees) {
 void CameraPipeline::fail(CameraFailure failure, const std::string& reason) {
   const auto failed = std::exchange(failed_, nullptr);
   if (!failed) return;
-  log::print("camera: " + reason);
+  log::warning("camera: " + reason);
   failed(failure);
 }
 

@@ -98,7 +98,7 @@ void CameraPortal::unsubscribe() {
 }
 
 void CameraPortal::fail(const GError& error) {
-  log::print("No camera from the portal: " + std::string(error.message));
+  log::warning("No camera from the portal: " + std::string(error.message));
   end(CameraFailure::noCamera);
 }
 

@@ -191,7 +191,7 @@ void CameraScreen::takePhoto() {
                alive_.guard([this](const Photo& made) {
                  if (phase_ != Phase::working) return;
                  if (const auto* const photo = std::get_if<0>(&made)) return captured(*photo);
-                 log::print("camera: no photo: " + std::get<Failure>(made).description);
+                 log::warning("camera: no photo: " + std::get<Failure>(made).description);
                  openCamera();
                  view_.showNotice(tr("拍照失败，请再试一次"));
                }));

@@ -97,7 +97,7 @@ GRef<GstElement> openMicrophone() {
     if (gst_element_set_state(source->get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE) return *source;
     gst_element_set_state(source->get(), GST_STATE_NULL);
   }
-  log::print("camera: the microphone does not open");
+  log::warning("camera: the microphone does not open");
   return nullptr;
 }
 
@@ -211,7 +211,7 @@ void ClipRecorder::ended() {
 // A microphone that opens and then fails, as when all are muted by a switch, must not cost the video.
 void ClipRecorder::pipelineFailed(const PipelineError& error) {
   if (withSound_ && !finishing_ && error.origin.find(soundPrefix) != std::string::npos) {
-    log::print("camera: the microphone does not work: " + error.text);
+    log::warning("camera: the microphone does not work: " + error.text);
     start(false);
   } else {
     fail(error.text);
@@ -219,7 +219,7 @@ void ClipRecorder::pipelineFailed(const PipelineError& error) {
 }
 
 void ClipRecorder::fail(const std::string& reason) {
-  log::print("camera: no video: " + reason);
+  log::warning("camera: no video: " + reason);
   const auto failed = handlers_.failed;
   failed();
 }

@@ -23,7 +23,7 @@ GtkCamera::GtkCamera(MainQueue& mainQueue, GtkApplicationPort& application, GtkR
 void GtkCamera::present(const CameraOptions& options, View& view, Once<void(CameraOutcome)> completion) {
   if (screen_) return;
   auto* const host = application_.find(view);
-  if (!host) return log::print("The camera needs a screen in a window to open over.");
+  if (!host) return log::warning("The camera needs a screen in a window to open over.");
   completion_ = std::move(completion);
   const auto mayRecordSound = [this, weak = view.weak_from_this(), name = options.applicationName] {
     const auto known = permission_.answer();

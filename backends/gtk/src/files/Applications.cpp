@@ -105,13 +105,13 @@ void callPortal(const char* method, GVariant* arguments, const GRef<GUnixFDList>
     const GVariantPtr handle(
         g_dbus_connection_call_with_unix_fd_list_finish(G_DBUS_CONNECTION(bus), nullptr, result, &raised));
     const GErrorPtr error(raised);
-    if (error) log::print(std::string("Error opening a file through the portal: ") + error->message);
+    if (error) log::warning(std::string("Error opening a file through the portal: ") + error->message);
   };
   const auto connected = asyncCallback([=](GObject* /*source*/, GAsyncResult* result) {
     GError* raised = nullptr;
     const auto bus = GRef<GDBusConnection>::adopt(g_bus_get_finish(result, &raised));
     const GErrorPtr error(raised);
-    if (!bus) return log::print(std::string("No portal to open a file with: ") + error->message);
+    if (!bus) return log::warning(std::string("No portal to open a file with: ") + error->message);
     const auto callback = asyncCallback(answered);
     g_dbus_connection_call_with_unix_fd_list(bus.get(), "org.freedesktop.portal.Desktop",
                                              "/org/freedesktop/portal/desktop", "org.freedesktop.portal.OpenURI",
@@ -142,7 +142,7 @@ void launch(GAppInfo* application, const Url& file) {
     GError* raised = nullptr;
     g_app_info_launch_uris_finish(G_APP_INFO(source), result, &raised);
     const GErrorPtr error(raised);
-    if (error) log::print(std::string("Error opening a file: ") + error->message);
+    if (error) log::warning(std::string("Error opening a file: ") + error->message);
   });
   g_app_info_launch_uris_async(application, &addresses, context.get(), nullptr, launched.function, launched.data);
 }
@@ -153,7 +153,7 @@ void openThroughPortal(const Url& file) {
     return callPortal("OpenURI", g_variant_new("(ss@a{sv})", "", file.absoluteString().c_str(), askOptions()));
   }
   const int descriptor = open(path->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) return log::print("Error opening a file: " + *path + " cannot be read");
+  if (descriptor < 0) return log::warning("Error opening a file: " + *path + " cannot be read");
   const auto files = GRef<GUnixFDList>::adopt(g_unix_fd_list_new_from_array(&descriptor, 1));  // owns it
   callPortal("OpenFile", g_variant_new("(sh@a{sv})", "", 0, askOptions()), files);
 }

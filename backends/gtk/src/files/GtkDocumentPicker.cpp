@@ -122,7 +122,7 @@ void GtkDocumentPicker::present(const DocumentPickerOptions& options, View& view
     return;
   }
   auto* const host = application_.find(view);
-  if (!host) return log::print("The file chooser needs a screen in a window to open over.");
+  if (!host) return log::warning("The file chooser needs a screen in a window to open over.");
   completion_ = std::move(completion);
   // The chooser would greet the visitor with an error about a folder that has gone.
   if (!folder_ || !g_file_query_exists(folder_.get(), nullptr)) folder_ = documentsFolder();

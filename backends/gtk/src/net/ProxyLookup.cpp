@@ -55,7 +55,7 @@ void lookedUp(GObject*, GAsyncResult* result, gpointer data) noexcept {
   GError* raised = nullptr;
   const GStrvPtr proxies(static_cast<char**>(g_task_propagate_pointer(G_TASK(result), &raised)));
   contained([&] {
-    if (const GErrorPtr error(raised); error) log::print(std::string("No proxy could be found: ") + error->message);
+    if (const GErrorPtr error(raised); error) log::warning(std::string("No proxy could be found: ") + error->message);
     std::vector<std::string> found;
     for (char** proxy = proxies.get(); proxy && *proxy; ++proxy) found.push_back(curlProxy(*proxy));
     std::move(lookup->completion)(std::move(found));

@@ -30,7 +30,7 @@ PhotoSources GtkPhotoLibrary::desktopSources() {
 void GtkPhotoLibrary::show(const PhotoLibraryOptions& options, View& view, Once<void(PhotoSelection)> selected) {
   if (sheet_ && !isClosing_) return;
   auto* const host = application_.find(view);
-  if (!host) return log::print("The photo library needs a screen in a window to open over.");
+  if (!host) return log::warning("The photo library needs a screen in a window to open over.");
   forget();
   selected_ = std::move(selected);
   content_ = std::make_unique<PhotoSheet>(

@@ -110,7 +110,8 @@ void SessionWatch::setAway(GDBusProxy* cause, bool away) {
 }
 
 void SessionWatch::logOnce(const std::string& failure) {
-  if (!std::exchange(logged_, true)) log::print("A locked session or a sleeping machine is not noticed: " + failure);
+  if (!std::exchange(logged_, true))
+    log::print("A locked session or a sleeping machine is not noticed: " + failure, log::Level::info);
 }
 
 }  // namespace orivex::gtk

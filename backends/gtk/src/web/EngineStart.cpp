@@ -71,7 +71,7 @@ void EngineStart::askBus() {
 void EngineStart::end(const std::optional<std::string>& failure) {
   asking_ = nullptr;
   possible_ = !failure;
-  if (failure) log::print("No page can be shown: " + *failure);
+  if (failure) log::warning("No page can be shown: " + *failure);
   for (auto& completion : std::exchange(waiting_, {})) std::move(completion)(failure);
 }
 

@@ -36,7 +36,7 @@ void HangWatch::changed() {
   ++hang_;
   dialog_ = nullptr;
   if (webkit_web_view_get_is_web_process_responsive(view_)) return;
-  log::print("The page does not answer");
+  log::warning("The page does not answer");
   askLater();
 }
 

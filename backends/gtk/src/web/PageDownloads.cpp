@@ -102,7 +102,7 @@ class PageDownloads::Download {
     });
     signals_.add(download, "failed", [this](GError* error) {
       failed_ = true;
-      log::print(std::string("A download failed: ") + error->message);
+      log::warning(std::string("A download failed: ") + error->message);
     });
     // Comes after a failure too.
     signals_.add(download, "finished", [this] { finish(); });
@@ -124,7 +124,7 @@ class PageDownloads::Download {
     name_ = safeFileName(suggested);
     if (const auto folder = downloadFolder()) file_ = reserveFile(*folder, name_);
     if (!file_) {
-      log::print("A download was refused: no folder takes its file");
+      log::warning("A download was refused: no folder takes its file");
       return webkit_download_cancel(download_.get());
     }
     name_ = file_->filename();

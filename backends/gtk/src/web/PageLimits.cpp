@@ -48,6 +48,7 @@ constexpr WebKitContextMenuAction keptActions[] = {
     WEBKIT_CONTEXT_MENU_ACTION_PASTE,
     WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL,
     WEBKIT_CONTEXT_MENU_ACTION_COPY_LINK_TO_CLIPBOARD,
+    WEBKIT_CONTEXT_MENU_ACTION_INSPECT_ELEMENT,  // there where the page may be inspected
 };
 
 bool isKept(WebKitContextMenuItem* item) {
@@ -73,7 +74,6 @@ void limitSettings(WebKitSettings* settings) {
   // is the host's: a page that asks first learns that it cannot.
   webkit_settings_set_enable_fullscreen(settings, FALSE);
   webkit_settings_set_enable_back_forward_navigation_gestures(settings, FALSE);
-  webkit_settings_set_enable_developer_extras(settings, FALSE);
 }
 
 // WebKit has no setting for pinching.
@@ -116,7 +116,7 @@ SignalConnections limitPage(WebKitWebView* view) {
   // the process for.
   limits.add(addKeyFilter(GTK_WIDGET(view)), "key-pressed", [](guint key) { return key == GDK_KEY_F7; });
   limits.add(view, "permission-request", [](WebKitPermissionRequest* request) {
-    log::print(std::string("The page was refused a permission: ") + G_OBJECT_TYPE_NAME(request));
+    log::print(std::string("The page was refused a permission: ") + G_OBJECT_TYPE_NAME(request), log::Level::info);
     webkit_permission_request_deny(request);
     return true;
   });
@@ -126,10 +126,11 @@ SignalConnections limitPage(WebKitWebView* view) {
   });
   limits.add(view, "context-menu", [](WebKitContextMenu* menu) { return removeMenuItems(menu); });
   limits.add(view, "print", [] {
-    log::print("The page wants to print; it does not");
+    log::print("The page wants to print; it does not", log::Level::info);
     return true;
   });
-  limits.add(view, "close", [] { log::print("The page wants to close its window; it posts goBack to leave"); });
+  limits.add(view, "close",
+             [] { log::print("The page wants to close its window; it posts goBack to leave", log::Level::info); });
   return limits;
 }
 

@@ -88,9 +88,9 @@ void PageRequests::openWindow(WebKitNavigationAction* action) {
   const char* const uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
   const std::string url = uri ? uri : "";
   if (!webkit_navigation_action_is_user_gesture(action)) {
-    log::print("A window that nobody asked for was refused: " + url);
+    log::print("A window that nobody asked for was refused: " + url, log::Level::info);
   } else if (url.empty() || url.starts_with("about:")) {
-    log::print("A window without an address was refused");
+    log::print("A window without an address was refused", log::Level::info);
   } else {
     mainQueue_.async(alive_.guard([this, url] {
       // Copies, as a handler may end the engine.
@@ -130,7 +130,8 @@ void PageRequests::downloadStarted(WebKitDownload* download) {
   if (webkit_download_get_web_view(download) != view_) return;  // another page's, or the host's own
   const bool asked = std::exchange(gesture_, false);
   if (!asked || downloading_) {
-    log::print(asked ? "A second download of the page was refused" : "A download that nobody asked for was refused");
+    log::print(asked ? "A second download of the page was refused" : "A download that nobody asked for was refused",
+               log::Level::info);
     webkit_download_cancel(download);
     return;
   }

@@ -41,6 +41,18 @@ bool isInternal(const GError* error) {
   return g_error_matches(error, g_quark_from_static_string("WebKitErrorDomain"), 300);
 }
 
+// What the module in the page's process tells of the page's console.
+bool logConsole(WebKitUserMessage* message) {
+  const char* text = nullptr;
+  const char* source = nullptr;
+  guint line = 0;
+  auto* const parameters = webkit_user_message_get_parameters(message);
+  if (!parameters || !g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssu)"))) return false;
+  g_variant_get(parameters, "(&s&su)", &text, &source, &line);
+  log::print("console " + std::string(text) + " (" + source + ":" + std::to_string(line) + ")");
+  return true;
+}
+
 }  // namespace
 
 WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetworkSession* session,
@@ -62,6 +74,7 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);
+  webkit_settings_set_enable_developer_extras(settings, configuration.inspectable);
   for (const auto& name : configuration.scriptMessageNames) registerMessage(name);
   addScripts(configuration);
   connectSignals();
@@ -131,6 +144,7 @@ void WebKitEngine::connectSignals() {
     dialogs_.dismiss();
     pageLost("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
   });
+  signals_.add(view, "user-message-received", [](WebKitUserMessage* message) { return logConsole(message); });
   signals_.add(view, "resource-load-started", [this](WebKitWebResource* resource) { watchResource(resource); });
   signals_.add(view, "notify::uri", [this] { uriChanged(); });
 }
@@ -281,7 +295,7 @@ bool WebKitEngine::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDeci
 
 void WebKitEngine::pageLost(const std::string& reason) {
   pageLost_ = true;
-  log::print(reason);
+  log::warning(reason);
   mainQueue_.async(alive_.guard([this] { handlers_.urlChanged(std::nullopt); }));
 }
 

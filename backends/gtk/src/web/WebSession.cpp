@@ -25,7 +25,7 @@ std::string folderIn(const char* base, const std::string& application) {
 std::optional<std::string> madePrivate(std::string folder) {
   const bool made = g_mkdir_with_parents(folder.c_str(), ownerOnly) == 0 && chmod(folder.c_str(), ownerOnly) == 0;
   if (made && access(folder.c_str(), W_OK | X_OK) == 0) return folder;
-  log::print("Pages leave nothing on the disk: no folder " + folder + ": " + std::strerror(errno));
+  log::warning("Pages leave nothing on the disk: no folder " + folder + ": " + std::strerror(errno));
   return std::nullopt;
 }
 
@@ -49,14 +49,15 @@ WebProcessContext::WebProcessContext(const std::string& moduleFolder)
   webkit_web_context_set_cache_model(get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
   std::error_code error;
   if (!std::filesystem::is_directory(moduleFolder, error)) {
-    log::print("Pages keep the web engine's user agent, and their frames can post: there is no folder " + moduleFolder);
+    log::warning("Pages keep the web engine's user agent, and their frames can post: there is no folder " +
+                 moduleFolder);
     return;
   }
   // Before the first process starts: its sandbox shows it this folder only when it was known by then.
   webkit_web_context_set_web_process_extensions_directory(get(), moduleFolder.c_str());
   processStarts_ = SignalConnection::connect(get(), "initialize-web-process-extensions", [this] {
-    webkit_web_context_set_web_process_extensions_initialization_user_data(get(),
-                                                                           g_variant_new_string(userAgent_.c_str()));
+    webkit_web_context_set_web_process_extensions_initialization_user_data(
+        get(), g_variant_new("(sb)", userAgent_.c_str(), log::isEnabled(log::Level::debug)));
   });
 }
 

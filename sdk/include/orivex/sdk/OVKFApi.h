@@ -42,8 +42,8 @@ class ORIVEX_API OVKFApi : public ViewController {
   /// Receiver of conversation events; kept alive by the screen. The name reads "conversion", as hosts know it.
   std::shared_ptr<OVKFApiConversationDelegate> conversionDelegate;
 
-  /// Debug mode of the page. The in-page consoles are switched by the user defaults "enable_vconsole" and
-  /// "enable_eruda" instead.
+  /// Debug mode of the page: its menu leads to the web inspector. Set it before the screen shows. The in-page consoles
+  /// are switched by the user defaults "enable_vconsole" and "enable_eruda" instead.
   bool debug = false;
 
   /// Origins, such as "https://chat.example", whose pages are served as the chat page is when it leads to them. Pages

@@ -37,7 +37,7 @@ void FolderWatch::watchLater() {
       waiting_.pop_front();
       if (monitors_.contains(folder)) continue;
       if (monitors_.size() == mostMonitors) {
-        log::print("Too many photo folders to watch; from now on, changes are seen when the library is opened.");
+        log::warning("Too many photo folders to watch; from now on, changes are seen when the library is opened.");
         return waiting_.clear();
       }
       monitors_.emplace(folder, monitorOf(folder));

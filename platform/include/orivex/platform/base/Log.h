@@ -6,9 +6,9 @@
 
 #include "orivex/Export.h"
 
-/// The log: one line per entry, to standard error with level and time or to a sink of the host. Failures are written
-/// always; the environment variable ORIVEX_DEBUG_LOG names the level up to which entries are written (1: debug,
-/// 0: warning), and the host may set another.
+/// The log: one line per entry, to standard error with level and time, to GLib's structured log where the GTK device
+/// is installed, or to a sink of the host. Failures are written always; the environment variable ORIVEX_DEBUG_LOG names
+/// the level up to which entries are written (1: debug, 0: warning), and the host may set another.
 ///
 /// What follows `access_token`, `appkey` or `Authorization` in an entry is masked, unless the level is trace.
 namespace orivex::log {
@@ -17,7 +17,7 @@ enum class Level {
   error,    ///< the visitor has no chat
   warning,  ///< something else failed
   info,     ///< the page was refused something
-  debug,    ///< what happens, step by step
+  debug,    ///< what happens, step by step, and what the page writes to its console
   trace,    ///< the chat page's address, bodies of the page's messages
 };
 
@@ -25,7 +25,7 @@ enum class Level {
 /// where lines go without it. It must not throw.
 using Sink = std::function<void(std::string_view line)>;
 
-/// Replaces the sink; an empty one brings back standard error.
+/// Replaces the sink; an empty one brings back standard error or GLib's log.
 ORIVEX_API void setSink(Sink sink);
 
 /// Writes entries up to `level`.

@@ -32,6 +32,7 @@ struct WebEngineConfiguration {
   std::vector<std::string> scriptMessageNames;
   std::vector<UserScript> userScripts;
   bool javaScriptCanOpenWindowsAutomatically = true;
+  bool inspectable = false;  ///< by the web inspector, from the page's menu
 };
 
 /// How the content lies in its view.
