@@ -39,8 +39,8 @@ void hands(std::vector<std::string> words) {
   pass(0.05);
 }
 
-void focusWindow(GtkWindow* window, const char* title) {
-  hands({"focus", title});
+void focusWindow(GtkWindow* window, const char* windowTitle) {
+  hands({"focus", windowTitle});
   EXPECT_TRUE(wait([&] { return gtk_window_is_active(window) != FALSE; }, 10));
 }
 
