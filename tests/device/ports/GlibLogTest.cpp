@@ -23,8 +23,10 @@ namespace {
   std::exit(0);
 }
 
-// As GLib reads its variable when it likes, each case has a process of its own.
+// Each case has a process of its own, started anew: GLib reads its variable when it likes, and takes no setting once
+// there are threads.
 TEST(GlibLogTest, FailuresAreWarningsOfTheComponentAndStepsAreThereForWhoAsksEither) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   const auto expectLog = [](const char* debugDomains, const char* lines) {
     EXPECT_EXIT((g_setenv("G_MESSAGES_DEBUG", debugDomains, TRUE), writeAll()), ::testing::ExitedWithCode(0), lines);
   };
