@@ -183,10 +183,10 @@ void ScriptMessageBridge::goBack(std::string_view /*body*/) {
   closeScreen(screen_, true);
 }
 
-template <auto Open>
+template <auto open>
 void ScriptMessageBridge::pick(std::string_view body) {
   if (const auto asked = record<PostMessageModel>(body, "PostMessageModel"))
-    (ChatManager::shared().*Open)(*asked, screen_, filesAnswer());
+    (ChatManager::shared().*open)(*asked, screen_, filesAnswer());
 }
 
 void ScriptMessageBridge::recording(std::string_view body) {

@@ -41,7 +41,7 @@ class ScriptMessageBridge {
   void goBack(std::string_view body);
 
   /// Opens one of the pickers.
-  template <auto Open>
+  template <auto open>
   void pick(std::string_view body);
 
   void recording(std::string_view body);

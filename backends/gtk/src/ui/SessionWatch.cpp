@@ -89,7 +89,7 @@ void SessionWatch::screenSaverMade(GDBusProxy* saver) {
 }
 
 // The signal says whether the visitor is away.
-void SessionWatch::followSignal(GDBusProxy* proxy, std::string signal) {
+void SessionWatch::followSignal(GDBusProxy* proxy, const std::string& signal) {
   const auto received = [=, this](const char* /*sender*/, const char* name, GVariant* parameters) {
     if (name != signal) return;
     gboolean away = FALSE;

@@ -35,7 +35,7 @@ class SessionWatch {
   void sessionMade(GDBusProxy* session);
   void screenSaverMade(GDBusProxy* saver);
 
-  void followSignal(GDBusProxy* proxy, std::string signal);
+  void followSignal(GDBusProxy* proxy, const std::string& signal);
   void setAway(GDBusProxy* cause, bool away);
   void logOnce(const std::string& failure);
 

@@ -65,8 +65,9 @@ std::optional<std::filesystem::path> reserveFile(const std::filesystem::path& fo
   const auto stem = std::filesystem::path(name).stem().string();
   const auto extension = std::filesystem::path(name).extension().string();
   for (int number = 1; number <= mostNumbers; ++number) {
-    const auto suffix = number > 1 ? " (" + std::to_string(number) + ")" : "";
-    auto path = folder / (stem + suffix + extension);
+    auto tried = stem;
+    if (number > 1) tried += " (" + std::to_string(number) + ")";
+    auto path = folder / tried.append(extension);
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (file >= 0) {
       close(file);
