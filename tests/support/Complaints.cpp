@@ -47,18 +47,18 @@ bool isOfTheBackButton([[maybe_unused]] const char* text) {
 #endif
 }
 
-bool isNoFaultOfOurs(const GLogField* fields, gsize count) {
+const char* valueOf(const char* key, const GLogField* fields, gsize count) {
   for (gsize index = 0; index < count; ++index) {
-    // The component's own failures, which tests bring about.
-    if (std::strcmp(fields[index].key, "GLIB_DOMAIN") == 0 &&
-        std::strcmp(static_cast<const char*>(fields[index].value), "Orivex") == 0) {
-      return true;
-    }
-    if (std::strcmp(fields[index].key, "MESSAGE") != 0) continue;
-    const auto* const text = static_cast<const char*>(fields[index].value);
-    return isOfThePathBar(text) || isOfTheClosingChooser(text) || isOfTheSandbox(text) || isOfTheBackButton(text);
+    if (std::strcmp(fields[index].key, key) == 0) return static_cast<const char*>(fields[index].value);
   }
-  return false;
+  return "";
+}
+
+bool isNoFaultOfOurs(const GLogField* fields, gsize count) {
+  // The component's own failures, which tests bring about.
+  if (std::strcmp(valueOf("GLIB_DOMAIN", fields, count), "Orivex") == 0) return true;
+  const auto* const text = valueOf("MESSAGE", fields, count);
+  return isOfThePathBar(text) || isOfTheClosingChooser(text) || isOfTheSandbox(text) || isOfTheBackButton(text);
 }
 
 GLogWriterOutput write(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*data*/) noexcept {
