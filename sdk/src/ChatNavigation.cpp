@@ -56,7 +56,7 @@ void ChatNavigation::committed() {
 }
 
 void ChatNavigation::finished() {
-  origins_.finished(host_.documentUrl());
+  if (origins_.finished(host_.documentUrl())) host_.limitUserScripts(origins_.all(screen_.allowedOrigins));
   host_.pageFinished();
 }
 

@@ -29,6 +29,9 @@ class ChatWebViewHost {
   /// Address of the document in the chat page whose scripts run now.
   std::optional<std::string> documentUrl() { return webView()->engine().documentUrl(); }
 
+  /// Keeps what the component tells the page, and its consoles, from documents of other origins that come later.
+  void limitUserScripts(const std::vector<std::string>& origins) { webView()->engine().limitUserScripts(origins); }
+
   /// Places both views in the screen's view as it is now.
   void layout();
 

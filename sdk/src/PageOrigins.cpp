@@ -1,6 +1,7 @@
 #include "PageOrigins.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "orivex/platform/base/Url.h"
@@ -31,16 +32,23 @@ void PageOrigins::committed(const std::optional<std::string>& url) {
   if (!firstCommitted_) firstCommitted_ = originOf(url);
 }
 
-void PageOrigins::finished(const std::optional<std::string>& url) {
-  if (!firstFinished_) firstFinished_ = originOf(url);
+bool PageOrigins::finished(const std::optional<std::string>& url) {
+  if (firstFinished_) return false;
+  firstFinished_ = originOf(url);
+  return true;
+}
+
+std::vector<std::string> PageOrigins::all(const std::vector<std::string>& listed) const {
+  std::vector<std::string> origins{server_, firstCommitted_.value_or(""), firstFinished_.value_or("")};
+  std::transform(listed.begin(), listed.end(), std::back_inserter(origins), originOf);
+  std::erase(origins, "");
+  return origins;
 }
 
 bool PageOrigins::trusts(const std::optional<std::string>& url, const std::vector<std::string>& listed) const {
   if (!url) return true;
-  const auto origin = originOf(url);
-  if (origin.empty()) return false;
-  return origin == server_ || origin == firstCommitted_ || origin == firstFinished_ ||
-         std::any_of(listed.begin(), listed.end(), [&](const auto& other) { return originOf(other) == origin; });
+  const auto origins = all(listed);
+  return std::find(origins.begin(), origins.end(), originOf(url)) != origins.end();
 }
 
 }  // namespace orivex

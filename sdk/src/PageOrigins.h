@@ -17,9 +17,13 @@ class PageOrigins {
   /// The address of the chat server as the host gave it.
   void setServer(const std::string& address) { server_ = originOf(address); }
 
-  /// The document at `url` has come, or its load has ended; the first of each is part of opening the chat.
+  /// The document at `url` has come, or its load has ended; the first of each is part of opening the chat. The latter
+  /// says whether it was the first.
   void committed(const std::optional<std::string>& url);
-  void finished(const std::optional<std::string>& url);
+  bool finished(const std::optional<std::string>& url);
+
+  /// The chat's origins, with those of the addresses `listed`.
+  std::vector<std::string> all(const std::vector<std::string>& listed) const;
 
   /// Whether the document at `url` is the chat's; `listed` are the host's further addresses or origins. Before the
   /// first document, when only the component's own scripts run, everything is.

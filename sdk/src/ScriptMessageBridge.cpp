@@ -120,7 +120,7 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
   const auto* const service = std::find_if(std::begin(services), std::end(services),
                                            [&](const Service& candidate) { return candidate.name == message.name; });
   if (service == std::end(services)) return;
-  if (!service->isOpen && !origins_.trusts(host_.documentUrl(), screen_.trustedOrigins)) {
+  if (!service->isOpen && !origins_.trusts(host_.documentUrl(), screen_.allowedOrigins)) {
     log::print("Declined \"" + message.name + "\" of a page that is not the chat's: " + origin(), log::Level::info);
     return;
   }

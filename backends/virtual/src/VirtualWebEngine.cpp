@@ -98,6 +98,11 @@ std::optional<std::string> VirtualWebEngine::run(const std::string& script) {
   return runner(*this, script);
 }
 
+void VirtualWebEngine::limitUserScripts(const std::vector<std::string>& origins) {
+  requireMainThread(queue_, "WebEngine::limitUserScripts");
+  userScriptOrigins_ = origins;
+}
+
 void VirtualWebEngine::setCustomUserAgent(const std::string& userAgent) {
   requireMainThread(queue_, "WebEngine::setCustomUserAgent");
   userAgent_ = userAgent;

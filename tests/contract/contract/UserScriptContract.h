@@ -49,7 +49,24 @@ TYPED_TEST_P(UserScriptContract, AMainFrameScriptStaysOutOfFrames) {
   EXPECT_EQ(this->bodies(site, scripts, 1), (std::vector<std::string>{R"("/")"}));
 }
 
+TYPED_TEST_P(UserScriptContract, LimitedScriptsRunInDocumentsOfThoseOriginsAlone) {
+  const UserScript script{"window.told = true;", UserScript::InjectionTime::documentStart, true};
+  WebRecorder web(this->fixture_.platform(), {{"contract"}, {script}, true});
+  const auto origin = this->fixture_.serve({{"/", {.body = "<script>" + this->post("!!window.told") + "</script>"}}});
+  const auto next = [&](const std::vector<std::string>& origins) {
+    const auto seen = web.messages.size();
+    web.inside([&] { web.engine->limitUserScripts(origins); });
+    web.load(origin + "/");
+    EXPECT_TRUE(this->wait([&] { return web.messages.size() > seen; }));
+    return web.messages.size() > seen ? web.messages.back().body : "";
+  };
+  EXPECT_EQ(next({"https://other.example", origin}), "true");
+  EXPECT_EQ(next({"https://other.example", "https://[::1]:8443"}), "false");
+  EXPECT_EQ(next({origin}), "true");
+  EXPECT_EQ(next({}), "false");
+}
+
 REGISTER_TYPED_TEST_SUITE_P(UserScriptContract, ScriptsRunInOrderBeforeThePagesOwnAndAtItsEnd,
-                            AMainFrameScriptStaysOutOfFrames);
+                            AMainFrameScriptStaysOutOfFrames, LimitedScriptsRunInDocumentsOfThoseOriginsAlone);
 
 }  // namespace orivex::contract

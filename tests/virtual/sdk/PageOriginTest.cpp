@@ -62,7 +62,7 @@ TEST_F(PageOriginTest, OnlyTheChatsOwnDocumentsAreServed) {
   for (const auto& row : cases) {
     SCOPED_TRACE(row.what);
     const auto screen = present();
-    screen->trustedOrigins = {"https://PAY.example/"};
+    screen->allowedOrigins = {"https://PAY.example/"};
     device_.runUntilIdle();
     for (const auto& visit : row.visits) {
       goTo(*screen, visit.address, visit.toTheEnd);
@@ -71,6 +71,20 @@ TEST_F(PageOriginTest, OnlyTheChatsOwnDocumentsAreServed) {
     hostStack_->dismiss(false);
     device_.runUntilIdle();
   }
+}
+
+TEST_F(PageOriginTest, OnlyTheChatsOwnDocumentsAreToldOfTheirSurroundings) {
+  const auto screen = present();
+  screen->allowedOrigins = {"https://PAY.example/", "no address"};
+  device_.runUntilIdle();
+  const auto& page = pageOf(*screen);
+  goTo(*screen, "https://login.example/x", false);
+  EXPECT_FALSE(page.userScriptOrigins()) << "a redirect may still lead on";
+  goTo(*screen, "https://chat.example:8443/");
+  const Lines own{"https://chat.example", "https://login.example", "https://chat.example:8443", "https://pay.example"};
+  EXPECT_EQ(page.userScriptOrigins(), own);
+  goTo(*screen, "https://evil.example/");
+  EXPECT_EQ(page.userScriptOrigins(), own);
 }
 
 TEST_F(PageOriginTest, AForeignPageCanOpenLinksAnnounceItselfAndGoBack) {

@@ -1,8 +1,7 @@
 #include "PageScripts.h"
 
-#include <memory>
-
-#include "../FreeWith.h"
+#include <algorithm>
+#include <iterator>
 
 namespace orivex::gtk {
 namespace {
@@ -71,14 +70,37 @@ constexpr const char* messageLimit = R"js(
 })
 )js";
 
+// WebKit's patterns know no ports, and match nothing when they name one.
+std::string addressPattern(const std::string& origin) {
+  const auto port = origin.find_last_of(":]");
+  const bool hasPort = port != std::string::npos && origin[port] == ':' && !origin.substr(port).starts_with("://");
+  return origin.substr(0, hasPort ? port : std::string::npos) + "/*";
+}
+
 }  // namespace
 
 void addPageScript(WebKitUserContentManager* content, const char* source, WebKitUserContentInjectedFrames frames,
                    const char* world, WebKitUserScriptInjectionTime time) {
-  const std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>> script(
-      world ? webkit_user_script_new_for_world(source, frames, time, world, nullptr, nullptr)
-            : webkit_user_script_new(source, frames, time, nullptr, nullptr));
+  const AddedScript script(world ? webkit_user_script_new_for_world(source, frames, time, world, nullptr, nullptr)
+                                 : webkit_user_script_new(source, frames, time, nullptr, nullptr));
   webkit_user_content_manager_add_script(content, script.get());
+}
+
+AddedScript addUserScript(WebKitUserContentManager* content, const UserScript& script,
+                          const std::vector<std::string>& origins) {
+  std::vector<std::string> patterns;
+  std::transform(origins.begin(), origins.end(), std::back_inserter(patterns), addressPattern);
+  std::vector<const char*> allowed;
+  for (const auto& pattern : patterns) allowed.push_back(pattern.c_str());
+  allowed.push_back(nullptr);
+  AddedScript added(webkit_user_script_new(
+      script.source.c_str(),
+      script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+      script.injectionTime == UserScript::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
+                                                                       : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
+      origins.empty() ? nullptr : allowed.data(), nullptr));
+  webkit_user_content_manager_add_script(content, added.get());
+  return added;
 }
 
 void addPageStyle(WebKitUserContentManager* content, const char* css, WebKitUserContentInjectedFrames frames) {

@@ -62,6 +62,7 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       start_(start),
       context_(std::move(context)),
       handlers_(std::move(handlers)),
+      userScripts_(configuration.userScripts),
       content_(GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
       view_(makeView(context_->get(), session, content_.get())),
       cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
@@ -115,13 +116,17 @@ void WebKitEngine::addScripts(const WebEngineConfiguration& configuration) {
   addLightStyle(content);
   addTouchPointers(content);
   addTakenPointers(content);
-  for (const auto& script : configuration.userScripts) {
-    addPageScript(
-        content, script.source.c_str(),
-        script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES, nullptr,
-        script.injectionTime == UserScript::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
-                                                                         : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END);
-  }
+  addUserScripts({});
+}
+
+void WebKitEngine::addUserScripts(const std::vector<std::string>& origins) {
+  for (const auto& script : userScripts_) addedScripts_.push_back(addUserScript(content_.get(), script, origins));
+}
+
+void WebKitEngine::limitUserScripts(const std::vector<std::string>& origins) {
+  for (const auto& script : addedScripts_) webkit_user_content_manager_remove_script(content_.get(), script.get());
+  addedScripts_.clear();
+  if (!origins.empty()) addUserScripts(origins);
 }
 
 void WebKitEngine::connectSignals() {

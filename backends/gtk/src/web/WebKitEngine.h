@@ -41,6 +41,7 @@ class WebKitEngine final : public WebEngine {
   void reload() override;
   void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
   std::optional<std::string> documentUrl() const override { return documentUrl_; }
+  void limitUserScripts(const std::vector<std::string>& origins) override;
   void setCustomUserAgent(const std::string& userAgent) override;
   void setScrollSettings(const ScrollSettings& settings) override;
 
@@ -48,6 +49,7 @@ class WebKitEngine final : public WebEngine {
   bool isCovered() const;
   void registerMessage(const std::string& name);
   void addScripts(const WebEngineConfiguration& configuration);
+  void addUserScripts(const std::vector<std::string>& origins);
   void connectSignals();
 
   void loadChanged(WebKitLoadEvent event);
@@ -66,6 +68,8 @@ class WebKitEngine final : public WebEngine {
   EngineStart& start_;
   const std::shared_ptr<WebProcessContext> context_;
   WebEngineHandlers handlers_;
+  const std::vector<UserScript> userScripts_;
+  std::vector<AddedScript> addedScripts_;  // the user scripts as the pages know them
   GRef<WebKitUserContentManager> content_;
   GRef<WebKitWebView> view_;
   std::weak_ptr<const View> shownBy_;

@@ -48,8 +48,9 @@ class ORIVEX_API OVKFApi : public ViewController {
 
   /// Origins, such as "https://chat.example", whose pages are served as the chat page is when it leads to them. Pages
   /// of other origins than these, the chat server's and those where its redirects lead can only open links, say that
-  /// they are there, and go back.
-  std::vector<std::string> trustedOrigins;
+  /// they are there, and go back; they get neither the environment record nor the consoles. Set it before the screen
+  /// shows.
+  std::vector<std::string> allowedOrigins;
 
   /// Lets the page post "shortCut", "message" and "unreadCount", which reach the delegate. Set it before the screen
   /// shows.

@@ -48,6 +48,7 @@ class VirtualWebEngine final : public WebEngine {
   /// is gone.
   void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
   std::optional<std::string> documentUrl() const override { return page_->documentUrl; }
+  void limitUserScripts(const std::vector<std::string>& origins) override;
   void setCustomUserAgent(const std::string& userAgent) override;
   void setScrollSettings(const ScrollSettings& settings) override;
 
@@ -96,6 +97,8 @@ class VirtualWebEngine final : public WebEngine {
   // What the engine was asked for.
 
   const WebEngineConfiguration& configuration() const { return configuration_; }
+  /// Origins to which the user scripts were limited last; absent while they run everywhere.
+  const std::optional<std::vector<std::string>>& userScriptOrigins() const { return userScriptOrigins_; }
   const std::vector<UrlRequest>& loads() const { return loads_; }
   const std::vector<FileLoad>& fileLoads() const { return fileLoads_; }
   int reloadCount() const { return reloadCount_; }
@@ -140,6 +143,7 @@ class VirtualWebEngine final : public WebEngine {
   MainQueue& queue_;
   WebEngineConfiguration configuration_;
   std::shared_ptr<Page> page_ = std::make_shared<Page>();
+  std::optional<std::vector<std::string>> userScriptOrigins_;
   std::vector<UrlRequest> loads_;
   std::vector<FileLoad> fileLoads_;
   std::vector<std::string> scripts_;

@@ -121,6 +121,10 @@ class WebEngine : public Interface {
   /// `urlChanged` may tell already. Absent before the first document.
   virtual std::optional<std::string> documentUrl() const = 0;
 
+  /// From the next document on, the configuration's user scripts run only in those of these origins, such as
+  /// "https://chat.example"; which port it is makes no difference. At first they run in all.
+  virtual void limitUserScripts(const std::vector<std::string>& origins) = 0;
+
   virtual void setCustomUserAgent(const std::string& userAgent) = 0;
   virtual void setScrollSettings(const ScrollSettings& settings) = 0;
 };
