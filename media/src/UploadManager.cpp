@@ -123,7 +123,7 @@ void UploadManager::upload(const Target& target, std::optional<FilePart> file, s
   }
   if (file) file->fileName = validUtf8(file->fileName);
   UploadRequest request{*url, target.headers, std::move(file), std::move(fields)};
-  shown->setGiveUp(Platform::current().httpClient.upload(
+  shown->setOnCancel(Platform::current().httpClient.upload(
       std::move(request), [shown](double fraction) { shown->progress(static_cast<float>(fraction)); },
       std::move(finish)));
 }

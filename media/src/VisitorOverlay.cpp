@@ -52,9 +52,9 @@ void VisitorOverlay::hideUploads(const Window& window) {
 }
 
 // Of several uploads, the newest is shown.
-void VisitorOverlay::giveUp() const {
+void VisitorOverlay::cancel() const {
   if (uploads_.empty()) return;
-  if (const auto act = uploads_.back()->giveUp_) act();
+  if (const auto act = uploads_.back()->onCancel_) act();
 }
 
 VisitorOverlay::Upload::Upload() : window_(overlay().window()) {
@@ -89,7 +89,7 @@ void VisitorOverlay::Upload::returnToWindow() const {
 
 void VisitorOverlay::Upload::show() const {
   returnToWindow();
-  overlay().setGiveUp([] { shared().giveUp(); });
+  overlay().setOnCancel([] { shared().cancel(); });
   if (fraction_) {
     overlay().showProgress(*fraction_, percentage(*fraction_));
   } else {

@@ -40,7 +40,7 @@ class VisitorOverlay {
     void progress(float fraction);
 
     /// What the visitor's "✕" does while this upload is shown.
-    void setGiveUp(std::function<void()> giveUp) { giveUp_ = std::move(giveUp); }
+    void setOnCancel(std::function<void()> onCancel) { onCancel_ = std::move(onCancel); }
 
     /// Lets the overlay show over the window that it had when this upload began.
     void returnToWindow() const;
@@ -54,7 +54,7 @@ class VisitorOverlay {
     void show() const;
     std::optional<float> fraction_;  // nothing while the spinner shows
     std::weak_ptr<Window> window_;   // of the overlay when the upload began
-    std::function<void()> giveUp_;
+    std::function<void()> onCancel_;
   };
 
   VisitorOverlay(const VisitorOverlay&) = delete;
@@ -65,7 +65,7 @@ class VisitorOverlay {
   VisitorOverlay() = default;
   ~VisitorOverlay() = default;
 
-  void giveUp() const;
+  void cancel() const;
 
   std::vector<const Upload*> uploads_;  // that go on and are seen, the oldest first
   bool hasMessage_ = false;

@@ -34,9 +34,9 @@ void VirtualProgressOverlay::offer(std::optional<OverlayOffer> offer) {
   offered_ = offer && shownIn(application_, offer->window) ? std::move(offer) : std::nullopt;
 }
 
-void VirtualProgressOverlay::pressGiveUp() const {
-  if (!canBeGivenUp()) return;
-  const auto act = giveUp();
+void VirtualProgressOverlay::pressCancel() const {
+  if (!canBeCancelled()) return;
+  const auto act = onCancel();
   act();
 }
 

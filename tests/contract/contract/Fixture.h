@@ -130,7 +130,7 @@ concept OverlayFixture = DeviceFixture<Fixture> && requires(Fixture fixture) {
   /// Status of the panel that is up, empty for the plain spinner; nothing when none is.
   { fixture.overlayStatus() } -> std::same_as<std::optional<std::string>>;
   /// Presses the panel's "✕"; whether there is one.
-  { fixture.giveUp() } -> std::same_as<bool>;
+  { fixture.cancel() } -> std::same_as<bool>;
   /// Text of the bar with an offer; nothing without one.
   { fixture.offered() } -> std::same_as<std::optional<std::string>>;
   /// Presses "重试", or "✕", on the bar.

@@ -174,11 +174,11 @@ TYPED_TEST_P(HttpClientContract, WhatWaitsDoesNotHoldUpAnother) {
   EXPECT_EQ(uploads, "quick slow");
 }
 
-TYPED_TEST_P(HttpClientContract, AnUploadThatIsGivenUpEndsOnceAndSoon) {
+TYPED_TEST_P(HttpClientContract, AnUploadThatIsCancelledEndsOnceAndSoon) {
   const auto origin = this->fixture_.serve({{"/silent", {.silent = true}}, {"/endless", {.endless = true}}});
   for (const auto& [target, seconds] : {std::pair{"/silent", 0.0}, {"/silent", 0.3}, {"/endless", 0.3}}) {
     std::vector<UploadReply> replies;
-    const auto giveUp = this->fixture_.platform().httpClient.upload(
+    const auto cancel = this->fixture_.platform().httpClient.upload(
         {.url = *Url::parse(origin + target),
          .headers = {},
          .file = FilePart{"file", FilePart::Bytes{std::string(this->mebibyte, 'x')}, "a", "b"},
@@ -187,11 +187,11 @@ TYPED_TEST_P(HttpClientContract, AnUploadThatIsGivenUpEndsOnceAndSoon) {
         [&](double) { EXPECT_TRUE(replies.empty()) << "progress after the end"; },
         [&](UploadReply reply) { replies.push_back(std::move(reply)); });
     if (seconds > 0) this->pass(seconds);
-    giveUp();
-    giveUp();
+    cancel();
+    cancel();
     EXPECT_TRUE(replies.empty()) << "completed inside the call";
     ASSERT_TRUE(this->wait([&] { return !replies.empty(); })) << target;
-    giveUp();
+    cancel();
     this->pass(0.3);
     ASSERT_EQ(replies.size(), 1U) << target;
     ASSERT_TRUE(replies[0].error) << target;
@@ -203,7 +203,7 @@ TYPED_TEST_P(HttpClientContract, AnUploadThatIsGivenUpEndsOnceAndSoon) {
 REGISTER_TYPED_TEST_SUITE_P(HttpClientContract, AReplyIsAResponseWhateverItsStatus,
                             ARequestThatIsRefusedOrForgottenEndsInAnErrorInItsOwnTime,
                             AnUploadsReplyIsAResponseWhateverItsStatusAndOnlyAMoveIsFollowed,
-                            AnUploadThatIsRefusedOrForgottenEndsInAnError, AnUploadThatIsGivenUpEndsOnceAndSoon,
+                            AnUploadThatIsRefusedOrForgottenEndsInAnError, AnUploadThatIsCancelledEndsOnceAndSoon,
                             WhatWaitsDoesNotHoldUpAnother);
 
 }  // namespace orivex::contract

@@ -87,22 +87,22 @@ TYPED_TEST_P(ProgressOverlayContract, ThePanelShowsOverTheChosenWindowOnly) {
 }
 
 TYPED_TEST_P(ProgressOverlayContract, TheVisitorGivesUpWhatIsOnItsWayAndNoMessage) {
-  int givenUp = 0;
+  int cancelled = 0;
   this->overlay().show();
-  EXPECT_FALSE(this->fixture_.giveUp()) << "nothing can be given up";
-  this->overlay().setGiveUp([&] { ++givenUp; });
+  EXPECT_FALSE(this->fixture_.cancel()) << "nothing can be given up";
+  this->overlay().setOnCancel([&] { ++cancelled; });
   this->overlay().show();
-  EXPECT_TRUE(this->fixture_.giveUp());
+  EXPECT_TRUE(this->fixture_.cancel());
   this->overlay().showProgress(0.5F, "50%");
-  EXPECT_TRUE(this->fixture_.giveUp());
-  EXPECT_EQ(givenUp, 2);
+  EXPECT_TRUE(this->fixture_.cancel());
+  EXPECT_EQ(cancelled, 2);
   this->overlay().showInfo("text");
-  EXPECT_FALSE(this->fixture_.giveUp());
-  EXPECT_EQ(givenUp, 2);
+  EXPECT_FALSE(this->fixture_.cancel());
+  EXPECT_EQ(cancelled, 2);
   // What is given up may show something else at once.
-  this->overlay().setGiveUp([this] { this->overlay().showInfo("未知错误"); });
+  this->overlay().setOnCancel([this] { this->overlay().showInfo("未知错误"); });
   this->overlay().show();
-  EXPECT_TRUE(this->fixture_.giveUp());
+  EXPECT_TRUE(this->fixture_.cancel());
   EXPECT_TRUE(this->becomes("未知错误"));
 }
 

@@ -122,7 +122,7 @@ class WindowFixture : public ContractFixture {
     if (!mask) return std::nullopt;
     return gtk_label_get_text(GTK_LABEL(findByType(mask, GTK_TYPE_LABEL)));
   }
-  bool giveUp() {
+  bool cancel() {
     GtkWidget* const mask = find("orivex-mask");
     GtkWidget* const close = mask ? findByType(mask, GTK_TYPE_BUTTON) : nullptr;
     if (!close || !gtk_widget_get_visible(close)) return false;

@@ -93,7 +93,7 @@ TEST_F(CurlHttpClientTest, FollowsAsManyRedirectsAsABrowserWithTheirCookies) {
   EXPECT_EQ(server.requests().back().find("Cookie"), std::string::npos) << "a cookie outlived its exchange";
 }
 
-TEST_F(CurlHttpClientTest, ASlowServerThatMovesIsNotGivenUp) {
+TEST_F(CurlHttpClientTest, ASlowServerThatMovesIsNotCancelled) {
   SocketServer server(SocketServer::Session([](SocketConnection& connection) {
     const auto head = connection.readHead();
     const int left = head.empty() ? 0 : head[5] - '0';

@@ -147,14 +147,14 @@ TEST_F(CurlProxyTest, AQuestionWithoutAnAnswerEndsInTime) {
   pass(0.1);
 }
 
-TEST_F(CurlProxyTest, AnUploadCanBeGivenUpBeforeItsProxyIsKnown) {
+TEST_F(CurlProxyTest, AnUploadCanBeCancelledBeforeItsProxyIsKnown) {
   std::atomic<bool> isOver = false;
   asked_ = [&](const std::string&) {
     while (!isOver) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return std::vector<std::string>{"direct://"};
   };
   const auto upload = begin(form("http://127.0.0.1:1/", bytes("x")));
-  upload->giveUp();
+  upload->cancel();
   EXPECT_TRUE(wait([&] { return upload->reply.has_value(); }, 5));
   EXPECT_EQ(upload->error(), "已取消");
   isOver = true;

@@ -236,7 +236,7 @@ TEST_F(CurlUploadFaultTest, TimesOutWhenNothingIsSentOrTheReplyIsNeverWhole) {
   }
 }
 
-TEST_F(CurlUploadFaultTest, OneThatIsGivenUpHangsUpInTheMiddleOfItsBody) {
+TEST_F(CurlUploadFaultTest, OneThatIsCancelledHangsUpInTheMiddleOfItsBody) {
   std::atomic<bool> hasBegun = false;
   std::atomic<bool> isOver = false;
   std::atomic<std::size_t> missing = 0;
@@ -250,7 +250,7 @@ TEST_F(CurlUploadFaultTest, OneThatIsGivenUpHangsUpInTheMiddleOfItsBody) {
   }));
   const auto upload = begin(form(server.url("/"), path(file_)));
   ASSERT_TRUE(wait([&] { return hasBegun.load(); }, patience));
-  upload->giveUp();
+  upload->cancel();
   EXPECT_TRUE(wait([&] { return upload->reply.has_value(); }, 2));
   isOver = true;
   EXPECT_EQ(upload->status(), std::nullopt);

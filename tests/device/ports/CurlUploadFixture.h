@@ -22,7 +22,7 @@ class CurlUploadFixture : public ::testing::Test {
   struct Upload {
     std::optional<UploadReply> reply;
     std::vector<double> progress;
-    std::function<void()> giveUp;
+    std::function<void()> cancel;
 
     std::optional<int> status() const {
       return reply && reply->response ? std::optional(reply->response->status) : std::nullopt;
@@ -54,7 +54,7 @@ class CurlUploadFixture : public ::testing::Test {
   std::shared_ptr<Upload> begin(UploadRequest request) {
     auto upload = std::make_shared<Upload>();
     const auto before = std::make_shared<bool>(true);
-    upload->giveUp = client_->upload(
+    upload->cancel = client_->upload(
         std::move(request),
         [this, upload, before](double fraction) {
           EXPECT_FALSE(*before) << "told inside the call";

@@ -57,9 +57,9 @@ TEST_F(GtkProgressOverlayTest, TheMaskTakesKeysAndClicksUntilThePanelStartsToLea
   EXPECT_EQ(entered(), "bc") << "without a mask nothing is taken";
 }
 
-TEST_F(GtkProgressOverlayTest, EscapeAndTheCrossGiveUpAndLeaveTheFocusWhereItIs) {
+TEST_F(GtkProgressOverlayTest, EscapeAndTheCrossCancelAndLeaveTheFocusWhereItIs) {
   std::vector<std::string> given;
-  overlay_.setGiveUp([&] { given.emplace_back("up"); });
+  overlay_.setOnCancel([&] { given.emplace_back("up"); });
   overlay_.showProgress(0.25F, "25%");
   pass(settling);
   VisitorWindow::press({"a", "Escape"});
@@ -75,7 +75,7 @@ TEST_F(GtkProgressOverlayTest, EscapeAndTheCrossGiveUpAndLeaveTheFocusWhereItIs)
   overlay_.dismiss();
   VisitorWindow::press({"b"});
   EXPECT_TRUE(wait([&] { return entered() == "b"; }, 5)) << entered();
-  overlay_.setGiveUp(nullptr);
+  overlay_.setOnCancel(nullptr);
 }
 
 TEST_F(GtkProgressOverlayTest, TheBarOfAnOfferLiesAboveThePanelAndTakesNoInputBesideIt) {

@@ -144,12 +144,12 @@ TEST_F(UploadManagerTest, EndsOnceWhenTheVisitorGivesUpTheOneThatIsShown) {
     });
   }
   device_.advance(1);
-  device_.progressOverlay().pressGiveUp();
-  device_.progressOverlay().pressGiveUp();
+  device_.progressOverlay().pressCancel();
+  device_.progressOverlay().pressCancel();
   EXPECT_TRUE(ended.empty());
   device_.advance(1);
   EXPECT_EQ(ended, Lines{"second 未知错误"});
-  EXPECT_TRUE(device_.progressOverlay().canBeGivenUp()) << "the first one goes on";
+  EXPECT_TRUE(device_.progressOverlay().canBeCancelled()) << "the first one goes on";
   device_.advance(10);
   EXPECT_EQ(ended, (Lines{"second 未知错误", "first stored"}));
   EXPECT_FALSE(device_.progressOverlay().shown());

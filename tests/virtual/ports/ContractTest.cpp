@@ -101,9 +101,9 @@ class Virtual {
     const auto& shown = device_.progressOverlay().shown();
     return shown ? std::optional(shown->status) : std::nullopt;
   }
-  bool giveUp() {
-    const bool can = device_.progressOverlay().canBeGivenUp();
-    device_.progressOverlay().pressGiveUp();
+  bool cancel() {
+    const bool can = device_.progressOverlay().canBeCancelled();
+    device_.progressOverlay().pressCancel();
     return can;
   }
   std::optional<std::string> offered() {

@@ -31,9 +31,9 @@ std::function<void()> CurlHttpClient::upload(UploadRequest request, std::functio
       [completion = std::move(completion)](UploadReply reply) mutable { std::move(completion)(std::move(reply)); });
   UploadReporter reporter(mainQueue_, alive_.guard(std::move(progress)), std::move(onMain));
   auto transfer = std::make_unique<CurlUpload>(std::move(request), std::move(reporter));
-  auto giveUpTransfer = alive_.guard([this, stop = transfer->stop()] { giveUp(stop); });
+  auto cancelTransfer = alive_.guard([this, stop = transfer->stop()] { cancel(stop); });
   start(std::move(transfer));
-  return giveUpTransfer;
+  return cancelTransfer;
 }
 
 void CurlHttpClient::start(Transfer transfer) {
@@ -53,7 +53,7 @@ void CurlHttpClient::proxiesFound(std::size_t id, ProxyLookup::Proxies proxies) 
 }
 
 // One that waits for its proxies has not begun; the others end at the worker's next check.
-void CurlHttpClient::giveUp(const CurlTransfer::Flag& stop) {
+void CurlHttpClient::cancel(const CurlTransfer::Flag& stop) {
   *stop = true;
   worker_.wake();
   const auto found = std::find_if(waiting_.begin(), waiting_.end(),
@@ -61,7 +61,7 @@ void CurlHttpClient::giveUp(const CurlTransfer::Flag& stop) {
   if (found == waiting_.end()) return;
   const auto transfer = std::move(found->second);
   waiting_.erase(found);
-  transfer->finish(CurlTransfer::givenUp);
+  transfer->finish(CurlTransfer::cancelled);
 }
 
 void CurlHttpClient::ended(Transfer transfer, CURLcode code) {

@@ -30,7 +30,7 @@ class CurlHttpClient final : public HttpClient {
 
   void start(Transfer transfer);
   void proxiesFound(std::size_t id, ProxyLookup::Proxies proxies);
-  void giveUp(const CurlTransfer::Flag& stop);
+  void cancel(const CurlTransfer::Flag& stop);
   void ended(Transfer transfer, CURLcode code);
 
   MainQueue& mainQueue_;

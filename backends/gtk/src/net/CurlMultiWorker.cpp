@@ -96,7 +96,7 @@ int CurlMultiWorker::checkRunning() {
   for (auto at = running_.size(); at-- > 0;) {
     const auto transfer = running_.begin() + static_cast<std::ptrdiff_t>(at);
     if (*(*transfer)->stop()) {
-      end(transfer, CurlTransfer::givenUp);
+      end(transfer, CurlTransfer::cancelled);
     } else if (const auto wait = (*transfer)->timeLeft(now)) {
       next = std::min(next, *wait);
     } else {

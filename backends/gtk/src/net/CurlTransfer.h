@@ -33,10 +33,10 @@ class CurlTransfer {
   /// Where it is sent, the next time that it is.
   const std::string& address() const { return address_; }
 
-  /// Set from any thread, it ends the transfer at the next check, with the code `givenUp`.
+  /// Set from any thread, it ends the transfer at the next check, with the code `cancelled`.
   using Flag = std::shared_ptr<std::atomic<bool>>;
   const Flag& stop() const { return stop_; }
-  static constexpr CURLcode givenUp = CURLE_ABORTED_BY_CALLBACK;
+  static constexpr CURLcode cancelled = CURLE_ABORTED_BY_CALLBACK;
 
   /// Seconds without a move after which it is given up.
   double idleSeconds() const { return idleSeconds_; }

@@ -40,12 +40,12 @@ OverlayPanel* GtkProgressOverlay::panel() {
 }
 
 void GtkProgressOverlay::show() {
-  if (auto* const shown = panel()) shown->showSpinner(appearance_, giveUp());
+  if (auto* const shown = panel()) shown->showSpinner(appearance_, onCancel());
   raiseBar();
 }
 
 void GtkProgressOverlay::showProgress(float fraction, const std::string& status) {
-  if (auto* const shown = panel()) shown->showRing(appearance_, fraction, status, giveUp());
+  if (auto* const shown = panel()) shown->showRing(appearance_, fraction, status, onCancel());
   raiseBar();
 }
 

@@ -164,14 +164,14 @@ GtkWidget* OverlayPanel::drawingNew(GtkAccessibleRole role) {
   return drawing;
 }
 
-void OverlayPanel::showSpinner(const OverlayAppearance& appearance, std::function<void()> giveUp) {
-  appear(appearance, spinner_, "", tr(spokenSpinner), std::move(giveUp));
+void OverlayPanel::showSpinner(const OverlayAppearance& appearance, std::function<void()> onCancel) {
+  appear(appearance, spinner_, "", tr(spokenSpinner), std::move(onCancel));
 }
 
 void OverlayPanel::showRing(const OverlayAppearance& appearance, float fraction, const std::string& status,
-                            std::function<void()> giveUp) {
+                            std::function<void()> onCancel) {
   setFraction(std::clamp(static_cast<double>(fraction), 0.0, 1.0));
-  appear(appearance, ring_, status, status.c_str(), std::move(giveUp));
+  appear(appearance, ring_, status, status.c_str(), std::move(onCancel));
 }
 
 void OverlayPanel::showInfo(const OverlayAppearance& appearance, const std::string& status) {
@@ -185,12 +185,12 @@ void OverlayPanel::setFraction(double fraction) {
 }
 
 void OverlayPanel::appear(const OverlayAppearance& appearance, GtkWidget* indicator, const std::string& status,
-                          const char* spoken, std::function<void()> giveUp) {
+                          const char* spoken, std::function<void()> onCancel) {
   apply(appearance);
   gtk_stack_set_visible_child(GTK_STACK(indicators_), indicator);
   gtk_spinner_set_spinning(GTK_SPINNER(spinner_), indicator == spinner_);
-  giveUp_ = std::move(giveUp);
-  gtk_widget_set_visible(close_, static_cast<bool>(giveUp_));
+  onCancel_ = std::move(onCancel);
+  gtk_widget_set_visible(close_, static_cast<bool>(onCancel_));
   gtk_label_set_text(GTK_LABEL(label_), status.c_str());
   gtk_label_set_lines(GTK_LABEL(label_), linesThatFit());
   gtk_widget_set_visible(label_, !status.empty());
@@ -219,7 +219,7 @@ void OverlayPanel::apply(const OverlayAppearance& appearance) {
 void OverlayPanel::dismiss() {
   if (!shown_) return;
   shown_ = false;
-  giveUp_ = nullptr;
+  onCancel_ = nullptr;
   takeInput(false);
   fadeTo(0);
 }
@@ -245,7 +245,7 @@ void OverlayPanel::takeInput(bool taking) {
 }
 
 void OverlayPanel::cancel() {
-  if (const auto act = giveUp_) act();  // which may show something else
+  if (const auto act = onCancel_) act();  // which may show something else
 }
 
 // A text too long for the window ends in an ellipsis instead of leaving it.

@@ -34,11 +34,11 @@ class OverlayPanel {
   /// False once the window that shows it is gone.
   bool isOver(GtkOverlay* parent) const { return parent_ == parent; }
 
-  /// `giveUp` is what "✕" and Escape do; empty, there is none. `fraction` goes from 0 to 1; what lies outside is taken
-  /// for the nearer end.
-  void showSpinner(const OverlayAppearance& appearance, std::function<void()> giveUp);
+  /// `onCancel` is what "✕" and Escape do; empty, there is none. `fraction` goes from 0 to 1; what lies outside is
+  /// taken for the nearer end.
+  void showSpinner(const OverlayAppearance& appearance, std::function<void()> onCancel);
   void showRing(const OverlayAppearance& appearance, float fraction, const std::string& status,
-                std::function<void()> giveUp);
+                std::function<void()> onCancel);
   void showInfo(const OverlayAppearance& appearance, const std::string& status);
   void dismiss();
 
@@ -49,7 +49,7 @@ class OverlayPanel {
   void setFraction(double fraction);
   void apply(const OverlayAppearance& appearance);
   void appear(const OverlayAppearance& appearance, GtkWidget* indicator, const std::string& status, const char* spoken,
-              std::function<void()> giveUp);
+              std::function<void()> onCancel);
   void takeInput(bool taking);
   int linesThatFit() const;
   void fadeTo(double opacity);
@@ -65,7 +65,7 @@ class OverlayPanel {
   double fraction_ = 0;  // of the ring
   GtkWidget* label_ = nullptr;
   GtkWidget* close_ = nullptr;
-  std::function<void()> giveUp_;
+  std::function<void()> onCancel_;
   std::string spoken_;
   bool shown_ = false;  // false while it fades out, too
   GRef<AdwAnimation> fade_;

@@ -54,8 +54,8 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   std::shared_ptr<Window> shownOver() const { return shownOver_.lock(); }
 
   /// Whether the panel has a "✕", and the visitor's press on it.
-  bool canBeGivenUp() const { return shown_ && shown_->kind != Kind::info && giveUp(); }
-  void pressGiveUp() const;
+  bool canBeCancelled() const { return shown_ && shown_->kind != Kind::info && onCancel(); }
+  void pressCancel() const;
 
   /// What is offered in a bar; nothing without one, or without its window.
   const std::optional<OverlayOffer>& offered() const { return offered_; }

@@ -42,7 +42,7 @@ class ProgressOverlay : public Interface {
   void bringTo(const View& view);
 
   /// What a "✕" on the spinner and on progress does, and Escape while the mask takes input. At first there is no "✕".
-  void setGiveUp(std::function<void()> giveUp) { giveUp_ = std::move(giveUp); }
+  void setOnCancel(std::function<void()> onCancel) { onCancel_ = std::move(onCancel); }
 
   /// A spinner without an end.
   virtual void show() = 0;
@@ -75,11 +75,11 @@ class ProgressOverlay : public Interface {
   ORIVEX_API static std::shared_ptr<Window> shownIn(const Application& application,
                                                     const std::weak_ptr<Window>& window);
 
-  const std::function<void()>& giveUp() const { return giveUp_; }
+  const std::function<void()>& onCancel() const { return onCancel_; }
 
  private:
   std::weak_ptr<Window> window_;
-  std::function<void()> giveUp_;
+  std::function<void()> onCancel_;
 };
 
 }  // namespace orivex
