@@ -185,7 +185,8 @@ std::string encode(const Value& value, std::string_view before, std::string_view
   } catch (const JsonFault& fault) {
     throw EncodingError(fault.line());
   }
-  return json += after;
+  json += after;
+  return json;
 }
 
 std::string MessageBody::getJsonString() const {

@@ -12,6 +12,7 @@
 #include "HangWatch.h"
 #include "PageDownloads.h"
 #include "PageRequests.h"
+#include "PageScripts.h"
 #include "ScriptDialogs.h"
 #include "WebSession.h"
 
