@@ -90,9 +90,8 @@ AddedScript addUserScript(WebKitUserContentManager* content, const UserScript& s
                           const std::vector<std::string>& origins) {
   std::vector<std::string> patterns;
   std::transform(origins.begin(), origins.end(), std::back_inserter(patterns), addressPattern);
-  std::vector<const char*> allowed;
-  for (const auto& pattern : patterns) allowed.push_back(pattern.c_str());
-  allowed.push_back(nullptr);
+  std::vector<const char*> allowed(patterns.size() + 1);  // ends with a null
+  std::transform(patterns.begin(), patterns.end(), allowed.begin(), [](const auto& text) { return text.c_str(); });
   AddedScript added(webkit_user_script_new(
       script.source.c_str(),
       script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
