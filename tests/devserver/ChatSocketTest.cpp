@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <libsoup/soup.h>
 
-#include "HttpClient.h"
 #include "ServerProcess.h"
 #include "support/MainLoop.h"
 

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace orivex::testing {
@@ -12,32 +11,10 @@ namespace orivex::testing {
 /// How a connection ended.
 enum class End { Closed, Reset, TimedOut };
 
-/// A plain TCP client of the chat server on this machine, that sees every byte and how the connection ends.
-class RawClient {
- public:
-  explicit RawClient(std::uint16_t port);
-  RawClient(const RawClient&) = delete;
-  RawClient& operator=(const RawClient&) = delete;
-  ~RawClient();
-
-  /// Sends all bytes at once. False when the other side is gone.
-  bool send(std::string_view bytes);
-
-  struct Received {
-    std::string bytes;
-    End end;
-  };
-  /// Reads until the connection ends or nothing came for `patience`.
-  Received receiveAll(std::chrono::milliseconds patience = std::chrono::seconds(10));
-
- private:
-  int socket_;
-};
-
 struct Request {
   std::string method = "GET";
   std::string path = "/";
-  /// Whole lines without line ends, beside Host, Connection and Content-Length.
+  /// As curl takes them, beside Host and Content-Length: "name: value", or "name;" without a value.
   std::vector<std::string> headers{};
   std::string body{};
 };
@@ -51,10 +28,7 @@ struct Reply {
   End end = End::Closed;
 };
 
-/// The bytes of a request that asks for the connection to be closed after the reply.
-[[nodiscard]] std::string toBytes(const Request& request);
-/// Reads a reply from everything that the server sent on a connection.
-[[nodiscard]] Reply parseReply(const RawClient::Received& received);
+/// Sends a request to the chat server on this machine, as it is, and follows nothing.
 [[nodiscard]] Reply fetch(std::uint16_t port, const Request& request,
                           std::chrono::milliseconds patience = std::chrono::seconds(10));
 
@@ -81,7 +55,7 @@ struct UploadForm {
 
   [[nodiscard]] Request request(std::string exactBody) const {
     Request request{.method = "POST", .path = "/api/chat/outside/guest/file/upload", .body = std::move(exactBody)};
-    for (const auto& [name, value] : headers) request.headers.push_back(std::string(name).append(": ").append(value));
+    for (const auto& [name, value] : headers) request.headers.push_back(name + (value.empty() ? ";" : ": " + value));
     return request;
   }
 };

@@ -69,10 +69,6 @@ void ServerProcess::addFaults(const nlohmann::json& faults) const {
   ASSERT_EQ(reply.status, 200) << reply.body;
 }
 
-nlohmann::json ServerProcess::requestLog() const {
-  return nlohmann::json::parse(fetch(port_, {.path = "/_dev/log"}).body);
-}
-
 RunResult runProgram(const std::vector<std::string>& arguments) {
   const ObjectPtr<GSubprocess> process(
       spawn(arguments, G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_PIPE));

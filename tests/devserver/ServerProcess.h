@@ -39,7 +39,6 @@ class ServerProcess {
 
   /// Adds faults as the control interface takes them.
   void addFaults(const nlohmann::json& faults) const;
-  [[nodiscard]] nlohmann::json requestLog() const;
 
  private:
   ObjectPtr<GSubprocess> process_;
