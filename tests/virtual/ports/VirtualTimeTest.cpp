@@ -1,5 +1,3 @@
-#include <memory>
-#include <string>
 #include <thread>
 #include <vector>
 
@@ -27,51 +25,6 @@ TEST_F(VirtualTime, TenTenthsOfASecondAreOneSecond) {
   EXPECT_EQ(queue().now(), 1.0);
 }
 
-TEST_F(VirtualTime, RunUntilIdleRunsWhatIsQueuedForNowAndMovesNothing) {
-  std::string order;
-  queue().async([&] {
-    order += 'a';
-    queue().async([&] { order += 'b'; });
-    queue().asyncAfter(0.001, [&] { order += 'c'; });
-  });
-  queue().runUntilIdle();
-  EXPECT_EQ(order, "ab");
-  EXPECT_EQ(queue().now(), 0.0);
-  EXPECT_EQ(queue().pendingCount(), 1U);
-  EXPECT_EQ(queue().nextDue(), 0.001);
-}
-
-TEST_F(VirtualTime, ATimerWaitsInTheQueueUntilItsHandleGoes) {
-  int ticks = 0;
-  auto timer = queue().repeat(1.0, [&] { ++ticks; });
-  queue().advance(3.5);
-  EXPECT_EQ(ticks, 3);
-  EXPECT_EQ(queue().nextDue(), 4.0);
-  timer.reset();
-  EXPECT_EQ(queue().pendingCount(), 0U);
-  EXPECT_EQ(queue().nextDue(), std::nullopt);
-  timer = queue().repeat(0, [&] { ++ticks; });
-  queue().advance(0.01);
-  EXPECT_EQ(ticks, 13) << "an interval of none is a millisecond";
-  timer = queue().repeat(1.0, [&] { timer.reset(); });
-  queue().advance(1);
-  EXPECT_EQ(queue().pendingCount(), 0U) << "a timer that stopped itself waits for nothing";
-}
-
-TEST_F(VirtualTime, TasksAndTimersMayOutliveTheirQueue) {
-  const auto held = std::make_shared<int>(0);
-  std::unique_ptr<Timer> timer;
-  {
-    VirtualMainQueue other;
-    timer = other.repeat(1, [held] {});
-    other.async([held] {});
-    other.advance(1);
-    other.async([held] {});
-  }
-  timer.reset();
-  EXPECT_EQ(held.use_count(), 1);
-}
-
 TEST_F(VirtualTime, ManyThreadsMayQueueWhileTheMainThreadRuns) {
   int ran = 0;
   std::vector<std::thread> threads;
@@ -84,18 +37,6 @@ TEST_F(VirtualTime, ManyThreadsMayQueueWhileTheMainThreadRuns) {
   while (!queue().advanceUntil([&] { return ran == 2000; }, 0.01)) std::this_thread::yield();
   for (auto& thread : threads) thread.join();
   EXPECT_EQ(queue().pendingCount(), 0U);
-}
-
-TEST_F(VirtualTime, ReducedMotionShowsTheLastStepOnly) {
-  device_.animator().setReducedMotion(true);
-  std::vector<double> steps;
-  bool done = false;
-  device_.animator().animate(
-      0.4, [&](double progress) { steps.push_back(progress); }, [&] { done = true; });
-  EXPECT_TRUE(steps.empty());
-  queue().runUntilIdle();
-  EXPECT_EQ(steps, std::vector{1.0});
-  EXPECT_TRUE(done);
 }
 
 using VirtualTimeDeathTest = VirtualTime;

@@ -56,18 +56,6 @@ TEST(VirtualDeviceTest, IsAFreshProcessAndGivesBackTheOneBefore) {
   EXPECT_EQ(leftBehind(), used);
 }
 
-TEST(VirtualDeviceTest, EndsWhatAManagerHolds) {
-  std::shared_ptr<VirtualAudioSession::Recording> recording;
-  {
-    VirtualDevice device;
-    VoiceManager::shared().isRecordingAllowed = true;
-    VoiceManager::shared().startRecording();
-    recording = device.audioSession().recordings().back();
-    EXPECT_TRUE(recording->recording);
-  }
-  EXPECT_TRUE(recording->destroyed);
-}
-
 using VersionTest = DeviceTest;
 
 TEST_F(VersionTest, ComesFromTheComponentsBundleAndIsEmptyWithoutOne) {
