@@ -29,17 +29,6 @@ TEST(Once, RunsOnceAndLetsGoOfWhatItHeld) {
   EXPECT_EQ(*held, 3);
 }
 
-TEST(Once, OneThatCallsItselfRunsOnce) {
-  int runs = 0;
-  Task task;
-  task = [&] {
-    ++runs;
-    std::move(task)();
-  };
-  std::move(task)();
-  EXPECT_EQ(runs, 1);
-}
-
 TEST(Once, AnEmptyFunctionIsAnAbsentCompletion) {
   const std::function<void()> absent;
   Once<void()> once = absent;
@@ -85,16 +74,6 @@ class ObserversTest : public ::testing::Test {
   std::optional<Observers<int>> list_ = std::make_optional<Observers<int>>();
   std::string heard_;
 };
-
-TEST_F(ObserversTest, HearInOrderOfRegistrationUntilTheirSubscriptionsEnd) {
-  const auto a = note('a');
-  auto b = note('b');
-  const auto c = note('c');
-  list_->notify(1);
-  b = {};
-  list_->notify(1);
-  EXPECT_EQ(heard_, "abcac");
-}
 
 TEST_F(ObserversTest, MayEndThemselvesOrOneThatIsStillToHear) {
   Subscription own;

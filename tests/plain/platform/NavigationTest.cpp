@@ -34,14 +34,6 @@ TEST_F(NavigationTest, PushAndPopTellBothScreensInOrder) {
   EXPECT_EQ(courseAfter(animation), "") << "the root stays";
 }
 
-TEST_F(NavigationTest, WithoutAnimationItIsOverAtOnce) {
-  stack_->pushViewController(chat_, false);
-  EXPECT_EQ(course(), "-H +C H- C+");
-  stack_->popViewController(false);
-  EXPECT_EQ(course(), "-C +H C- H+");
-  EXPECT_EQ(device_.mainQueue().pendingCount(), 0U);
-}
-
 TEST_F(NavigationTest, OnePoppedHalfwayOfItsArrivalGoesAndCanComeAgain) {
   for (const bool animated : {true, false}) {
     stack_->pushViewController(chat_, true);
@@ -141,37 +133,6 @@ TEST_F(NavigationTest, TheBarLeavesRoomForTheStatusBar) {
   EXPECT_EQ(home_->view()->frame(), (Rect{0, barBottom, 390, 844 - barBottom}));
   stack_->setNavigationBarHidden(true);
   EXPECT_EQ(home_->view()->frame(), (Rect{0, 0, 390, 844}));
-}
-
-TEST_F(NavigationTest, AWindowResizedWhileScreensSlideIsFilled) {
-  stack_->pushViewController(chat_, true);
-  device_.advance(halfway);
-  window_.setSize({800, 400});
-  device_.advance(animation);
-  EXPECT_EQ(chat_->view()->frame(), (Rect{0, 0, 800, 400}));
-  EXPECT_EQ(chat_->view()->transform(), Translation{});
-  stack_->popViewController(true);
-  device_.advance(animation);
-  EXPECT_EQ(home_->view()->frame(), (Rect{0, 0, 800, 400}));
-}
-
-TEST_F(NavigationTest, ThePoppedScreenAndTheStackAreLetGo) {
-  const std::weak_ptr<Screen> chat = chat_;
-  const std::weak_ptr<Stack> stack = stack_;
-  const std::weak_ptr<Screen> home = home_;
-  stack_->pushViewController(chat_, true);
-  device_.advance(halfway);
-  stack_->popViewController(true);
-  chat_.reset();
-  EXPECT_FALSE(chat.expired());
-  device_.advance(animation);
-  EXPECT_TRUE(chat.expired());
-  stack_.reset();
-  window_.setRootViewController(nullptr);
-  EXPECT_TRUE(stack.expired());
-  EXPECT_EQ(home_->navigationController(), nullptr);
-  home_.reset();
-  EXPECT_TRUE(home.expired());
 }
 
 }  // namespace

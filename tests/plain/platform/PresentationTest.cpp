@@ -33,28 +33,6 @@ TEST_F(PresentationTest, BothScreensHearOfItInOrderAndTheCompletionComesLast) {
   EXPECT_EQ(chat_->loads, 1);
 }
 
-TEST_F(PresentationTest, WithoutAnimationItIsOverAtOnce) {
-  root_->present(chat_, false, [this] { course_ += " done"; });
-  EXPECT_EQ(course(), "-R +C R- C+ done");
-  root_->dismiss(false, [this] { course_ += " done"; });
-  EXPECT_EQ(course(), "-C +R C- R+ done");
-  EXPECT_EQ(device_.mainQueue().pendingCount(), 0U);
-}
-
-TEST_F(PresentationTest, DismissingTwiceOrWhatWasNeverPresentedDoesNothingMore) {
-  root_->dismiss(true);
-  chat_->dismiss(true);
-  EXPECT_EQ(courseAfter(animation), "");
-  root_->present(chat_, false);
-  course();
-  chat_->dismiss(true);
-  chat_->dismiss(true);
-  root_->dismiss(true);
-  EXPECT_EQ(courseAfter(halfway), "-C +R");
-  chat_->dismiss(false);
-  EXPECT_EQ(courseAfter(animation), "C- R+");
-}
-
 TEST_F(PresentationTest, OneDismissedHalfwayOfItsArrivalGoesAndCanComeAgain) {
   for (const bool animated : {true, false}) {
     root_->present(chat_, true);
@@ -121,41 +99,6 @@ TEST_F(PresentationTest, OfSeveralOnTopOfEachOtherOnlyTheUppermostHearsOfTheEnd)
   chat_.reset();
   picker.reset();
   for (const auto& life : lives) EXPECT_TRUE(life.expired());
-}
-
-TEST_F(PresentationTest, ReplacingTheRootTakesAwayWhatItPresents) {
-  const auto other = screen("O");
-  root_->present(chat_, false);
-  course();
-  window_.setRootViewController(other);
-  EXPECT_EQ(course(), "-C C- +O O+");
-  EXPECT_FALSE(chat_->isViewInWindow());
-  EXPECT_EQ(window_.contentView()->subviews().size(), 1U);
-  const std::weak_ptr<Screen> life = root_;
-  root_.reset();
-  EXPECT_TRUE(life.expired());
-  chat_->dismiss(true);  // its presenter is gone
-  EXPECT_EQ(courseAfter(animation), "");
-}
-
-TEST_F(PresentationTest, APresenterThatGoesLeavesNoTraceInWhatItPresented) {
-  auto loose = screen("L");
-  window_.contentView()->addSubview(loose->view());
-  loose->present(chat_, false);
-  loose.reset();
-  EXPECT_EQ(chat_->presentingViewController(), nullptr);
-  EXPECT_FALSE(chat_->isViewInWindow());
-  chat_->dismiss(false);
-}
-
-TEST_F(PresentationTest, AWindowResizedMeanwhileIsFilled) {
-  root_->present(chat_, true);
-  device_.advance(halfway);
-  window_.setSize({600, 500});
-  device_.advance(animation);
-  EXPECT_EQ(chat_->view()->frame(), (Rect{0, 0, 600, 500}));
-  EXPECT_EQ(root_->view()->frame(), (Rect{0, 0, 600, 500}));
-  EXPECT_TRUE(isShown(*chat_));
 }
 
 TEST_F(PresentationTest, ScreensAreKeptWhileTheyMoveAndNoLonger) {
