@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include "DeviceTest.h"
 
 #include "orivex/media/OVKFApiHelper.h"
@@ -7,17 +5,6 @@
 
 namespace orivex::testing {
 namespace {
-
-TEST(PercentEncodingTest, IsNeededForBlanksAndThreeByteCharacters) {
-  // A radical, the last compatibility form, and the first character of three bytes.
-  for (const char* text : {"你好", " 你好\t", "abc你", "⺀", "\uFE4F", "\u0800", "€", "😀 ", "a b", " ", "abc "}) {
-    EXPECT_TRUE(OVKFApiHelper::needsPercentEncoding(text)) << text;
-  }
-  // The last character of two bytes, and one of four.
-  for (const char* text : {"", "abc", "https://a.example/?x=%20#f", "\u07FF", "é", "😀", "a\tb", "\xFF"}) {
-    EXPECT_FALSE(OVKFApiHelper::needsPercentEncoding(text)) << text;
-  }
-}
 
 TEST(ColorTest, IsReadFromSixHexadecimalDigitsOnly) {
   const std::pair<std::string, Color> cases[] = {
@@ -102,22 +89,6 @@ TEST_F(OVKFApiHelperTest, NamesItselfToServersWithoutBlanks) {
   EXPECT_FALSE(machine.empty());
   EXPECT_EQ(OVKFApiHelper::userAgent(), "KepChatSDK/iOS/1.2.3.4(" + machine + ")");
   EXPECT_EQ(OVKFApiHelper::userAgent().find_first_of(" \t\n\0"), std::string::npos);
-}
-
-TEST_F(OVKFApiHelperTest, MeasuresFiles) {
-  const auto& folder = device_.mainBundle().folder();
-  const auto path = (folder / "合同 1#.pdf").string();
-  std::ofstream(path) << "12345";
-  EXPECT_EQ(OVKFApiHelper::fileSize(Url::fromFilePath(path)), 5);
-  EXPECT_EQ(log_.take(), Lines{});
-
-  for (const auto& url : {Url::fromFilePath((folder / "missing").string()), Url::fromFilePath(folder.string()),
-                          *Url::parse("https://a.example/file"), *Url::parse("file://")}) {
-    EXPECT_EQ(OVKFApiHelper::fileSize(url), 0) << url.absoluteString();
-    const auto lines = log_.take();
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_TRUE(lines[0].starts_with("\"Error getting file size: ")) << lines[0];
-  }
 }
 
 }  // namespace

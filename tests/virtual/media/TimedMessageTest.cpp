@@ -43,13 +43,6 @@ TEST_F(TimedMessageTest, IsDismissedByWhicheverTimerComesFirst) {
   EXPECT_EQ(completions, (Lines{"3.0 first", "4.0 second", "6.5 third"}));
 }
 
-TEST_F(TimedMessageTest, TakesWhateverElseTheOverlayShowsWithIt) {
-  OVKFApiHelper::showMessage("message", 2);
-  at(1, [&] { device_.progressOverlay().showProgress(0.5F, "50%"); });
-  device_.advance(10);
-  EXPECT_EQ(overlayStory(), (Lines{"0.0 shows message", "1.0 shows 50%", "2.0 hides 50%"}));
-}
-
 TEST_F(TimedMessageTest, MayBeAskedForOnAnyThread) {
   bool completedOnMain = false;
   device_.mainQueue().global([&] {

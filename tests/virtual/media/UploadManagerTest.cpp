@@ -179,11 +179,5 @@ TEST_F(UploadManagerTest, SharesTheOverlayWithAnotherUploadAndWithMessages) {
                                    "3.5 shows note", "4.5 shows ", "8.0 hides "}));
 }
 
-TEST_F(UploadManagerTest, TellsTheMimeTypeOfAnExtension) {
-  EXPECT_EQ(UploadManager::mimeType("JPG"), "image/jpeg");
-  EXPECT_EQ(UploadManager::mimeType("nothing-known"), "application/octet-stream");
-  EXPECT_EQ(UploadManager::mimeType(""), "application/octet-stream");
-}
-
 }  // namespace
 }  // namespace orivex::testing

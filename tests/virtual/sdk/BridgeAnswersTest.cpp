@@ -2,8 +2,6 @@
 
 #include "ChatScreenTest.h"
 
-#include "orivex/voice/VoiceManager.h"
-
 namespace orivex::testing {
 namespace {
 
@@ -44,32 +42,12 @@ class BridgeAnswersTest : public ChatScreenTest {
   const std::shared_ptr<OVKFApi> screen_ = present();
 };
 
-TEST_F(BridgeAnswersTest, WriteARecordToTheLogAndThenCallThePage) {
-  speak(*screen_);
-  EXPECT_EQ(answers(), Lines{});
-  device_.advance(1);
-  EXPECT_EQ(answers(),
-            Lines{R"(handleSelectedRecord({"name":"c.wav","type":"Record","url":"https://u/c.wav","duration":2,)"
-                  R"("suffix":"wav"});)"});
-  EXPECT_EQ(log_.take("\"{"),
-            Lines{R"("{\"name\":\"c.wav\",\"type\":\"Record\",\"url\":\"https://u/c.wav\",\"duration\":2,)"
-                  R"(\"suffix\":\"wav\"}")"});
-}
-
 TEST_F(BridgeAnswersTest, AreOneLogLineWhenTheyCannotBeWritten) {
   choose(*screen_, {1, std::numeric_limits<double>::infinity()});
   EXPECT_EQ(answers(), Lines{});
   const auto lines = log_.take();
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_TRUE(lines[0].starts_with("\"Error serializing JSON: ")) << lines[0];
-  device_.recordPermission().remember(true);
-  pageOf(*screen_).post("recording", R"({"deviceId":"d","action":"start"})");
-  device_.runUntilIdle();
-  VoiceManager::shared().duration = std::numeric_limits<double>::infinity();
-  pageOf(*screen_).post("recording", R"({"deviceId":"d","action":"end"})");
-  device_.advance(1);
-  EXPECT_EQ(answers(), Lines{});
-  EXPECT_EQ(log_.take("\"Error serializing JSON: ").size(), 1U);
 }
 
 TEST_F(BridgeAnswersTest, AreOneLogLineWhenThePageFails) {

@@ -19,23 +19,9 @@ TEST_F(ClosingTest, SendsTheScreenAwayHoweverItIsShown) {
       {"root of a presented stack",
        [&](const auto& screen) { hostStack_->present(std::make_shared<NavigationController>(screen), false); }},
   };
-  const struct {
-    const char* what;
-    int status;  // of the page check
-    std::function<void(OVKFApi&)> close;
-  } ways[] = {
-      {"close", 200, [](OVKFApi& screen) { screen.close(); }},
-      {"goBack", 200,
-       [&](OVKFApi& screen) {
-         pageOf(screen).post("goBack", R"({"ignored":[1]})");
-         device_.runUntilIdle();
-       }},
-      {"failed check", 403, [&](OVKFApi&) { device_.advance(2); }},
-  };
   for (const auto& [place, show] : places) {
-    for (const auto& way : ways) {
-      SCOPED_TRACE(place + ", " + way.what);
-      device_.httpClient().setServer([&way](const UrlRequest&) { return VirtualReply::respond(way.status); });
+    for (const bool byPage : {false, true}) {
+      SCOPED_TRACE(place + (byPage ? ", by the page" : ", by the host"));
       std::weak_ptr<OVKFApi> closed;
       {
         const auto screen = started();
@@ -43,7 +29,8 @@ TEST_F(ClosingTest, SendsTheScreenAwayHoweverItIsShown) {
         closed = screen;
         ASSERT_TRUE(screen->isViewInWindow());
         device_.runUntilIdle();
-        way.close(*screen);
+        byPage ? pageOf(*screen).post("goBack", R"({"ignored":[1]})") : screen->close();
+        device_.runUntilIdle();
         EXPECT_TRUE(screen->isViewInWindow());
         device_.advance(0.349);
         EXPECT_TRUE(screen->isViewInWindow());  // animated
@@ -72,16 +59,6 @@ TEST_F(ClosingTest, DoesNothingToAScreenThatDoesNotShow) {
   covered->close();
   device_.advance(1);
   EXPECT_TRUE(another->isViewInWindow());
-}
-
-TEST_F(ClosingTest, GoingBackTwiceTakesOneScreenAway) {
-  const auto below = push();
-  const auto top = push();
-  device_.runUntilIdle();
-  pageOf(*top).post("goBack", "null");
-  pageOf(*top).post("goBack", "null");
-  device_.advance(1);
-  EXPECT_EQ(hostStack_->topViewController(), below);
 }
 
 }  // namespace

@@ -97,29 +97,5 @@ TEST_F(EdgePanTest, AScreenThatWasSwipedAwayComesBackWhole) {
   EXPECT_FALSE(screen->isViewInWindow());
 }
 
-TEST_F(EdgePanTest, TakesTheWidthAtTheRelease) {
-  const auto screen = present();
-  auto& pan = panOf(*screen);
-  pan.report(State::changed, 200);
-  device_.application().window()->setSize({1000, 600});
-  pan.report(State::ended, 200);
-  device_.advance(1);
-  EXPECT_TRUE(screen->isViewInWindow());
-  EXPECT_EQ(screen->webView()->transform(), Translation{});
-}
-
-TEST_F(EdgePanTest, DoesNothingOnceTheScreenIsGone) {
-  auto screen = present();
-  const auto view = screen->view();
-  std::weak_ptr<OVKFApi> gone = screen;
-  device_.runUntilIdle();
-  hostStack_->dismiss(false);
-  screen.reset();
-  ASSERT_TRUE(gone.expired());
-  view->gestures().at(0)->report(State::changed, 100);
-  view->gestures().at(0)->report(State::ended, 300);
-  device_.advance(1);
-}
-
 }  // namespace
 }  // namespace orivex::testing

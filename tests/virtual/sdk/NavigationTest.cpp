@@ -116,14 +116,6 @@ TEST_F(NavigationTest, LetsThePageGoAnywhere) {
   EXPECT_TRUE(device_.application().openedUrls().empty());
 }
 
-TEST_F(NavigationTest, HasNoAddressToLogForANavigationWithoutOne) {
-  const auto screen = started();
-  log_.take();
-  pageOf(*screen).startProvisional();
-  device_.runUntilIdle();
-  EXPECT_EQ(log_.take("\"URL"), Lines{});
-}
-
 TEST_F(NavigationTest, AFirstLoadThatIsLedOutOfHttpsEnds) {
   const auto screen = presentChecked();
   auto& page = pageOf(*screen);

@@ -69,18 +69,11 @@ TEST_F(PageRequestTest, AFileInputGetsWhatThePickerGives) {
   }
 }
 
-TEST_F(PageRequestTest, AFileInputIsCancelledByTheVisitorAndWhileAnotherPickerIsOpen) {
+TEST_F(PageRequestTest, AFileInputIsCancelledByTheVisitor) {
   request({{}, false});
   picker().cancel();
   device_.runUntilIdle();
   EXPECT_EQ(page().chosenFiles(), Paths());
-
-  page().post("openDocumentPicker", R"({"deviceId":"d"})");
-  device_.runUntilIdle();
-  ASSERT_TRUE(picker().presented());
-  request({{}, false});
-  EXPECT_EQ(page().chosenFiles(), Paths());
-  EXPECT_TRUE(picker().presented()) << "the one that was open stays";
 }
 
 TEST_F(PageRequestTest, ThePageMayReadItsFilesUntilTheScreenGoes) {
@@ -116,18 +109,6 @@ TEST_F(PageRequestTest, AVisitorMayLeaveAPageThatHangs) {
   page().leave();
   device_.advance(1);
   EXPECT_FALSE(screen_->isViewInWindow());
-}
-
-TEST_F(PageRequestTest, ThePlaceholderIsGivenNothing) {
-  auto& placeholder = engineOf(screen_->loadView());
-  placeholder.openWindow("https://shop.example/");
-  placeholder.requestFiles({{}, false});
-  placeholder.endDownload({"a", true});
-  device_.advance(5);
-  EXPECT_TRUE(device_.application().openedUrls().empty());
-  EXPECT_FALSE(picker().presented());
-  EXPECT_EQ(placeholder.chosenFiles(), Paths()) << "declined, not left hanging";
-  EXPECT_EQ(overlayStory(), Lines{});
 }
 
 }  // namespace

@@ -25,15 +25,6 @@ TEST_F(ScreenSetUpTest, StacksSnapshotPagePlaceholderAndRecordingOverlay) {
   EXPECT_EQ(pageOf(*screen).customUserAgent(), OVKFApiHelper::userAgent());
 }
 
-TEST_F(ScreenSetUpTest, MakesEachPageOnceWhicheverIsAskedForFirst) {
-  for (const auto ask : {&OVKFApi::webView, &OVKFApi::loadView}) {
-    const auto screen = started();
-    const auto asked = ((*screen).*ask)();
-    EXPECT_EQ(device_.webEngines().engines().size(), 2U);
-    EXPECT_TRUE(screen->view()->hasSubview(*asked));
-  }
-}
-
 TEST_F(ScreenSetUpTest, HasNoBackSwipeWithoutAPictureToShowBehind) {
   device_.application().setDrawn(false);
   const auto screen = present();

@@ -145,10 +145,6 @@ TEST_F(DebugConsolesTest, AreLeftOutWithoutAReadableFile) {
        {},
        {"\"vConsole injecting\"", "\"Error reading vConsole script file: ", "\"eruda injecting\"",
         "\"Error reading eruda script file: "}},
-      {"vConsole empty",
-       [&] { bundle.addResource("vconsole.min", "js", ""); },
-       {vConsoleScript + 1},
-       {"\"vConsole injecting\"", "\"eruda injecting\"", "\"Error reading eruda script file: "}},
       {"no bundle", [&] { bundle.setMissing(true); }, {}, {}},
   };
   for (const auto& row : cases) {

@@ -100,7 +100,6 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"start cancel allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start leave allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start destroy allow 5", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
-        Case{"start refuse", "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden"},
         Case{"start end start allow", "1 made, 1 open, 0 removed, 0 sent, 0 answered, volumn"},
         Case{"start hold allow", "1 made, 1 open, 0 removed, 0 sent, 0 answered, cancel"},
         // The permission of an earlier press must not make this one look like a recording.
@@ -113,9 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"start allow 0.9 end", "1 made, 1 open, 1 removed, 0 sent, 0 answered, timeTooShort"},
         Case{"start allow 0.9 end 1", "1 made, 1 open, 1 removed, 0 sent, 0 answered, hidden"},
         Case{"start allow 0.9 end start allow 1", "2 made, 1 open, 1 removed, 0 sent, 0 answered, volumn"},
-        Case{"start allow 1.2 end", "1 made, 0 open, 0 removed, 1 sent, 0 answered, hidden"},
         Case{"start allow 1.2 end 1 end 5", "1 made, 0 open, 1 removed, 1 sent, 1 answered, hidden"},
-        Case{"start allow hold", "1 made, 1 open, 0 removed, 0 sent, 0 answered, cancel"},
         Case{"start allow hold recover", "1 made, 1 open, 0 removed, 0 sent, 0 answered, volumn"},
         Case{"start allow 2 hold 1 end", "1 made, 0 open, 0 removed, 1 sent, 0 answered, hidden"},
         Case{"start allow 2 start allow 1.5 end 1", "2 made, 0 open, 2 removed, 1 sent, 1 answered, hidden"},
@@ -149,6 +146,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(PressTest, CountsOnlyWhatWasRecorded) {
   play("start allow 2.5 interrupt 3 end 1");
+  EXPECT_EQ(log_.take("\"{").size(), 1U) << "the answer is not in the log";
   EXPECT_EQ(clips(), Lines{R"(handleSelectedRecord({"name":"c.wav","type":"Record","url":"https://u/c.wav",)"
                            R"("duration":2,"suffix":"wav"});)"});
 }
@@ -179,31 +177,6 @@ TEST_F(PressTest, ASilentMicrophoneAndAFullDiskAreToldAndNothingIsSent) {
   EXPECT_EQ(overlay(), "timeTooShort") << "too soon to say anything about the microphone";
 }
 
-TEST_F(PressTest, ItsPartsObeyTheStateThatTheyShare) {
-  device_.recordPermission().remember(true);
-  auto& press = RecordManager::shared();
-  auto& voice = VoiceManager::shared();
-  voice.isRecordingAllowed = true;
-  voice.startRecording();
-  press.beginOverlay();
-  device_.advance(1.5);
-  int answers = 0;
-  press.finishRecording([&](const UploadFileInfoModel& clip) { answers += clip.duration == 1.0 ? 1 : 0; });
-  device_.advance(1);
-  EXPECT_EQ(answers, 1) << state();
-  press.requestMicrophoneAndStart();
-  press.finishRecording(nullptr);
-  EXPECT_TRUE(voice.isStop);
-  device_.advance(5);
-  EXPECT_EQ(recordings().size(), 1U) << "recorded after the release";
-  press.requestMicrophoneAndStart();
-  device_.advance(2);
-  EXPECT_EQ(overlay(), "volumn") << "an early release stops later presses";
-  press.cancelRecording();
-  EXPECT_EQ(overlay(), "hidden");
-  EXPECT_TRUE(recordings().back()->discarded);
-}
-
 TEST_F(PressTest, AnEdgeSwipeTakesTheFingerAwayFromThePress) {
   play("start allow 2");
   screen_->view()->gestures().at(0)->report(ScreenEdgePanGesture::State::began, 9);
@@ -211,15 +184,6 @@ TEST_F(PressTest, AnEdgeSwipeTakesTheFingerAwayFromThePress) {
   EXPECT_TRUE(recordings()[0]->discarded);
   play("end 1");
   EXPECT_TRUE(clips().empty());
-}
-
-TEST_F(PressTest, AnswersOfEarlierPressesComeTooLate) {
-  play("start end start");
-  const auto questions = device_.recordPermission().asked().size();
-  EXPECT_EQ(questions, 2U);
-  play("allow");
-  EXPECT_EQ(recordings().size(), 1U) << "both answers began a clip";
-  EXPECT_EQ(log_.take("Microphone").size(), 2U);
 }
 
 TEST_F(PressTest, ARefusalIsToldAndTakesNothingWithIt) {
