@@ -1,5 +1,3 @@
-#include <atomic>
-
 #include "CurlUploadFixture.h"
 #include "support/TlsServer.h"
 
@@ -20,20 +18,6 @@ class CurlHttpClientTest : public CurlUploadFixture {
     return 0;
   }
 };
-
-TEST_F(CurlHttpClientTest, SendsTheHeadersOfTheRequestAndNothingOfItsOwnInTheirPlace) {
-  SocketServer server([](const std::string&) { return Answer{reply(200, "")}; });
-  auto request = get(server.url("/chat?a=%7B1%7D"));
-  request.headers = {{"User-Agent", "Kit/1.0(x86_64)"}, {"x-empty", ""}, {"Accept", "text/html"}};
-  EXPECT_EQ(status(request), 200);
-  ASSERT_EQ(server.requests().size(), 1U);
-  const auto head = server.requests().front();
-  EXPECT_TRUE(head.starts_with("GET /chat?a=%7B1%7D HTTP/1.1\r\n")) << head;
-  for (const char* line : {"\r\nUser-Agent: Kit/1.0(x86_64)\r\n", "\r\nx-empty:\r\n", "\r\nAccept: text/html\r\n",
-                           "\r\nAccept-Encoding: gzip, deflate\r\n"}) {
-    EXPECT_NE(head.find(line), std::string::npos) << "no" << line << "in\n" << head;
-  }
-}
 
 TEST_F(CurlHttpClientTest, TransportFailuresAreToldInTheVisitorsWordsAndTimeOutsByTheirCode) {
   SocketServer server([](const std::string& target) -> Answer {
@@ -107,23 +91,6 @@ TEST_F(CurlHttpClientTest, ASlowServerThatMovesIsNotCancelled) {
   const double start = queue_.now();
   EXPECT_EQ(status(get(server.url("/2"), 0.6)), 404);
   EXPECT_GT(queue_.now() - start, 0.6);
-}
-
-TEST_F(CurlHttpClientTest, IsOverWithTheHeadAndLeavesTheBodyWithTheServer) {
-  std::atomic<std::size_t> sent = 0;
-  std::atomic<bool> ended = false;
-  SocketServer server(SocketServer::Session([&](SocketConnection& connection) {
-    const bool sends = connection.readHead().starts_with("GET /endless ");
-    connection.send("HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\nHTTP/1.1 403 No\r\nContent-Length: 1000000000\r\n\r\n");
-    constexpr std::size_t piece = 64 << 10;
-    while (sends && connection.send(std::string(piece, 'x'))) sent += piece;
-    connection.waitForEnd();
-    ended = true;
-  }));
-  EXPECT_EQ(status(get(server.url("/endless"))), 403);
-  EXPECT_TRUE(wait([&] { return ended.load(); }, patience));
-  EXPECT_LT(sent, 50'000'000U);
-  EXPECT_EQ(status(get(server.url("/no-body-ever"))), 403);
 }
 
 }  // namespace

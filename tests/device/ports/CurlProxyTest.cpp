@@ -161,20 +161,5 @@ TEST_F(CurlProxyTest, AnUploadCanBeCancelledBeforeItsProxyIsKnown) {
   pass(0.2);  // a second end would be told
 }
 
-// Where no desktop has settings of its own; the desktop's resolver reads them then, or libcurl itself.
-TEST_F(CurlProxyTest, TheEnvironmentTellsTheWayWithItsExceptions) {
-  const SocketServer server(answering(201));
-  const SocketServer proxy(answering(202));
-  g_setenv("http_proxy", proxy.url("").c_str(), TRUE);
-  g_setenv("no_proxy", "127.0.0.1", TRUE);
-  for (const bool isDesktop : {false, true}) {
-    if (isDesktop) client_ = std::make_unique<CurlHttpClient>(queue_);
-    EXPECT_EQ(fetch("http://chat.invalid/"), "202") << isDesktop;
-    EXPECT_EQ(fetch(server.url("/")), "201") << isDesktop;
-  }
-  g_unsetenv("http_proxy");
-  g_setenv("no_proxy", "*", TRUE);
-}
-
 }  // namespace
 }  // namespace orivex::gtk

@@ -213,24 +213,6 @@ TEST_F(CurlUploadTest, SendsTheFileAsItWasWhenTheUploadBegan) {
   }
 }
 
-TEST_F(CurlUploadTest, ABusyMainThreadFindsOneProgressWaiting) {
-  std::atomic<bool> begun = false;
-  std::atomic<bool> taken = false;
-  SocketServer server([&](SocketConnection& connection) {
-    const auto length = contentLength(connection.readHead());
-    begun = true;
-    connection.skip(length);
-    taken = true;
-    connection.readHead();  // until the client goes
-  });
-  const auto upload = begin(form(server.url("/"), bytes(std::string(30'000'000, 'x'))));
-  ASSERT_TRUE(wait([&] { return begun.load(); }, patience));
-  while (!taken) std::this_thread::yield();
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));  // the client's thread sees the end of its sending
-  pass(0.1);
-  EXPECT_EQ(upload->progress, std::vector{1.0});
-}
-
 TEST_F(CurlUploadTest, DestroyedWhileRunningTheClientDropsAllAtOnceAndOnThisThread) {
   std::atomic<int> begun = 0;
   SocketServer server([&](SocketConnection& connection) {
