@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "GlibMainQueue.h"
-#include "WorkerPool.h"
 #include "support/LogLines.h"
 #include "support/MainLoop.h"
 #include "support/Processes.h"
@@ -38,20 +37,6 @@ TEST(GlibMainQueueTest, ABusyLoopRunsWhatBecameDueByDueTimeNotByCall) {
   queue.async([&] { order += 'e'; });
   EXPECT_TRUE(wait([&] { return order.size() >= 5; }, patience));
   EXPECT_EQ(order.substr(0, 5), "abcde");
-}
-
-TEST(GlibMainQueueTest, NoDelayEndsEarlyHoweverShort) {
-  GlibMainQueue queue;
-  int ran = 0;
-  for (int index = 0; index < 200; ++index) {
-    const double delay = 0.0001237 * index;
-    const double start = queue.now();
-    queue.asyncAfter(delay, [&, delay, start] {
-      ++ran;
-      EXPECT_GE(queue.now() - start, delay);
-    });
-  }
-  EXPECT_TRUE(wait([&] { return ran == 200; }, patience));
 }
 
 TEST(GlibMainQueueTest, TasksOfManyThreadsAllArriveOnTheMainThreadEachThreadsInItsOrder) {
@@ -97,33 +82,6 @@ TEST(GlibMainQueueTest, ATaskThatThrowsIsLoggedAndTheNextOnesRunOnEveryThread) {
   EXPECT_TRUE(wait([&] { return log.count("beyond the last photo") == 9; }, patience));
 }
 
-TEST(GlibMainQueueTest, TasksThatQueueThemselvesLeaveTheLoopItsTurns) {
-  GlibMainQueue queue;
-  bool stop = false;
-  std::function<void()> again = [&] {
-    if (!stop) queue.async(again);
-  };
-  again();
-  bool loopHadItsTurn = false;
-  g_timeout_add(
-      20, [](gpointer flag) -> gboolean { return !(*static_cast<bool*>(flag) = true); }, &loopHadItsTurn);
-  EXPECT_TRUE(wait([&] { return loopHadItsTurn; }, patience));
-  stop = true;
-  pass(0.02);
-}
-
-TEST(GlibMainQueueTest, AfterAStallATimerTicksOnceAndKeepsItsRhythm) {
-  GlibMainQueue queue;
-  constexpr double interval = 0.05;
-  const double start = queue.now();
-  std::vector<double> ticks;
-  const auto timer = queue.repeat(interval, [&] { ticks.push_back(queue.now() - start); });
-  sleep(4.5 * interval);
-  EXPECT_TRUE(wait([&] { return ticks.size() == 3; }, patience));
-  EXPECT_GE(ticks[1], 5 * interval);
-  EXPECT_GE(ticks[2], 6 * interval);
-}
-
 TEST(GlibMainQueueTest, BlockingWorkIsSharedByFewThreadsThatEndWithTheQueue) {
   const auto threadsBefore = threads();
   std::atomic<int> running = 0;
@@ -147,16 +105,6 @@ TEST(GlibMainQueueTest, BlockingWorkIsSharedByFewThreadsThatEndWithTheQueue) {
   EXPECT_GE(mostRunning, 2) << "work that blocks must not wait for other work that blocks";
   EXPECT_LE(mostRunning, 8);
   EXPECT_TRUE(wait([&] { return threads() <= threadsBefore; }, patience));
-}
-
-TEST(WorkerPoolTest, IdleThreadsEndAndNewWorkStartsAnother) {
-  const auto threadsBefore = threads();
-  WorkerPool pool(2, std::chrono::milliseconds(10));
-  std::atomic<int> done = 0;
-  for (int round = 1; round <= 3; ++round) {
-    pool.run([&] { ++done; });
-    EXPECT_TRUE(wait([&] { return done == round && threads() <= threadsBefore; }, patience)) << "round " << round;
-  }
 }
 
 TEST(GlibMainQueueTest, DestroyingItDropsWhatWaitsAndWaitsForWhatRuns) {

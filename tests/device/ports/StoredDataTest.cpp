@@ -33,17 +33,6 @@ TEST(FolderBundleTest, ReadsItsInformationAndTakesNoFolderForAResource) {
   EXPECT_FALSE(bundle.pathForResource("eruda", "js"));
 }
 
-TEST(FolderBundleTest, BrokenInformationIsNoneAndTold) {
-  for (const char* contents : {"", "[]", "{\"CFBundleVersion\": \"7\"", "{} {}"}) {
-    SCOPED_TRACE(contents);
-    const TemporaryFolder folder;
-    folder.write("Info.json", contents);
-    const LogLines lines;
-    EXPECT_FALSE(FolderBundle(folder.path()).infoDictionary());
-    EXPECT_EQ(lines.get().size(), 1U);
-  }
-}
-
 TEST(FolderBundleTest, LiesBesideTheFileThatHoldsTheAddress) {
   const auto here = std::filesystem::canonical("/proc/self/exe").parent_path();
   static const int inThisProgram = 0;
@@ -53,34 +42,6 @@ TEST(FolderBundleTest, LiesBesideTheFileThatHoldsTheAddress) {
   EXPECT_FALSE(FolderBundle::besideLibrary(inAnotherLibrary).pathForResource("skeleton", "html"));
   const int inNoFile = 0;
   EXPECT_FALSE(FolderBundle::besideLibrary(&inNoFile).pathForResource("skeleton", "html"));
-}
-
-TEST(KeyFileUserDefaultsTest, ReadsWhatAVisitorMayWriteAndNothingElse) {
-  struct Case {
-    const char* contents;
-    bool asBool;
-    std::optional<std::string> asText;
-  };
-  const Case cases[] = {
-      {"[Defaults]\nkey=true\n", true, "true"},
-      {"# a note\n\n[Defaults]\n key = 1\n", true, "1"},
-      {"[Defaults]\nkey=false\n", false, "false"},
-      {"[Defaults]\nkey=Inches\n", false, "Inches"},
-      {"[Defaults]\nkey=\xE8\x8B\xB1\xE5\xAF\xB8\n", false, "\xE8\x8B\xB1\xE5\xAF\xB8"},
-      {"[Defaults]\nkey=\n", false, ""},
-      {"[Defaults]\nother=true\n", false, std::nullopt},
-      {"[Others]\nkey=true\n", false, std::nullopt},
-      {"", false, std::nullopt},
-      {"key=true\n", false, std::nullopt},
-      {"[Defaults]\nkey=true\nthis is no line of a key file\n", false, std::nullopt},
-  };
-  const TemporaryFolder folder;
-  for (const auto& [contents, asBool, asText] : cases) {
-    SCOPED_TRACE(contents);
-    const KeyFileUserDefaults defaults(folder.write("defaults.ini", contents));
-    EXPECT_EQ(defaults.boolForKey("key"), asBool);
-    EXPECT_EQ(defaults.stringForKey("key"), asText);
-  }
 }
 
 TEST(KeyFileUserDefaultsTest, SeesEachChangeAndTellsAFailureOnce) {
