@@ -63,10 +63,12 @@ class NotchedPhone : public ScreenFixture {
 };
 
 TEST_F(NotchedPhone, TellsThePageOfItsSurroundingsAndGivesItTheHiddenAreas) {
-  const SocketServer server(servePage(readyPage));
+  const SocketServer server(servePage(
+      "<iframe srcdoc=frame></iframe><script>window.atItsStart = JSON.stringify(window.extraParams);</script>" +
+      readyPage));
   const auto chat = openChat(server.url(""));
-  EXPECT_EQ(evaluate(*chat, "JSON.stringify(window.extraParams)"),
-            R"({"app_name":"kep","env_name":"test","hh":47,"bh":34,"os_name":"iOS"})");
+  EXPECT_EQ(evaluate(*chat, "atItsStart"), R"({"app_name":"kep","env_name":"test","hh":47,"bh":34,"os_name":"iOS"})");
+  EXPECT_EQ(evaluate(*chat, "String(frames[0].extraParams)"), "undefined") << "a frame is told, too";
   EXPECT_EQ(chat->webView()->frame(), (Rect{0, 0, 360, 47 + 720 + 34}));
   EXPECT_TRUE(wait([&] { return evaluate(*chat, "innerWidth + 'x' + innerHeight") == "360x801"; }, 5))
       << evaluate(*chat, "innerWidth + 'x' + innerHeight");
