@@ -1,5 +1,3 @@
-#include <thread>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -102,7 +100,6 @@ TEST_F(PictureCodecTest, TakesEveryKindOfPicture) {
       {"png", savedPicture(image, "png"), plain},
       {"half transparent png", savedPicture(image, "png", 127), faded},
       {"transparent png", savedPicture(image, "png", 0), {white, white, white, white}},
-      {"16-bit png", deepPng(image), plain},
       {"bmp", savedPicture(image, "bmp"), plain},
       {"tiff", savedPicture(image, "tiff"), plain},
       {"webp", savedPicture(image, "webp"), plain},
@@ -234,21 +231,6 @@ TEST_F(PictureCodecTest, WhatIsNoPictureIsTold) {
   }
 }
 
-TEST_F(PictureCodecTest, OfAFileThatWasCutOffThePartThatIsThereIsShown) {
-  for (const bool progressive : {false, true}) {
-    const auto photo = wavyPicture(640, 480, 3);
-    const auto whole = encodePlainJpeg(photo, {.progressive = progressive});
-    auto shown = decodePlainJpeg(jpeg(whole.substr(0, whole.size() * 7 / 10)).bytes);
-    ASSERT_EQ(shown.height, 480U);
-    auto original = photo;
-    for (auto* image : {&shown, &original}) {
-      image->height = 240;
-      image->samples.resize(std::size_t{640} * 240 * 3);
-    }
-    EXPECT_GT(psnr(shown, original), 24) << progressive;
-  }
-}
-
 TEST_F(PictureCodecTest, ALargeTurnedPictureTakesLessMemoryThanItsPixels) {
   constexpr unsigned side = 6000;
   [[maybe_unused]] constexpr long pixelsKiB = long{side} * side * 3 / 1024;
@@ -256,24 +238,6 @@ TEST_F(PictureCodecTest, ALargeTurnedPictureTakesLessMemoryThanItsPixels) {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
   EXPECT_LT(std::stol(figureOf(decoderProcesses().at(0), "VmHWM:\t")), pixelsKiB + 32L * 1024);
 #endif
-}
-
-TEST_F(PictureCodecTest, WorksOnTwoThreads) {
-  const auto photo = folder_.write("photo.jpg", encodePlainJpeg(wavyPicture(640, 480, 1)));
-  const auto drawing = folder_.write("drawing.png", *savedPicture(quarters(640, 480), "png"));
-  const auto encodeBoth = [&](std::string& out) {
-    for (const auto& path : {photo, drawing, photo, drawing}) out += std::get<JpegImage>(codec_.jpeg(path, 0.7)).bytes;
-  };
-  std::string one;
-  std::string other;
-  std::string alone;
-  std::thread first(encodeBoth, std::ref(one));
-  std::thread second(encodeBoth, std::ref(other));
-  first.join();
-  second.join();
-  encodeBoth(alone);
-  EXPECT_EQ(one, alone);
-  EXPECT_EQ(other, alone);
 }
 
 }  // namespace

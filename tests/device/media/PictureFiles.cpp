@@ -105,22 +105,6 @@ std::optional<std::string> savedPicture(const RgbImage& image, const char* forma
   return std::string(bytes, size);
 }
 
-std::string deepPng(const RgbImage& image) {
-  std::vector<std::uint16_t> deep;
-  for (const auto sample : image.samples) deep.push_back(static_cast<std::uint16_t>(sample * 257));
-  GBytes* const pixels = g_bytes_new(deep.data(), deep.size() * 2);
-  const auto texture =
-      GRef<GdkTexture>::adopt(gdk_memory_texture_new(static_cast<int>(image.width), static_cast<int>(image.height),
-                                                     GDK_MEMORY_R16G16B16, pixels, std::size_t{image.width} * 6));
-  g_bytes_unref(pixels);
-  GBytes* const png = gdk_texture_save_to_png_bytes(texture.get());
-  gsize size = 0;
-  const auto* const data = static_cast<const char*>(g_bytes_get_data(png, &size));
-  std::string bytes(data, size);
-  g_bytes_unref(png);
-  return bytes;
-}
-
 std::string movingGif() {
   constexpr std::string_view frame("\x21\xF9\x04\x04\x0A\0\0\0\x2C\0\0\0\0\x01\0\x01\0\0\x02\x02", 20);
   std::string gif("GIF89a\x01\0\x01\0\x81\0\0", 13);

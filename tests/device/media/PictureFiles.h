@@ -21,9 +21,6 @@ using SaveOptions = std::vector<std::pair<std::string, std::string>>;
 std::optional<std::string> savedPicture(const RgbImage& image, const char* format, int alpha = 255,
                                         const SaveOptions& options = {});
 
-/// A PNG with 16 bits a sample.
-std::string deepPng(const RgbImage& image);
-
 /// A moving picture of one pixel: first red, then blue.
 std::string movingGif();
 

@@ -26,7 +26,6 @@ struct RgbImage {
     const auto* const pixel = row(y) + std::size_t{x} * 3;
     return {pixel[0], pixel[1], pixel[2]};
   }
-  bool operator==(const RgbImage&) const = default;
 };
 
 /// Peak signal-to-noise ratio in dB of two pictures of one size: 99 when they are the same.
