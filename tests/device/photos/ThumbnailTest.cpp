@@ -132,18 +132,5 @@ TEST_F(ThumbnailTest, AreScaledUprightAndNeverEnlarged) {
   }
 }
 
-TEST_F(ThumbnailTest, OfWhatIsNoPictureAreNotMade) {
-  // A head that announces more pixels than any camera takes.
-  auto bomb = pictureData(16, 16, 0xff0000ff, "png");
-  bomb.replace(16, 8, std::string("\0\0\x60\0\0\0\x60\0", 8));
-  int count = 0;
-  for (const auto& contents : {std::string(), std::string("text"), bomb}) {
-    EXPECT_FALSE(media_(file("a.jpg", contents), 256, 256)) << count;
-    ++count;
-  }
-  EXPECT_FALSE(media_(file("broken.mp4", "x"), 256, 256));
-  EXPECT_FALSE(media_(MediaItem{folder_.path() / "missing.jpg"}, 256, 256));
-}
-
 }  // namespace
 }  // namespace orivex::gtk
