@@ -42,20 +42,6 @@ class AudioContract : public Suite<Fixture> {
 };
 TYPED_TEST_SUITE_P(AudioContract);
 
-TYPED_TEST_P(AudioContract, ARecorderRecordsBetweenRecordAndStop) {
-  EXPECT_EQ(this->session().setCategory(AudioSessionCategory::playAndRecord), std::nullopt);
-  EXPECT_EQ(this->session().setActive(true), std::nullopt);
-  const auto recorder = this->recorder("a.wav");
-  EXPECT_FALSE(recorder->isRecording());
-  EXPECT_TRUE(recorder->prepareToRecord());
-  EXPECT_FALSE(recorder->isRecording());
-  EXPECT_TRUE(recorder->record());
-  EXPECT_TRUE(recorder->isRecording());
-  recorder->stop();
-  EXPECT_FALSE(recorder->isRecording());
-  recorder->stop();
-}
-
 TYPED_TEST_P(AudioContract, AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise) {
   this->fixture_.speak();
   const auto recorder = this->recorder("a.wav");
@@ -91,33 +77,6 @@ TYPED_TEST_P(AudioContract, CountsTheSoundThatComesKeptOrNot) {
   EXPECT_FALSE(recorder->isDiskFull());
 }
 
-TYPED_TEST_P(AudioContract, WhatCannotBeRecordedIsAFailure) {
-  const auto fails = [&](const Url& place, const AudioSettings& settings) {
-    return std::holds_alternative<Failure>(this->session().makeRecorder(place, settings));
-  };
-  const auto place = Url::fromFilePath(this->fixture_.soundPlace("a.wav"));
-  const auto without = [&](const char* key) {
-    auto settings = this->speech();
-    settings.erase(key);
-    return settings;
-  };
-  const auto with = [&](const char* key, std::variant<std::int64_t, std::uint32_t> value) {
-    auto settings = this->speech();
-    settings[key] = value;
-    return settings;
-  };
-  EXPECT_FALSE(fails(place, this->speech()));
-  EXPECT_FALSE(fails(place, without("AVEncoderAudioQualityKey")));
-  EXPECT_TRUE(fails(*Url::parse("https://a.example/a.wav"), this->speech()));
-  for (const auto* key : {"AVSampleRateKey", "AVFormatIDKey", "AVLinearPCMBitDepthKey", "AVNumberOfChannelsKey"}) {
-    EXPECT_TRUE(fails(place, without(key))) << key;
-  }
-  EXPECT_TRUE(fails(place, with("AVFormatIDKey", std::uint32_t{0x61616320}))) << "a format that is no linear PCM";
-  EXPECT_TRUE(fails(place, with("AVFormatIDKey", std::int64_t{0x6C70636D}))) << "a number of another type";
-  EXPECT_TRUE(fails(place, with("AVNumberOfChannelsKey", std::int64_t{0})));
-  EXPECT_TRUE(fails(place, with("AVSampleRateKey", std::int64_t{0})));
-}
-
 TYPED_TEST_P(AudioContract, APlayerPlaysUntilItIsStopped) {
   auto made = this->session().makePlayer(Url::fromFilePath(this->fixture_.soundPlace("missing.wav")));
   ASSERT_TRUE(std::holds_alternative<std::unique_ptr<AudioPlayer>>(made));
@@ -130,9 +89,8 @@ TYPED_TEST_P(AudioContract, APlayerPlaysUntilItIsStopped) {
   EXPECT_TRUE(std::holds_alternative<Failure>(this->session().makePlayer(*Url::parse("https://a.example/a.wav"))));
 }
 
-REGISTER_TYPED_TEST_SUITE_P(AudioContract, ARecorderRecordsBetweenRecordAndStop,
-                            AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise, CountsTheSoundThatComesKeptOrNot,
-                            WhatCannotBeRecordedIsAFailure, APlayerPlaysUntilItIsStopped);
+REGISTER_TYPED_TEST_SUITE_P(AudioContract, AMeterTellsTheLevelOfWhatIsRecordedAndSilenceOtherwise,
+                            CountsTheSoundThatComesKeptOrNot, APlayerPlaysUntilItIsStopped);
 
 /// A visitor whose answer to the question for the microphone is known.
 template <class Fixture>
