@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <chrono>
-#include <filesystem>
 #include <string>
 
 #include "support/CameraFixture.h"
@@ -50,19 +48,6 @@ TEST_F(EndingTest, ACameraThatBreaksWhileItRecordsLeavesNoFile) {
   ASSERT_TRUE(waitForOutcome());
   EXPECT_EQ(std::get<CameraFailure>(outcomes[0]), CameraFailure::failed);
   EXPECT_TRUE(wait([] { return files().empty(); }, hangs));
-}
-
-TEST_F(EndingTest, AFolderThatGoesAsARecordingBeginsCostsOnlyTheVideo) {
-  openLive();
-  beginHold();
-  ASSERT_TRUE(wait([] { return holdsOpen(captureFolder()); }, hangs));
-  std::filesystem::remove_all(captureFolder());
-  ASSERT_TRUE(wait([&] { return clock() == "0:01"; }, hangs));
-  endHold();
-  ASSERT_TRUE(wait([&] { return log.has("camera: no video"); }, hangs));
-  ASSERT_TRUE(waitForLive());
-  hold(1);
-  EXPECT_TRUE(waitForReview());
 }
 
 TEST_F(EndingTest, ASecondScreenIsIgnoredUntilTheFirstIsClosed) {

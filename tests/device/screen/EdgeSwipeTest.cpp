@@ -1,8 +1,5 @@
-#include <adwaita.h>
-
 #include "support/ScreenFixture.h"
 #include "support/Visitor.h"
-#include "ui/views/ContentWidgets.h"
 
 #include "orivex/platform/ui/WebView.h"
 
@@ -81,37 +78,6 @@ TEST_F(EdgeSwipe, CancelsWhatTheFingerHasPressedInThePage) {
   release();
   EXPECT_TRUE(wait([&] { return chat->webView()->transform() == Translation{}; }, 5));
   EXPECT_EQ(evaluate(*chat, "story"), "pointerdown" + pointer + "pointercancel" + pointer);
-}
-
-// The darkness and the opacity of a point of a picture, each from 0 to 255.
-std::pair<int, int> pointOf(GdkPaintable* picture, int x, int y) {
-  auto* const drawing = gtk_snapshot_new();
-  gdk_paintable_snapshot(picture, drawing, 360, 720);
-  auto* const node = gtk_snapshot_free_to_node(drawing);
-  auto* const surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 360, 720);
-  auto* const context = cairo_create(surface);
-  gsk_render_node_draw(node, context);
-  cairo_surface_flush(surface);
-  const auto* const bytes = cairo_image_surface_get_data(surface) + std::ptrdiff_t{4} * (360 * y + x);
-  const std::pair point{255 - bytes[1], bytes[3]};
-  cairo_destroy(context);
-  cairo_surface_destroy(surface);
-  gsk_render_node_unref(node);
-  return point;
-}
-
-TEST_F(EdgeSwipe, ShowsTheHostOnItsOwnBackground) {
-  auto* const style = adw_style_manager_get_default();
-  for (const auto scheme : {ADW_COLOR_SCHEME_FORCE_LIGHT, ADW_COLOR_SCHEME_FORCE_DARK}) {
-    adw_style_manager_set_color_scheme(style, scheme);
-    pass(0.5);
-    const auto chat = startChat("https://chat.example");
-    const auto& behind = dynamic_cast<const WidgetView&>(*chat->previousViewSnapshot());
-    const auto [darkness, opacity] = pointOf(gtk_picture_get_paintable(GTK_PICTURE(behind.widget())), 10, 10);
-    EXPECT_EQ(opacity, 255);
-    EXPECT_EQ(darkness > 128, scheme == ADW_COLOR_SCHEME_FORCE_DARK);
-  }
-  adw_style_manager_set_color_scheme(style, ADW_COLOR_SCHEME_DEFAULT);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include "ServerProcess.h"
 #include "support/ScreenFixture.h"
-#include "support/TemporaryFolder.h"
 
-#include "orivex/media/UploadManager.h"
 #include "orivex/platform/ui/WebView.h"
 
 namespace orivex::gtk {
@@ -30,18 +28,6 @@ class Network : public ScreenFixture {
         "document.body.innerText.length > 20";
     return wait([&] { return evaluate(chat, online) == "true"; }, 30);
   }
-
-  /// Uploads the file at `path`; the text for the visitor, or "stored".
-  static std::string upload(const std::string& path) {
-    std::optional<std::string> result;
-    UploadManager().uploadFile(std::nullopt, Url::fromFilePath(path), std::nullopt, "合同 \"1\".pdf", "application/pdf",
-                               std::nullopt, [&result](const UploadResult& got) {
-                                 const auto* failure = std::get_if<UploadFailure>(&got);
-                                 result = failure ? failure->message : "stored";
-                               });
-    EXPECT_TRUE(wait([&] { return result.has_value(); }, 30));
-    return result.value_or("nothing");
-  }
 };
 
 TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
@@ -65,24 +51,6 @@ TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
   chat->close();
   EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
   present(address);
-}
-
-TEST_F(Network, TheServerTakesUploadsAndItsRefusalsReachTheVisitor) {
-  const ServerProcess server;
-  const auto chat = startChat(server.address());
-  const TemporaryFolder folder;
-  const auto path = folder.write("file", std::string(400'000, 'x')).string();
-  const std::pair<nlohmann::json, const char*> rows[] = {
-      {{{"kind", "status"}, {"status", 400}, {"msg", "不支持的文件"}}, "不支持的文件"},
-      {{{"kind", "reset"}, {"afterBytes", 200'000}}, "未知错误"},
-  };
-  for (auto [fault, expected] : rows) {
-    fault["target"] = "upload";
-    fault["times"] = 1;
-    server.addFaults(fault);
-    EXPECT_EQ(upload(path), expected);
-    EXPECT_EQ(upload(path), "stored") << "after " << fault;
-  }
 }
 
 /// The network behind a proxy, which the page's network process learns when it starts.

@@ -151,31 +151,5 @@ TEST_F(GtkProgressOverlayTest, ThePanelStaysInsideItsWindowWhateverTheTextAndIts
   EXPECT_EQ(gtk_widget_get_width(GTK_WIDGET(visitor_.window())), 360) << "the panel widened the window";
 }
 
-TEST_F(GtkProgressOverlayTest, OnlyAChangedFractionIsDrawn) {
-  overlay_.showProgress(0.25F, "25%");
-  pass(1);  // the entry's cursor blinks on, but the panel has come to rest
-  gtk_widget_set_visible(visitor_.entry(), FALSE);
-  pass(settling);
-  int frames = 0;
-  auto* const clock = gtk_widget_get_frame_clock(GTK_WIDGET(visitor_.window()));
-  const auto id = g_signal_connect(
-      clock, "paint", G_CALLBACK(+[](GdkFrameClock*, gpointer count) { ++*static_cast<int*>(count); }), &frames);
-  overlay_.showProgress(0.25F, "25%");
-  pass(0.2);
-  EXPECT_EQ(frames, 0);
-  overlay_.showProgress(0.5F, "25%");
-  pass(0.2);
-  EXPECT_EQ(frames, 1);
-  g_signal_handler_disconnect(clock, id);
-}
-
-TEST_F(GtkProgressOverlayTest, TheWindowMayGoWhileAPanelIsUp) {
-  overlay_.show();
-  visitor_.destroy();
-  overlay_.showInfo("unseen");
-  overlay_.dismiss();
-  pass(settling);
-}
-
 }  // namespace
 }  // namespace orivex::gtk

@@ -1,7 +1,4 @@
-#include <cstdlib>
-
 #include "Desktop.h"
-#include "support/BusService.h"
 #include "support/LogLines.h"
 #include "support/Visitor.h"
 
@@ -77,32 +74,6 @@ TEST_F(OpenWithMenuTest, AChoiceOpensTheFileInThatApplication) {
   }
 }
 
-TEST_F(OpenWithMenuTest, InASandboxTheDesktopAsksTheVisitor) {
-  std::vector<std::string> calls;
-  BusService portal(GCharPtr(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)).get());
-  portal.add("/org/freedesktop/portal/desktop",
-             "<interface name='org.freedesktop.portal.OpenURI'><method name='OpenURI'>"
-             "<arg type='s' direction='in'/><arg type='s' direction='in'/><arg type='a{sv}' direction='in'/>"
-             "<arg type='o' direction='out'/></method><method name='OpenFile'>"
-             "<arg type='s' direction='in'/><arg type='h' direction='in'/><arg type='a{sv}' direction='in'/>"
-             "<arg type='o' direction='out'/></method></interface>",
-             [&](const std::string&, GVariant* arguments) {
-               calls.emplace_back(GCharPtr(g_variant_print(arguments, FALSE)).get());
-               return g_variant_new("(o)", "/org/freedesktop/portal/desktop/request/1/1");
-             });
-  portal.own("org.freedesktop.portal.Desktop");
-  setenv("SNAP", "/snap/shop", 1);
-  EXPECT_TRUE(present(*Url::parse("https://example.org/a.pdf")));
-  EXPECT_TRUE(wait([&] { return calls.size() == 1; }, 10));
-  EXPECT_TRUE(present(desktop.file("a.unheard")));
-  EXPECT_TRUE(wait([&] { return calls.size() == 2; }, 10));
-  EXPECT_FALSE(present(*Url::parse("tel:123")));
-  unsetenv("SNAP");
-  EXPECT_EQ(sheet(), nullptr);
-  EXPECT_EQ(calls, (std::vector<std::string>{"('', 'https://example.org/a.pdf', {'ask': <true>})",
-                                             "('', 0, {'ask': <true>})"}));
-}
-
 TEST_F(OpenWithMenuTest, CancelOpensNothingAndAnApplicationThatDoesNotStartIsOneLogLine) {
   const LogLines lines;
   ASSERT_TRUE(present(web("a.odd")));
@@ -114,18 +85,6 @@ TEST_F(OpenWithMenuTest, CancelOpensNothingAndAnApplicationThatDoesNotStartIsOne
   EXPECT_TRUE(wait([&] { return !lines.get().empty(); }, 10));
   EXPECT_TRUE(waitUntilGone());
   EXPECT_EQ(lines.get().size(), 1U);
-}
-
-TEST_F(OpenWithMenuTest, TheKeyboardChoosesTooAndTheWindowMayGoMeanwhile) {
-  const auto file = web("b.pdf");
-  ASSERT_TRUE(present(file));
-  pass(0.4);
-  VisitorWindow::press({"Down", "Return"});
-  EXPECT_EQ(desktop.waitForOpened(), "browser " + file.absoluteString() + " ");
-  EXPECT_TRUE(waitUntilGone());
-  ASSERT_TRUE(present(file));
-  visitor_.destroy();
-  pass(0.5);
 }
 
 }  // namespace

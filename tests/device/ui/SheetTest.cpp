@@ -85,14 +85,6 @@ TEST_F(SheetTest, GoesByEscapeByATapOnTheMaskAndByItsOwnerOnce) {
   }
 }
 
-TEST_F(SheetTest, ClosedBeforeItHasOpenedItGoesTheSameWay) {
-  openButtons();
-  sheet_->close();
-  EXPECT_EQ(closings_, 0) << "told inside the call";
-  EXPECT_TRUE(waitUntilClosed());
-  EXPECT_EQ(panel(), nullptr);
-}
-
 TEST_F(SheetTest, KeysMoveTheFocusRoundInsideAndNeverOut) {
   gtk_widget_grab_focus(visitor_.entry());
   openButtons();
@@ -138,17 +130,6 @@ TEST_F(SheetTest, TheWindowsEndTellsTheOwner) {
   EXPECT_EQ(closings_, 0);
   EXPECT_TRUE(waitUntilClosed());
   EXPECT_FALSE(sheet_);
-}
-
-TEST_F(SheetTest, DestroyedItIsGoneAtOnceAndTellsNobody) {
-  gtk_widget_grab_focus(visitor_.entry());
-  openButtons();
-  pass(0.05);
-  sheet_.reset();
-  EXPECT_EQ(panel(), nullptr);
-  EXPECT_EQ(focus(), 'e');
-  pass(0.4);
-  EXPECT_EQ(closings_, 0);
 }
 
 }  // namespace
