@@ -1,16 +1,15 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
-#include <sys/stat.h>
 
 #include "files/GtkDocumentPicker.h"
 #include "glib/GRef.h"
 #include "support/FileChooser.h"
+#include "support/LogLines.h"
 #include "support/MainLoop.h"
 #include "support/Processes.h"
 #include "support/TemporaryFolder.h"
@@ -29,11 +28,6 @@ class GtkDocumentPickerTest : public ::testing::Test {
   void present(const DocumentPickerOptions& options = {}) {
     picker().present(options, *visitor_.view(), [answers = answers_](const DocumentPickerOutcome&) { ++*answers; });
   }
-  std::string failureOf(const Url& file) {
-    const auto outcome = picker().startAccess(file);
-    const auto* failure = std::get_if<Failure>(&outcome);
-    return failure ? failure->description : "";
-  }
   static std::string chooserFolder() {
     wait([] { return !fileChooserFolder().empty(); }, 5);
     return fileChooserFolder();
@@ -49,6 +43,7 @@ TEST_F(GtkDocumentPickerTest, TheWindowsEndClosesTheChooserWithoutAnAnswer) {
   ASSERT_TRUE(openFileChooser());
   visitor_.destroy();
   EXPECT_TRUE(wait([] { return !openFileChooser(); }, 5));
+  const LogLines log;
   present();
   EXPECT_FALSE(openFileChooser()) << "without a window";
   pass(0.2);
@@ -108,15 +103,6 @@ TEST_F(GtkDocumentPickerTest, AccessHoldsTheFileOpenForAsLongAsItLives) {
     EXPECT_TRUE(holdsOpen(file));
   }
   EXPECT_FALSE(holdsOpen(file));
-}
-
-TEST_F(GtkDocumentPickerTest, WhatCannotBeReadIsRefusedInTheSystemsWords) {
-  const auto pipe = folder_.path() / "pipe";
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  EXPECT_EQ(failureOf(Url::fromFilePath(pipe.string())), "Invalid argument");
-  EXPECT_EQ(failureOf(Url::fromFilePath(folder_.path().string())), "Is a directory");
-  EXPECT_EQ(failureOf(Url::fromFilePath((folder_.path() / "gone").string())), "No such file or directory");
-  EXPECT_EQ(failureOf(*Url::parse("https://example.org/a.pdf")), "Invalid argument");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "av/GtkRecordPermission.h"
 #include "contract/AudioContract.h"
+#include "support/LogLines.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 
@@ -34,6 +35,7 @@ class Device {
   }
 
  private:
+  LogLines log_;  // a file that is not there is played
   TemporaryFolder folder_;
 };
 
