@@ -44,7 +44,9 @@ void EdgePanBack::takeSnapshot(const std::shared_ptr<Window>& window) {
 }
 
 void EdgePanBack::install() {
-  if (auto* const window = screen_.window(); window && window != window_.lock().get()) {
+  if (screen_.isRoot()) {
+    snapshot_ = nullptr;  // nothing is behind it
+  } else if (auto* const window = screen_.window(); window && window != window_.lock().get()) {
     snapshot_ = nullptr;  // the visitor comes from another window than the session did
     takeSnapshot(window->shared_from_this());
   }

@@ -19,6 +19,7 @@
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Application.h"
+#include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/platform/ports/WebsiteDataStore.h"
 #include "orivex/platform/ui/Window.h"
@@ -30,6 +31,7 @@ namespace {
 
 constexpr double pageFailureSeconds = 2.0;
 constexpr double cacheNoticeSeconds = 3.0;
+constexpr double hostClosesSeconds = 1.0;
 
 // The queue ends empty and the last element wins.
 std::string drain(std::vector<std::shared_ptr<MessageBody>>& queue) {
@@ -271,6 +273,10 @@ void OVKFApi::viewDidDisappear(bool animated) {
   if (!window() || (navigation && !navigation->contains(*this))) events_->closed();
 }
 
+void OVKFApi::didLeaveWindow() {
+  events_->closed();
+}
+
 // Another chat screen may have taken over the overlay, and with it the microphone.
 void OVKFApi::closeMicrophone() {
   if (isViewLoaded() && view()->hasSubview(*RecordManager::shared().recordingView())) {
@@ -307,6 +313,14 @@ void OVKFApi::viewDidLayoutSubviews() {
 
 bool OVKFApi::goBack() {
   closeScreen(*this, true);
+  if (!isRoot()) return true;
+  auto& queue = Platform::current().mainQueue;
+  // Later, as other screens take their time to leave: the host may end this one at once.
+  queue.async(guarded(*this, [this] { events_->closed(); }));
+  // Where the host leaves it, for example in a wide window beside its own part, the visitor may want to go back again.
+  queue.asyncAfter(hostClosesSeconds, guarded(*this, [this] {
+                     if (view()->isShowing()) events_->appeared();
+                   }));
   return true;
 }
 

@@ -23,7 +23,7 @@ inline void closeScreen(ViewController& screen, bool animated) {
 
 /// The same, but only while the screen shows.
 inline void closeScreenIfShown(ViewController& screen) {
-  if (screen.isViewInWindow()) closeScreen(screen, true);
+  if (screen.isViewInWindow()) screen.goBack();
 }
 
 }  // namespace orivex

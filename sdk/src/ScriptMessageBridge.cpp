@@ -180,7 +180,7 @@ void ScriptMessageBridge::openFile(std::string_view body) {
 }
 
 void ScriptMessageBridge::goBack(std::string_view /*body*/) {
-  closeScreen(screen_, true);
+  screen_.goBack();
 }
 
 template <auto open>

@@ -113,7 +113,8 @@ class GtkDevice {
 };
 
 GtkDevice& device() {
-  if (!installedDevice) fatalError("OrivexSDK/Gtk", "call orivex::gtk::install() before attaching a window.");
+  if (!installedDevice)
+    fatalError("OrivexSDK/Gtk", "call orivex::gtk::install() before a window or a widget shows screens.");
   return *installedDevice;
 }
 
@@ -130,6 +131,10 @@ void install() {
 
 std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundings) {
   return device().application().attach(window, surroundings).window();
+}
+
+GtkWidget* widgetFor(const std::shared_ptr<ViewController>& screen) {
+  return device().application().embed(screen);
 }
 
 void setSurroundings(GtkWindow* window, const Surroundings& surroundings) {

@@ -82,6 +82,11 @@ void NavigationController::endAppearance(bool animated) {
   topViewController()->endAppearance(animated);
 }
 
+void NavigationController::didLeaveWindow() {
+  const auto screens = stack_;  // a screen that hears of it may change the stack
+  for (const auto& screen : screens) screen->didLeaveWindow();
+}
+
 void NavigationController::pushViewController(const std::shared_ptr<ViewController>& controller, bool animated) {
   const bool elsewhere = controller->isViewInWindow() && !pages_->hasSubview(*controller->view());
   if (controller->navigation_ || controller->presenting_ || elsewhere || controller.get() == this) {

@@ -57,8 +57,13 @@ Window* ViewController::window() const {
   for (const auto* screen = this; screen; screen = screen->presentingViewController()) {
     if (screen->isViewInWindow()) return screen->view_->window();
     if (screen->outermost().isViewInWindow()) return screen->outermost().view_->window();
+    if (screen->outermost().rootOf_) return screen->outermost().rootOf_;
   }
   return nullptr;
+}
+
+bool ViewController::isRoot() const {
+  return rootOf_ != nullptr;
 }
 
 void ViewController::beginAppearance(bool appearing, bool animated) {
@@ -144,6 +149,7 @@ void ViewController::leaveAtOnce() {
   beginAppearance(false, false);
   view_->removeFromSuperview();
   endAppearance(false);
+  didLeaveWindow();
 }
 
 void ViewController::dismissPresented(bool animated, Once<void()> completion) {

@@ -27,6 +27,7 @@ Window::Window() : content_(std::make_shared<View>()) {
 
 Window::~Window() {
   content_->shownIn_ = nullptr;
+  if (root_) root_->rootOf_ = nullptr;
 }
 
 void Window::setSize(Size size) {
@@ -42,20 +43,34 @@ Rect Window::screenFrame() const {
   return {0, top, bounds().width, bounds().height - top};
 }
 
-bool Window::goBack() const {
+std::shared_ptr<ViewController> Window::topScreen() const {
   auto top = root_;
   while (top && top->presentedViewController()) top = top->presentedViewController();
+  return top;
+}
+
+bool Window::goBack() const {
+  const auto top = topScreen();
   return top && top->goBack();
+}
+
+void Window::setShowing(bool showing) const {
+  const auto top = topScreen();
+  if (!top) return;
+  top->beginAppearance(showing, false);
+  top->endAppearance(false);
 }
 
 void Window::setRootViewController(const std::shared_ptr<ViewController>& controller) {
   const auto old = std::exchange(root_, controller);
   if (old) {
+    old->rootOf_ = nullptr;
     if (const auto presented = old->takePresented()) presented->leaveAtOnce();
     old->leaveAtOnce();
     old->view()->setHidden(false);
   }
   if (!controller) return;
+  controller->rootOf_ = this;
   const auto view = controller->view();
   view->setFrame(content_->bounds());
   controller->beginAppearance(true, false);

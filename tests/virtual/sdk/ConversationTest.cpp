@@ -45,6 +45,57 @@ class ConversationTest : public ChatScreenTest {
   const std::shared_ptr<Recorder> recorder_ = std::make_shared<Recorder>();
 };
 
+TEST_F(ConversationTest, OfARootScreenTellsTheHostToTakeItAway) {
+  for (const auto& leave : std::vector<std::function<void(OVKFApi&)>>{
+           [](OVKFApi& screen) { pageOf(screen).post("goBack", "{}"); }, [](OVKFApi& screen) { screen.close(); }}) {
+    const auto screen = recorded();
+    second_->setRootViewController(screen);
+    EXPECT_EQ(screen->previousViewSnapshot(), nullptr);
+    EXPECT_TRUE(screen->view()->gestures().empty()) << "a swipe would lead to nothing";
+    reveal(*screen);
+    leave(*screen);
+    EXPECT_EQ(recorder_->take(), (Lines{"opened", "revealed"})) << "the host may end it in that very call";
+    device_.runUntilIdle();
+    screen->close();
+    device_.runUntilIdle();
+    EXPECT_TRUE(screen->isViewInWindow());
+    EXPECT_EQ(recorder_->take(), (Lines{"closed"}));
+    device_.advance(1);
+    EXPECT_EQ(recorder_->take(), (Lines{"opened"})) << "a host that leaves it there could not be told again";
+    leave(*screen);
+    device_.runUntilIdle();
+    second_->setShowing(false);
+    EXPECT_FALSE(screen->view()->isShowing());
+    device_.advance(1);
+    EXPECT_EQ(recorder_->take(), (Lines{"closed"}));
+    second_->setShowing(true);
+    EXPECT_EQ(recorder_->take(), (Lines{"opened"}));
+    second_->setShowing(false);
+    second_->setRootViewController(nullptr);
+    EXPECT_EQ(recorder_->take(), (Lines{"closed"})) << "it did not show when it was taken away";
+    EXPECT_EQ(screen->window(), nullptr);
+  }
+}
+
+TEST_F(ConversationTest, OfAScreenThatLeavesUnseenWithWhatHoldsItIsClosed) {
+  const auto shop = [] { return std::make_shared<ViewController>(); };
+  for (const bool pushed : {false, true}) {
+    const auto screen = recorded();
+    const auto root = std::make_shared<NavigationController>(shop());
+    second_->setRootViewController(root);
+    if (pushed) {
+      root->pushViewController(screen, false);
+      root->pushViewController(shop(), false);
+    } else {
+      root->present(screen, false);
+    }
+    second_->setShowing(false);
+    EXPECT_EQ(recorder_->take(), (Lines{"opened"}));
+    second_->setRootViewController(nullptr);
+    EXPECT_EQ(recorder_->take(), (Lines{"closed"}));
+  }
+}
+
 TEST_F(ConversationTest, TellsTheHostWhenTheChatOpensAndCloses) {
   const auto another = [] { return std::make_shared<ViewController>(); };
   for (const bool animated : {false, true}) {

@@ -10,7 +10,7 @@
 
 #include "../av/ClipPlayer.h"
 #include "../glib/SignalConnection.h"
-#include "../ui/HostWindow.h"
+#include "../ui/windows/HostWindow.h"
 #include "CameraPipeline.h"
 #include "CameraPortal.h"
 #include "CameraView.h"

@@ -6,8 +6,9 @@
 #include "../DesktopLauncher.h"
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
-#include "HostWindow.h"
 #include "SessionWatch.h"
+#include "windows/AttachedWindow.h"
+#include "windows/EmbeddedScreen.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Observers.h"
@@ -16,17 +17,20 @@
 
 namespace orivex::gtk {
 
-/// The windows that the host has attached, whether the visitor is at one of the application's windows, attached or not,
-/// and the desktop's way to open addresses.
+/// The windows that the host has attached, the widgets in which it shows screens, whether the visitor is at one of the
+/// application's windows, attached or not, and the desktop's way to open addresses.
 class GtkApplicationPort final : public Application {
  public:
   explicit GtkApplicationPort(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
 
   /// The window's own, made on first use.
-  HostWindow& attach(GtkWindow* window, const Surroundings& surroundings);
+  AttachedWindow& attach(GtkWindow* window, const Surroundings& surroundings);
+
+  /// A floating widget, as GTK makes them.
+  GtkWidget* embed(std::shared_ptr<ViewController> screen);
 
   /// Null for a window that was not attached.
-  HostWindow* find(GtkWindow* window) const;
+  AttachedWindow* find(GtkWindow* window) const;
 
   /// The window that shows `view`; null for a view on no screen.
   HostWindow* find(const View& view) const;
@@ -44,16 +48,18 @@ class GtkApplicationPort final : public Application {
 
  private:
   void watchToplevels();
+  void toplevelsChanged();
   void forgetDestroyed();
   void activityChanged(GtkWindow* window);
   bool hasActiveWindow() const;
   void updateActivitySoon();
   void updateActivity();
-  void forget(GtkWindow* window);
+  void forget(const HostWindow& host);
 
   MainQueue& mainQueue_;
   DesktopLauncher launcher_;
-  std::vector<std::unique_ptr<HostWindow>> windows_;  // the one that was active last comes first
+  // The one that was active last comes first, and of one GTK window what covers all of it.
+  std::vector<std::unique_ptr<HostWindow>> windows_;
   GRef<GListModel> toplevels_;
   SignalConnection toplevelsChanged_;
   SignalConnections activity_;  // of every window of the application

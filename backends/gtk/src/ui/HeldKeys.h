@@ -4,6 +4,7 @@
 
 #include <gtk/gtk.h>
 
+#include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
 
 namespace orivex::gtk {
@@ -22,12 +23,14 @@ class HeldKeys {
   HeldKeys(GtkWidget* widget, Keys down, Repeats repeats);
   HeldKeys(const HeldKeys&) = delete;
   HeldKeys& operator=(const HeldKeys&) = delete;
-  ~HeldKeys() = default;
+  ~HeldKeys();
 
   const Keys& down() const { return down_; }
 
  private:
   Keys down_;
+  const GRef<GtkEventController> keys_ = GRef<GtkEventController>::adopt(gtk_event_controller_key_new());
+  const GRef<GtkEventController> focus_ = GRef<GtkEventController>::adopt(gtk_event_controller_focus_new());
   SignalConnections connections_;
 };
 

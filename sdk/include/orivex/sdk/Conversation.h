@@ -51,7 +51,9 @@ class OVKFApiConversationDelegate {
   /// The page does not show, or not in time; the visitor is told. May come again, for example after a slow load.
   virtual void failed(const ChatFailure& /*failure*/) {}
 
-  /// The screen has left, in whatever way; not told while another screen merely covers it.
+  /// The screen has left, in whatever way; not told while another screen merely covers it. Of a screen that is the root
+  /// of its window, for example in `gtk::widgetFor`: the page or the visitor has gone back, and the host may take it
+  /// away; where it still shows a second later, it counts as opened again.
   virtual void closed() {}
 
   virtual void unReadMessageCountEvent(std::int64_t /*count*/) {}

@@ -81,7 +81,8 @@ class ORIVEX_API OVKFApi : public ViewController {
   /// component's bundle is missing.
   static std::string getSDKVersion(bool isShort);
 
-  /// Sends the screen away, whether it was presented or pushed. Does nothing while it does not show.
+  /// Sends the screen away, whether it was presented or pushed; one that is the root of its window only tells that it
+  /// is closed. Does nothing while it does not show.
   void close();
 
   /// Removes cookies, storage and caches of every site from the component's web views, and tells the visitor that it is
@@ -106,6 +107,7 @@ class ORIVEX_API OVKFApi : public ViewController {
   void viewDidAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
   void viewDidDisappear(bool animated) override;
+  void didLeaveWindow() override;
   void viewDidLayoutSubviews() override;
 
   /// Leaves, as the page's "goBack" does.

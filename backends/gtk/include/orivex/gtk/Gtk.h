@@ -29,6 +29,14 @@ struct Surroundings {
 /// the GTK window; attaching a window twice gives the same result.
 ORIVEX_API std::shared_ptr<Window> attach(GtkWindow* window, const Surroundings& surroundings = {});
 
+/// A widget that shows a screen in a part of a window, for example the chat in a GtkPaned, a split view or a popover.
+/// What the chat opens (sheets, camera, messages) stays over the widget, dialogs over its window. The page's "goBack"
+/// and `close()` leave the chat where it is and tell its delegate `closed`; the host then hides the widget or takes it
+/// away, and may show it again, in another window too. The screen closes when the widget is in no window any more, and
+/// lives as long as the widget. That takes what room there is, 240 by 160 points at least. Nothing is behind it, so
+/// there is no swipe back. One widget for each screen, which has started its session. Returns a floating reference.
+ORIVEX_API GtkWidget* widgetFor(const std::shared_ptr<ViewController>& screen);
+
 /// Changes what covers an attached window; screens that show already keep what they were told.
 ORIVEX_API void setSurroundings(GtkWindow* window, const Surroundings& surroundings);
 

@@ -2,6 +2,7 @@
 
 #include "../../web/WebKitEngine.h"
 
+#include "orivex/gtk/Gtk.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ui/ContentViews.h"
@@ -78,6 +79,14 @@ void allocateContentWidget(GtkWidget* widget, const View& view, int width, int h
   const graphene_point_t origin{static_cast<float>((view.frame().width - naturalWidth) / 2),
                                 static_cast<float>(view.frame().height - naturalHeight)};
   gtk_widget_allocate(widget, naturalWidth, naturalHeight, -1, gsk_transform_translate(nullptr, &origin));
+}
+
+std::shared_ptr<ViewController> screenFor(GtkWidget* widget) {
+  return std::make_shared<WidgetScreen>(GRef<GtkWidget>::sink(widget));
+}
+
+std::shared_ptr<View> viewFor(GtkWidget* widget) {
+  return std::make_shared<WidgetView>(GRef<GtkWidget>::sink(widget));
 }
 
 }  // namespace orivex::gtk

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "../Widgets.h"
 #include "ContentWidgets.h"
 
 namespace orivex::gtk {
@@ -136,6 +137,14 @@ std::shared_ptr<View> ViewNode::snapshot(const View& /*view*/) {
   return std::make_shared<WidgetView>(GRef<GtkWidget>::sink(picture));
 }
 
+// In another part of the window, which the screens do not cover. A button may well be what has brought the screens up.
+bool ViewNode::isFocusBesideScreens() const {
+  if (parent_) return parent_->isFocusBesideScreens();
+  auto* const window = gtk_widget_get_root(canvas_.get());
+  auto* const focus = window ? gtk_root_get_focus(window) : nullptr;
+  return focus && !GTK_IS_BUTTON(focus) && !isInside(focus, canvas_.get()) && !isInside(canvas_.get(), focus);
+}
+
 bool ViewNode::takesInput() const {
   return view_->isUserInteractionEnabled() && !view_->isHidden() && view_->alpha() > leastVisibleAlpha;
 }
@@ -147,8 +156,8 @@ void ViewNode::applyVisibility() {
   gtk_widget_set_opacity(canvas_.get(), view_->alpha());
   gtk_widget_set_can_target(canvas_.get(), active);
   gtk_widget_set_can_focus(canvas_.get(), active);
-  // A page that has just been revealed is what the visitor wants to type into.
-  if (appears && content_) gtk_widget_grab_focus(content_.get());
+  // A page that has just been revealed is what the visitor wants to type into, unless that happens elsewhere.
+  if (appears && content_ && !isFocusBesideScreens()) gtk_widget_grab_focus(content_.get());
 }
 
 void ViewNode::syncSubviews() {

@@ -43,6 +43,7 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   void place() const;
   double scale() const;
   void queuePlacement() const;
+  bool isFocusBesideScreens() const;
   bool takesInput() const;
   bool isAllocating() const;
 

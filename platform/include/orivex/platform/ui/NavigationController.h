@@ -40,6 +40,7 @@ class ORIVEX_API NavigationController : public ViewController {
   bool goBack() override { return topViewController()->goBack(); }
   void viewDidLoad() override;
   void viewDidLayoutSubviews() override { layout(); }
+  void didLeaveWindow() override;
   void beginAppearance(bool appearing, bool animated) override;
   void endAppearance(bool animated) override;
 

@@ -28,14 +28,21 @@ class ORIVEX_API ViewController : public std::enable_shared_from_this<ViewContro
   bool isViewInWindow() const { return view_ && view_->window(); }
 
   /// The window that shows the screen or is about to: that of the screen which presents it, or of the stack into which
-  /// it was pushed. Null for a screen that neither happened to.
+  /// it was pushed, or that whose root it is. Null for a screen to which none of this happened.
   Window* window() const;
+
+  /// Whether the screen is what its window shows by itself: neither presented nor pushed, so that only the host, who
+  /// put it there, can take it away.
+  bool isRoot() const;
 
   virtual void viewDidLoad() {}
   virtual void viewWillAppear(bool /*animated*/) {}
   virtual void viewDidAppear(bool /*animated*/) {}
   virtual void viewWillDisappear(bool /*animated*/) {}
   virtual void viewDidDisappear(bool /*animated*/) {}
+
+  /// The screen has been taken out of its window with or as the root, whether it showed to the last or not.
+  virtual void didLeaveWindow() {}
 
   /// The visitor has asked to go back with a key or a button. True when the screen does so.
   virtual bool goBack() { return false; }
@@ -87,6 +94,7 @@ class ORIVEX_API ViewController : public std::enable_shared_from_this<ViewContro
   std::shared_ptr<View> view_;
   std::shared_ptr<ViewController> presented_;
   ViewController* presenting_ = nullptr;
+  Window* rootOf_ = nullptr;
   NavigationController* navigation_ = nullptr;
   InterfaceStyle style_ = InterfaceStyle::unspecified;
   Appearance appearance_ = Appearance::disappeared;

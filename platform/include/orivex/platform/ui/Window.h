@@ -60,6 +60,10 @@ class ORIVEX_API Window : public std::enable_shared_from_this<Window> {
   void setRootViewController(const std::shared_ptr<ViewController>& controller);
   const std::shared_ptr<ViewController>& rootViewController() const { return root_; }
 
+  /// The window has come to the display, or is not on it any more: tells the uppermost screen that it appears or
+  /// disappears. A window that says nothing is on the display.
+  void setShowing(bool showing) const;
+
   /// The view that holds whatever the window shows; presented screens lie above the root's view.
   const std::shared_ptr<View>& contentView() const { return content_; }
 
@@ -69,6 +73,8 @@ class ORIVEX_API Window : public std::enable_shared_from_this<Window> {
 
  private:
   friend class WindowScene;
+
+  std::shared_ptr<ViewController> topScreen() const;
 
   std::shared_ptr<View> content_;
   std::shared_ptr<ViewController> root_;

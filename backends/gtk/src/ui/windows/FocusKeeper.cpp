@@ -2,10 +2,10 @@
 
 #include <webkit/webkit.h>
 
-#include "../glib/GRef.h"
-#include "Canvas.h"
-#include "TitleBar.h"
-#include "Widgets.h"
+#include "../../glib/GRef.h"
+#include "../Canvas.h"
+#include "../TitleBar.h"
+#include "../Widgets.h"
 
 namespace orivex::gtk {
 namespace {

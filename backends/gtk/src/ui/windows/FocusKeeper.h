@@ -5,7 +5,7 @@
 
 #include <gtk/gtk.h>
 
-#include "../glib/SignalConnection.h"
+#include "../../glib/SignalConnection.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -17,7 +17,7 @@ namespace orivex::gtk {
 /// shows. What lies above the screens, and a focus that the host gives up without a page, are left alone. Main thread.
 class FocusKeeper {
  public:
-  /// `screens` is the canvas of the window's content, which outlives this object as the window does.
+  /// `screens` is the canvas of the screens in `window`. Both outlive this object.
   FocusKeeper(GtkWindow* window, GtkWidget* screens, MainQueue& mainQueue);
   FocusKeeper(const FocusKeeper&) = delete;
   FocusKeeper& operator=(const FocusKeeper&) = delete;
