@@ -66,6 +66,50 @@ class ChatTest(unittest.TestCase):
         self.assertTrue(run_until(lambda: "closed" in self.story))
         self.assertIsNone(gone())
 
+    def test_shows_in_a_view_and_leaves_that_to_the_host(self):
+        chat = self.chat()
+        view = Orivex.ChatView(chat=chat)
+        paned = Gtk.Paned(start_child=Gtk.Label(label="shop"), end_child=view)
+        self.window.set_child(paned)
+        self.assertTrue(run_until(lambda: "revealed" in self.story))
+        self.assertIs(view.props.chat, chat)
+        chat.close()
+        self.assertTrue(run_until(lambda: "closed" in self.story))
+        self.assertEqual(self.story, [True, "opened", "revealed", False, "closed"])
+        self.assertIs(view.get_parent(), paned)
+        self.story.clear()
+        view.props.chat = None
+        view.props.chat = chat  # a new session
+        self.assertTrue(run_until(lambda: "revealed" in self.story))
+        other = Orivex.ChatView.new(chat)  # shows already, in the other view
+        self.assertIsNone(other.get_first_child())
+        gone = weakref.ref(view)
+        paned.set_end_child(None)
+        del view
+        gc.collect()
+        self.assertTrue(run_until(lambda: "closed" in self.story))
+        self.assertEqual(self.story, [True, "opened", "revealed", False, "closed"])
+        self.assertIsNone(gone())
+
+    def test_is_pushed_on_a_stack_and_comes_off_again(self):
+        shop = Gtk.Label(label="shop")
+        stack = Gtk.Stack()
+        stack.add_child(shop)
+        self.window.set_child(stack)
+        chat = self.chat()
+        for _ in range(2):
+            chat.push(stack)
+            stack.set_visible_child(shop)
+            chat.push(stack)
+            self.assertTrue(run_until(lambda: "revealed" in self.story))
+            self.assertEqual(stack.get_pages().get_n_items(), 2)
+            self.assertIs(stack.get_visible_child().props.chat, chat)
+            chat.close()
+            self.assertTrue(run_until(lambda: stack.get_pages().get_n_items() == 1))
+            self.assertIs(stack.get_visible_child(), shop)
+            self.assertEqual(self.story, [True, "opened", "revealed", False, "closed"])
+            self.story.clear()
+
     def test_says_why_no_page_came(self):
         for server, code in (
             ("http://127.0.0.1:9", Orivex.Error.UNREACHABLE),

@@ -60,6 +60,23 @@ void orivex_chat_sign_out_async(OrivexChat* self, GCancellable* cancellable, GAs
                                 gpointer user_data);
 gboolean orivex_chat_sign_out_finish(OrivexChat* self, GAsyncResult* result, GError** error);
 
+void orivex_chat_push(OrivexChat* self, GtkStack* stack);
+
+/**
+ * OrivexChatView:
+ *
+ * A widget that shows a chat in a part of a window, for example in a GtkPaned or a popover. It takes what room there
+ * is, 240 by 160 points at least. When the page or the visitor goes back, the chat emits [signal@Chat::closed], and the
+ * host hides the view or takes it away. Sheets, camera and messages of the chat stay over the view, dialogs over its
+ * window.
+ */
+#define ORIVEX_TYPE_CHAT_VIEW (orivex_chat_view_get_type())
+G_DECLARE_FINAL_TYPE(OrivexChatView, orivex_chat_view, ORIVEX, CHAT_VIEW, GtkWidget)
+
+GtkWidget* orivex_chat_view_new(OrivexChat* chat);
+OrivexChat* orivex_chat_view_get_chat(OrivexChatView* self);
+void orivex_chat_view_set_chat(OrivexChatView* self, OrivexChat* chat);
+
 /**
  * orivex_get_version:
  *

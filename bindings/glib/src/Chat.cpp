@@ -1,3 +1,5 @@
+#include "Chat.h"
+
 #include <memory>
 #include <string>
 
@@ -52,23 +54,31 @@ std::shared_ptr<OVKFApi> openScreen(const Chat& chat) {
   return screen && screen->isViewInWindow() ? screen : nullptr;
 }
 
+// As the signals tell: a screen in a view stays where it is when it is closed.
+bool isOpen(const Chat& chat) {
+  const auto screen = chat.screen.lock();
+  return screen && std::static_pointer_cast<orivex::glib::ChatEvents>(screen->conversionDelegate)->isOpen();
+}
+
 std::string textOf(const GValue* value) {
   const char* const text = g_value_get_string(value);
   return text ? text : "";
 }
 
-// The screen of a new session.
-std::shared_ptr<OVKFApi> startedScreen(OrivexChat* self) {
+}  // namespace
+
+std::shared_ptr<OVKFApi> orivex::glib::startScreen(OrivexChat* self) {
   auto& chat = *self->chat;
+  if (openScreen(chat)) return nullptr;
+  orivex::gtk::install();
   auto screen = std::make_shared<OVKFApi>();
   screen->conversionDelegate = std::make_shared<orivex::glib::ChatEvents>(self);
   screen->debug = chat.debug;
   screen->conversationEvents = chat.conversationEvents;
   screen->startSession(chat.host, chat.entryId, chat.appKey, orivex::glib::recordOf(chat.visitor));
+  chat.screen = screen;
   return screen;
 }
-
-}  // namespace
 
 static void orivex_chat_get_property(GObject* object, guint id, GValue* value, GParamSpec* spec) {
   const auto& chat = *ORIVEX_CHAT(object)->chat;
@@ -86,7 +96,7 @@ static void orivex_chat_get_property(GObject* object, guint id, GValue* value, G
     case eventsProperty:
       return g_value_set_boolean(value, chat.conversationEvents);
     case openProperty:
-      return g_value_set_boolean(value, openScreen(chat) != nullptr);
+      return g_value_set_boolean(value, isOpen(chat));
     default:
       G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
   }
@@ -188,16 +198,15 @@ void orivex_chat_present(OrivexChat* self, GtkWindow* window) {
   if (openScreen(*self->chat)) return;
   orivex::gtk::install();
   const auto shown = orivex::gtk::attach(window);
-  const auto screen = startedScreen(self);
-  self->chat->screen = screen;
-  shown->rootViewController()->present(screen, true);
+  shown->rootViewController()->present(orivex::glib::startScreen(self), true);
 }
 
 /**
  * orivex_chat_close:
  * @self: a chat
  *
- * Sends the screen away. Does nothing while it does not show.
+ * Sends the screen away; one in a [class@ChatView] stays there and only tells that it is closed. Does nothing while it
+ * does not show.
  */
 void orivex_chat_close(OrivexChat* self) {
   g_return_if_fail(ORIVEX_IS_CHAT(self));

@@ -57,7 +57,8 @@ void addSignals(OrivexChatClass* type) {
    * OrivexChat::closed:
    * @self: the chat
    *
-   * The screen has left, in whatever way.
+   * The screen has left, in whatever way, or the one in a [class@ChatView] is to leave: the page or the visitor has
+   * gone back.
    */
   add(type, ChatSignal::closed, "closed");
   /**
@@ -106,6 +107,7 @@ void addSignals(OrivexChatClass* type) {
 }
 
 void ChatEvents::opened() {
+  isOpen_ = true;
   g_object_notify(G_OBJECT(chat_), "is-open");
   g_signal_emit(chat_, idOf(ChatSignal::opened), 0);
 }
@@ -115,6 +117,7 @@ void ChatEvents::revealed() {
 }
 
 void ChatEvents::closed() {
+  isOpen_ = false;
   g_object_notify(G_OBJECT(chat_), "is-open");
   g_signal_emit(chat_, idOf(ChatSignal::closed), 0);
 }

@@ -25,6 +25,9 @@ class ChatEvents : public OVKFApiConversationDelegate {
   ChatEvents& operator=(const ChatEvents&) = delete;
   ~ChatEvents() override { g_object_unref(chat_); }
 
+  /// Between the signals `opened` and `closed`.
+  bool isOpen() const { return isOpen_; }
+
   void opened() override;
   void revealed() override;
   void closed() override;
@@ -36,6 +39,7 @@ class ChatEvents : public OVKFApiConversationDelegate {
 
  private:
   OrivexChat* const chat_;
+  bool isOpen_ = false;
 };
 
 }  // namespace orivex::glib
