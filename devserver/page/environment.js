@@ -42,8 +42,10 @@ export function safeAreas() {
   return { top: points(queryValue("hh")), bottom: points(queryValue("bh")) };
 }
 
-export const isEnglish = /^en\b/i.test(navigator.language ?? "");
-export const locale = isEnglish ? navigator.language : "zh-CN";
+// Chinese for Chinese and for an engine without a locale, which calls it "C"; English for all else.
+const language = navigator.language ?? "C";
+export const isEnglish = !/^(zh\b|c$)/i.test(language);
+export const locale = !isEnglish ? "zh-CN" : /^en\b/i.test(language) ? language : "en";
 
 /** Identifies this page's conversation for as long as its view lives, reloads included. */
 function sessionIdentifier() {

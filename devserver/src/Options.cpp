@@ -116,6 +116,9 @@ A FAULT is TARGET:KIND[=VALUE][,KEY=VALUE]... with TARGET page, upload or socket
   redirect                  answer 302 to the same address, which then works
   ,times=N                  only for the next N requests
 
+The page and its agent speak Chinese where the browser, or the application with the chat, does, and English
+elsewhere: start that with LANG=zh_CN.UTF-8 or LANG=en_US.UTF-8 to choose.
+
 At run time POST /_dev/faults adds faults (an object or an array of objects such as
 {"target":"upload","kind":"status","status":503,"times":1}), GET shows them, DELETE clears them.
 {"target":"socket","kind":"drop"} breaks the open web sockets off, once.

@@ -96,7 +96,7 @@ TEST(ChatSocket, IsOpenToValidTokensOnly) {
 TEST(ChatSocket, GreetsInThePagesLanguageAndTypesBeforeItSpeaks) {
   const ServerProcess server;
   for (const auto& [language, name, greeting] :
-       {std::tuple{"zh-CN", "小薇", "您好"}, {"en-GB", "Vera", "Hello"}, {"fr", "小薇", "您好"}}) {
+       {std::tuple{"zh-CN", "小薇", "您好"}, {"en-GB", "Vera", "Hello"}, {"fr", "Vera", "Hello"}}) {
     Visitor visitor(server);
     visitor.hello(language, 0, language);
     const auto profile = visitor.next();

@@ -43,7 +43,7 @@ bool mentions(const std::string& text, std::initializer_list<std::string_view> w
 }  // namespace
 
 Language languageOf(std::string_view tag) {
-  return tag.starts_with("en") || tag.starts_with("EN") ? Language::English : Language::Chinese;
+  return tag.starts_with("zh") || tag.starts_with("ZH") ? Language::Chinese : Language::English;
 }
 
 const char* Agent::say(const char* chinese, const char* english) const {

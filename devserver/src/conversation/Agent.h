@@ -10,7 +10,7 @@ namespace orivex::devserver {
 /// The language that the page asks for.
 enum class Language { Chinese, English };
 
-/// The language of a tag such as "zh-CN" or "en-GB"; anything that is not English is answered in Chinese.
+/// The language of a tag such as "zh-CN" or "en-GB"; anything that is not Chinese is answered in English.
 [[nodiscard]] Language languageOf(std::string_view tag);
 
 /// What a message holds; `msgType` and `mType` of the message record.
