@@ -78,6 +78,10 @@ const std::shared_ptr<WebView>& ChatWebViewHost::loadView() {
   if (loadView_) return loadView_;
   WebEngineConfiguration configuration;
   configuration.javaScriptCanOpenWindowsAutomatically = false;
+  // Nothing of it can be seen: a screen reader says it.
+  configuration.userScripts.push_back(
+      {"document.querySelector('[role=status]')?.append(`" + std::string(tr("正在加载…")) + "`);",
+       UserScript::InjectionTime::documentEnd});
   loadView_ = std::make_shared<WebView>(loadViewFrame(), configuration);
   const auto white = OVKFApiHelper::color("#FFFFFF");
   loadView_->setBackgroundColor(white);

@@ -1,4 +1,5 @@
 #include "support/ScreenFixture.h"
+#include "web/WebKitEngine.h"
 
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/ui/WebView.h"
@@ -55,6 +56,19 @@ TEST_F(Opening, ClearingTheCacheTakesCookiesAndStorage) {
   chat->clearWebViewCache();
   EXPECT_TRUE(wait([&] { return panelText() == "缓存清理完成"; }, 10));
   EXPECT_EQ(reopened(), "|null");
+}
+
+TEST_F(Opening, ThePlaceholderIsReadOutInTheVisitorsLanguage) {
+  const SocketServer server(servePage(readyPage));
+  for (const auto& [tag, text] : {std::pair{"en", "Loading…"}, {"zh", "正在加载…"}}) {
+    setLanguage(tag);
+    const auto chat = openChat(server.url(""));
+    auto* const view = WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(chat->loadView()->engine()).widget());
+    const auto words = [&] { return evaluateIn(view, "document.querySelector('[role=status]')?.textContent"); };
+    EXPECT_TRUE(wait([&] { return words() == text; }, 5)) << words();
+    window()->rootViewController()->dismiss(false);
+    recorder->events.clear();
+  }
 }
 
 class NotchedPhone : public ScreenFixture {
