@@ -8,8 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include "ChatPageAddress.h"
 #include "ScriptMessageBridge.h"
 #include "Tables.h"
+
+#include "orivex/models/UserMappingModel.h"
 
 namespace orivex {
 namespace {
@@ -65,6 +68,19 @@ TEST(PageTypes, AndTheGuideNameEveryMessageAndKey) {
        {messages, coded<PostMessageModel>(), coded<UploadFileInfoModel>(), coded<WebViewEnvModel>()}) {
     for (const auto& key : keys) EXPECT_NE(guide.find("| `" + key + "`"), std::string::npos) << key;
   }
+}
+
+// "<server>/path?key=…" of an address with such values.
+std::string withoutValues(const std::string& address) {
+  return std::regex_replace(address, std::regex("=[^&\n]*"), "=…");
+}
+
+TEST(PageTypes, TheGuideHasTheAddressOfThePage) {
+  const auto guide = contentsOf("docs/page.md");
+  const auto start = guide.find("\n```\n<server>") + 5;
+  const UserMappingModel visitor;
+  const ChatPageAddress address{"<server>", "", "", visitor, 0, 0, ""};
+  EXPECT_EQ(withoutValues(guide.substr(start, guide.find("\n```", start) - start)), withoutValues(address.text()));
 }
 
 }  // namespace
