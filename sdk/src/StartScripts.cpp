@@ -56,7 +56,7 @@ std::variant<std::string, Failure> readText(const std::string& path) {
   return text;
 }
 
-void addConsole(const Console& console, std::vector<UserScript>& scripts) {
+void addConsole(const Console& console, std::vector<std::string>& scripts) {
   const auto path = Platform::current().componentBundle.pathForResource(console.resource, "js");
   if (!path) return;
   log::debugPrint(std::string(console.name) + " injecting");
@@ -65,7 +65,7 @@ void addConsole(const Console& console, std::vector<UserScript>& scripts) {
     log::debugPrint("Error reading " + std::string(console.name) + " script file: " + failure->description);
     return;
   }
-  scripts.push_back({std::get<std::string>(file) + console.startTail});
+  scripts.push_back(std::get<std::string>(file) + console.startTail);
 }
 
 // A device set to imperial units gets the console whatever the switch says.
@@ -76,7 +76,7 @@ bool hasImperialUnits(const UserDefaults& defaults) {
 
 }  // namespace
 
-void addEnvironmentScript(std::vector<UserScript>& scripts, double statusBarHeight, double bottomInset) {
+void addEnvironmentScript(std::vector<std::string>& scripts, double statusBarHeight, double bottomInset) {
   const auto& user = OVKFApiManager::shared().user;
   WebViewEnvModel environment;
   environment.app_name = user && user->app_name ? *user->app_name : "kep";
@@ -84,10 +84,10 @@ void addEnvironmentScript(std::vector<UserScript>& scripts, double statusBarHeig
   environment.hh = wholePoints(statusBarHeight);
   environment.bh = wholePoints(bottomInset);
   environment.os_name = "iOS";
-  scripts.push_back({"window.extraParams=" + environment.getJsonString() + ";"});
+  scripts.push_back("window.extraParams=" + environment.getJsonString() + ";");
 }
 
-void addDebugConsoles(std::vector<UserScript>& scripts) {
+void addDebugConsoles(std::vector<std::string>& scripts) {
   const auto& defaults = Platform::current().userDefaults;
   if (defaults.boolForKey("enable_vconsole")) addConsole(vConsole, scripts);
   if (defaults.boolForKey("enable_eruda") || hasImperialUnits(defaults)) addConsole(eruda, scripts);

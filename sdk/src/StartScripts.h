@@ -21,9 +21,9 @@ inline constexpr std::string_view viewportScript =
 
 /// Adds the script that tells the page about its surroundings, `window.extraParams`. Heights are in points; one that is
 /// not finite or not inside 64 bits stops the process.
-void addEnvironmentScript(std::vector<UserScript>& scripts, double statusBarHeight, double bottomInset);
+void addEnvironmentScript(std::vector<std::string>& scripts, double statusBarHeight, double bottomInset);
 
 /// Adds the in-page debug consoles that the user defaults ask for, as far as the bundle holds them.
-void addDebugConsoles(std::vector<UserScript>& scripts);
+void addDebugConsoles(std::vector<std::string>& scripts);
 
 }  // namespace orivex

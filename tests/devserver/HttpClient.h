@@ -55,7 +55,9 @@ struct UploadForm {
 
   [[nodiscard]] Request request(std::string exactBody) const {
     Request request{.method = "POST", .path = "/api/chat/outside/guest/file/upload", .body = std::move(exactBody)};
-    for (const auto& [name, value] : headers) request.headers.push_back(name + (value.empty() ? ";" : ": " + value));
+    for (const auto& [name, value] : headers) {
+      request.headers.push_back(value.empty() ? name + ";" : std::string(name).append(": ").append(value));
+    }
     return request;
   }
 };

@@ -1,7 +1,9 @@
 #include "Chat.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "ChatEvents.h"
 #include "Visitor.h"
@@ -24,6 +26,7 @@ struct Chat {
   OrivexVisitor* visitor = nullptr;
   bool debug = false;
   bool conversationEvents = false;
+  std::vector<std::string> allowedOrigins{};
   std::weak_ptr<OVKFApi> screen{};  // the last one, while it lives; a new one for each presentation
 };
 
@@ -45,6 +48,7 @@ enum Property {
   visitorProperty,
   debugProperty,
   eventsProperty,
+  originsProperty,
   openProperty
 };
 
@@ -58,6 +62,13 @@ std::shared_ptr<OVKFApi> openScreen(const Chat& chat) {
 bool isOpen(const Chat& chat) {
   const auto screen = chat.screen.lock();
   return screen && std::static_pointer_cast<orivex::glib::ChatEvents>(screen->conversionDelegate)->isOpen();
+}
+
+// For the caller to free.
+char** stringsOf(const std::vector<std::string>& texts) {
+  auto** const strings = g_new0(char*, texts.size() + 1);
+  std::transform(texts.begin(), texts.end(), strings, [](const auto& text) { return g_strdup(text.c_str()); });
+  return strings;
 }
 
 std::string textOf(const GValue* value) {
@@ -75,6 +86,7 @@ std::shared_ptr<OVKFApi> orivex::glib::startScreen(OrivexChat* self) {
   screen->conversionDelegate = std::make_shared<orivex::glib::ChatEvents>(self);
   screen->debug = chat.debug;
   screen->conversationEvents = chat.conversationEvents;
+  screen->allowedOrigins = chat.allowedOrigins;
   screen->startSession(chat.host, chat.entryId, chat.appKey, orivex::glib::recordOf(chat.visitor));
   chat.screen = screen;
   return screen;
@@ -95,6 +107,8 @@ static void orivex_chat_get_property(GObject* object, guint id, GValue* value, G
       return g_value_set_boolean(value, chat.debug);
     case eventsProperty:
       return g_value_set_boolean(value, chat.conversationEvents);
+    case originsProperty:
+      return g_value_take_boxed(value, stringsOf(chat.allowedOrigins));
     case openProperty:
       return g_value_set_boolean(value, isOpen(chat));
     default:
@@ -122,6 +136,12 @@ static void orivex_chat_set_property(GObject* object, guint id, const GValue* va
       break;
     case eventsProperty:
       chat.conversationEvents = g_value_get_boolean(value) != FALSE;
+      break;
+    case originsProperty:
+      chat.allowedOrigins.clear();
+      for (auto** origin = static_cast<char**>(g_value_get_boxed(value)); origin && *origin; ++origin) {
+        chat.allowedOrigins.emplace_back(*origin);
+      }
       break;
     default:
       G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
@@ -158,6 +178,11 @@ static void orivex_chat_class_init(OrivexChatClass* type) {
   g_object_class_install_property(
       object, eventsProperty,
       isSet("conversation-events", "Whether the page may tell of short cuts, messages and unread ones", flags));
+  g_object_class_install_property(
+      object, originsProperty,
+      g_param_spec_boxed("allowed-origins", nullptr,
+                         "Origins beside the chat's own whose documents are served as the chat page is", G_TYPE_STRV,
+                         flags));
   g_object_class_install_property(
       object, openProperty,
       isSet("is-open", "Whether the screen shows", GParamFlags(G_PARAM_READABLE | G_PARAM_STATIC_STRINGS)));

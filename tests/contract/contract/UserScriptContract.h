@@ -13,7 +13,7 @@ class UserScriptContract : public Suite<Fixture> {};
 TYPED_TEST_SUITE_P(UserScriptContract);
 
 TYPED_TEST_P(UserScriptContract, LimitedScriptsRunInDocumentsOfThoseOriginsAlone) {
-  const UserScript script{"window.told = true;", UserScript::InjectionTime::documentStart, true};
+  const std::string script = "window.told = true;";
   WebRecorder web(this->fixture_.platform(), {{"contract"}, {script}, true});
   const auto origin = this->fixture_.serve(
       {{"/", {.body = "<script>webkit.messageHandlers.contract.postMessage(!!window.told);</script>"}}});

@@ -80,24 +80,22 @@ std::string addressPattern(const std::string& origin) {
 }  // namespace
 
 void addPageScript(WebKitUserContentManager* content, const char* source, WebKitUserContentInjectedFrames frames,
-                   const char* world, WebKitUserScriptInjectionTime time) {
+                   const char* world) {
+  constexpr auto time = WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START;
   const AddedScript script(world ? webkit_user_script_new_for_world(source, frames, time, world, nullptr, nullptr)
                                  : webkit_user_script_new(source, frames, time, nullptr, nullptr));
   webkit_user_content_manager_add_script(content, script.get());
 }
 
-AddedScript addUserScript(WebKitUserContentManager* content, const UserScript& script,
+AddedScript addUserScript(WebKitUserContentManager* content, const std::string& script,
                           const std::vector<std::string>& origins) {
   std::vector<std::string> patterns;
   std::transform(origins.begin(), origins.end(), std::back_inserter(patterns), addressPattern);
   std::vector<const char*> allowed(patterns.size() + 1);  // ends with a null
   std::transform(patterns.begin(), patterns.end(), allowed.begin(), [](const auto& text) { return text.c_str(); });
-  AddedScript added(webkit_user_script_new(
-      script.source.c_str(),
-      script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-      script.injectionTime == UserScript::InjectionTime::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
-                                                                       : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
-      origins.empty() ? nullptr : allowed.data(), nullptr));
+  AddedScript added(webkit_user_script_new(script.c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+                                           WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START,
+                                           origins.empty() ? nullptr : allowed.data(), nullptr));
   webkit_user_content_manager_add_script(content, added.get());
   return added;
 }

@@ -8,21 +8,18 @@
 
 #include "../FreeWith.h"
 
-#include "orivex/platform/ports/WebEngine.h"
-
 namespace orivex::gtk {
 
 using AddedScript = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
 
-/// Runs `source` in each document of the pages of `content`: in a world of scripts of that name, whose variables the
-/// page neither sees nor can undo, or with nullptr in the page's own.
+/// Runs `source` at the start of each document of the pages of `content`: in a world of scripts of that name, whose
+/// variables the page neither sees nor can undo, or with nullptr in the page's own.
 void addPageScript(WebKitUserContentManager* content, const char* source, WebKitUserContentInjectedFrames frames,
-                   const char* world = nullptr,
-                   WebKitUserScriptInjectionTime time = WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START);
+                   const char* world = nullptr);
 
-/// Runs `script` in the documents of `origins`, whatever their ports, or of all when there are none; `content` forgets
-/// it when it is asked to remove what this returns.
-AddedScript addUserScript(WebKitUserContentManager* content, const UserScript& script,
+/// Runs `script` before a page's own in the documents of `origins`, whatever their ports, or of all when there are
+/// none; `content` forgets it when it is asked to remove what this returns.
+AddedScript addUserScript(WebKitUserContentManager* content, const std::string& script,
                           const std::vector<std::string>& origins);
 
 /// Adds rules of the component's own to a page, below the page's except where they are important.

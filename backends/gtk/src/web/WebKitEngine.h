@@ -69,7 +69,7 @@ class WebKitEngine final : public WebEngine {
   EngineStart& start_;
   const std::shared_ptr<WebProcessContext> context_;
   WebEngineHandlers handlers_;
-  const std::vector<UserScript> userScripts_;
+  const std::vector<std::string> userScripts_;
   std::vector<AddedScript> addedScripts_;  // the user scripts as the pages know them
   GRef<WebKitUserContentManager> content_;
   GRef<WebKitWebView> view_;

@@ -19,18 +19,10 @@ struct ScriptMessage {
   std::string body;
 };
 
-struct UserScript {
-  enum class InjectionTime { documentStart, documentEnd };
-  std::string source;
-  InjectionTime injectionTime = InjectionTime::documentStart;
-  bool mainFrameOnly = true;
-  bool operator==(const UserScript&) const = default;
-};
-
 /// What an engine must know before it starts, in the order in which it was asked for.
 struct WebEngineConfiguration {
   std::vector<std::string> scriptMessageNames;
-  std::vector<UserScript> userScripts;
+  std::vector<std::string> userScripts;  ///< run before the page's own, in the page itself and not in its frames
   bool javaScriptCanOpenWindowsAutomatically = true;
   bool inspectable = false;  ///< by the web inspector, from the page's menu
 };
