@@ -82,24 +82,22 @@ std::string ScreenFixture::panelText(GtkWindow* window) {
 }
 
 std::string evaluateIn(WebKitWebView* view, const std::string& script) {
-  struct Answer {
-    bool done = false;
-    std::string text;
-  } answer;
+  using Answer = std::optional<std::string>;
+  // The answer may come after the wait has ended.
+  const auto answer = std::make_shared<Answer>();
   webkit_web_view_evaluate_javascript(
       view, script.c_str(), -1, nullptr, nullptr, nullptr,
       [](GObject* source, GAsyncResult* result, gpointer data) {
-        auto& into = *static_cast<Answer*>(data);
+        const std::unique_ptr<std::shared_ptr<Answer>> into(static_cast<std::shared_ptr<Answer>*>(data));
         GError* raised = nullptr;
         const auto value =
             GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &raised));
         const GErrorPtr error(raised);
-        into.text = value ? GCharPtr(jsc_value_to_string(value.get())).get() : error->message;
-        into.done = true;
+        **into = value ? GCharPtr(jsc_value_to_string(value.get())).get() : error->message;
       },
-      &answer);
-  EXPECT_TRUE(wait([&] { return answer.done; }, 10)) << script;
-  return answer.text;
+      new std::shared_ptr<Answer>(answer));
+  EXPECT_TRUE(wait([&] { return answer->has_value(); }, 10)) << script;
+  return answer->value_or("");
 }
 
 SocketServer::Handler servePage(const std::string& body) {
