@@ -80,8 +80,8 @@ const std::shared_ptr<WebView>& ChatWebViewHost::loadView() {
   configuration.javaScriptCanOpenWindowsAutomatically = false;
   // Nothing of it can be seen: a screen reader says it.
   configuration.userScripts.push_back(
-      {"document.querySelector('[role=status]')?.append(`" + std::string(tr("正在加载…")) + "`);",
-       UserScript::InjectionTime::documentEnd});
+      "addEventListener('DOMContentLoaded', () => document.querySelector('[role=status]')?.append(`" +
+      std::string(tr("正在加载…")) + "`));");
   loadView_ = std::make_shared<WebView>(loadViewFrame(), configuration);
   const auto white = OVKFApiHelper::color("#FFFFFF");
   loadView_->setBackgroundColor(white);
