@@ -178,7 +178,7 @@ class ChatTest(unittest.TestCase):
         self.assertEqual((chat.props.host, chat.props.entry_id, chat.props.app_key), (SERVER, "e", "k"))
         self.assertIs(chat.props.visitor, visitor)
         self.assertFalse(chat.props.is_open)
-        self.assertEqual(chat.props.allowed_origins, [])
+        self.assertFalse(chat.props.allowed_origins)
         chat.props.allowed_origins = ["https://pay.example", "https://shop.example"]
         self.assertEqual(chat.props.allowed_origins, ["https://pay.example", "https://shop.example"])
 

@@ -14,17 +14,17 @@ class DemoSettingsTest : public ::testing::Test {
  protected:
   // GLib looks for the folder once in a process.
   static void SetUpTestSuite() {
-    folder_.emplace();
-    setenv("XDG_CONFIG_HOME", folder_->path().c_str(), 1);
+    folder.emplace();
+    setenv("XDG_CONFIG_HOME", folder->path().c_str(), 1);
   }
-  static void TearDownTestSuite() { folder_.reset(); }
+  static void TearDownTestSuite() { folder.reset(); }
 
-  void TearDown() override { std::filesystem::remove_all(folder_->path() / "orivex-demo"); }
+  void TearDown() override { std::filesystem::remove_all(folder->path() / "orivex-demo"); }
 
-  static void remember(const char* contents) { folder_->write("orivex-demo/settings.ini", contents); }
+  static void remember(const char* contents) { folder->write("orivex-demo/settings.ini", contents); }
 
  private:
-  static inline std::optional<TemporaryFolder> folder_;
+  static inline std::optional<TemporaryFolder> folder;
 };
 
 TEST_F(DemoSettingsTest, RememberEveryField) {

@@ -1,9 +1,7 @@
 #include "Chat.h"
 
-#include <algorithm>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "ChatEvents.h"
 #include "Visitor.h"
@@ -26,7 +24,7 @@ struct Chat {
   OrivexVisitor* visitor = nullptr;
   bool debug = false;
   bool conversationEvents = false;
-  std::vector<std::string> allowedOrigins{};
+  char** allowedOrigins = nullptr;
   std::weak_ptr<OVKFApi> screen{};  // the last one, while it lives; a new one for each presentation
 };
 
@@ -64,13 +62,6 @@ bool isOpen(const Chat& chat) {
   return screen && std::static_pointer_cast<orivex::glib::ChatEvents>(screen->conversionDelegate)->isOpen();
 }
 
-// For the caller to free.
-char** stringsOf(const std::vector<std::string>& texts) {
-  auto** const strings = g_new0(char*, texts.size() + 1);
-  std::transform(texts.begin(), texts.end(), strings, [](const auto& text) { return g_strdup(text.c_str()); });
-  return strings;
-}
-
 std::string textOf(const GValue* value) {
   const char* const text = g_value_get_string(value);
   return text ? text : "";
@@ -86,7 +77,7 @@ std::shared_ptr<OVKFApi> orivex::glib::startScreen(OrivexChat* self) {
   screen->conversionDelegate = std::make_shared<orivex::glib::ChatEvents>(self);
   screen->debug = chat.debug;
   screen->conversationEvents = chat.conversationEvents;
-  screen->allowedOrigins = chat.allowedOrigins;
+  for (auto** origin = chat.allowedOrigins; origin && *origin; ++origin) screen->allowedOrigins.emplace_back(*origin);
   screen->startSession(chat.host, chat.entryId, chat.appKey, orivex::glib::recordOf(chat.visitor));
   chat.screen = screen;
   return screen;
@@ -108,7 +99,7 @@ static void orivex_chat_get_property(GObject* object, guint id, GValue* value, G
     case eventsProperty:
       return g_value_set_boolean(value, chat.conversationEvents);
     case originsProperty:
-      return g_value_take_boxed(value, stringsOf(chat.allowedOrigins));
+      return g_value_set_boxed(value, chat.allowedOrigins);
     case openProperty:
       return g_value_set_boolean(value, isOpen(chat));
     default:
@@ -138,10 +129,8 @@ static void orivex_chat_set_property(GObject* object, guint id, const GValue* va
       chat.conversationEvents = g_value_get_boolean(value) != FALSE;
       break;
     case originsProperty:
-      chat.allowedOrigins.clear();
-      for (auto** origin = static_cast<char**>(g_value_get_boxed(value)); origin && *origin; ++origin) {
-        chat.allowedOrigins.emplace_back(*origin);
-      }
+      g_strfreev(chat.allowedOrigins);
+      chat.allowedOrigins = static_cast<char**>(g_value_dup_boxed(value));
       break;
     default:
       G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
@@ -151,6 +140,7 @@ static void orivex_chat_set_property(GObject* object, guint id, const GValue* va
 static void orivex_chat_finalize(GObject* object) {
   auto* const chat = ORIVEX_CHAT(object)->chat;
   g_clear_object(&chat->visitor);
+  g_strfreev(chat->allowedOrigins);
   delete chat;
   G_OBJECT_CLASS(orivex_chat_parent_class)->finalize(object);
 }

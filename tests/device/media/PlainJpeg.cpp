@@ -57,7 +57,8 @@ RgbImage wavyPicture(unsigned width, unsigned height, unsigned seed) {
   RgbImage image{width, height};
   for (std::size_t index = 0; index < image.samples.size(); ++index) {
     const auto x = static_cast<double>(index / 3 % width);
-    const auto y = static_cast<double>(index / 3 / width);
+    const std::size_t row = index / 3 / width;
+    const auto y = static_cast<double>(row);
     const double wave = 50 * std::sin(x / (9 + seed)) * std::cos(y / (13 + 4.0 * static_cast<double>(index % 3)));
     const double edge = std::hypot(x - width / 2.0, y - height / 2.0) < height / 3.0 ? 40 : -30;
     image.samples[index] = static_cast<std::uint8_t>(120 + wave + edge + static_cast<double>(noise() % 9));
