@@ -30,7 +30,10 @@ class LoopMeter {
   }
   LoopMeter(const LoopMeter&) = delete;
   LoopMeter& operator=(const LoopMeter&) = delete;
-  ~LoopMeter() { g_main_context_set_poll_func(nullptr, nullptr); }
+  ~LoopMeter() {
+    g_main_context_set_poll_func(nullptr, nullptr);
+    current = nullptr;
+  }
 
   /// Since the last call.
   struct Turns {

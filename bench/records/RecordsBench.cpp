@@ -80,7 +80,11 @@ void measure(Works& works) {
       const double start = threadMilliseconds();
       double passed = 0;
       int runs = 0;
-      for (; passed < leastMilliseconds; passed = threadMilliseconds() - start, ++runs) work->run();
+      while (passed < leastMilliseconds) {
+        work->run();
+        ++runs;
+        passed = threadMilliseconds() - start;
+      }
       work->milliseconds = std::min(work->milliseconds, passed / runs);
     }
   }
