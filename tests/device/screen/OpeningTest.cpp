@@ -65,7 +65,7 @@ TEST_F(Opening, ThePlaceholderIsReadOutInTheVisitorsLanguage) {
     const auto chat = openChat(server.url(""));
     auto* const view = WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(chat->loadView()->engine()).widget());
     const auto words = [&] { return evaluateIn(view, "document.querySelector('[role=status]')?.textContent"); };
-    EXPECT_TRUE(wait([&] { return words() == text; }, 5)) << words();
+    EXPECT_TRUE(wait([&, expected = text] { return words() == expected; }, 5)) << words();
     window()->rootViewController()->dismiss(false);
     recorder->events.clear();
   }
