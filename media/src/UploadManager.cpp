@@ -80,10 +80,11 @@ std::optional<FilePart> filePart(const std::optional<Url>& file, std::optional<s
 }
 
 // Over a worker's queue, so that whoever gets the result acts before the overlay goes.
-void dismissLater(std::shared_ptr<VisitorOverlay::Upload> shown) {
+void dismissLater(std::shared_ptr<VisitorOverlay::Upload> shown, bool isStored) {
   auto& queue = Platform::current().mainQueue;
-  queue.global(
-      [&queue, shown = std::move(shown)]() mutable { queue.async([shown = std::move(shown)] { shown->dismiss(); }); });
+  queue.global([&queue, isStored, shown = std::move(shown)]() mutable {
+    queue.async([isStored, shown = std::move(shown)] { shown->dismiss(isStored); });
+  });
 }
 
 }  // namespace
@@ -111,8 +112,9 @@ void UploadManager::upload(const Target& target, std::optional<FilePart> file, s
   auto shown = std::make_shared<VisitorOverlay::Upload>();
   auto finish = [shown, completion = std::move(completion)](const UploadReply& reply) mutable {
     shown->returnToWindow();  // what is said about the upload belongs there, too
-    dismissLater(std::move(shown));
-    std::move(completion)(interpret(reply));
+    auto result = interpret(reply);
+    dismissLater(std::move(shown), std::holds_alternative<UploadResposeModel>(result));
+    std::move(completion)(std::move(result));
   };
   const auto url = Url::parse(target.address);
   if (!url) {

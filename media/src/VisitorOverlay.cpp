@@ -6,6 +6,7 @@
 
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/ProcessState.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 
 namespace orivex {
@@ -61,6 +62,7 @@ VisitorOverlay::Upload::Upload() : window_(overlay().window()) {
   shared().uploads_.push_back(this);
   shared().hasMessage_ = false;
   show();
+  if (shared().uploads_.size() == 1) overlay().announce(tr("正在上传"));
 }
 
 VisitorOverlay::Upload::~Upload() {
@@ -77,9 +79,10 @@ bool VisitorOverlay::Upload::isSeen() const {
   return std::find(seen.begin(), seen.end(), this) != seen.end();
 }
 
-void VisitorOverlay::Upload::dismiss() {
+void VisitorOverlay::Upload::dismiss(bool isStored) {
   if (!isSeen()) return;
   std::erase(shared().uploads_, this);
+  if (isStored && shared().uploads_.empty()) overlay().announce(tr("上传完成"));
   if (!shared().hasMessage_) shared().endMessage();
 }
 

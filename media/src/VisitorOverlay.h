@@ -45,8 +45,9 @@ class VisitorOverlay {
     /// Lets the overlay show over the window that it had when this upload began.
     void returnToWindow() const;
 
-    /// Takes this upload off the overlay. Without it, an upload that goes away leaves the overlay as it is.
-    void dismiss();
+    /// Takes this upload off the overlay. Without it, an upload that goes away leaves the overlay as it is. Screen
+    /// readers say that the last one is done if the server has stored it.
+    void dismiss(bool isStored);
 
    private:
     friend VisitorOverlay;

@@ -4,6 +4,7 @@
 
 #include "glib/GRef.h"
 #include "ui/GtkApplicationPort.h"
+#include "ui/Widgets.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/Platform.h"
@@ -49,6 +50,7 @@ VisitorWindow::VisitorWindow() : window_(firstWindow()), entry_(gtk_entry_new())
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
   gtk_window_set_child(window_, entry_);
+  setAccessibleLabel(entry_, "entry");
   view_ = attach(window_)->rootViewController()->view();
   gtk_window_present(window_);
   wait([&] { return gtk_widget_get_mapped(entry_) != FALSE; }, 10);

@@ -11,6 +11,7 @@
 #include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Audio.h"
 #include "orivex/platform/ports/FileManager.h"
+#include "orivex/platform/ports/ProgressOverlay.h"
 #include "orivex/voice/VoiceManager.h"
 
 namespace orivex {
@@ -34,6 +35,11 @@ std::string lastPathComponent(const std::string& address) {
   const auto name = path.substr(path.rfind('/') + 1);
   const auto decoded = Url::parse("file:///" + name);
   return decoded ? decoded->filePath().value_or("/" + name).substr(1) : name;
+}
+
+// Who cannot see the overlay is told of its ends.
+void announce(const char* text) {
+  Platform::current().progressOverlay.announce(text);
 }
 
 class Clip final : public Attachment {
@@ -128,6 +134,7 @@ void RecordManager::beginOverlay() {
   auto& queue = Platform::current().mainQueue;
   overlayBegan_ = queue.now();
   overlayTimer_ = queue.repeat(levelInterval, [this] { setVoiceSoundSize(); });
+  announce(tr("正在录音"));
 }
 
 void RecordManager::setVoiceSoundSize() {
@@ -152,6 +159,7 @@ void RecordManager::cancelRecording() {
     voice.isStop = true;
     return;
   }
+  if (overlayTimer_) announce(tr("已取消录音"));
   endOverlay();
   dropClip();
 }
@@ -184,6 +192,7 @@ void RecordManager::finishRecording(RecordedClip completion) {
   voice.stopRecording();
   const auto clip = std::exchange(voice.recorder_file_path, std::nullopt);
   if (!clip) return;
+  announce(tr("录音结束"));
   const auto& address = clip->absoluteString();
   if (const auto file = Url::parse(address)) {
     send(*file, duration / millisecondsPerSecond, std::move(completion));

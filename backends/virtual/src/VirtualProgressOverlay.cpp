@@ -29,6 +29,11 @@ void VirtualProgressOverlay::dismiss() {
   take(Event::dismissed);
 }
 
+void VirtualProgressOverlay::announce(const std::string& text) {
+  requireMainThread(queue_, "ProgressOverlay::announce");
+  if (shownIn(application_)) announced_.push_back(text);
+}
+
 void VirtualProgressOverlay::offer(std::optional<OverlayOffer> offer) {
   requireMainThread(queue_, "ProgressOverlay::offer");
   offered_ = offer && shownIn(application_, offer->window) ? std::move(offer) : std::nullopt;

@@ -194,6 +194,14 @@ TEST_F(PressTest, ARefusalIsToldAndTakesNothingWithIt) {
   EXPECT_EQ(state(), "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden");
 }
 
+TEST_F(PressTest, WhoCannotSeeTheOverlayIsToldOfItsEnds) {
+  play("cancel end start cancel allow start allow 0.9 end 2");
+  play("start allow 2 cancel cancel leave start allow 2 end 1 close");
+  EXPECT_EQ(
+      device_.progressOverlay().announced(),
+      (std::vector<std::string>{"正在录音", "正在录音", "已取消录音", "正在录音", "录音结束", "正在上传", "上传完成"}));
+}
+
 TEST_F(PressTest, AnotherChatScreenTakesTheOverlayAndGivesItBack) {
   const auto second = started();
   screen_->present(second, false);

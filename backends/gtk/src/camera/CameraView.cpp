@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "../ui/Announcement.h"
 #include "../ui/Widgets.h"
 
 #include "orivex/platform/base/Translation.h"
@@ -205,6 +206,7 @@ void CameraView::showRecording(double seconds, double longest) {
   const auto whole = static_cast<int>(seconds);
   const auto text = std::to_string(whole / 60) + (whole % 60 < 10 ? ":0" : ":") + std::to_string(whole % 60);
   gtk_label_set_text(GTK_LABEL(clock_), text.c_str());
+  if (!gtk_widget_get_visible(clock_)) announce(clock_, tr("开始录制"));
   gtk_widget_set_visible(clock_, TRUE);
 }
 
@@ -223,6 +225,7 @@ void CameraView::showReview() {
 
 void CameraView::showNotice(const std::string& text) {
   gtk_label_set_text(GTK_LABEL(notice_), text.c_str());
+  announce(notice_, text);
   gtk_widget_set_visible(notice_, TRUE);
   main_.asyncAfter(noticeTime, alive_.guard([this, number = ++notices_] {
     if (number == notices_) gtk_widget_set_visible(notice_, FALSE);

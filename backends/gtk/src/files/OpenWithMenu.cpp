@@ -59,7 +59,10 @@ GtkWidget* rowNew(GAppInfo* application) {
   gtk_label_set_wrap_mode(GTK_LABEL(name), PANGO_WRAP_WORD_CHAR);
   gtk_label_set_lines(GTK_LABEL(name), 2);
   gtk_label_set_ellipsize(GTK_LABEL(name), PANGO_ELLIPSIZE_END);
-  return boxNew(GTK_ORIENTATION_HORIZONTAL, 12, {image, name});
+  GtkWidget* const row = gtk_list_box_row_new();
+  gtk_list_box_row_set_child(GTK_LIST_BOX_ROW(row), boxNew(GTK_ORIENTATION_HORIZONTAL, 12, {image, name}));
+  setAccessibleLabel(row, name);
+  return row;
 }
 
 }  // namespace
@@ -77,6 +80,7 @@ struct OpenWithMenu::Menu {
   GtkWidget* listNew() {
     GtkWidget* const list = styled(gtk_list_box_new(), "orivex-applications");
     gtk_list_box_set_selection_mode(GTK_LIST_BOX(list), GTK_SELECTION_NONE);
+    setAccessibleLabel(list, tr(title));
     for (const auto& application : applications) gtk_list_box_append(GTK_LIST_BOX(list), rowNew(application.get()));
     connections.add(list, "row-activated", [this](GtkListBoxRow* row) {
       connections.disconnect();

@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include "../ui/Announcement.h"
 #include "../ui/Widgets.h"
 #include "PhotoStyle.h"
 #include "library/FolderScan.h"
@@ -123,6 +124,7 @@ GtkWidget* PhotoSheet::header() {
   gtk_widget_set_valign(arrow, GTK_ALIGN_CENTER);
   albumButton_ = styled(gtk_button_new(), "album");
   gtk_button_set_child(GTK_BUTTON(albumButton_), boxNew(GTK_ORIENTATION_HORIZONTAL, 6, {albumName_, arrow}));
+  setAccessibleLabel(albumButton_, albumName_);
   gtk_widget_set_valign(albumButton_, GTK_ALIGN_CENTER);
   connections_.add(albumButton_, "clicked", [this] {
     if (menu_.isOpen()) return menu_.close();
@@ -140,6 +142,7 @@ GtkWidget* PhotoSheet::footer() {
   gtk_label_set_ellipsize(GTK_LABEL(originalText_), PANGO_ELLIPSIZE_END);
   original_ = styled(gtk_check_button_new(), "original");
   gtk_check_button_set_child(GTK_CHECK_BUTTON(original_), originalText_);
+  setAccessibleLabel(original_, originalText_);
   gtk_widget_set_name(original_, "photos-original");
   confirm_ = button("", "confirm");
   gtk_widget_set_name(confirm_, "photos-confirm");
@@ -268,6 +271,7 @@ void PhotoSheet::toggle(const MediaItemPtr& item) {
   if (isUnreadable && selection_.numberOf(*item) == 0) return showToast(tr("这张照片无法打开"));
   selection_.toggle(item);
   selectionChanged();
+  announce(confirm_, trNumber("已选择%1项", selection_.items().size()));
 }
 
 void PhotoSheet::open(std::size_t position) {
@@ -318,6 +322,7 @@ bool PhotoSheet::goBack() {
 // A later word replaces an earlier one.
 void PhotoSheet::showToast(const std::string& text) {
   gtk_label_set_text(GTK_LABEL(toast_), text.c_str());
+  announce(toast_, text);
   gtk_widget_add_css_class(toast_, "shown");
   toastEnd_ = queue_.repeat(toastSeconds, [this] {
     gtk_widget_remove_css_class(toast_, "shown");

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Announcement.h"
 #include "GtkApplicationPort.h"
 #include "Widgets.h"
 
@@ -70,6 +71,10 @@ void GtkProgressOverlay::dismiss() {
   if (panel_) panel_->dismiss();
 }
 
+void GtkProgressOverlay::announce(const std::string& text) {
+  if (auto* const over = overlayOf(shownIn(application_))) gtk::announce(GTK_WIDGET(over), text);
+}
+
 void GtkProgressOverlay::offer(std::optional<OverlayOffer> offer) {
   removeBar();
   auto* const over = offer ? overlayOf(shownIn(application_, offer->window)) : nullptr;
@@ -77,6 +82,7 @@ void GtkProgressOverlay::offer(std::optional<OverlayOffer> offer) {
   installStyle(css);
   bar_ = GRef<GtkWidget>::sink(barNew(*offer));
   gtk_overlay_add_overlay(over, bar_.get());
+  gtk::announce(bar_.get(), offer->status);
 }
 
 GtkWidget* GtkProgressOverlay::barNew(const OverlayOffer& offer) {

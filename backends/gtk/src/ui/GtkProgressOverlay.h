@@ -27,6 +27,7 @@ class GtkProgressOverlay final : public ProgressOverlay {
   void showInfo(const std::string& status) override;
   void showNotice(const std::string& status) override;
   void dismiss() override;
+  void announce(const std::string& text) override;
   void offer(std::optional<OverlayOffer> offer) override;
   void setMinimumSize(Size size) override { appearance_.minimumSize = size; }
   void setStyle(OverlayStyle style) override { appearance_.style = style; }

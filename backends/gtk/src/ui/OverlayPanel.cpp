@@ -5,6 +5,7 @@
 #include <numbers>
 #include <utility>
 
+#include "Announcement.h"
 #include "Widgets.h"
 
 #include "orivex/platform/base/Translation.h"
@@ -43,13 +44,6 @@ constexpr double fullTurn = 2 * std::numbers::pi;
 
 void setClass(GtkWidget* widget, const char* name, bool present) {
   (present ? gtk_widget_add_css_class : gtk_widget_remove_css_class)(widget, name);
-}
-
-// Before GTK 4.14 a screen reader only finds the text.
-void announce([[maybe_unused]] GtkWidget* widget, [[maybe_unused]] const char* text) {
-#if GTK_CHECK_VERSION(4, 14, 0)
-  gtk_accessible_announce(GTK_ACCESSIBLE(widget), text, GTK_ACCESSIBLE_ANNOUNCEMENT_PRIORITY_MEDIUM);
-#endif
 }
 
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS  // GTK 4.10 has another name for it
@@ -165,6 +159,7 @@ GtkWidget* OverlayPanel::drawingNew(GtkAccessibleRole role) {
 }
 
 void OverlayPanel::showSpinner(const OverlayAppearance& appearance, std::function<void()> onCancel) {
+  quarter_ = 0;
   appear(appearance, spinner_, "", tr(spokenSpinner), std::move(onCancel));
 }
 
@@ -172,10 +167,14 @@ void OverlayPanel::showRing(const OverlayAppearance& appearance, float fraction,
                             std::function<void()> onCancel) {
   setFraction(std::clamp(static_cast<double>(fraction), 0.0, 1.0));
   appear(appearance, ring_, status, status.c_str(), std::move(onCancel));
+  const int before = std::exchange(quarter_, static_cast<int>(fraction_ * 4));
+  if (parent_ && quarter_ > before) announce(GTK_WIDGET(parent_), status);
 }
 
 void OverlayPanel::showInfo(const OverlayAppearance& appearance, const std::string& status) {
+  const bool isNew = !shown_ || status != gtk_label_get_text(GTK_LABEL(label_));
   appear(appearance, informationMark_, status, status.c_str(), nullptr);
+  if (parent_ && isNew) announce(GTK_WIDGET(parent_), status);
 }
 
 void OverlayPanel::setFraction(double fraction) {
@@ -195,9 +194,6 @@ void OverlayPanel::appear(const OverlayAppearance& appearance, GtkWidget* indica
   gtk_label_set_lines(GTK_LABEL(label_), linesThatFit());
   gtk_widget_set_visible(label_, !status.empty());
   setAccessibleLabel(panel_, spoken);
-  // A percentage comes many times with the same words.
-  if (parent_ && (!shown_ || spoken_ != spoken)) announce(GTK_WIDGET(parent_), spoken);
-  spoken_ = spoken;
   takeInput(appearance.mask == OverlayMask::black);
   if (shown_ || !parent_) return;
   shown_ = true;

@@ -66,7 +66,7 @@ class OverlayPanel {
   GtkWidget* label_ = nullptr;
   GtkWidget* close_ = nullptr;
   std::function<void()> onCancel_;
-  std::string spoken_;
+  int quarter_ = 0;     // of the ring, of which each is announced once
   bool shown_ = false;  // false while it fades out, too
   GRef<AdwAnimation> fade_;
   GRef<GtkEventController> keys_;  // of the parent, while the mask takes input

@@ -25,6 +25,11 @@ inline void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
   gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
 }
 
+/// The same by the text of a label, also as that changes.
+inline void setAccessibleLabel(GtkWidget* widget, GtkWidget* label) {
+  gtk_accessible_update_relation(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_RELATION_LABELLED_BY, label, nullptr, -1);
+}
+
 /// Whether `widget` is `ancestor` or lies in it.
 inline bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
   return widget == ancestor || gtk_widget_is_ancestor(widget, ancestor);

@@ -5,6 +5,7 @@
 
 #include "../FreeWith.h"
 #include "../glib/GMemory.h"
+#include "../ui/Widgets.h"
 
 #include "orivex/platform/base/Log.h"
 #include "orivex/platform/base/Translation.h"
@@ -77,6 +78,7 @@ class ScriptDialogs::Question {
   GtkWidget* makeEntry() {
     if (type() != WEBKIT_SCRIPT_DIALOG_PROMPT) return nullptr;
     entry_ = GRef<GtkWidget>::sink(gtk_entry_new());
+    setAccessibleLabel(entry_.get(), message());
     const char* const text = webkit_script_dialog_prompt_get_default_text(dialog_.get());
     gtk_editable_set_text(GTK_EDITABLE(entry_.get()), text ? text : "");
     gtk_entry_set_activates_default(GTK_ENTRY(entry_.get()), TRUE);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "../../ui/Announcement.h"
 #include "../../ui/Widgets.h"
 #include "../library/MediaTexts.h"
 
@@ -36,6 +37,7 @@ void PhotoPreview::build() {
   gtk_overlay_add_overlay(GTK_OVERLAY(over), length_);
   gtk_overlay_add_overlay(GTK_OVERLAY(over), playButton());
   gtk_widget_set_focusable(strip_.widget(), TRUE);
+  setAccessibleLabel(strip_.widget(), tr("照片"));
 
   GtkWidget* const box = styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {bar(), over}), "orivex-preview");
   auto* const keys = gtk_event_controller_key_new();
@@ -66,6 +68,7 @@ GtkWidget* PhotoPreview::bar() {
   gtk_widget_set_valign(disc_, GTK_ALIGN_CENTER);
   mark_ = styled(gtk_button_new(), "mark");
   gtk_button_set_child(GTK_BUTTON(mark_), disc_);
+  setAccessibleLabel(mark_, tr("选择"));
   connections_.add(mark_, "clicked", [this] { toggle(); });
   GtkWidget* const fresh = styled(gtk_center_box_new(), "bar");
   gtk_center_box_set_start_widget(GTK_CENTER_BOX(fresh), back);
@@ -119,9 +122,14 @@ void PhotoPreview::moveTo(std::size_t position) {
   const auto before = std::exchange(shown_, items_->at(position));
   if (!before || before->path != shown_->path) stop();
   position_ = position;
-  const auto title = std::to_string(position + 1) + " / " + std::to_string(items_->size());
-  gtk_label_set_text(GTK_LABEL(title_), title.c_str());
+  const auto number = std::to_string(position + 1);
+  const auto count = std::to_string(items_->size());
+  gtk_label_set_text(GTK_LABEL(title_), (number + " / " + count).c_str());
+  const auto place = tr("第%1项, 共%2项", {number, count});
+  setAccessibleLabel(title_, place);
   selectionChanged();
+  // The focus has not moved.
+  if (before && before->path != shown_->path) announce(strip_.widget(), place + ", " + spoken_);
 }
 
 void PhotoPreview::selectionChanged() {
@@ -131,7 +139,8 @@ void PhotoPreview::selectionChanged() {
   (number == 0 ? gtk_widget_remove_css_class : gtk_widget_add_css_class)(disc_, "chosen");
   const auto* const known = thumbnails_.find(shown_);
   const auto duration = known ? known->duration : std::nullopt;
-  setAccessibleLabel(strip_.widget(), accessibleText(*shown_, duration, number));
+  spoken_ = accessibleText(*shown_, duration, number);
+  setAccessibleLabel(strip_.widget(), spoken_);
   setAccessibleLabel(mark_, number == 0 ? tr("选择") : tr("取消选择"));
   const bool isVideo = shown_->type == MediaType::video;
   gtk_widget_set_visible(play_, isVideo && !player_);

@@ -62,6 +62,7 @@ class PhotoPreview {
   std::shared_ptr<const MediaItems> items_;
   std::size_t position_ = 0;
   MediaItemPtr shown_;
+  std::string spoken_;  // of it
   GRef<GtkWidget> revealer_;
   GtkWidget* title_ = nullptr;
   GtkWidget* mark_ = nullptr;  // the button, with a disc that holds the number

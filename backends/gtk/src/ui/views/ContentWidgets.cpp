@@ -1,6 +1,8 @@
 #include "ContentWidgets.h"
 
+#include "../../Contained.h"
 #include "../../web/WebKitEngine.h"
+#include "../Announcement.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/Platform.h"
@@ -55,6 +57,10 @@ GRef<GtkWidget> contentWidgetFor(View& view) {
     const auto role = label->isAnnounced() ? GTK_ACCESSIBLE_ROLE_ALERT : GTK_ACCESSIBLE_ROLE_LABEL;
     widget = GRef<GtkWidget>::sink(GTK_WIDGET(g_object_new(GTK_TYPE_LABEL, "accessible-role", role, nullptr)));
     gtk_label_set_ellipsize(GTK_LABEL(widget.get()), PANGO_ELLIPSIZE_END);
+    const auto appeared = [](GtkWidget* shown, gpointer /*data*/) noexcept {
+      contained([&] { announce(shown, gtk_label_get_text(GTK_LABEL(shown))); });
+    };
+    if (label->isAnnounced()) g_signal_connect(widget.get(), "map", G_CALLBACK(+appeared), nullptr);
   }
   if (widget) updateContentWidget(widget.get(), view);
   return widget;

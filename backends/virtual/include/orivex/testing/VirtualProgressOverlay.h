@@ -41,6 +41,7 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   void showInfo(const std::string& status) override;
   void showNotice(const std::string& status) override;
   void dismiss() override;
+  void announce(const std::string& text) override;
   void offer(std::optional<OverlayOffer> offer) override;
   void setMinimumSize(Size size) override { minimumSize_ = size; }
   void setStyle(OverlayStyle style) override { style_ = style; }
@@ -59,6 +60,9 @@ class VirtualProgressOverlay final : public ProgressOverlay {
 
   /// What is offered in a bar; nothing without one, or without its window.
   const std::optional<OverlayOffer>& offered() const { return offered_; }
+
+  /// What screen readers were told besides what showed.
+  const std::vector<std::string>& announced() const { return announced_; }
 
   /// Whether a mask keeps the visitor from what lies behind the panel that is up.
   bool blocksInput() const { return shown_ && shownMask_ == OverlayMask::black; }
@@ -85,6 +89,7 @@ class VirtualProgressOverlay final : public ProgressOverlay {
   std::weak_ptr<Window> shownOver_;
   OverlayMask shownMask_ = OverlayMask::none;
   std::vector<Entry> history_;
+  std::vector<std::string> announced_;
   Size minimumSize_;
   OverlayStyle style_ = OverlayStyle::light;
   OverlayMask mask_ = OverlayMask::none;

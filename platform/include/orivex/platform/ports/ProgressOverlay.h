@@ -58,6 +58,9 @@ class ProgressOverlay : public Interface {
 
   virtual void dismiss() = 0;
 
+  /// Has screen readers say what nothing shows. Messages, and progress now and then, they say by themselves.
+  virtual void announce(const std::string& text) = 0;
+
   /// Makes an offer in a small bar at the top of its window, beside whatever the panel shows there, in place of an
   /// earlier one. It stays until nothing is offered, also after a button was pressed.
   virtual void offer(std::optional<OverlayOffer> offer) = 0;
