@@ -73,11 +73,14 @@ void ChatManager::openCamera(const PostMessageModel& request, ViewController& sc
 
 void ChatManager::openPhotoLibrary(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer) {
   storeMediaRequest(request);
-  constexpr PhotoLibraryOptions options{.allowSelectImage = true,
-                                        .allowSelectVideo = true,
-                                        .allowMixSelect = false,
-                                        .allowTakePhotoInLibrary = false,
-                                        .maxSelectCount = 9};
+  const auto& store = OVKFApiManager::shared();
+  const PhotoLibraryOptions options{.allowSelectImage = true,
+                                    .allowSelectVideo = true,
+                                    .allowMixSelect = false,
+                                    .allowTakePhotoInLibrary = false,
+                                    .maxSelectCount = 9,
+                                    .maxVideoSize = store.videoSize,
+                                    .videoTooLarge = videoTooLargeText(store.fileSize)};
   const auto send = [view = std::weak_ptr(screen.view()), answer = std::move(answer)](const PhotoSelection& selection) {
     std::vector<std::shared_ptr<Attachment>> attachments;
     for (const auto& item : selection.items) {

@@ -176,7 +176,7 @@ class Media final : public Attachment {
   void inspectVideo(const std::string& path) {
     description.size = OVKFApiHelper::fileSize(item_.file);
     if (*description.size > videoLimit_) {
-      refusal = tooLargeText(trLater("选择的视频文件大小不能超过 %1 MB"), documentLimit_);
+      refusal = videoTooLargeText(documentLimit_);
       return;
     }
     const auto result = Platform::current().mediaProbe.probeVideo(path);
@@ -206,6 +206,10 @@ class Media final : public Attachment {
 };
 
 }  // namespace
+
+std::string videoTooLargeText(std::int64_t documentLimit) {
+  return tooLargeText(trLater("选择的视频文件大小不能超过 %1 MB"), documentLimit);
+}
 
 std::shared_ptr<Attachment> pickedDocument(const Url& file) {
   return std::make_shared<Document>(file);

@@ -44,6 +44,9 @@ TEST(MediaSelection, IsWhatTheTapsLeave) {
        {"p1", "v1", "p2"},
        "p1 v1 ",
        "最多只能选择2项"},
+      {"as large as a video may be", {.maxVideoSize = 1, .videoTooLarge = "large"}, {"v1", "v2"}, "v1 v2 ", ""},
+      {"a video too large", {.maxVideoSize = 0, .videoTooLarge = "large"}, {"v1"}, "", "large"},
+      {"photos are as large as they like", {.maxVideoSize = 0, .videoTooLarge = "large"}, {"p1"}, "p1 ", ""},
       {"mixing is told before the count", {.maxSelectCount = 1}, {"p1", "v1"}, "p1 ", mixed},
       {"none asked for still takes one", {.maxSelectCount = 0}, {"p1", "p2"}, "p1 ", "最多只能选择1项"},
   };
@@ -83,9 +86,10 @@ TEST(MediaTexts, DurationsReadLikeAClock) {
 TEST(MediaTexts, ACellTellsKindNameLengthAndPlace) {
   const MediaItem photo{"/p/IMG_1.jpg"};
   const MediaItem video{"/p/a\xff.mp4", MediaType::video};
-  EXPECT_EQ(accessibleText(photo, std::nullopt, 0), "照片 IMG_1.jpg, 未选择");
-  EXPECT_EQ(accessibleText(photo, std::nullopt, 2), "照片 IMG_1.jpg, 已选择, 第2项");
-  EXPECT_EQ(accessibleText(video, 7, 0), "视频 a\xEF\xBF\xBD.mp4, 时长 0:07, 未选择");
+  EXPECT_EQ(accessibleText(photo, std::nullopt, 0, false), "照片 IMG_1.jpg, 未选择");
+  EXPECT_EQ(accessibleText(photo, std::nullopt, 2, false), "照片 IMG_1.jpg, 已选择, 第2项");
+  EXPECT_EQ(accessibleText(video, 7, 0, false), "视频 a\xEF\xBF\xBD.mp4, 时长 0:07, 未选择");
+  EXPECT_EQ(accessibleText(photo, std::nullopt, 0, true), "照片 IMG_1.jpg, 无法打开");
 }
 
 TEST(MediaNames, TheEndingOfTheNameDecides) {

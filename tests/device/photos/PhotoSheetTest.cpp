@@ -176,6 +176,61 @@ TEST_F(PhotoSheetTest, APhoneHeldSidewaysShowsItsButtonsAtEveryTextSize) {
   g_object_set(settings, "gtk-xft-dpi", usual, nullptr);
 }
 
+TEST_F(PhotoSheetTest, AVideoThatIsBrokenOrTooLargeCannotBeSelectedAndSaysWhy) {
+  folder_.write("root/broken.mp4", "no video");
+  folder_.write("root/large.mp4", std::string(50'001, 'v'));
+  folder_.write("root/small.mp4", std::string(50'000, 'v'));
+  open({.maxVideoSize = 50'000, .videoTooLarge = "太大"});
+  clickCircle("broken.mp4");
+  EXPECT_TRUE(reads("这个视频无法打开"));
+  clickCircle("large.mp4");
+  EXPECT_TRUE(reads("太大"));
+  clickCircle("small.mp4");
+  EXPECT_EQ(confirmed("完成(1)"), "small.mp4 ");
+}
+
+TEST_F(PhotoSheetTest, WhatWasChosenUnseenAndIsBrokenLeavesTheSelection) {
+  fill(1);
+  addPhoto("elsewhere/a.jpg");
+  const auto broken = folder_.write("elsewhere/b.jpg", "no picture");
+  open();
+  clickCircle("p01.jpg");
+  clickText("最近项目");
+  waitForSlide();
+  clickText("浏览…");
+  ASSERT_TRUE(chooserOpens());
+  ASSERT_TRUE(chooseFile(broken));
+  EXPECT_TRUE(reads("这张照片无法打开"));
+  EXPECT_EQ(confirmed("完成(1)"), "p01.jpg ");
+}
+
+TEST_F(PhotoSheetTest, AFolderThatMayNotBeReadIsNotCalledEmpty) {
+  folder_.write("root", "no folder");  // which nobody may enter, not even root
+  open();
+  ASSERT_TRUE(chooserOpens());
+  cancelFileChooser();
+  EXPECT_TRUE(reads("无法访问照片和视频"));
+  EXPECT_TRUE(reads("没有权限读取这些文件夹:\n" + (folder_.path() / "root").string()));
+  clickText("浏览…");
+  EXPECT_TRUE(chooserOpens());
+  cancelFileChooser();
+}
+
+TEST_F(PhotoSheetTest, CountsReadFromLeftToRightInRightToLeftLayouts) {
+  fill(8);
+  gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
+  open();
+  clickPicture("clip.mp4");
+  ASSERT_TRUE(reads("1 / 9"));
+  auto* const layout = gtk_label_get_layout(GTK_LABEL(findByText(GTK_WIDGET(visitor_.overlay()), "1 / 9")));
+  PangoRectangle first{};
+  PangoRectangle last{};
+  pango_layout_index_to_pos(layout, 0, &first);
+  pango_layout_index_to_pos(layout, 4, &last);
+  EXPECT_LT(first.x, last.x);
+  gtk_widget_set_default_direction(GTK_TEXT_DIR_LTR);
+}
+
 TEST_F(PhotoSheetTest, AnEmptyLibraryTellsWhereItLooked) {
   open({.allowSelectVideo = false});
   ASSERT_TRUE(chooserOpens());

@@ -99,7 +99,12 @@ TEST_F(LibraryPickingTest, ComparesWithTheLimitOfVideosAndQuotesThatOfDocuments)
   };
   for (const auto& row : rows) {
     OVKFApiManager::shared().fileSize = row.documentLimit;
-    const auto answers = select({video("v.mp4", row.size)});
+    ask("openPhotoLibraryPicker");
+    const auto sheet = device_.photoLibrary().shown();
+    ASSERT_TRUE(sheet);
+    const bool isTooLarge = static_cast<std::int64_t>(row.size) > sheet->maxVideoSize.value_or(0);
+    EXPECT_EQ(isTooLarge ? sheet->videoTooLarge : "", row.expected) << row.size;
+    const auto answers = answersTo([&] { device_.photoLibrary().select({{video("v.mp4", row.size)}, false}); });
     EXPECT_EQ(answers.size(), *row.expected == '\0' ? 1U : 0U) << row.size;
     EXPECT_EQ(message(), row.expected) << row.size;
   }

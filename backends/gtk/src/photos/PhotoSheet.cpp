@@ -1,10 +1,12 @@
 #include "PhotoSheet.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include <unistd.h>
 
+#include "../Sandbox.h"
 #include "../ui/Announcement.h"
 #include "../ui/Widgets.h"
 #include "PhotoStyle.h"
@@ -16,7 +18,7 @@
 namespace orivex::gtk {
 namespace {
 
-constexpr double toastSeconds = 2;
+constexpr double toastSeconds = 3;
 
 ThumbnailSize thumbnailSize() {
   // A cell is some 130 points wide.
@@ -32,6 +34,24 @@ GtkWidget* button(const char* text, const char* style) {
 // The word for what is listed.
 const char* kindsOf(const MediaFilter& filter, const char* both, const char* images, const char* videos) {
   return filter.images && filter.videos ? both : filter.images ? images : videos;
+}
+
+bool isReadable(const MediaRoot& root) {
+  return access(root.path.c_str(), R_OK | X_OK) == 0;
+}
+
+// There, but not to be read; what a sandbox does not share looks as if it were not there.
+bool isForbidden(const MediaRoot& root) {
+  return !isReadable(root) && (errno != ENOENT || runsInSandbox());
+}
+
+template <class Predicate>
+std::string pathsOf(const std::vector<MediaRoot>& roots, Predicate isMeant) {
+  std::string paths;
+  for (const auto& root : roots) {
+    if (isMeant(root)) paths += "\n" + root.path;
+  }
+  return paths;
 }
 
 // Takes no input; screen readers speak it.
@@ -74,6 +94,7 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, Photo
       thumbnails_(threads.main, reader, std::move(sources.thumbnails), thumbnailSize()),
       grid_(thumbnails_, selection_,
             {[this](const MediaItemPtr& item) { toggle(item); }, [this](std::size_t position) { open(position); },
+             [this](const MediaItemPtr& item) { dropBroken(item); },
              [this](GtkDirectionType direction) { leaveGrid(direction); }}),
       menu_(thumbnails_, {[this](const std::string& folder) { chooseAlbum(folder); }, [this] { browse(); },
                           [this] { gtk_widget_remove_css_class(albumButton_, "open"); }}),
@@ -157,26 +178,40 @@ GtkWidget* PhotoSheet::footer() {
 }
 
 GtkWidget* PhotoSheet::emptyPage() {
-  std::string places;
-  for (const auto& root : roots_) places += "\n" + root.path;
-  GtkWidget* const icon = gtk_image_new_from_icon_name("image-x-generic-symbolic");
-  gtk_image_set_pixel_size(GTK_IMAGE(icon), 72);
-  GtkWidget* const title =
-      styled(gtk_label_new(kindsOf(filter_, tr("没有照片或视频"), tr("没有照片"), tr("没有视频"))), "title");
-  GtkWidget* const hint = styled(gtk_label_new(tr("在这些文件夹里没有找到:%1", {places}).c_str()), "hint");
-  gtk_label_set_justify(GTK_LABEL(hint), GTK_JUSTIFY_CENTER);
-  gtk_label_set_wrap(GTK_LABEL(hint), TRUE);
-  gtk_label_set_wrap_mode(GTK_LABEL(hint), PANGO_WRAP_WORD_CHAR);
+  emptyIcon_ = gtk_image_new();
+  gtk_image_set_pixel_size(GTK_IMAGE(emptyIcon_), 72);
+  emptyTitle_ = styled(gtk_label_new(nullptr), "title");
+  emptyHint_ = styled(gtk_label_new(nullptr), "hint");
+  for (GtkWidget* const label : {emptyTitle_, emptyHint_}) {
+    gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
+    gtk_label_set_wrap(GTK_LABEL(label), TRUE);
+    gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+  }
   GtkWidget* const elsewhere = button(tr("浏览…"), "browse");
   connections_.add(elsewhere, "clicked", [this] { browse(); });
-  GtkWidget* const page =
-      styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {icon, title, hint, elsewhere}), "orivex-photos-empty");
+  GtkWidget* const page = styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {emptyIcon_, emptyTitle_, emptyHint_, elsewhere}),
+                                 "orivex-photos-empty");
   gtk_widget_set_valign(page, GTK_ALIGN_CENTER);
   // A phone that is held sideways has no room for it.
   GtkWidget* const scrolled = gtk_scrolled_window_new();
   gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scrolled), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
   gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled), page);
   return scrolled;
+}
+
+// Whether there is nothing, or nothing that may be read.
+void PhotoSheet::describeEmptiness() {
+  const std::string unreadable = pathsOf(roots_, isForbidden);
+  const bool isEmpty = unreadable.empty();
+  const auto everywhere = [](const MediaRoot&) { return true; };
+  gtk_image_set_from_icon_name(GTK_IMAGE(emptyIcon_),
+                               isEmpty ? "image-x-generic-symbolic" : "changes-prevent-symbolic");
+  gtk_label_set_text(GTK_LABEL(emptyTitle_),
+                     isEmpty ? kindsOf(filter_, tr("没有照片或视频"), tr("没有照片"), tr("没有视频"))
+                             : kindsOf(filter_, tr("无法访问照片和视频"), tr("无法访问照片"), tr("无法访问视频")));
+  gtk_label_set_text(GTK_LABEL(emptyHint_), (isEmpty ? tr("在这些文件夹里没有找到:%1", {pathsOf(roots_, everywhere)})
+                                                     : tr("没有权限读取这些文件夹:%1", {unreadable}))
+                                                .c_str());
 }
 
 void PhotoSheet::update(std::shared_ptr<const MediaCatalog> catalog) {
@@ -260,18 +295,25 @@ void PhotoSheet::showAlbum(bool fromTop) {
   gtk_label_set_text(GTK_LABEL(albumName_), shown.name.c_str());
   grid_.show(shown.items, fromTop);
   const char* const page = !shown.items->empty() ? "grid" : catalog_->isComplete() ? "empty" : "waiting";
+  if (shown.items->empty()) describeEmptiness();
   gtk_stack_set_visible_child_name(GTK_STACK(pages_), page);
 }
 
 void PhotoSheet::toggle(const MediaItemPtr& item) {
   const auto* const known = thumbnails_.find(item);
   if (const auto refusal = selection_.refusal(*item)) return showToast(*refusal);
-  // Of a video without a picture the sound or a later frame may still be good.
-  const bool isUnreadable = known && known->isBroken() && item->type == MediaType::image;
-  if (isUnreadable && selection_.numberOf(*item) == 0) return showToast(tr("这张照片无法打开"));
+  if (known && known->isBroken()) return showToast(brokenText(*item));
   selection_.toggle(item);
   selectionChanged();
   announce(confirm_, trNumber("已选择%1项", selection_.items().size()));
+}
+
+// It was selected before its thumbnail was there.
+void PhotoSheet::dropBroken(const MediaItemPtr& item) {
+  if (selection_.numberOf(*item) == 0) return;
+  selection_.toggle(item);
+  selectionChanged();
+  showToast(brokenText(*item));
 }
 
 void PhotoSheet::open(std::size_t position) {
@@ -303,7 +345,6 @@ void PhotoSheet::leaveGrid(GtkDirectionType direction) {
 // In a sandbox there may be nothing else to look at.
 void PhotoSheet::mapped() {
   const bool isFirst = !std::exchange(wasMapped_, true);
-  const auto isReadable = [](const MediaRoot& root) { return access(root.path.c_str(), R_OK | X_OK) == 0; };
   if (isFirst && std::none_of(roots_.begin(), roots_.end(), isReadable)) browse();
 }
 

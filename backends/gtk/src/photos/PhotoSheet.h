@@ -56,6 +56,7 @@ class PhotoSheet {
   GtkWidget* header();
   GtkWidget* footer();
   GtkWidget* emptyPage();
+  void describeEmptiness();
   void update(std::shared_ptr<const MediaCatalog> catalog);
   void showAlbum(bool fromTop);
   const Album& album();
@@ -64,6 +65,7 @@ class PhotoSheet {
   void browsed(const std::vector<std::string>& paths);
   MediaItemPtr find(const std::string& path) const;
   void toggle(const MediaItemPtr& item);
+  void dropBroken(const MediaItemPtr& item);
   void open(std::size_t position);
   void previewClosed(const MediaItemPtr& last);
   void selectionChanged();
@@ -90,6 +92,9 @@ class PhotoSheet {
   GtkWidget* toast_ = nullptr;
   std::unique_ptr<Timer> toastEnd_;
   GtkWidget* pages_ = nullptr;
+  GtkWidget* emptyIcon_ = nullptr;
+  GtkWidget* emptyTitle_ = nullptr;
+  GtkWidget* emptyHint_ = nullptr;
   GtkWidget* albumName_ = nullptr;
   GtkWidget* albumButton_ = nullptr;
   GtkWidget* browser_ = nullptr;  // header and albums, which the preview covers

@@ -87,10 +87,8 @@ void PhotoCell::bind(MediaItemPtr item) {
 void PhotoCell::setThumbnail(const LoadedThumbnail& thumbnail) {
   const bool hasNewLength = thumbnail.duration && (!thumbnail_ || thumbnail_->duration != thumbnail.duration);
   thumbnail_ = thumbnail;
-  if (hasNewLength) {
-    lengthText_ = nullptr;
-    updateAccessibility();
-  }
+  if (hasNewLength) lengthText_ = nullptr;
+  if (hasNewLength || thumbnail.isBroken()) updateAccessibility();
   gtk_widget_queue_draw(widget_);
 }
 
@@ -112,7 +110,8 @@ bool PhotoCell::isOnCircle(graphene_point_t point) const {
 void PhotoCell::updateAccessibility() const {
   GtkWidget* const row = gtk_widget_get_parent(widget_);
   if (!row || !item_) return;
-  setAccessibleLabel(row, accessibleText(*item_, thumbnail_ ? thumbnail_->duration : std::nullopt, number_));
+  setAccessibleLabel(row, accessibleText(*item_, thumbnail_ ? thumbnail_->duration : std::nullopt, number_,
+                                         thumbnail_ && thumbnail_->isBroken()));
   gtk_accessible_update_state(GTK_ACCESSIBLE(row), GTK_ACCESSIBLE_STATE_SELECTED, number_ != 0, -1);
 }
 
@@ -129,7 +128,7 @@ void PhotoCell::snapshot(GtkSnapshot* snapshot) {
   if (item_->type == MediaType::video) drawLength(snapshot, side);
   if (number_ != 0) gtk_snapshot_append_color(snapshot, &selectedVeil, &area);
   if (isExcluded_) return gtk_snapshot_append_color(snapshot, &excludedVeil, &area);
-  drawCircle(snapshot, side);
+  if (!thumbnail_ || !thumbnail_->isBroken()) drawCircle(snapshot, side);
 }
 
 void PhotoCell::drawPicture(GtkSnapshot* snapshot, const graphene_rect_t& area) const {

@@ -230,8 +230,10 @@ void PhotoGrid::load() {
     if (!isInView(*cell)) {
       cell->setRequest(Subscription());
     } else if (!cell->isWaiting()) {
-      cell->setRequest(thumbnails_.request(
-          cell->item(), [cell](const LoadedThumbnail& thumbnail) { cell->setThumbnail(thumbnail); }));
+      cell->setRequest(thumbnails_.request(cell->item(), [this, cell](const LoadedThumbnail& thumbnail) {
+        cell->setThumbnail(thumbnail);
+        if (thumbnail.isBroken()) handlers_.broken(MediaItemPtr(cell->item()));
+      }));
     }
   }
 }

@@ -21,6 +21,7 @@ namespace orivex::gtk {
 struct PhotoGridHandlers {
   std::function<void(const MediaItemPtr&)> toggle;        ///< select, or take back
   std::function<void(std::size_t position)> open;         ///< see it large
+  std::function<void(const MediaItemPtr&)> broken;        ///< what the visitor sees turns out to be so
   std::function<void(GtkDirectionType direction)> leave;  ///< to the next or the previous stop of the Tab key
 };
 

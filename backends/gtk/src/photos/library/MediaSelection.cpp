@@ -25,6 +25,8 @@ bool MediaSelection::isKindExcluded(const MediaItem& item) const {
 std::optional<std::string> MediaSelection::refusal(const MediaItem& item) const {
   if (numberOf(item) != 0) return std::nullopt;
   if (isKindExcluded(item)) return tr("照片和视频不能同时选择");
+  const bool isTooLarge = item.type == MediaType::video && options_.maxVideoSize && item.size > *options_.maxVideoSize;
+  if (isTooLarge) return options_.videoTooLarge;
   if (items_.size() >= maximum()) return trNumber("最多只能选择%1项", maximum());
   return std::nullopt;
 }

@@ -46,9 +46,14 @@ std::string originalText(std::size_t count, std::int64_t bytes) {
   return count == 0 ? tr("原图") : tr("原图 (%1)", {sizeText(bytes)});
 }
 
-std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number) {
+std::string brokenText(const MediaItem& item) {
+  return item.type == MediaType::video ? tr("这个视频无法打开") : tr("这张照片无法打开");
+}
+
+std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number, bool isBroken) {
   auto text = tr(item.type == MediaType::video ? trLater("视频 %1") : trLater("照片 %1"), {displayName(item.path)});
   if (duration) text += tr(", 时长 %1", {durationText(*duration)});
+  if (isBroken) return text + tr(", 无法打开");
   return text + (number == 0 ? tr(", 未选择") : tr(", 已选择, 第%1项", {std::to_string(number)}));
 }
 

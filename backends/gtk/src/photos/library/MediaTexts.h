@@ -23,8 +23,11 @@ std::string confirmText(std::size_t count);
 std::string originalText(std::size_t count, std::int64_t bytes);
 
 /// What a screen reader says of a cell: "照片 IMG_1.jpg, 未选择", "视频 a.mp4, 时长 0:07, 已选择, 第2项".
-/// `number` is the place in the selection, from 1; 0 when not selected.
-std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number);
+/// `number` is the place in the selection, from 1; 0 when not selected. A broken one cannot be selected.
+std::string accessibleText(const MediaItem& item, std::optional<double> duration, std::size_t number, bool isBroken);
+
+/// Why a broken item cannot be selected.
+std::string brokenText(const MediaItem& item);
 
 /// The name of a file or folder for people: what is not UTF-8 in it is replaced.
 std::string displayName(std::string_view path);

@@ -64,6 +64,7 @@ GtkWidget* PhotoPreview::bar() {
   setAccessibleLabel(back, tr("返回"));
   connections_.add(back, "clicked", [this] { close(); });
   title_ = styled(gtk_label_new(nullptr), "title");
+  gtk_widget_set_direction(title_, GTK_TEXT_DIR_LTR);  // "1 / 9" has no letter that would say so
   disc_ = styled(gtk_label_new(nullptr), "disc");
   gtk_widget_set_valign(disc_, GTK_ALIGN_CENTER);
   mark_ = styled(gtk_button_new(), "mark");
@@ -139,7 +140,7 @@ void PhotoPreview::selectionChanged() {
   (number == 0 ? gtk_widget_remove_css_class : gtk_widget_add_css_class)(disc_, "chosen");
   const auto* const known = thumbnails_.find(shown_);
   const auto duration = known ? known->duration : std::nullopt;
-  spoken_ = accessibleText(*shown_, duration, number);
+  spoken_ = accessibleText(*shown_, duration, number, known && known->isBroken());
   setAccessibleLabel(strip_.widget(), spoken_);
   setAccessibleLabel(mark_, number == 0 ? tr("选择") : tr("取消选择"));
   const bool isVideo = shown_->type == MediaType::video;

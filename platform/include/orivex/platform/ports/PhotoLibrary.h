@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "orivex/platform/base/Interface.h"
@@ -25,6 +28,8 @@ struct PhotoLibraryOptions {
   bool allowMixSelect = false;  ///< photos and videos in one selection
   bool allowTakePhotoInLibrary = false;
   int maxSelectCount = 9;
+  std::optional<std::int64_t> maxVideoSize = std::nullopt;  ///< bytes; a larger video cannot be selected...
+  std::string videoTooLarge = {};                           ///< ...and the visitor reads this
 };
 
 struct PhotoSelection {
