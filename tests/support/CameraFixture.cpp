@@ -41,6 +41,7 @@ GtkWindow* firstWindow() {
 
 CameraFixture::CameraFixture() : window_(firstWindow()) {
   std::filesystem::remove_all(captureFolder());
+  gtk_window_set_title(window_, "orivex-camera");
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_default_size(window_, 360, 720);
   gtk_window_set_child(window_, gtk_label_new("Chat"));

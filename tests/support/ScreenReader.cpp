@@ -19,6 +19,8 @@ constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
 // Kinds of what a visitor works or is told by, as the bus numbers them.
 constexpr std::uint32_t controlRoles[] = {7, 11, 16, 31, 32, 42, 43, 44, 51, 55, 56, 61, 62, 79, 88, 101};
 
+constexpr std::uint32_t filler = 20;
+constexpr std::uint32_t scrollBar = 48;
 constexpr std::uint32_t scrollPane = 49;
 
 constexpr std::uint32_t focusable = 1U << 11;
@@ -35,6 +37,12 @@ GRef<GDBusConnection> connectionToBus() {
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
       nullptr, nullptr, nullptr));
+}
+
+bool isClassName(const std::string& name) {
+  if (name == "GtkLabel") return false;  // without a text
+  const auto has = [&](const char* prefix) { return (" " + name).find(prefix) != std::string::npos; };
+  return has(" Gtk") || has(" Adw") || has(" Orivex");
 }
 
 // Asks from another thread: this one answers.
@@ -112,19 +120,19 @@ std::string ScreenReader::nameOf(const Place& place) const {
   return name ? g_variant_get_string(name.get(), nullptr) : "";
 }
 
+ScreenReader::Place ScreenReader::parentOf(const Place& place) const {
+  const auto parent = propertyOf(place, "Parent");
+  const char* application = "";
+  const char* path = "";
+  if (parent) g_variant_get(parent.get(), "(&s&o)", &application, &path);
+  return {application, path};
+}
+
 // The name of what has come up, if it stands where a reader looks: it climbs to the desktop.
-std::string ScreenReader::spokenAt(Place place) const {
-  const auto name = nameOf(place);
-  for (int step = 0; step < 10; ++step) {
-    const auto parent = propertyOf(place, "Parent");
-    if (!parent) break;
-    const char* application = nullptr;
-    const char* path = nullptr;
-    g_variant_get(parent.get(), "(&s&o)", &application, &path);
-    place = {application, path};
-    if (place == Place{registry, rootPath}) return name;
-  }
-  return "(nowhere)";
+std::string ScreenReader::spokenAt(const Place& place) const {
+  auto above = parentOf(place);
+  for (int step = 0; step < 10 && above != Place{registry, rootPath}; ++step) above = parentOf(above);
+  return above == Place{registry, rootPath} ? nameOf(place) : "(nowhere)";
 }
 
 bool ScreenReader::isOurs(const std::string& name) const {
@@ -148,7 +156,7 @@ std::vector<ScreenReader::Place> ScreenReader::childrenOf(const Place& place) co
   return children;
 }
 
-void ScreenReader::read(const Place& place, std::vector<Control>& controls) const {
+void ScreenReader::read(const Place& place, const Place& from, std::vector<Control>& controls) const {
   Control control{0, nameOf(place)};
   std::uint32_t low = 0;
   const auto role = call(place, accessible, "GetRole", nullptr);
@@ -159,8 +167,14 @@ void ScreenReader::read(const Place& place, std::vector<Control>& controls) cons
   }
   const bool isControl =
       std::find(std::begin(controlRoles), std::end(controlRoles), control.role) != std::end(controlRoles);
-  if (isControl || ((low & focusable) != 0 && control.role != scrollPane)) controls.push_back(std::move(control));
-  for (const auto& child : childrenOf(place)) read(child, controls);
+  // GTK calls what has no name by its class, which readers say of all but what only holds others.
+  const bool isSpoken = control.role != filler && control.role != scrollBar && isClassName(control.name);
+  if (isControl || isSpoken || ((low & focusable) != 0 && control.role != scrollPane)) {
+    controls.push_back(std::move(control));
+  }
+  // Some are found on the way up only.
+  if (const auto above = parentOf(place); !above.first.empty() && above != from) controls.push_back({0, nameOf(above)});
+  for (const auto& child : childrenOf(place)) read(child, place, controls);
 }
 
 std::vector<ScreenReader::Control> ScreenReader::controls() const {
@@ -172,7 +186,7 @@ std::vector<ScreenReader::Control> ScreenReader::controls() const {
           std::vector<Control> controls;
           for (const auto& application : childrenOf({registry, rootPath})) {
             if (!isOurs(application.first)) continue;
-            for (const auto& window : childrenOf(application)) read(window, controls);
+            for (const auto& window : childrenOf(application)) read(window, application, controls);
           }
           return controls;
         });
@@ -188,13 +202,11 @@ bool ScreenReader::finds(const std::string& part) const {
                      [&](const Control& control) { return control.name.find(part) != std::string::npos; });
 }
 
-// GTK calls what has no name by its class.
 std::string ScreenReader::nameless() const {
   std::string found;
   for (const auto& control : controls()) {
-    const auto& name = control.name;
-    if (!name.empty() && !name.starts_with("Gtk") && !name.starts_with("Adw") && !name.starts_with("Orivex")) continue;
-    found += "role " + std::to_string(control.role) + " \"" + name + "\"\n";
+    if (!control.name.empty() && !isClassName(control.name)) continue;
+    found += "role " + std::to_string(control.role) + " \"" + control.name + "\"\n";
   }
   return found;
 }

@@ -49,10 +49,11 @@ class ScreenReader {
   GVariantPtr call(const Place& place, const char* interface, const char* method, GVariant* arguments) const;
   GVariantPtr propertyOf(const Place& place, const char* name) const;
   std::string nameOf(const Place& place) const;
-  std::string spokenAt(Place place) const;
+  Place parentOf(const Place& place) const;
+  std::string spokenAt(const Place& place) const;
   bool isOurs(const std::string& name) const;
   std::vector<Place> childrenOf(const Place& place) const;
-  void read(const Place& place, std::vector<Control>& controls) const;
+  void read(const Place& place, const Place& from, std::vector<Control>& controls) const;
 
   const Age age_;
   GRef<GDBusConnection> connection_;

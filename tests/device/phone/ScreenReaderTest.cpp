@@ -31,9 +31,12 @@ TEST_F(PhotosToAReader, SelectionsRefusalsAndPagesAreSaid) {
   clickCircle("p03.jpg");
   EXPECT_EQ(reader_.heardUntil("最多只能选择2项"), "最多只能选择2项");
   clickPicture("p02.jpg");
+  const std::string second = "第3项, 共13项, 照片 p02.jpg, 已选择, 第2项";
+  EXPECT_EQ(reader_.heardUntil(second), second);
   waitForSlide();
   hands("swipe", 300, 360, 60, 360);
-  EXPECT_EQ(reader_.heardUntil("第4项, 共13项, 照片 p03.jpg, 未选择"), "第4项, 共13项, 照片 p03.jpg, 未选择");
+  const std::string third = "第4项, 共13项, 照片 p03.jpg, 未选择";
+  EXPECT_EQ(reader_.heardUntil(third), third);
 }
 
 TEST_F(PhotosToAReader, EveryControlHasAName) {

@@ -124,8 +124,8 @@ void CameraView::buildTop(const EdgeInsets& insets) {
 
 void CameraView::buildBottom(const EdgeInsets& insets, const std::string& hint) {
   controls_ = gtk_stack_new();
-  gtk_stack_add_named(GTK_STACK(controls_), liveControls(hint), "live");
-  gtk_stack_add_named(GTK_STACK(controls_), reviewControls(), "review");
+  gtk_stack_add_titled(GTK_STACK(controls_), liveControls(hint), "live", tr("拍摄"));
+  gtk_stack_add_titled(GTK_STACK(controls_), reviewControls(), "review", tr("预览"));
   setMargins(controls_, 0, static_cast<int>(std::ceil(insets.bottom)) + 2 * margin, 0);
 
   notice_ = hiddenLabel("notice");

@@ -51,7 +51,7 @@ GtkWidget* rowNew(GAppInfo* application) {
   GIcon* const icon = g_app_info_get_icon(application);
   GtkWidget* const image =
       icon ? gtk_image_new_from_gicon(icon) : gtk_image_new_from_icon_name("application-x-executable");
-  gtk_image_set_pixel_size(GTK_IMAGE(image), iconSize);
+  gtk_image_set_pixel_size(GTK_IMAGE(decorative(image)), iconSize);
   GtkWidget* const name = gtk_label_new(g_app_info_get_display_name(application));
   gtk_widget_set_hexpand(name, TRUE);
   gtk_label_set_xalign(GTK_LABEL(name), 0);

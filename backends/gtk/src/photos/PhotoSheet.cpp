@@ -113,9 +113,9 @@ void PhotoSheet::build() {
   pages_ = gtk_stack_new();
   gtk_stack_set_vhomogeneous(GTK_STACK(pages_), FALSE);
   gtk_stack_set_hhomogeneous(GTK_STACK(pages_), FALSE);
-  gtk_stack_add_named(GTK_STACK(pages_), gtk_box_new(GTK_ORIENTATION_VERTICAL, 0), "waiting");
-  gtk_stack_add_named(GTK_STACK(pages_), grid_.widget(), "grid");
-  gtk_stack_add_named(GTK_STACK(pages_), emptyPage(), "empty");
+  gtk_stack_add_titled(GTK_STACK(pages_), gtk_box_new(GTK_ORIENTATION_VERTICAL, 0), "waiting", tr("相册"));
+  gtk_stack_add_titled(GTK_STACK(pages_), grid_.widget(), "grid", tr("相册"));
+  gtk_stack_add_titled(GTK_STACK(pages_), emptyPage(), "empty", tr("相册"));
   GtkWidget* const below = gtk_overlay_new();
   gtk_overlay_set_child(GTK_OVERLAY(below), pages_);
   gtk_overlay_add_overlay(GTK_OVERLAY(below), menu_.widget());
@@ -141,7 +141,7 @@ GtkWidget* PhotoSheet::header() {
   connections_.add(cancel, "clicked", [this] { handlers_.cancelled(); });
   albumName_ = gtk_label_new(catalog_->albums().front().name.c_str());
   gtk_label_set_ellipsize(GTK_LABEL(albumName_), PANGO_ELLIPSIZE_MIDDLE);
-  GtkWidget* const arrow = styled(gtk_image_new_from_icon_name("pan-down-symbolic"), "arrow");
+  GtkWidget* const arrow = styled(decorative(gtk_image_new_from_icon_name("pan-down-symbolic")), "arrow");
   gtk_widget_set_valign(arrow, GTK_ALIGN_CENTER);
   albumButton_ = styled(gtk_button_new(), "album");
   gtk_button_set_child(GTK_BUTTON(albumButton_), boxNew(GTK_ORIENTATION_HORIZONTAL, 6, {albumName_, arrow}));
@@ -178,7 +178,7 @@ GtkWidget* PhotoSheet::footer() {
 }
 
 GtkWidget* PhotoSheet::emptyPage() {
-  emptyIcon_ = gtk_image_new();
+  emptyIcon_ = decorative(gtk_image_new());
   gtk_image_set_pixel_size(GTK_IMAGE(emptyIcon_), 72);
   emptyTitle_ = styled(gtk_label_new(nullptr), "title");
   emptyHint_ = styled(gtk_label_new(nullptr), "hint");

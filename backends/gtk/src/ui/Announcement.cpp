@@ -216,3 +216,13 @@ void announce(GtkWidget* /*widget*/, const std::string& text) {
 }  // namespace orivex::gtk
 
 #endif
+
+namespace orivex::gtk {
+
+void focusAloud(GtkWidget* widget, const std::string& name) {
+  const bool isTold = gtk_widget_get_realized(widget) != FALSE;
+  gtk_widget_grab_focus(widget);
+  if (!isTold) announce(GTK_WIDGET(gtk_widget_get_root(widget)), name);
+}
+
+}  // namespace orivex::gtk

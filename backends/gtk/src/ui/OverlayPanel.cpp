@@ -134,7 +134,7 @@ GtkWidget* OverlayPanel::indicatorsNew() {
   informationMark_ = drawingNew(GTK_ACCESSIBLE_ROLE_PRESENTATION);
   indicators_ = gtk_stack_new();
   for (GtkWidget* indicator : {spinner_, ring_, informationMark_}) {
-    gtk_stack_add_child(GTK_STACK(indicators_), indicator);
+    gtk_stack_add_titled(GTK_STACK(indicators_), indicator, nullptr, tr("进度"));
   }
   gtk_widget_set_halign(indicators_, GTK_ALIGN_CENTER);
   gtk_widget_set_valign(indicators_, GTK_ALIGN_CENTER);

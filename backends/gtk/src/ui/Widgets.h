@@ -20,8 +20,15 @@ inline GtkWidget* boxNew(GtkOrientation orientation, int spacing, std::initializ
   return box;
 }
 
-/// What screen readers call the widget.
+/// A fresh widget that screen readers pass over: what it shows is said by another, or nothing.
+inline GtkWidget* decorative(GtkWidget* widget) {
+  g_object_set(widget, "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, nullptr);
+  return widget;
+}
+
+/// What screen readers call the widget, and not by what it holds.
 inline void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
+  gtk_accessible_reset_relation(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_RELATION_LABELLED_BY);
   gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
 }
 

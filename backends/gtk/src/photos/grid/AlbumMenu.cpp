@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "../../Contained.h"
+#include "../../ui/Announcement.h"
 #include "../../ui/Widgets.h"
 
 #include "orivex/platform/base/Translation.h"
@@ -29,6 +30,10 @@ GtkWidget* squareAround(GtkWidget* picture) {
   gtk_widget_set_overflow(square, GTK_OVERFLOW_HIDDEN);
   gtk_overlay_add_overlay(GTK_OVERLAY(square), picture);
   return square;
+}
+
+std::string spokenName(const Album& album) {
+  return album.name + ", " + trNumber("%1项", album.items->size());
 }
 
 }  // namespace
@@ -90,7 +95,7 @@ void AlbumMenu::open(const MediaCatalog& catalog, const std::string& folder) {
   gtk_widget_set_can_target(mask_.get(), TRUE);
   gtk_widget_add_css_class(mask_.get(), "open");
   gtk_revealer_set_reveal_child(GTK_REVEALER(revealer_), TRUE);
-  gtk_widget_grab_focus(gtk_widget_get_first_child(list_));
+  focusAloud(gtk_widget_get_first_child(list_), spokenName(albums_.front()));
 }
 
 void AlbumMenu::update(const MediaCatalog& catalog) {
@@ -124,18 +129,18 @@ bool AlbumMenu::addSomeRows() {
 GtkWidget* AlbumMenu::rowNew(const Album& album) {
   const bool isChosen = album.folder == folder_;
   const auto count = std::to_string(album.items->size());
-  GtkWidget* const cover = gtk_picture_new();
+  GtkWidget* const cover = decorative(gtk_picture_new());
   gtk_picture_set_content_fit(GTK_PICTURE(cover), GTK_CONTENT_FIT_COVER);
   GtkWidget* const texts =
       boxNew(GTK_ORIENTATION_VERTICAL, 2, {labelNew(album.name, "name"), labelNew(count, "count")});
   gtk_widget_set_valign(texts, GTK_ALIGN_CENTER);
   gtk_widget_set_hexpand(texts, TRUE);
-  GtkWidget* const check = gtk_image_new_from_icon_name("object-select-symbolic");
+  GtkWidget* const check = decorative(gtk_image_new_from_icon_name("object-select-symbolic"));
   gtk_widget_set_opacity(check, isChosen ? 1 : 0);
   GtkWidget* const row = gtk_list_box_row_new();
   gtk_list_box_row_set_child(GTK_LIST_BOX_ROW(row),
                              boxNew(GTK_ORIENTATION_HORIZONTAL, 14, {squareAround(cover), texts, check}));
-  setAccessibleLabel(row, album.name + ", " + trNumber("%1项", album.items->size()));
+  setAccessibleLabel(row, spokenName(album));
   gtk_accessible_update_state(GTK_ACCESSIBLE(row), GTK_ACCESSIBLE_STATE_SELECTED, isChosen, -1);
   if (album.items->empty()) return row;
   const auto show = [cover](const LoadedThumbnail& thumbnail) {

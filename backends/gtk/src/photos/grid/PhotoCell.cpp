@@ -70,7 +70,7 @@ void write(GtkSnapshot* snapshot, PangoLayout* text, graphene_point_t corner) {
 GtkWidget* PhotoCell::make() {
   auto cell = std::make_unique<PhotoCell>();
   auto& made = *cell;
-  return made.widget_ = canvasNew(std::move(cell));
+  return made.widget_ = decorative(canvasNew(std::move(cell)));  // the row has the name
 }
 
 void PhotoCell::bind(MediaItemPtr item) {

@@ -94,7 +94,7 @@ void PhotoPreview::open(std::shared_ptr<const MediaItems> items, std::size_t pos
   strip_.show(items_, position);
   reveal(true);
   moveTo(position);
-  gtk_widget_grab_focus(strip_.widget());
+  focusAloud(strip_.widget(), spoken_);
 }
 
 void PhotoPreview::close() {
@@ -123,14 +123,11 @@ void PhotoPreview::moveTo(std::size_t position) {
   const auto before = std::exchange(shown_, items_->at(position));
   if (!before || before->path != shown_->path) stop();
   position_ = position;
-  const auto number = std::to_string(position + 1);
-  const auto count = std::to_string(items_->size());
-  gtk_label_set_text(GTK_LABEL(title_), (number + " / " + count).c_str());
-  const auto place = tr("第%1项, 共%2项", {number, count});
-  setAccessibleLabel(title_, place);
+  const auto title = std::to_string(position + 1) + " / " + std::to_string(items_->size());
+  gtk_label_set_text(GTK_LABEL(title_), title.c_str());
   selectionChanged();
   // The focus has not moved.
-  if (before && before->path != shown_->path) announce(strip_.widget(), place + ", " + spoken_);
+  if (before && before->path != shown_->path) announce(strip_.widget(), spoken_);
 }
 
 void PhotoPreview::selectionChanged() {
@@ -140,7 +137,9 @@ void PhotoPreview::selectionChanged() {
   (number == 0 ? gtk_widget_remove_css_class : gtk_widget_add_css_class)(disc_, "chosen");
   const auto* const known = thumbnails_.find(shown_);
   const auto duration = known ? known->duration : std::nullopt;
-  spoken_ = accessibleText(*shown_, duration, number, known && known->isBroken());
+  const auto place = tr("第%1项, 共%2项", {std::to_string(position_ + 1), std::to_string(items_->size())});
+  setAccessibleLabel(title_, place);
+  spoken_ = place + ", " + accessibleText(*shown_, duration, number, known && known->isBroken());
   setAccessibleLabel(strip_.widget(), spoken_);
   setAccessibleLabel(mark_, number == 0 ? tr("选择") : tr("取消选择"));
   const bool isVideo = shown_->type == MediaType::video;

@@ -41,6 +41,7 @@ PreviewStrip::PreviewStrip(MainQueue& queue, const MediaReader& reader, Thumbnai
       handlers_(std::move(handlers)),
       canvas_(GRef<GtkWidget>::sink(canvasNew(*this))),
       pictures_(queue, reader, [this] { gtk_widget_queue_draw(canvas_.get()); }) {
+  g_object_set(canvas_.get(), "accessible-role", GTK_ACCESSIBLE_ROLE_IMG, nullptr);
   gtk_widget_set_overflow(canvas_.get(), GTK_OVERFLOW_HIDDEN);
   gtk_widget_set_vexpand(canvas_.get(), TRUE);
   gtk_widget_set_hexpand(canvas_.get(), TRUE);

@@ -3,6 +3,7 @@
 #include "../../Contained.h"
 #include "../../web/WebKitEngine.h"
 #include "../Announcement.h"
+#include "../Widgets.h"
 
 #include "orivex/gtk/Gtk.h"
 #include "orivex/platform/Platform.h"
@@ -51,7 +52,7 @@ GRef<GtkWidget> contentWidgetFor(View& view) {
   if (const auto* host = dynamic_cast<const WidgetView*>(&view)) return GRef<GtkWidget>::share(host->widget());
   GRef<GtkWidget> widget;
   if (dynamic_cast<const ImageView*>(&view)) {
-    widget = GRef<GtkWidget>::sink(gtk_picture_new());
+    widget = GRef<GtkWidget>::sink(decorative(gtk_picture_new()));
     gtk_widget_set_can_target(widget.get(), FALSE);
   } else if (const auto* label = dynamic_cast<const Label*>(&view)) {
     const auto role = label->isAnnounced() ? GTK_ACCESSIBLE_ROLE_ALERT : GTK_ACCESSIBLE_ROLE_LABEL;

@@ -131,7 +131,7 @@ std::shared_ptr<View> ViewNode::snapshot(const View& /*view*/) {
   paintBackground(drawing, window, size);
   gdk_paintable_snapshot(image.get(), drawing, size.width, size.height);
   const auto still = GRef<GdkPaintable>::adopt(gtk_snapshot_free_to_paintable(drawing, &size));
-  GtkWidget* const picture = gtk_picture_new_for_paintable(still.get());
+  GtkWidget* const picture = decorative(gtk_picture_new_for_paintable(still.get()));
   gtk_picture_set_content_fit(GTK_PICTURE(picture), GTK_CONTENT_FIT_FILL);
   gtk_widget_set_can_target(picture, FALSE);
   return std::make_shared<WidgetView>(GRef<GtkWidget>::sink(picture));
