@@ -130,6 +130,7 @@ void RecordManager::beginOverlay() {
   const auto& view = recordingView();
   view->setRecordingState(RecordingState::volumn);
   view->setVolume(0);
+  view->setSeconds(0);
   view->setHidden(false);
   auto& queue = Platform::current().mainQueue;
   overlayBegan_ = queue.now();
@@ -138,7 +139,9 @@ void RecordManager::beginOverlay() {
 }
 
 void RecordManager::setVoiceSoundSize() {
-  recordingView()->setVolume(VoiceManager::shared().currentVolumeLevel());
+  auto& voice = VoiceManager::shared();
+  recordingView()->setVolume(voice.currentVolumeLevel());
+  recordingView()->setSeconds(static_cast<int>(voice.duration / millisecondsPerSecond));
 }
 
 void RecordManager::setFingerAway(bool away) {

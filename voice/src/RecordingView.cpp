@@ -1,13 +1,17 @@
 #include "orivex/voice/RecordingView.h"
 
+#include <string>
+#include <utility>
+
 #include "orivex/platform/base/Translation.h"
-#include "orivex/platform/ui/ContentViews.h"
 
 namespace orivex {
 namespace {
 
 // Height of the level bar at full volume, in points.
 constexpr float fullLevel = 41.25F;
+
+constexpr double textSize = 12;  // points
 
 }  // namespace
 
@@ -17,6 +21,11 @@ std::shared_ptr<RecordingView> RecordingView::make() {
   view->setClipsToBounds(true);
   view->setBackgroundColor(Color{0, 0, 0, 0.5});
   view->setGrowsWithText(true);
+  view->setFontSize(textSize);
+  view->setTextColor(Color::white());
+  view->setAlignment(TextAlignment::center);
+  view->setAtTop(true);
+  view->setShadow(true);
   view->setHidden(true);
   view->setRecordingState(RecordingState::volumn);
   return view;
@@ -24,6 +33,7 @@ std::shared_ptr<RecordingView> RecordingView::make() {
 
 void RecordingView::setRecordingState(RecordingState state) {
   state_ = state;
+  showTime();
   removeAllSubviews();
   switch (state) {
     case RecordingState::volumn: {
@@ -54,6 +64,17 @@ void RecordingView::setVolume(float volume) {
   }
 }
 
+void RecordingView::setSeconds(int seconds) {
+  if (std::exchange(seconds_, seconds) != seconds) showTime();
+}
+
+// Above the pictures, where every state has room.
+void RecordingView::showTime() {
+  const auto rest = std::to_string(seconds_ % 60);
+  const auto time = std::to_string(seconds_ / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+  setText(state_ == RecordingState::timeTooShort ? "" : time);
+}
+
 void RecordingView::addImage(const char* name, const Rect& frame) {
   const auto image = std::make_shared<ImageView>(frame);
   image->setImageName(name);
@@ -74,8 +95,9 @@ void RecordingView::addCaption(const char* text) {
   const auto caption = std::make_shared<Label>(Rect{0, side - 33, side, 23});
   caption->setText(text);
   caption->setTextColor(Color::white());
-  caption->setFontSize(12);
+  caption->setFontSize(textSize);
   caption->setAlignment(TextAlignment::center);
+  caption->setShadow(true);
   caption->setAnnounced(true);
   addSubview(caption);
 }

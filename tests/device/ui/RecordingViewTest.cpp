@@ -48,5 +48,23 @@ TEST(RecordingOverlayTest, GrowsWithTheVisitorsTextAsFarAsTheWindowHasRoom) {
   gtk_settings_reset_property(settings, "gtk-xft-dpi");
 }
 
+TEST(RecordingOverlayTest, ShowsTheTimeAboveItsPictures) {
+  const VisitorWindow visitor;
+  const auto overlay = RecordingView::make();
+  visitor.view()->window()->contentView()->addSubview(overlay);
+  overlay->setSeconds(83);
+  overlay->setHidden(false);
+  pass(0.2);
+  GtkWidget* const time = findByText(GTK_WIDGET(visitor.overlay()), "1:23");
+  ASSERT_TRUE(time);
+  int top = 0;
+  gtk_label_get_layout_offsets(GTK_LABEL(time), nullptr, &top);
+  int height = 0;
+  pango_layout_get_pixel_size(gtk_label_get_layout(GTK_LABEL(time)), nullptr, &height);
+  double y = 0;
+  gtk_widget_translate_coordinates(time, gtk_widget_get_parent(time), 0, top + height, nullptr, &y);
+  EXPECT_LE(y, 18) << "it covers the picture";
+}
+
 }  // namespace
 }  // namespace orivex::gtk

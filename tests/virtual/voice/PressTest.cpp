@@ -214,6 +214,17 @@ TEST_F(PressTest, AnotherChatScreenTakesTheOverlayAndGivesItBack) {
   EXPECT_EQ(overlay(), "volumn");
 }
 
+TEST_F(PressTest, TheVisitorSeesHowLongTheClipIs) {
+  const auto& view = *RecordManager::shared().recordingView();
+  const std::pair<const char*, const char*> cases[] = {
+      {"start allow 0.5", "0:00"}, {"0.6", "0:01"},    {"hold 1", "0:02"},      {"recover 60", "1:02"},
+      {"interrupt 3", "1:02"},     {"cancel", "1:02"}, {"start allow", "0:00"}, {"0.9 end", ""}};
+  for (const auto& [words, text] : cases) {
+    play(words);
+    EXPECT_EQ(view.text(), text) << words;
+  }
+}
+
 TEST_F(PressTest, TheLevelFollowsTheMicrophoneTenTimesASecond) {
   const auto height = [] {
     const auto level = RecordManager::shared().recordingView()->viewWithTag(RecordingView::levelTag)->frame();

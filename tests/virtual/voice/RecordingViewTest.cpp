@@ -28,6 +28,7 @@ TEST(RecordingViewTest, ShowsOnePictureAndOneCaptionPerState) {
     const auto* const caption = dynamic_cast<Label*>(view->subviews().back().get());
     ASSERT_NE(caption, nullptr);
     EXPECT_EQ(caption->text(), row.caption);
+    EXPECT_EQ(caption->frame(), (Rect{0, RecordingView::side - 33, RecordingView::side, 23}));
     EXPECT_TRUE(caption->isAnnounced());
     EXPECT_EQ(view->subviews().size(), row.state == RecordingState::volumn ? 3U : 2U);
   }

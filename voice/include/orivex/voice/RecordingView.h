@@ -1,6 +1,6 @@
 #pragma once
 
-#include "orivex/platform/ui/View.h"
+#include "orivex/platform/ui/ContentViews.h"
 
 namespace orivex {
 
@@ -8,8 +8,8 @@ namespace orivex {
 enum class RecordingState : int { volumn = 0, cancel = 1, timeTooShort = 2 };
 
 /// The press-to-talk overlay: a rounded dark square with one picture and one caption per state, and a level bar while
-/// recording. Hidden until a recording starts.
-class RecordingView : public View {
+/// recording. Its own text, over the picture, is how long the clip is. Hidden until a recording starts.
+class RecordingView : public Label {
  public:
   /// Length of each side, in points.
   static constexpr double side = 120;
@@ -30,16 +30,22 @@ class RecordingView : public View {
   /// Sets the height of the level bar while the state is `volumn`; its bottom edge stays.
   void setVolume(float volume);
 
+  /// Length of the clip; not shown while the state is `timeTooShort`.
+  int seconds() const { return seconds_; }
+  void setSeconds(int seconds);
+
   /// Use `make`.
-  RecordingView() : View({0, 0, side, side}) {}
+  RecordingView() : Label({0, 0, side, side}) {}
 
  private:
+  void showTime();
   void addImage(const char* name, const Rect& frame);
   void addLevel(const Rect& besides);
   void addCaption(const char* text);
 
   RecordingState state_ = RecordingState::volumn;
   float volume_ = 0;
+  int seconds_ = 0;
 };
 
 }  // namespace orivex

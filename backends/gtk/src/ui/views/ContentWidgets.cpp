@@ -14,6 +14,10 @@
 namespace orivex::gtk {
 namespace {
 
+constexpr int gapAbove = 3;  // of a line at the upper edge, in points
+
+constexpr const char* css = ".orivex-shadow { text-shadow: 0 0 2px black, 0 0 3px black; }";
+
 guint16 pangoChannel(double value) {
   return static_cast<guint16>(value * 65535.0);
 }
@@ -32,6 +36,12 @@ void updateLabel(GtkLabel* widget, const Label& label) {
   const auto alignment = label.alignment();
   const bool isLeft = alignment == TextAlignment::left;
   gtk_label_set_xalign(widget, isLeft ? 0 : alignment == TextAlignment::center ? 0.5F : 1);
+  gtk_label_set_yalign(widget, label.isAtTop() ? 0 : 0.5F);
+  gtk_widget_set_margin_top(GTK_WIDGET(widget), label.isAtTop() ? gapAbove : 0);
+  if (label.hasShadow()) {
+    installStyle(css);
+    gtk_widget_add_css_class(GTK_WIDGET(widget), "orivex-shadow");
+  }
 }
 
 void updateImage(GtkPicture* widget, const ImageView& image) {

@@ -53,6 +53,14 @@ class Label : public View {
   TextAlignment alignment() const { return alignment_; }
   void setAlignment(TextAlignment alignment) { assign(alignment_, alignment); }
 
+  /// Whether the line stands at the upper edge of its frame, not in the middle.
+  bool isAtTop() const { return atTop_; }
+  void setAtTop(bool atTop) { assign(atTop_, atTop); }
+
+  /// A dark rim around the letters, where what shines through behind them may be as bright as they are.
+  bool hasShadow() const { return shadow_; }
+  void setShadow(bool shadow) { assign(shadow_, shadow); }
+
   /// Whether a screen reader says the text as soon as it appears. Set it before the label is shown.
   bool isAnnounced() const { return announced_; }
   void setAnnounced(bool announced) { announced_ = announced; }
@@ -68,6 +76,8 @@ class Label : public View {
   Color color_;
   double fontSize_ = 17;
   TextAlignment alignment_ = TextAlignment::left;
+  bool atTop_ = false;
+  bool shadow_ = false;
   bool announced_ = false;
 };
 
