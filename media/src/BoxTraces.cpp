@@ -73,11 +73,11 @@ class Walk {
   // Items of a picture that hold Exif or XMP.
   void picture(const Box& meta) {
     std::set<std::uint64_t> items;
-    std::int64_t inside = 0;  // data that lie in the box itself
+    std::uint64_t inside = 0;  // data that lie in the box itself
     const auto children = meta.content + 4;
     each(children, meta.end, [&](const Box& box) {
       if (box.type == "iinf") collect(box, items);
-      if (box.type == "idat") inside = box.content;
+      if (box.type == "idat") inside = static_cast<std::uint64_t>(box.content);
     });
     each(children, meta.end, [&](const Box& box) {
       if (box.type == "iloc") locate(box, items, inside);
@@ -93,7 +93,7 @@ class Walk {
     });
   }
 
-  void locate(const Box& list, const std::set<std::uint64_t>& items, std::int64_t inside) {
+  void locate(const Box& list, const std::set<std::uint64_t>& items, std::uint64_t inside) {
     auto at = list.content;
     const auto next = [&](int bytes) {
       const auto value = file_.number(at, bytes);
@@ -110,13 +110,14 @@ class Walk {
       const bool isTrace = items.contains(next(numberBytes));
       const auto method = version > 0 ? next(2) & 0xFU : 0;
       at += 2;
-      const auto base = static_cast<std::int64_t>(next(sizeAt(4)));
+      const auto base = next(sizeAt(4));
       const auto extents = next(2);
       for (std::uint64_t extent = 0; extent < extents && at < list.end && ++boxes_ < mostBoxes; ++extent) {
         if (version > 0) at += sizeAt(0);
-        const auto offset = static_cast<std::int64_t>(next(sizeAt(12))) + base;
+        // Unsigned: the sum of what a damaged file says may be too large.
+        const auto place = base + next(sizeAt(12)) + (method == 1 ? inside : 0);
         const auto length = static_cast<std::int64_t>(next(sizeAt(8)));
-        if (isTrace && method < 2) overwrite(method == 1 ? inside + offset : offset, length);
+        if (isTrace && method < 2) overwrite(static_cast<std::int64_t>(place), length);
       }
     }
   }
