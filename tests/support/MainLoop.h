@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <future>
 
 #include <glib.h>
 
@@ -16,6 +18,14 @@ inline bool wait(const std::function<bool()>& condition, double seconds) {
   while (!(holds = condition()) && g_get_monotonic_time() < deadline) g_main_context_iteration(nullptr, TRUE);
   g_source_remove(ticks);
   return holds;
+}
+
+/// Runs `work` on another thread while the main loop runs here, for questions that this process answers itself.
+template <class Work>
+auto meanwhile(Work work) {
+  auto result = std::async(std::launch::async, work);
+  wait([&] { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }, 60);
+  return result.get();
 }
 
 /// Lets the main loop run for `seconds`, to see that nothing happens.

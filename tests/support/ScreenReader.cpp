@@ -1,7 +1,6 @@
 #include "ScreenReader.h"
 
 #include <algorithm>
-#include <future>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -43,14 +42,6 @@ bool isClassName(const std::string& name) {
   if (name == "GtkLabel") return false;  // without a text
   const auto has = [&](const char* prefix) { return (" " + name).find(prefix) != std::string::npos; };
   return has(" Gtk") || has(" Adw") || has(" Orivex");
-}
-
-// Asks from another thread: this one answers.
-template <class Ask>
-auto meanwhile(Ask ask) {
-  auto answer = std::async(std::launch::async, ask);
-  wait([&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }, 60);
-  return answer.get();
 }
 
 }  // namespace
@@ -143,6 +134,13 @@ bool ScreenReader::isOurs(const std::string& name) const {
   return process == static_cast<guint32>(getpid());
 }
 
+// More than one: announcements have their own.
+std::vector<ScreenReader::Place> ScreenReader::applications() const {
+  auto all = childrenOf({registry, rootPath});
+  std::erase_if(all, [this](const Place& application) { return !isOurs(application.first); });
+  return all;
+}
+
 std::vector<ScreenReader::Place> ScreenReader::childrenOf(const Place& place) const {
   std::vector<Place> children;
   const auto reply = call(place, accessible, "GetChildren", nullptr);
@@ -184,8 +182,7 @@ std::vector<ScreenReader::Control> ScreenReader::controls() const {
       [&] {
         found = meanwhile([this] {
           std::vector<Control> controls;
-          for (const auto& application : childrenOf({registry, rootPath})) {
-            if (!isOurs(application.first)) continue;
+          for (const auto& application : applications()) {
             for (const auto& window : childrenOf(application)) read(window, application, controls);
           }
           return controls;

@@ -41,18 +41,23 @@ class ScreenReader {
   /// Waits for this text, and returns all that it was told to say since the last call, with bars in between.
   std::string heardUntil(const std::string& text);
 
- private:
+ protected:
   using Place = std::pair<std::string, std::string>;  // a name on the bus and a path
 
+  GDBusConnection* connection() const { return connection_.get(); }
+  // From another thread than the one that runs the main loop.
+  GVariantPtr call(const Place& place, const char* interface, const char* method, GVariant* arguments) const;
+  Place parentOf(const Place& place) const;
+  std::vector<Place> applications() const;
+  std::vector<Place> childrenOf(const Place& place) const;
+
+ private:
   void listen(const char* event, const char* member, const char* detail);
   void told(const Place& place, GVariant* parameters);
-  GVariantPtr call(const Place& place, const char* interface, const char* method, GVariant* arguments) const;
   GVariantPtr propertyOf(const Place& place, const char* name) const;
   std::string nameOf(const Place& place) const;
-  Place parentOf(const Place& place) const;
   std::string spokenAt(const Place& place) const;
   bool isOurs(const std::string& name) const;
-  std::vector<Place> childrenOf(const Place& place) const;
   void read(const Place& place, const Place& from, std::vector<Control>& controls) const;
 
   const Age age_;

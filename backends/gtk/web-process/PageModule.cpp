@@ -5,6 +5,7 @@
 // - Only the page itself can post messages. What stands in a frame of it may come from anywhere.
 // - What a page writes to its console goes to the log, where that is asked for: each message is cut, and more than
 //   twenty in a second are dropped.
+// - The process says where it is on the accessibility bus, so that screen readers find the page.
 // - The page's own document, whose address holds the visitor's token, is not kept on the disk.
 
 #include <algorithm>
@@ -76,8 +77,28 @@ void consoleMessageSent(WebKitWebPage* page, WebKitConsoleMessage* message, gpoi
   webkit_web_page_send_message_to_view(page, webkit_user_message_new("console", parameters), nullptr, nullptr, nullptr);
 }
 
+// WebKit tells nobody the name of its connection. The bus knows that the one made here has the same process at its end.
+void busConnected(GObject* /*source*/, GAsyncResult* result, gpointer question) {
+  static GDBusConnection* bus = nullptr;  // open until the name has been looked up, at the most until the next question
+  g_clear_object(&bus);
+  bus = g_dbus_connection_new_for_address_finish(result, nullptr);
+  GVariant* const name = bus ? g_variant_new_string(g_dbus_connection_get_unique_name(bus)) : nullptr;
+  webkit_user_message_send_reply(WEBKIT_USER_MESSAGE(question), webkit_user_message_new("accessibility", name));
+  g_object_unref(question);
+}
+
+gboolean messageReceived(WebKitWebPage* /*page*/, WebKitUserMessage* message, gpointer /*data*/) {
+  const char* const address = g_getenv("AT_SPI_BUS_ADDRESS");
+  if (!address || g_strcmp0(webkit_user_message_get_name(message), "accessibility") != 0) return FALSE;
+  const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                       G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+  g_dbus_connection_new_for_address(address, flags, nullptr, nullptr, busConnected, g_object_ref(message));
+  return TRUE;
+}
+
 void pageCreated(WebKitWebProcessExtension* /*extension*/, WebKitWebPage* page, gpointer /*data*/) {
   g_signal_connect(page, "send-request", G_CALLBACK(sendRequest), nullptr);
+  g_signal_connect(page, "user-message-received", G_CALLBACK(messageReceived), nullptr);
   if (tellsConsole) g_signal_connect(page, "console-message-sent", G_CALLBACK(consoleMessageSent), nullptr);
 }
 

@@ -71,7 +71,8 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       dialogs_(view_.get(), mainQueue_, [this] { return isCovered(); }),
       requests_(view_.get(), session, std::move(downloads), mainQueue_, handlers_),
       hangs_(
-          view_.get(), mainQueue_, [this] { return isCovered(); }, handlers_.pageRequests.leave) {
+          view_.get(), mainQueue_, [this] { return isCovered(); }, handlers_.pageRequests.leave),
+      accessible_(view_.get(), mainQueue_) {
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);

@@ -8,6 +8,7 @@
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "AccessiblePage.h"
 #include "EngineStart.h"
 #include "HangWatch.h"
 #include "PageDownloads.h"
@@ -82,6 +83,7 @@ class WebKitEngine final : public WebEngine {
   ScriptDialogs dialogs_;
   PageRequests requests_;
   HangWatch hangs_;
+  AccessiblePage accessible_;
   SignalConnections signals_;
   SignalConnections resources_;
   std::optional<std::string> documentUrl_;
