@@ -1,14 +1,36 @@
+#include <fstream>
 #include <memory>
+#include <string>
+
+#include <unistd.h>
 
 #include "BareView.h"
 #include "Bench.h"
 #include "Host.h"
 #include "LoopMeter.h"
+#include "support/Processes.h"
 
 namespace orivex::bench {
 namespace {
 
 constexpr double seconds = 10;
+
+/// Memory of this process and of those that it has started, what they share counted once; in MiB.
+double memory() {
+  auto processes = gtk::processesBelow("");
+  processes.push_back(getpid());
+  double kib = 0;
+  for (const int process : processes) {
+    std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
+    for (std::string name; rollup >> name;) {
+      if (name != "Pss:") continue;
+      double share = 0;
+      rollup >> share;
+      kib += share;
+    }
+  }
+  return kib / 1024;
+}
 
 double wakeUpsPerSecond() {
   LoopMeter meter;
@@ -27,6 +49,7 @@ void measureIdleness(const Host& host) {
   gtk::wait([&] { return ready == 1; }, 20);
   gtk::pass(15);
   print("idle, bare web view", wakeUpsPerSecond(), "wake-ups/s");
+  const double bareMemory = memory();
   gtk_window_set_child(host.yardstick, nullptr);
   bare.reset();
 
@@ -35,6 +58,8 @@ void measureIdleness(const Host& host) {
   gtk::wait([&] { return ready == 2; }, 20);
   gtk::pass(15);  // past the reveal and the watchdog
   print("idle, chat screen", wakeUpsPerSecond(), "wake-ups/s");
+  print("idle, memory of all processes, chat screen", memory(), "MiB");
+  print("idle, memory of all processes, ratio to a bare web view", memory() / bareMemory, "");
   chat->close();
   gtk::pass(1);
 }

@@ -144,7 +144,10 @@ void ChatWebViewHost::reveal() {
   placeholder->setUserInteractionEnabled(false);
   Platform::current().animator.animate(
       fadeSeconds, [placeholder](double progress) { placeholder->setAlpha(1 - progress); },
-      [placeholder] { placeholder->removeFromSuperview(); });
+      [placeholder] {
+        placeholder->removeFromSuperview();
+        placeholder->engine().endProcess();  // a fifth of all that an open chat takes of the memory
+      });
   revealed_();
 }
 

@@ -68,6 +68,16 @@ TEST_F(ProcessDeath, APageThatLosesItsScriptsWithTheNetworkProcessComesBackWhole
   EXPECT_EQ(log.count("network process ended"), 1);
 }
 
+TEST_F(ProcessDeath, ThePlaceholdersProcessEndsWithTheReveal) {
+  const SocketServer server(
+      servePage("<script>webkit.messageHandlers.initLoaded.postMessage(null);" + raise("ready") + "</script>"));
+  const auto chat = openChat(server.url(""));
+  EXPECT_TRUE(wait([&] { return pageProcesses() == 1; }, 10));
+  pass(1);
+  EXPECT_EQ(evaluate(*chat, "document.readyState"), "complete");
+  EXPECT_EQ(pageProcesses(), 1);
+}
+
 TEST_F(ProcessDeath, NoPageProcessOutlivesItsScreen) {
   const SocketServer server(servePage("<script>" + raise("ready") + "</script>"));
   std::vector<std::weak_ptr<OVKFApi>> screens;

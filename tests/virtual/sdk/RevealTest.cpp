@@ -52,7 +52,9 @@ TEST_F(RevealTest, ShowsThePageOnceAndFadesThePlaceholder) {
     }
     EXPECT_GT(before, 0);
     EXPECT_EQ(placeholder->superview(), screen->view().get());
+    EXPECT_TRUE(engineOf(placeholder).isProcessAlive());
     device_.advance(0.01);
+    EXPECT_FALSE(engineOf(placeholder).isProcessAlive()) << "memory for what nobody will see again";
     EXPECT_EQ(placeholder->alpha(), 0);
     EXPECT_EQ(placeholder->superview(), nullptr);
 

@@ -218,6 +218,11 @@ void WebKitEngine::evaluate(const std::string& script, Once<void(std::optional<s
                                       cancellable_.get(), evaluated.function, evaluated.data);
 }
 
+void WebKitEngine::endProcess() {
+  signals_.disconnect();
+  webkit_web_view_terminate_web_process(view_.get());
+}
+
 void WebKitEngine::setCustomUserAgent(const std::string& userAgent) {
   context_->setUserAgent(userAgent);
 }

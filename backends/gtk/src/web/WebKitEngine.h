@@ -44,6 +44,7 @@ class WebKitEngine final : public WebEngine {
   void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
   std::optional<std::string> documentUrl() const override { return documentUrl_; }
   void limitUserScripts(const std::vector<std::string>& origins) override;
+  void endProcess() override;
   void setCustomUserAgent(const std::string& userAgent) override;
   void setScrollSettings(const ScrollSettings& settings) override;
 

@@ -49,6 +49,7 @@ class VirtualWebEngine final : public WebEngine {
   void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) override;
   std::optional<std::string> documentUrl() const override { return page_->documentUrl; }
   void limitUserScripts(const std::vector<std::string>& origins) override;
+  void endProcess() override { die(); }
   void setCustomUserAgent(const std::string& userAgent) override;
   void setScrollSettings(const ScrollSettings& settings) override;
 

@@ -117,6 +117,9 @@ class WebEngine : public Interface {
   /// "https://chat.example"; which port it is makes no difference. At first they run in all.
   virtual void limitUserScripts(const std::vector<std::string>& origins) = 0;
 
+  /// Ends the page's process, which `urlChanged` may tell as when it dies. Nothing else is asked of the engine then.
+  virtual void endProcess() = 0;
+
   virtual void setCustomUserAgent(const std::string& userAgent) = 0;
   virtual void setScrollSettings(const ScrollSettings& settings) = 0;
 };
