@@ -18,7 +18,7 @@ let isOnline = false;
 let isTyping = false;
 
 const timeline = new Timeline(sendCommand);
-const connection = new Connection({ onState, onAgent, onTyping, onMessage });
+const connection = new Connection({ onState, onAgent, onTyping, onMessage, onHistory });
 
 function showState() {
   const state = !isOnline || !agent.name ? "connecting" : isTyping ? "typing" : "online";
@@ -52,11 +52,20 @@ function onMessage(message, shortcuts) {
   showQuickReplies(message.memberType === visitor ? [] : shortcuts);
 }
 
+function onHistory(isFirst, unread, add) {
+  if (!isFirst) return add(); // a screen reader has not read it
+  timeline.addSilently(() => {
+    add();
+    for (const message of connection.unsent) timeline.add(message);
+  });
+  timeline.unread = unread;
+}
+
 /** Shows and sends a message. What is shown may hold more than what travels: pictures stay on this device. */
 function send(body, shown = body, extra = {}) {
   const cMid = `${Date.now().toString(36)}-${Math.random().toString(36).slice(2, 10)}`;
-  const message = { cMid, mType: body.msgType, memberType: visitor, messageBody: body, ...extra };
-  timeline.add({ ...message, messageBody: shown, createTime: Date.now() });
+  const message = { cMid, mType: body.msgType, memberType: visitor, messageBody: body, createTime: Date.now(), ...extra };
+  timeline.add({ ...message, messageBody: shown });
   timeline.isOnline = connection.isOpen;
   connection.send(message);
   showQuickReplies([]);
@@ -100,12 +109,12 @@ function nameControls() {
   document.documentElement.lang = isEnglish ? "en" : "zh-CN";
   document.title = text("title");
   const labels = {
-    back: "back", scroller: "conversation", "message-input": "placeholder", send: "send", "quick-replies": "quickReplies",
+    back: "back", scroller: "conversation", timeline: "messages", "message-input": "placeholder", send: "send", "quick-replies": "quickReplies",
     "native-tools": "tools", "voice-toggle": "voice", photo: "photo", camera: "camera", document: "document",
     viewer: "picture", "viewer-close": "close",
   };
   for (const [id, key] of Object.entries(labels)) byId(id).setAttribute("aria-label", text(key));
-  for (const id of ["back", "voice-toggle", "photo", "camera", "document", "send"]) byId(id).title = text(labels[id]);
+  for (const id of ["back", "voice-toggle", "photo", "camera", "document", "send"]) byId(id).classList.add("tip");
   byId("message-input").placeholder = text("placeholder");
   byId("connection-note-text").textContent = text("reconnecting");
   byId("to-latest-text").textContent = text("toLatest");
@@ -137,5 +146,7 @@ showState();
 connection.open();
 afterFirstPaint(() => {
   post("initLoaded");
+  // Where it brings up no keyboard on the screen.
+  if (matchMedia("(pointer: fine)").matches) byId("message-input").focus();
   track("chat_open", { language: navigator.language });
 });

@@ -2,7 +2,7 @@
 
 import { isNative, post } from "./bridge.js";
 import { byId, changeIcon } from "./dom.js";
-import { deviceId } from "./environment.js";
+import { deviceId, keep, recall } from "./storage.js";
 import { prepareTalk } from "./talk.js";
 import { text } from "./texts.js";
 
@@ -22,15 +22,24 @@ function fit() {
   send.disabled = input.value.trim() === "";
 }
 
+/** Shows what is written, and keeps it for a page that comes after this one. */
+function changed() {
+  fit();
+  keep("draft", input.value);
+}
+
 function prepareText(onText) {
   const submit = () => {
     const content = input.value.trim();
     if (!content) return;
     input.value = "";
-    fit();
+    changed();
     onText(content);
   };
-  input.addEventListener("input", fit);
+  const draft = recall("draft");
+  if (typeof draft === "string") input.value = draft;
+  fit();
+  input.addEventListener("input", changed);
   input.addEventListener("keydown", (event) => {
     // An input method uses Enter to choose a word; 229 is how it tells where isComposing comes too late.
     if (event.key !== "Enter" || event.shiftKey || event.isComposing || event.keyCode === 229) return;

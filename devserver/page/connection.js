@@ -1,6 +1,8 @@
 // The web socket to the agent: comes back by itself, and keeps what was written meanwhile.
 
-import { locale, queryValue, session } from "./environment.js";
+import { locale, queryValue } from "./environment.js";
+import { listOf, numberOf } from "./records.js";
+import { keep, recall, visitor } from "./storage.js";
 
 const firstWait = 500;
 const longestWait = 8000;
@@ -11,10 +13,13 @@ export class Connection {
   #wait = firstWait;
   #retry = 0;
   #lastId = 0;
-  /** Messages of the visitor that the server has not confirmed, by client identifier. */
-  #unconfirmed = new Map();
+  /** Messages of the visitor that the server has not confirmed, by client identifier. They outlast the page. */
+  #unconfirmed = new Map(listOf({ unsent: recall("unsent") }, "unsent").map((message) => [message.cMid, message]));
 
-  /** `handlers`: onState(isOpen), onAgent(profile), onTyping(isTyping), onMessage(message, shortcuts). */
+  /**
+   * `handlers`: onState(isOpen), onAgent(profile), onTyping(isTyping), onMessage(message, shortcuts), and
+   * onHistory(isFirst, unread, add), which calls `add` to have onMessage called for what the page has missed.
+   */
   constructor(handlers) {
     this.#handlers = handlers;
     window.addEventListener("online", () => this.#openNow());
@@ -37,7 +42,17 @@ export class Connection {
   /** Sends a message record that has a `cMid`, now or as soon as there is a connection. */
   send(message) {
     this.#unconfirmed.set(message.cMid, message);
+    this.#keepUnconfirmed();
     if (this.isOpen) this.#post({ type: "message", message });
+  }
+
+  /** What was written and has not arrived. */
+  get unsent() {
+    return [...this.#unconfirmed.values()];
+  }
+
+  #keepUnconfirmed() {
+    keep("unsent", this.unsent);
   }
 
   #post(frame) {
@@ -46,7 +61,7 @@ export class Connection {
 
   #greet() {
     this.#wait = firstWait;
-    this.#post({ type: "hello", session, language: locale, after: this.#lastId });
+    this.#post({ type: "hello", session: visitor, language: locale, after: this.#lastId });
     for (const message of this.#unconfirmed.values()) this.#post({ type: "message", message });
     this.#handlers.onState(true);
   }
@@ -59,14 +74,23 @@ export class Connection {
       return;
     }
     if (frame?.type === "agent") this.#handlers.onAgent(frame);
+    if (frame?.type === "history") this.#catchUp(frame);
     if (frame?.type === "typing") this.#handlers.onTyping(Boolean(frame.on));
     if (frame?.type === "message" && frame.message) this.#take(frame.message, frame.shortcuts);
+  }
+
+  #catchUp(frame) {
+    const isFirst = this.#lastId === 0;
+    if (numberOf(frame, "lastId") < this.#lastId) this.#lastId = 0; // another server, which counts anew
+    this.#handlers.onHistory(isFirst, numberOf(frame, "unread"), () => {
+      for (const { message, shortcuts } of listOf(frame, "messages")) this.#take(message, shortcuts);
+    });
   }
 
   #take(message, shortcuts) {
     if (message.mId <= this.#lastId) return;
     this.#lastId = message.mId;
-    this.#unconfirmed.delete(message.cMid);
+    if (this.#unconfirmed.delete(message.cMid)) this.#keepUnconfirmed();
     this.#handlers.onMessage(message, Array.isArray(shortcuts) ? shortcuts : []);
   }
 

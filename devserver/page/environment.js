@@ -46,20 +46,3 @@ export function safeAreas() {
 const language = navigator.language ?? "C";
 export const isEnglish = !/^(zh\b|c$)/i.test(language);
 export const locale = !isEnglish ? "zh-CN" : /^en\b/i.test(language) ? language : "en";
-
-/** Identifies this page's conversation for as long as its view lives, reloads included. */
-function sessionIdentifier() {
-  const bytes = crypto.getRandomValues(new Uint8Array(16));
-  const fresh = Array.from(bytes, (byte) => byte.toString(16).padStart(2, "0")).join("");
-  try {
-    const known = sessionStorage.getItem("session");
-    if (known) return known;
-    sessionStorage.setItem("session", fresh);
-  } catch {
-    // Storage may be forbidden; the conversation then ends with the page.
-  }
-  return fresh;
-}
-
-export const session = sessionIdentifier();
-export const deviceId = queryValue("deviceId") || session;

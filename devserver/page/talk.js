@@ -2,7 +2,7 @@
 
 import { post } from "./bridge.js";
 import { byId } from "./dom.js";
-import { deviceId } from "./environment.js";
+import { deviceId } from "./storage.js";
 import { text } from "./texts.js";
 
 /** How far above the button, in points, a finger has to be to cancel. */

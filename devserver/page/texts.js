@@ -6,6 +6,7 @@ const texts = {
   title: ["在线客服", "Support"],
   back: ["返回", "Back"],
   conversation: ["对话", "Conversation"],
+  messages: ["消息", "Messages"],
   connecting: ["连接中…", "Connecting…"],
   reconnecting: ["连接已断开，正在重连…", "Connection lost. Reconnecting…"],
   typing: ["对方正在输入…", "Typing…"],

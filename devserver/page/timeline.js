@@ -3,6 +3,7 @@
 import { contentOf } from "./bubbles.js";
 import { byId, icon, make } from "./dom.js";
 import { text, timeText } from "./texts.js";
+import { addUnread, clearUnread } from "./unread.js";
 
 /** Messages further apart than this, in milliseconds, get a time between them. */
 const longPause = 5 * 60_000;
@@ -35,6 +36,21 @@ export class Timeline {
     const observer = new ResizeObserver(() => this.#staysAtEnd && this.#scrollToEnd());
     observer.observe(list);
     observer.observe(scroller);
+    document.addEventListener("visibilitychange", () => this.#look());
+  }
+
+  /** Adds by `work` what was said before: a screen reader is left in peace with it, and nothing moves. */
+  addSilently(work) {
+    list.setAttribute("aria-live", "off");
+    work();
+    for (const row of list.children) row.classList.add("settled");
+    setTimeout(() => list.setAttribute("aria-live", "polite"), 300);
+  }
+
+  /** Answers that came before this page was there. */
+  set unread(count) {
+    addUnread(count);
+    this.#look();
   }
 
   set agentName(name) {
@@ -44,13 +60,14 @@ export class Timeline {
   /** Adds a message, or confirms one of the visitor's that is there already. */
   add(message) {
     const known = this.#mine.get(message.cMid);
-    if (known) return this.#setState(known, "arrived");
+    if (known) return this.#setState(known, message.mId ? "arrived" : "sending");
     const isMine = message.memberType === visitor;
     const element = this.#element(message, isMine);
     this.#place(element, message.createTime ?? Date.now(), isMine);
     if (isMine && message.cMid) this.#remember(message, element);
     if (this.#staysAtEnd || isMine) this.#scrollToEnd();
     else toLatest.hidden = false;
+    if (!isMine && !this.#isWatched()) addUnread(1);
   }
 
   /** Tells of the visitor's unconfirmed messages whether there is a connection to send them. */
@@ -90,7 +107,7 @@ export class Timeline {
 
   #remember(message, element) {
     this.#mine.set(message.cMid, element);
-    element.append(make("p", "state", { "data-testid": "state" }));
+    element.append(make("p", "state", { "data-testid": "state", "aria-live": "off" }));
     this.#setState(element, message.mId ? "arrived" : "sending");
   }
 
@@ -98,6 +115,14 @@ export class Timeline {
     const line = element.querySelector(".state");
     line.className = `state ${state}`;
     line.textContent = text(state);
+  }
+
+  #isWatched() {
+    return this.#staysAtEnd && !document.hidden;
+  }
+
+  #look() {
+    if (this.#isWatched()) clearUnread();
   }
 
   #isAtEnd() {
@@ -108,6 +133,7 @@ export class Timeline {
     if (this.#isAtEnd()) {
       this.#staysAtEnd = true;
       toLatest.hidden = true;
+      this.#look();
     } else if (scroller.scrollTop < this.#lastTop) {
       this.#staysAtEnd = false;
     }
@@ -118,5 +144,6 @@ export class Timeline {
     this.#staysAtEnd = true;
     toLatest.hidden = true;
     scroller.scrollTop = scroller.scrollHeight;
+    this.#look();
   }
 }

@@ -57,6 +57,11 @@ gone() { ! control "$1"; }
 shows() { controls | awk -v name="$1" -v text="$2" '{ base = $1; sub(/#.*/, "", base) }
   base == name && index($0, text) { found = 1 } END { exit !found }'; }
 
+# How many controls of that name, or of that name with a number, the visitor has.
+count() { controls | awk -v name="$1" '{ base = $1; sub(/#.*/, "", base) } base == name { ++found } END { print found + 0 }'; }
+# more <name> <number>: there are more of them than that.
+more() { [ "$(count "$1")" -gt "$2" ]; }
+
 # happened <event> [<text>]: an event of that name came after the mark.
 happened() { tail -n "+$((mark + 1))" "$demoLog" | grep "^event $1\b" | grep -F -- "${2-}"; }
 setMark() { mark=$(wc -l <"$demoLog"); }

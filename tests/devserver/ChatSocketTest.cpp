@@ -56,6 +56,12 @@ class Visitor {
       if (frame.at("type") == "message" && frame.at("message").at("memberType") == 2) return frame;
     return nullptr;
   }
+  json nextHistory() {
+    for (auto frame = next(); !frame.is_null(); frame = next())
+      if (frame.at("type") == "history") return frame;
+    return nullptr;
+  }
+  void close() { soup_websocket_connection_close(connection_.get(), SOUP_WEBSOCKET_CLOSE_NORMAL, nullptr); }
   void waitForClose() {
     EXPECT_TRUE(gtk::wait([this] { return closed_; }, patience));
   }
@@ -102,6 +108,7 @@ TEST(ChatSocket, GreetsInThePagesLanguageAndTypesBeforeItSpeaks) {
     const auto profile = visitor.next();
     EXPECT_EQ(profile.at("type"), "agent");
     EXPECT_EQ(profile.at("name"), name);
+    EXPECT_EQ(visitor.next(), json({{"type", "history"}, {"messages", json::array()}, {"lastId", 0}, {"unread", 0}}));
     EXPECT_EQ(visitor.next(), json({{"type", "typing"}, {"on", true}}));
     EXPECT_EQ(visitor.next(), json({{"type", "typing"}, {"on", false}}));
     const auto first = visitor.next();
@@ -130,9 +137,41 @@ TEST(ChatSocket, TellsAPageThatComesBackWhatItMissedAndAnswersNothingTwice) {
   while (heard.size() < 4) {
     const auto frame = after.next();
     ASSERT_FALSE(frame.is_null());
-    if (frame.at("type") == "message") heard.push_back(frame.at("message").at("messageBody").at("content"));
+    const auto messages = frame.at("type") == "history" ? frame.at("messages") : json::array({frame});
+    for (const auto& message : messages)
+      if (message.at("type") == "message") heard.push_back(message.at("message").at("messageBody").at("content"));
   }
   EXPECT_EQ(heard, (std::vector<std::string>{"第一句", "您说的是：「第一句」", "第二句", "您说的是：「第二句」"}));
+}
+
+TEST(ChatSocket, CountsWhatIsSaidWhileNoPageOfTheVisitorsIsThere) {
+  const ServerProcess server({"--agent-delay", "200"});
+  Visitor first(server);
+  first.hello("zh");
+  first.nextAnswer();
+  first.nextAnswer();
+  Visitor second(server);
+  second.hello("zh");
+  EXPECT_EQ(second.nextHistory().at("messages").size(), 2U);
+  second.say("一", "c1");
+  EXPECT_EQ(first.nextAnswer(), second.nextAnswer()) << "each page of the visitor's is told";
+  first.close();
+  first.waitForClose();
+  second.say("二", "c2");
+  second.close();
+
+  Visitor other(server);
+  other.hello("zh", 0, "other");
+  other.nextAnswer();  // as long as the agent takes for the answer that nobody hears
+  Visitor third(server);
+  third.hello("zh", 99);
+  const auto history = third.nextHistory();
+  EXPECT_EQ(history.at("messages").size(), 6U) << "the page knows another server's messages";
+  EXPECT_EQ(history.at("lastId"), 6);
+  EXPECT_EQ(history.at("unread"), 1);
+  Visitor fourth(server);
+  fourth.hello("zh", 6);
+  EXPECT_EQ(fourth.nextHistory().at("unread"), 0);
 }
 
 TEST(ChatSocket, IgnoresFramesThatItDoesNotUnderstand) {

@@ -1,7 +1,12 @@
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+#include <map>
 #include <queue>
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -87,6 +92,51 @@ TEST(ChatPage, BringsEveryFileThatItNames) {
     }
   }
   EXPECT_GE(seen.size(), 10U);
+}
+
+using Colors = std::map<std::string, std::string>;
+
+Colors colorsIn(const std::string& style) {
+  static const std::regex color("--([a-z-]+): #([0-9a-f]{6});");
+  Colors colors;
+  for (std::sregex_iterator match(style.begin(), style.end(), color), end; match != end; ++match)
+    colors[(*match)[1]] = (*match)[2];
+  return colors;
+}
+
+double luminance(const std::string& color) {
+  const auto channel = [&](std::size_t at) {
+    const double value = std::stoi(color.substr(at, 2), nullptr, 16) / 255.0;
+    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * channel(0) + 0.7152 * channel(2) + 0.0722 * channel(4);
+}
+
+TEST(ChatPage, SetsTextInColorsThatCanBeRead) {
+  const ServerProcess server;
+  const auto style = fetch(server.port(), {.path = "/chat-page/chat.css"}).body;
+  const Colors light = colorsIn(style.substr(0, style.find("@media (prefers-color-scheme: dark)")));
+  Colors dark = colorsIn(style.substr(style.find("@media (prefers-color-scheme: dark)")));
+  dark.insert(light.begin(), light.end());
+  const std::vector<std::string> papers{"paper", "surface", "surface-sunk"};
+  const std::pair<std::string, std::vector<std::string>> pairs[] = {{"ink", papers},
+                                                                    {"ink-soft", papers},
+                                                                    {"ink-faint", papers},
+                                                                    {"accent", papers},
+                                                                    {"accent", {"accent-soft"}},
+                                                                    {"accent-deep", {"accent-soft"}},
+                                                                    {"on-accent", {"accent"}},
+                                                                    {"on-mine", {"mine-from", "mine-to"}},
+                                                                    {"on-danger", {"danger"}},
+                                                                    {"warn-ink", {"warn"}}};
+  for (const Colors* const colors : std::initializer_list<const Colors*>{&light, &dark}) {
+    for (const auto& [ink, papersOfInk] : pairs) {
+      for (const auto& paper : papersOfInk) {
+        const auto [dim, bright] = std::minmax({luminance(colors->at(ink)), luminance(colors->at(paper))});
+        EXPECT_GE((bright + 0.05) / (dim + 0.05), 4.5) << ink << " on " << paper << (colors == &dark ? ", dark" : "");
+      }
+    }
+  }
 }
 
 TEST(ChatPage, RefusesOtherMethodsAndOtherFiles) {

@@ -17,9 +17,11 @@ constexpr const char* socketKey = "orivex-socket";
 /// A visitor's message is text or a description; more than this is a mistake.
 constexpr guint64 mostFrameBytes = 256U << 10U;
 
-void send(SoupWebsocketConnection* connection, const json& frame) {
-  if (!connection || soup_websocket_connection_get_state(connection) != SOUP_WEBSOCKET_STATE_OPEN) return;
+/// Whether the connection was still open for it.
+bool send(SoupWebsocketConnection* connection, const json& frame) {
+  if (soup_websocket_connection_get_state(connection) != SOUP_WEBSOCKET_STATE_OPEN) return false;
   soup_websocket_connection_send_text(connection, toText(frame).c_str());
+  return true;
 }
 
 std::string stringOr(const json& object, const char* key, const char* otherwise) {
@@ -70,10 +72,14 @@ void ChatSocket::accept(SoupServerMessage* message, SoupWebsocketConnection* con
 }
 
 void ChatSocket::forget(SoupWebsocketConnection* connection) {
-  const auto client = clients_.extract(connection);
-  if (client.empty()) return;
-  Visit* visit = client.mapped().visit;
-  if (visit && visit->connection == connection) visit->connection = nullptr;
+  clients_.erase(connection);
+}
+
+bool ChatSocket::tell(const Visit& visit, const json& frame) const {
+  bool reached = false;
+  for (const auto& [connection, client] : clients_)
+    if (client.visit == &visit) reached |= send(connection, frame);
+  return reached;
 }
 
 void ChatSocket::dropAll() {
@@ -98,17 +104,21 @@ void ChatSocket::greet(Client& client, const json& hello) {
   auto& visit = visits_[session];
   if (!visit) visit = std::make_unique<Visit>(session);
   client.visit = visit.get();
-  visit->connection = client.connection.get();
+  auto* const connection = client.connection.get();
   visit->language = languageOf(stringOr(hello, "language", "zh"));
 
   const Agent agent(visit->language, client.base);
   auto profile = agent.profile();
   profile["type"] = "agent";
-  send(visit->connection, profile);
+  send(connection, profile);
   const auto after = hello.find("after");
   const auto seen = after != hello.end() && after->is_number_integer() ? after->get<std::int64_t>() : 0;
-  for (const auto& frame : visit->conversation.framesAfter(seen)) send(visit->connection, frame);
-  if (visit->typing) send(visit->connection, {{"type", "typing"}, {"on", true}});
+  const auto last = visit->conversation.lastId();
+  send(connection, {{"type", "history"},
+                    {"messages", visit->conversation.framesAfter(seen > last ? 0 : seen)},
+                    {"lastId", last},
+                    {"unread", std::exchange(visit->unread, 0)}});
+  if (visit->typing) send(connection, {{"type", "typing"}, {"on", true}});
   if (visit->conversation.isEmpty() && visit->pending.empty()) say(*visit, agent.greeting());
 }
 
@@ -118,7 +128,7 @@ void ChatSocket::takeMessage(Client& client, const json& frame) {
   auto& visit = *client.visit;
   const auto kept = visit.conversation.addVisitorMessage(*message);
   if (kept.is_null()) return;
-  send(visit.connection, kept);
+  tell(visit, kept);
   say(visit, Agent(visit.language, client.base).answer(*message));
 }
 
@@ -138,7 +148,7 @@ void ChatSocket::type(Visit& visit) {
     return G_SOURCE_REMOVE;
   };
   const GDestroyNotify release = [](gpointer data) { std::unique_ptr<Typing>(static_cast<Typing*>(data)); };
-  send(visit.connection, {{"type", "typing"}, {"on", true}});
+  tell(visit, {{"type", "typing"}, {"on", true}});
   auto typing = std::make_unique<Typing>(Typing{this, &visit});
   visit.typing = g_timeout_add_full(G_PRIORITY_DEFAULT, agentDelay_, done, typing.release(), release);
 }
@@ -147,9 +157,9 @@ void ChatSocket::finishTyping(Visit& visit) {
   visit.typing = 0;
   auto answer = std::move(visit.pending.front());
   visit.pending.pop_front();
-  send(visit.connection, {{"type", "typing"}, {"on", false}});
-  send(visit.connection,
-       visit.conversation.addAgentMessage(std::move(answer.messageBody), std::move(answer.shortcuts)));
+  tell(visit, {{"type", "typing"}, {"on", false}});
+  const auto said = visit.conversation.addAgentMessage(std::move(answer.messageBody), std::move(answer.shortcuts));
+  if (!tell(visit, said)) ++visit.unread;
   if (!visit.pending.empty()) type(visit);
 }
 

@@ -17,9 +17,12 @@
 namespace orivex::devserver {
 
 /// The web socket between the chat page and the agent, at /chat-socket?access_token=TOKEN. Text frames of JSON:
-/// the page sends {"type":"hello","session":ID,"language":TAG,"after":LAST_ID} first and then
-/// {"type":"message","message":RECORD}; the server sends {"type":"agent",...}, {"type":"typing","on":BOOL} and
-/// {"type":"message","message":RECORD,"shortcuts":[...]}, the visitor's own messages included.
+/// the page sends {"type":"hello","session":VISITOR,"language":TAG,"after":LAST_ID} first and then
+/// {"type":"message","message":RECORD}; the server answers the first with {"type":"agent",...} and
+/// {"type":"history","messages":[...],"lastId":ID,"unread":COUNT}, and sends {"type":"typing","on":BOOL} and
+/// {"type":"message","message":RECORD,"shortcuts":[...]}, the visitor's own messages included. The history holds such
+/// message frames from after LAST_ID on, or all of them when this server never gave that identifier; `unread` is how
+/// many answers came while no page of the visitor's was connected.
 class ChatSocket {
  public:
   /// The references must outlive the server's handlers. `agentDelay` is how long the agent types, in milliseconds.
@@ -39,12 +42,12 @@ class ChatSocket {
   struct Visit {
     explicit Visit(const std::string& sessionId) : conversation(sessionId) {}
     Conversation conversation;
-    /// The page's present connection; null while it is away.
-    SoupWebsocketConnection* connection = nullptr;
     Language language = Language::Chinese;
     /// Answers that the agent has yet to type.
     std::deque<AgentAnswer> pending;
     guint typing = 0;
+    /// Answers that came while no page was connected.
+    unsigned unread = 0;
   };
 
   struct Client {
@@ -60,6 +63,8 @@ class ChatSocket {
   void forget(SoupWebsocketConnection* connection);
   void greet(Client& client, const nlohmann::json& hello);
   void takeMessage(Client& client, const nlohmann::json& frame);
+  /// Sends to every page of the visitor's; whether there was one.
+  bool tell(const Visit& visit, const nlohmann::json& frame) const;
   void say(Visit& visit, std::vector<AgentAnswer> answers);
   void type(Visit& visit);
   void finishTyping(Visit& visit);

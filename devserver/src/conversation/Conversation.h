@@ -16,6 +16,9 @@ class Conversation {
 
   [[nodiscard]] bool isEmpty() const { return history_.empty(); }
 
+  /// The identifier of the latest message; 0 before the first.
+  [[nodiscard]] std::int64_t lastId() const { return lastId_; }
+
   /// Keeps a visitor's message under a new message identifier and returns its frame. A message that came before, known
   /// by its client identifier, gives null: the page sends again what it does not know to have arrived.
   [[nodiscard]] nlohmann::json addVisitorMessage(nlohmann::json message);
