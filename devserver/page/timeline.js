@@ -83,7 +83,7 @@ export class Timeline {
 
   #element(message, isMine) {
     const { element, isWide } = contentOf(message, this.#onCommand);
-    const sender = make("span", "visually-hidden", {}, `${isMine ? text("me") : this.#agentName}: `);
+    const sender = make("p", "visually-hidden", {}, `${isMine ? text("me") : this.#agentName}: `);
     const row = make("div", "message", { "data-testid": isMine ? "message-mine" : "message-agent" });
     row.classList.toggle("mine", isMine);
     row.classList.toggle("wide", isWide);

@@ -155,6 +155,7 @@ TEST_F(PageToAReader, TheConversationIsInTheWindowAndEachAnswerIsHeard) {
   const auto found = reader.waitForText(question);
   ASSERT_TRUE(found);
   EXPECT_TRUE(reader.belongsToThisApplication(*found));
+  EXPECT_TRUE(reader.waitForText("小薇:")) << "who says so";
 
   reader.askForAll(found->first);
   evaluate(*chat,
