@@ -1,5 +1,6 @@
 #include "orivex/media/Attachment.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -9,14 +10,20 @@
 #include "orivex/media/UploadManager.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Observers.h"
 #include "orivex/platform/base/Text.h"
+#include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
+#include "orivex/platform/ui/View.h"
+#include "orivex/platform/ui/Window.h"
 
 namespace orivex {
 namespace {
 
 using Attachments = std::vector<std::shared_ptr<Attachment>>;
+
+constexpr double messageSeconds = 3.0;
 
 bool isShowing(const std::weak_ptr<View>& view) {
   const auto kept = view.lock();
@@ -35,18 +42,45 @@ class Batch : public std::enable_shared_from_this<Batch> {
   // A decoded photo takes memory, and more workers than cores gain nothing.
   static constexpr int atOnce = 2;
 
+  void start() {
+    const auto view = view_.lock();
+    if (view)
+      leaving_ = view->observeLeaving([self = weak_from_this()] {
+        if (const auto batch = self.lock()) batch->screenLeaves();
+      });
+    proceed();
+  }
+
+ private:
   void proceed() {
     if (!isShowing(view_)) attachments_.resize(next_);
     while (running_ < atOnce && next_ < attachments_.size()) begin(next_++);
     if (running_ == 0) finish();
   }
 
- private:
+  // A chat that is closed takes along what its page has not got; one that is covered, or that its host keeps, goes on
+  // with what is being uploaded.
+  void screenLeaves() {
+    constexpr double closing = 1;  // seconds until a closed chat is gone
+    const auto notArrived = std::count_if(attachments_.begin(), attachments_.end(), [](const auto& it) { return it; });
+    const auto notBegun = attachments_.size() - next_ + inspecting_;
+    const auto window = view_.lock()->window();
+    if (!window) return;
+    Platform::current().mainQueue.asyncAfter(closing, [view = view_, over = window->weak_from_this(), notBegun,
+                                                       notArrived = static_cast<std::size_t>(notArrived)] {
+      const auto lost = view.expired() ? notArrived : notBegun;
+      if (lost == 0) return;
+      Platform::current().progressOverlay.setWindow(over);
+      OVKFApiHelper::showNotice(trNumber("%1 项未发送", lost), messageSeconds);
+    });
+  }
+
   void begin(std::size_t index) {
     ++running_;
     auto& attachment = *attachments_[index];
     attachment.open();
     if (attachment.isInspected()) return upload(index);
+    ++inspecting_;
     auto& queue = Platform::current().mainQueue;
     queue.global([self = shared_from_this(), index, &attachment, &queue]() mutable {
       attachment.inspect();
@@ -55,6 +89,7 @@ class Batch : public std::enable_shared_from_this<Batch> {
   }
 
   void inspected(std::size_t index) {
+    --inspecting_;
     const auto& attachment = *attachments_[index];
     if (attachment.refusal) {
       if (!attachment.refusal->empty()) showAttachmentMessage(view_, *attachment.refusal);
@@ -83,7 +118,7 @@ class Batch : public std::enable_shared_from_this<Batch> {
     showAttachmentMessage(view_, failure->message);
     if (isShowing(view_)) {
       const auto again = std::make_shared<Batch>(Attachments{attachments_[index]}, target_, view_, answer_);
-      KeptUploads::shared().keep(*view_.lock(), [again] { again->proceed(); });
+      KeptUploads::shared().keep(*view_.lock(), failure->cause, [again] { again->start(); });
     }
     drop(index);
   }
@@ -111,7 +146,9 @@ class Batch : public std::enable_shared_from_this<Batch> {
   const std::weak_ptr<View> view_;
   const AttachmentAnswer answer_;
   std::size_t next_ = 0;
+  std::size_t inspecting_ = 0;
   int running_ = 0;
+  Subscription leaving_;
 };
 
 }  // namespace
@@ -125,12 +162,11 @@ void Attachment::uploaded(const UploadResposeModel* stored) {
 void sendAttachments(std::vector<std::shared_ptr<Attachment>> attachments, std::weak_ptr<View> view,
                      AttachmentAnswer answer) {
   std::make_shared<Batch>(std::move(attachments), UploadManager::currentTarget(), std::move(view), std::move(answer))
-      ->proceed();
+      ->start();
 }
 
 void showAttachmentMessage(const std::weak_ptr<View>& view, const std::string& message) {
-  constexpr double seconds = 3.0;
-  OVKFApiHelper::showMessage(view, message, seconds);
+  OVKFApiHelper::showMessage(view, message, messageSeconds);
 }
 
 std::string fileExtension(const std::string& path) {

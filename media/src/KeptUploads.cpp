@@ -22,12 +22,12 @@ Window* KeptUploads::Kept::window() const {
   return shown ? shown->window() : nullptr;
 }
 
-void KeptUploads::keep(View& view, Task sendAgain) {
+void KeptUploads::keep(View& view, std::string cause, Task sendAgain) {
   const auto leave = [this, leaver = &view] {
     take([&](const Kept& kept) { return kept.view.lock().get() == leaver; });
     offer();
   };
-  kept_.push_back({view.weak_from_this(), view.observeLeaving(leave), std::move(sendAgain)});
+  kept_.push_back({view.weak_from_this(), view.observeLeaving(leave), std::move(cause), std::move(sendAgain)});
   offer();
 }
 
@@ -51,8 +51,10 @@ void KeptUploads::offer() {
     return ended;
   };
   const auto count = std::count_if(kept_.begin(), kept_.end(), isThere);
+  auto status = trNumber("%1 项未发送", static_cast<unsigned long>(count));
+  if (const auto& cause = kept_.back().cause; !cause.empty()) status = tr("%1:%2", {status, cause});
   overlay.offer(OverlayOffer{.window = window->weak_from_this(),
-                             .status = trNumber("%1 项未发送", static_cast<unsigned long>(count)),
+                             .status = std::move(status),
                              .retry =
                                  [end, &overlay] {
                                    for (auto& kept : end()) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "orivex/platform/base/Observers.h"
@@ -16,8 +17,9 @@ class KeptUploads {
  public:
   static KeptUploads& shared();
 
-  /// `view` belongs to the screen for which it was sent; `sendAgain` starts the same upload anew.
-  void keep(View& view, Task sendAgain);
+  /// `view` belongs to the screen for which it was sent; `sendAgain` starts the same upload anew; `cause`, in words, is
+  /// why it failed, if that is known.
+  void keep(View& view, std::string cause, Task sendAgain);
 
   KeptUploads(const KeptUploads&) = delete;
   KeptUploads& operator=(const KeptUploads&) = delete;
@@ -27,6 +29,7 @@ class KeptUploads {
   struct Kept {
     std::weak_ptr<View> view;
     Subscription leaving;
+    std::string cause;
     Task sendAgain;
     Window* window() const;
   };

@@ -58,14 +58,15 @@ UploadResult refusal(const std::string& body) {
 }
 
 UploadResult interpret(const UploadReply& reply) {
+  std::string cause;
   if (reply.error) {
     log::debugPrint("Upload ended by its connection: " + reply.error->description + " " + reply.error->detail,
                     log::Level::warning);
+    cause = tr(reply.error->description.empty() ? trLater("上传失败") : reply.error->description.c_str());
   }
   const auto& response = reply.response;
-  if (!response || response->body.empty()) return UploadFailure{tr("未知错误")};
-  if (reply.error)
-    return UploadFailure{tr(reply.error->description.empty() ? trLater("上传失败") : reply.error->description.c_str())};
+  if (!response || response->body.empty()) return UploadFailure{tr("未知错误"), cause};
+  if (reply.error) return UploadFailure{cause, cause};
   if (response->status == 200) return storedFile(response->body);
   if (response->status == 503) return UploadFailure{tr("服务不可用")};
   return refusal(response->body);

@@ -40,7 +40,7 @@ TEST_F(LanguageTest, PickingUploadPageAndCameraSpeakEnglish) {
   EXPECT_EQ(pick("/no/%1.pdf"), "Invalid path: /no/%1.pdf");
   device_.httpClient().setUploadServer([](const auto&) { return VirtualUploadReply::fail("no network"); });
   EXPECT_EQ(pick(file("a.pdf")), "Unknown error");
-  EXPECT_EQ(device_.progressOverlay().offered()->status, "1 item was not sent");
+  EXPECT_EQ(device_.progressOverlay().offered()->status, "1 item was not sent: no network");
   device_.httpClient().setUploadServer([](const auto&) { return VirtualUploadReply::respond(503, "{}"); });
   EXPECT_EQ(pick(file("b.pdf")), "The service is not available");
   EXPECT_EQ(device_.progressOverlay().offered()->status, "2 items were not sent");

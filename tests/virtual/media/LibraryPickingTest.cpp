@@ -1,5 +1,7 @@
 #include "PickingTest.h"
 
+#include "orivex/platform/ui/ViewController.h"
+
 namespace orivex::testing {
 namespace {
 
@@ -147,7 +149,7 @@ TEST_F(LibraryPickingTest, AVideoThatWasNotStoredIsKeptAndArrivesByItselfWhenItI
   const auto answer = [&](auto OverlayOffer::*act) {
     return answersTo([&] {
       const auto offer = *device_.progressOverlay().offered();
-      EXPECT_EQ(offer.status, "3 项未发送");
+      EXPECT_EQ(offer.status, "3 项未发送:no network") << "the failure itself reads 未知错误";
       (offer.*act)();
     });
   };
@@ -199,6 +201,37 @@ TEST_F(LibraryPickingTest, BeginsNothingMoreOnceTheChatIsClosed) {
   device_.advance(20);
   EXPECT_TRUE(gone.expired());
   EXPECT_EQ(device_.httpClient().uploads().size(), 2U);
+}
+
+TEST_F(LibraryPickingTest, TellsBehindItWhatAChatThatLeavesHasNotSent) {
+  auto& overlay = device_.progressOverlay();
+  const auto told = [&] {
+    device_.advance(1.1);
+    EXPECT_FALSE(overlay.blocksInput());
+    const auto shown = overlay.shown();
+    device_.advance(3);
+    EXPECT_FALSE(overlay.shown());
+    return shown ? shown->status : "";
+  };
+  const std::vector<PickedMedia> items{video("1.mp4"), video("2.mp4"), video("3.mp4")};
+  store(10);
+  select(items);
+  screen_->present(std::make_shared<ViewController>(), false);
+  EXPECT_EQ(told(), "1 项未发送") << "the page behind gets two";
+  device_.advance(20);
+  screen_->dismiss(false);
+  select(items);
+  screen_->close();
+  device_.runUntilIdle();
+  screen_.reset();
+  EXPECT_EQ(told(), "3 项未发送");
+  screen_ = present();
+  store(0.1);
+  EXPECT_EQ(select(items).size(), 1U);
+  screen_->close();
+  device_.runUntilIdle();
+  screen_.reset();
+  EXPECT_EQ(told(), "");
 }
 
 TEST_F(LibraryPickingTest, DescribesWhatTheCameraTookAndDeletesIt) {

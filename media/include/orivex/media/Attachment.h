@@ -51,8 +51,9 @@ using AttachmentAnswer = std::function<void(std::vector<UploadFileInfoModel>)>;
 /// Inspects `attachments`, at most two at once, uploads those that need it to the chat server of the session as it is
 /// now, and answers with the descriptions in their order. What is refused or not stored is told to the visitor and left
 /// out; what was not stored can be sent again while the screen of `view` shows. What has not begun, or is not uploaded
-/// yet, when that screen leaves is left out too. Main thread, as is `answer`, which is kept for as long as something
-/// may be sent again.
+/// yet, when that screen leaves is left out too, which the visitor is told over the window behind it, as of all that a
+/// chat had not got when it closed. Main thread, as is `answer`, which is kept for as long as something may be sent
+/// again.
 void sendAttachments(std::vector<std::shared_ptr<Attachment>> attachments, std::weak_ptr<View> view,
                      AttachmentAnswer answer);
 

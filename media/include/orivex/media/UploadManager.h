@@ -19,6 +19,7 @@ class Window;
 /// Why a file was not stored, for the visitor to read.
 struct UploadFailure {
   std::string message;
+  std::string cause = {};  ///< what has ended the connection, in words, if it has not lasted
   bool operator==(const UploadFailure&) const = default;
 };
 using UploadResult = std::variant<UploadResposeModel, UploadFailure>;
