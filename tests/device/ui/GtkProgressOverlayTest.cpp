@@ -101,6 +101,27 @@ TEST_F(GtkProgressOverlayTest, TheBarOfAnOfferLiesAboveThePanelAndTakesNoInputBe
   EXPECT_FALSE(findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-offer"));
 }
 
+TEST_F(GtkProgressOverlayTest, LargeTextAndRightToLeftLayoutsCutNothingOff) {
+  g_object_set(settings(), "gtk-xft-dpi", 192 * 1024, nullptr);
+  gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
+  const std::string text = "2 项未发送:无法连接到服务器";
+  overlay_.offer(OverlayOffer{{}, text, nullptr, nullptr});
+  overlay_.setOnCancel([] {});
+  overlay_.showProgress(0.25F, "25%");
+  pass(settling);
+  auto* const status = findByText(GTK_WIDGET(visitor_.overlay()), text);
+  ASSERT_TRUE(status);
+  EXPECT_FALSE(pango_layout_is_ellipsized(gtk_label_get_layout(GTK_LABEL(status))));
+  EXPECT_EQ(gtk_widget_get_width(GTK_WIDGET(visitor_.window())), 360);
+  graphene_rect_t cross;
+  GtkWidget* const panel = findByClass(mask(), "orivex-panel");
+  ASSERT_TRUE(gtk_widget_compute_bounds(findByType(panel, GTK_TYPE_BUTTON), panel, &cross));
+  EXPECT_LE(cross.origin.x, 4) << "it stands over the ring";
+  gtk_widget_set_default_direction(GTK_TEXT_DIR_LTR);
+  overlay_.offer(std::nullopt);
+  overlay_.setOnCancel(nullptr);
+}
+
 TEST_F(GtkProgressOverlayTest, OnePanelChangesWhatItShowsAndComesBackWhileItLeaves) {
   overlay_.show();
   GtkWidget* const first = mask();

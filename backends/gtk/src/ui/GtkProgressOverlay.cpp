@@ -15,6 +15,7 @@ namespace {
 constexpr const char* css = R"css(
 .orivex-offer { background-color: rgba(28, 28, 30, 0.94); color: white; border-radius: 12px; padding: 4px 4px 4px 14px; }
 .orivex-offer { margin: 56px 16px 0 16px; }
+.orivex-offer:dir(rtl) { padding: 4px 14px 4px 4px; }
 .orivex-offer button { min-height: 36px; color: inherit; }
 )css";
 
@@ -87,7 +88,9 @@ void GtkProgressOverlay::offer(std::optional<OverlayOffer> offer) {
 
 GtkWidget* GtkProgressOverlay::barNew(const OverlayOffer& offer) {
   GtkWidget* const label = gtk_label_new(offer.status.c_str());
-  gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
+  gtk_label_set_wrap(GTK_LABEL(label), TRUE);
+  gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_xalign(GTK_LABEL(label), 0);
   GtkWidget* const retry = styled(gtk_button_new_with_label(tr("重试")), "flat");
   gtk_widget_set_name(retry, "overlay-retry");
   GtkWidget* const drop = styled(gtk_button_new_from_icon_name("window-close-symbolic"), "flat");

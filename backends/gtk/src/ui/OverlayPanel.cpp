@@ -32,6 +32,7 @@ constexpr const char* css = R"css(
 .orivex-panel.light { background-color: rgba(250, 250, 250, 0.96); color: #1c1c1e; }
 .orivex-panel label { font-weight: 500; }
 .orivex-panel button { min-width: 20px; min-height: 20px; padding: 10px; margin: -18px -18px 0 0; color: inherit; }
+.orivex-panel button:dir(rtl) { margin: -18px 0 0 -18px; }
 )css";
 
 constexpr const char* tallestLine = "国g😀";  // as tall as a line gets: each script has a font of its own
