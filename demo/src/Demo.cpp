@@ -33,6 +33,8 @@ Demo::Demo(Options options)
     : options_(std::move(options)),
       settings_(loadSettings()),
       application_(adw_application_new("com.orivex.Demo", G_APPLICATION_NON_UNIQUE)) {
+  // As in the desktop entry, which is there once the demo is installed.
+  g_set_application_name(text("Orivex 演示商店", "Orivex Demo"));
   options_.applyTo(settings_);
   connectTo<&Demo::activate>(application_.get(), "activate", this);
   connectTo<&Demo::shutDown>(application_.get(), "shutdown", this);
@@ -66,14 +68,14 @@ void Demo::activate(GtkApplication* application) {
 void Demo::shutDown(GtkApplication* /*application*/) {
   reporter_.reset();
   launcher_.reset();
-  window_.reset();
   server_.reset();
+  window_.reset();
 }
 
 void Demo::startServer() {
   if (server_) return;
   try {
-    server_ = std::make_unique<DemoServer>();
+    server_ = std::make_unique<DemoServer>([this](std::int64_t count) { window_->shop().showUnread(count); });
     std::cout << "server " << server_->address() << std::endl;
   } catch (const std::runtime_error& error) {
     std::cerr << error.what() << '\n';
@@ -93,6 +95,7 @@ void Demo::contact() {
 
 void Demo::happened(const ConversationEvent& event) {
   if (reporter_ && reporter_->take(event)) return;
+  if (event.name == unreadEvent) window_->shop().showUnread(std::stoll(event.attributes.at("count")));
   print(event);
   window_->show(event);
 }

@@ -19,6 +19,7 @@ constexpr char rules[] = R"(
   .shop-column { padding: 4px 16px 16px; }
   .shop-price { font-size: 18px; font-weight: 700; color: @accent_color; }
   .shop-contact { margin: 8px 16px 12px; }
+  .shop-badge { min-width: 14px; padding: 2px 7px; border-radius: 12px; background: white; color: @accent_bg_color; font-size: 13px; }
   .shop-picture { border-radius: 12px; }
   .phone-status { padding: 0 26px; color: #14141a; font-weight: bold; }
   .phone-notch { background: #14141a; border-radius: 14px; min-width: 116px; min-height: 27px; }

@@ -15,7 +15,7 @@ bool takesConnections(const std::string& address) {
 }
 
 TEST(DemoServerTest, AnswersWhereItSaysAndEndsWithItsOwner) {
-  std::optional<DemoServer> server(std::in_place);
+  std::optional<DemoServer> server(std::in_place, [](std::int64_t) {});
   const auto address = server->address();
   EXPECT_TRUE(takesConnections(address));
   server.reset();

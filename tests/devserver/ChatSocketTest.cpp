@@ -145,7 +145,7 @@ TEST(ChatSocket, TellsAPageThatComesBackWhatItMissedAndAnswersNothingTwice) {
 }
 
 TEST(ChatSocket, CountsWhatIsSaidWhileNoPageOfTheVisitorsIsThere) {
-  const ServerProcess server({"--agent-delay", "200"});
+  ServerProcess server({"--agent-delay", "200"});
   Visitor first(server);
   first.hello("zh");
   first.nextAnswer();
@@ -172,6 +172,8 @@ TEST(ChatSocket, CountsWhatIsSaidWhileNoPageOfTheVisitorsIsThere) {
   Visitor fourth(server);
   fourth.hello("zh", 6);
   EXPECT_EQ(fourth.nextHistory().at("unread"), 0);
+  server.closeInput();
+  EXPECT_EQ(server.restOfOutput(), "unread 1\n");
 }
 
 TEST(ChatSocket, IgnoresFramesThatItDoesNotUnderstand) {

@@ -28,6 +28,7 @@ void ChatLauncher::open(const std::string& server, const Settings& settings, con
   if (const auto shown = chat_.lock(); shown && shown->isViewInWindow()) return;
   const auto chat = std::make_shared<OVKFApi>();
   chat->conversionDelegate = delegate_;
+  chat->conversationEvents = true;
   if (card) chat->sendMessage(cardMessage, card);
   chat->startSession(server, settings.entryId, settings.key, visitorOf(settings));
   chat_ = chat;

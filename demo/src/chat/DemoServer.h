@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 
 #include "../base/GObjects.h"
@@ -10,8 +12,9 @@ namespace orivex::demo {
 /// ends.
 class DemoServer {
  public:
-  /// Starts it and waits until it listens. Throws std::runtime_error, which says why, when it does not.
-  DemoServer();
+  /// Starts it and waits until it listens. Throws std::runtime_error, which says why, when it does not. `unread` is
+  /// told how many answers wait for a visitor who has left the chat.
+  explicit DemoServer(std::function<void(std::int64_t)> unread);
   DemoServer(const DemoServer&) = delete;
   DemoServer& operator=(const DemoServer&) = delete;
   ~DemoServer();
@@ -20,7 +23,13 @@ class DemoServer {
   const std::string& address() const { return address_; }
 
  private:
+  void readLine();
+  static void lineCame(GObject* output, GAsyncResult* result, gpointer self) noexcept;
+
+  std::function<void(std::int64_t)> unread_;
+  ObjectPtr<GCancellable> reading_;
   ObjectPtr<GSubprocess> process_;
+  ObjectPtr<GDataInputStream> output_;
   std::string address_;
 };
 

@@ -3,7 +3,7 @@
 namespace orivex::demo {
 
 void EventRecorder::unReadMessageCountEvent(std::int64_t count) {
-  receiver_({"unReadMessageCount", {{"count", std::to_string(count)}}});
+  receiver_({unreadEvent, {{"count", std::to_string(count)}}});
 }
 
 void EventRecorder::shortCutEvent(const ShortcutsModel& model) {

@@ -14,6 +14,9 @@ struct ConversationEvent {
   std::map<std::string, std::string> attributes;
 };
 
+/// The event that the page tells how many answers are unread, as its attribute "count".
+inline constexpr char unreadEvent[] = "unReadMessageCount";
+
 /// The conversation's delegate: hands on all that happens there.
 class EventRecorder final : public OVKFApiConversationDelegate {
  public:

@@ -50,6 +50,7 @@ ShopPage::ShopPage(std::function<void()> contact)
     : contact_(std::move(contact)),
       bring_(GTK_SWITCH(gtk_switch_new())),
       button_(gtk_button_new()),
+      badge_(labelNew("", "shop-badge")),
       page_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
   auto* const column = gtk_box_new(GTK_ORIENTATION_VERTICAL, 20);
   gtk_widget_add_css_class(column, "shop-column");
@@ -111,8 +112,15 @@ GtkWidget* ShopPage::footer() {
   auto* const content = adw_button_content_new();
   adw_button_content_set_icon_name(ADW_BUTTON_CONTENT(content), "audio-headset-symbolic");
   adw_button_content_set_label(ADW_BUTTON_CONTENT(content), text("联系客服", "Contact us"));
-  gtk_widget_set_halign(content, GTK_ALIGN_CENTER);
-  gtk_button_set_child(GTK_BUTTON(button_), content);
+  gtk_widget_set_name(badge_, "unread");
+  gtk_widget_set_visible(badge_, FALSE);
+  gtk_widget_set_valign(badge_, GTK_ALIGN_CENTER);
+  gtk_widget_add_css_class(badge_, "numeric");
+  auto* const line = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 8);
+  gtk_widget_set_halign(line, GTK_ALIGN_CENTER);
+  gtk_box_append(GTK_BOX(line), content);
+  gtk_box_append(GTK_BOX(line), badge_);
+  gtk_button_set_child(GTK_BUTTON(button_), line);
   gtk_widget_set_name(button_, "contact");
   for (const char* styleClass : {"pill", "suggested-action", "shop-contact"})
     gtk_widget_add_css_class(button_, styleClass);
@@ -122,6 +130,14 @@ GtkWidget* ShopPage::footer() {
   adw_clamp_set_maximum_size(ADW_CLAMP(clamp), pageWidth);
   adw_clamp_set_child(ADW_CLAMP(clamp), button_);
   return clamp;
+}
+
+void ShopPage::showUnread(std::int64_t count) {
+  gtk_widget_set_visible(badge_, count > 0);
+  gtk_label_set_text(GTK_LABEL(badge_), count > 99 ? "99+" : std::to_string(count).c_str());
+  auto spoken = std::string(text("联系客服", "Contact us"));
+  if (count > 0) spoken += ", " + std::to_string(count) + text(" 条未读", " unread");
+  gtk_accessible_update_property(GTK_ACCESSIBLE(button_), GTK_ACCESSIBLE_PROPERTY_LABEL, spoken.c_str(), -1);
 }
 
 void ShopPage::pressed(GtkButton* /*button*/) {

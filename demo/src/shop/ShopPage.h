@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 #include <gtk/gtk.h>
@@ -24,6 +25,9 @@ class ShopPage {
   /// Whether the customer wants to bring the order into the chat.
   bool bringsOrder() const;
 
+  /// Shows on the button how many answers wait in the chat; nothing for 0.
+  void showUnread(std::int64_t count);
+
  private:
   GtkWidget* goods() const;
   GtkWidget* orderList();
@@ -34,6 +38,7 @@ class ShopPage {
   const Order order_ = latestOrder();
   GtkSwitch* bring_;
   GtkWidget* button_;
+  GtkWidget* badge_;
   GtkWidget* page_;
 };
 

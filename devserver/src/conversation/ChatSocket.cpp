@@ -1,5 +1,6 @@
 #include "ChatSocket.h"
 
+#include <iostream>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -159,7 +160,7 @@ void ChatSocket::finishTyping(Visit& visit) {
   visit.pending.pop_front();
   tell(visit, {{"type", "typing"}, {"on", false}});
   const auto said = visit.conversation.addAgentMessage(std::move(answer.messageBody), std::move(answer.shortcuts));
-  if (!tell(visit, said)) ++visit.unread;
+  if (!tell(visit, said)) std::cout << "unread " << ++visit.unread << std::endl;
   if (!visit.pending.empty()) type(visit);
 }
 
