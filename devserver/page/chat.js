@@ -1,15 +1,16 @@
 // The chat page: puts its parts together.
 
 import { afterFirstPaint, isNative, post, track } from "./bridge.js";
-import { prepareComposer } from "./composer.js";
+import { mostDocumentBytes, mostMediaBytes, prepareComposer } from "./composer.js";
 import { Connection } from "./connection.js";
 import { byId, make } from "./dom.js";
 import { isEnglish, safeAreas } from "./environment.js";
-import { messagesFromFiles } from "./files.js";
+import { messageFromDropped, messagesFromFiles, takeDroppedFiles } from "./files.js";
 import { MessageType, textOf, withoutLocalData } from "./records.js";
 import { text } from "./texts.js";
 import { Timeline } from "./timeline.js";
 import { showTopic } from "./topic.js";
+import { upload } from "./upload.js";
 
 const visitor = 1;
 
@@ -63,14 +64,45 @@ function onHistory(isFirst, unread, add) {
 
 /** Shows and sends a message. What is shown may hold more than what travels: pictures stay on this device. */
 function send(body, shown = body, extra = {}) {
+  connection.send(show(body, shown, extra));
+}
+
+/** Shows a message as one that is on its way, and returns what is to be sent. */
+function show(body, shown = body, extra = {}) {
   const cMid = `${Date.now().toString(36)}-${Math.random().toString(36).slice(2, 10)}`;
-  const message = { cMid, mType: body.msgType, memberType: visitor, messageBody: body, createTime: Date.now(), ...extra };
+  const mType = body.msgType;
+  const message = { cMid, mType, memberType: visitor, messageBody: body, createTime: Date.now(), ...extra };
   timeline.add({ ...message, messageBody: shown });
   timeline.isOnline = connection.isOpen;
-  connection.send(message);
   showQuickReplies([]);
   const type = Object.keys(MessageType).find((name) => MessageType[name] === body.msgType) ?? "other";
   track("message_sent", { type });
+  return message;
+}
+
+/** The uploads so far: one after the other, so that messages keep their order. */
+let uploads = Promise.resolve();
+
+/** Shows a message at once, and sends it when its file is on the server. `bytes` may still be on their way. */
+function sendUploaded(bytes, body, shown) {
+  const message = show(body, shown);
+  const most = body.msgType === MessageType.video ? mostMediaBytes : mostDocumentBytes;
+  if (body.fileSize > most) return timeline.fail(message.cMid, text("tooLarge"));
+  const attempt = async () => {
+    try {
+      const tellPart = (part) => timeline.showUpload(message.cMid, part);
+      const mediaUrl = await upload(await bytes, body.fileName, tellPart);
+      tellPart(null);
+      connection.send({ ...message, messageBody: { ...body, mediaUrl } });
+    } catch (error) {
+      timeline.fail(message.cMid, error.message, start);
+    }
+  };
+  const start = () => {
+    timeline.showUpload(message.cMid, 0);
+    uploads = uploads.then(attempt);
+  };
+  start();
 }
 
 function sendText(content) {
@@ -83,7 +115,10 @@ function sendCommand(title, command) {
 }
 
 function sendFiles(files) {
-  for (const { sent, shown } of messagesFromFiles(files)) send(sent, shown);
+  for (const { sent, shown } of messagesFromFiles(files)) {
+    if (sent.mediaUrl || !shown.imageUrl) send(sent, shown);
+    else sendUploaded(fetch(shown.imageUrl).then((answer) => answer.blob()), sent, shown);
+  }
 }
 
 /** Sends what the host queued as a card, whatever it was. */
@@ -109,7 +144,8 @@ function nameControls() {
   document.documentElement.lang = isEnglish ? "en" : "zh-CN";
   document.title = text("title");
   const labels = {
-    back: "back", scroller: "conversation", timeline: "messages", "message-input": "placeholder", send: "send", "quick-replies": "quickReplies",
+    back: "back", scroller: "conversation", timeline: "messages", "message-input": "placeholder", send: "send",
+    "quick-replies": "quickReplies",
     "native-tools": "tools", "voice-toggle": "voice", photo: "photo", camera: "camera", document: "document",
     viewer: "picture", "viewer-close": "close",
   };
@@ -141,6 +177,12 @@ keepClearOfEdges();
 nameControls();
 prepareNativeSide();
 prepareComposer(sendText);
+takeDroppedFiles((files) => {
+  for (const file of files) {
+    const { sent, shown } = messageFromDropped(file);
+    sendUploaded(file, sent, shown);
+  }
+});
 showTopic(sendTopic, sendCommand);
 showState();
 connection.open();

@@ -6,8 +6,9 @@ import { deviceId, keep, recall } from "./storage.js";
 import { prepareTalk } from "./talk.js";
 import { text } from "./texts.js";
 
-const mostMediaBytes = 50 * 1024 * 1024;
-const mostDocumentBytes = 30 * 1024 * 1024;
+/** The largest video, and the largest other file, in bytes. */
+export const mostMediaBytes = 50 * 1024 * 1024;
+export const mostDocumentBytes = 30 * 1024 * 1024;
 const documentTypes = [
   "application/pdf", "text/plain", "application/zip", "application/msword", "application/vnd.ms-excel", "image/*",
 ];

@@ -1,6 +1,7 @@
 // What the native side hands over after picking or recording, as messages.
 
 import { MessageType, addressOf, numberOf, pictureOf, textOf } from "./records.js";
+import { text } from "./texts.js";
 
 const types = { Image: MessageType.image, Video: MessageType.video, Record: MessageType.voice, File: MessageType.file };
 
@@ -9,6 +10,30 @@ function nameOf(file) {
   const suffix = textOf(file, "suffix");
   if (!name || !suffix || name.toLowerCase().endsWith(`.${suffix.toLowerCase()}`)) return name;
   return `${name}.${suffix}`;
+}
+
+/** Has `onFiles(files)` called with what the visitor pastes or drops anywhere on the page. */
+export function takeDroppedFiles(onFiles) {
+  const take = (event, data) => {
+    const files = [...(data?.files ?? [])];
+    if (!files.length) return;
+    event.preventDefault(); // the native side takes what a page does not
+    onFiles(files);
+  };
+  document.addEventListener("paste", (event) => take(event, event.clipboardData));
+  document.addEventListener("drop", (event) => take(event, event.dataTransfer));
+  document.addEventListener("dragover", (event) => {
+    if (event.dataTransfer?.types.includes("Files")) event.preventDefault();
+  });
+}
+
+/** The body of a message for such a file, as it is sent and as it is shown. */
+export function messageFromDropped(file) {
+  const kind = { image: MessageType.image, video: MessageType.video }[file.type.split("/")[0]];
+  const sent = { msgType: kind ?? MessageType.file, fileName: file.name || text("file"), fileSize: file.size };
+  if (file.type) sent.contentType = file.type;
+  const shown = kind === MessageType.image ? { ...sent, imageUrl: URL.createObjectURL(file) } : sent;
+  return { sent, shown };
 }
 
 /**

@@ -47,7 +47,7 @@ export function addressOf(record, ...keys) {
 export function pictureOf(record, ...keys) {
   for (const key of keys) {
     const value = textOf(record, key);
-    if (/^data:image\/[\w.+-]+[;,]/i.test(value)) return value;
+    if (/^(data:image\/[\w.+-]+[;,]|blob:)/i.test(value)) return value;
     const address = addressOf(record, key);
     if (address) return address;
   }

@@ -72,8 +72,32 @@ export class Timeline {
 
   /** Tells of the visitor's unconfirmed messages whether there is a connection to send them. */
   set isOnline(isOnline) {
+    const state = isOnline ? "sending" : "waiting";
     for (const element of this.#mine.values())
-      if (!element.querySelector(".state.arrived")) this.#setState(element, isOnline ? "sending" : "waiting");
+      if (!element.querySelector(".state.arrived, .state.failed")) this.#setState(element, state);
+  }
+
+  /** Shows how much of a message's file is uploaded, from 0 to 1; nothing any more after null. */
+  showUpload(cMid, part) {
+    const element = this.#mine.get(cMid);
+    const bar = element.querySelector("progress") ?? make("progress", "", { "aria-label": text("uploading") });
+    if (part === null) return bar.remove();
+    if (!bar.parentNode) this.#setState(element, "sending");
+    if (!bar.parentNode) element.querySelector(".state").before(bar);
+    bar.value = part;
+  }
+
+  /** Says that a message is not sent and why, if that is known; `again`, if any, is what the visitor can do. */
+  fail(cMid, reason, again) {
+    const element = this.#mine.get(cMid);
+    element.querySelector("progress")?.remove();
+    this.#setState(element, "failed");
+    const line = element.querySelector(".state");
+    if (reason) line.append(` · ${reason}`);
+    if (!again) return;
+    const retry = make("button", "retry", { type: "button", "data-testid": "retry" }, text("retry"));
+    retry.addEventListener("click", again);
+    line.append(" ", retry);
   }
 
   set isTyping(isTyping) {
@@ -107,13 +131,14 @@ export class Timeline {
 
   #remember(message, element) {
     this.#mine.set(message.cMid, element);
-    element.append(make("p", "state", { "data-testid": "state", "aria-live": "off" }));
+    element.append(make("p", "state", { "data-testid": "state" }));
     this.#setState(element, message.mId ? "arrived" : "sending");
   }
 
   #setState(element, state) {
     const line = element.querySelector(".state");
     line.className = `state ${state}`;
+    line.setAttribute("aria-live", state === "failed" ? "polite" : "off");
     line.textContent = text(state);
   }
 

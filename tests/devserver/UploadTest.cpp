@@ -60,6 +60,10 @@ TEST(Upload, ChecksEachOfTheSixHeaders) {
     EXPECT_TRUE(json::parse(reply.body).at("msg").get<std::string>().starts_with(testCase.complaint))
         << label << reply.body;
   }
+  UploadForm ofPage;
+  ofPage.headers["Origin"] = server.address();
+  ofPage.headers["User-Agent"] = "a browser";
+  EXPECT_EQ(fetch(server.port(), ofPage.request()).status, 200) << "a page in a plain browser uploads, too";
 }
 
 TEST(Upload, KeepsTheFileToTheByteUnderItsName) {

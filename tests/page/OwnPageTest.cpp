@@ -103,6 +103,10 @@ class OwnPageTest : public ScreenFixture {
  protected:
   void open(const std::string& folder) {
     server.emplace(std::vector<std::string>{"--page", folder});
+    openChat();
+  }
+
+  void openChat() {
     chat = startChat(server->address());
     window()->rootViewController()->present(chat, false);
     ASSERT_TRUE(wait([&] { return log.has("InitLoad") && chat->isLoaded(); }, 20)) << "it does not announce itself";
@@ -176,6 +180,33 @@ TEST_F(OwnPageTest, TheDocumentedPageAsksForEverythingAndTakesTheAnswers) {
             (std::vector<std::string>{"trackEvent", "initLoaded", "openPhotoLibraryPicker", "openCamera",
                                       "openDocumentPicker", "recording", "recording", "recording", "recording",
                                       "recording", "recording", "recording", "openFile", "openUrl", "goBack"}));
+}
+
+TEST_F(OwnPageTest, TheDevelopmentPageOutlastsItsVisitorsLeaving) {
+  server.emplace(std::vector<std::string>{});
+  openChat();
+  const auto count = [](const std::string& selector) { return "document.querySelectorAll('" + selector + "').length"; };
+  const std::string draft = "document.getElementById('message-input').value";
+  becomes(count(".message"), "2");
+  server->addFaults({{"target", "upload"}, {"kind", "status"}, {"status", 400}, {"msg", "满了"}, {"times", 1}});
+  run("const data = new DataTransfer(); data.items.add(new File(['abc'], 'a.txt', {type: 'text/plain'}));"
+      "document.body.dispatchEvent(new DragEvent('drop', {dataTransfer: data, bubbles: true, cancelable: true}))");
+  becomes("document.querySelector('.state.failed')?.textContent", "发送失败 · 满了 重试");
+  run("document.querySelector('.retry').click()");
+  becomes(count(".state.arrived"), "1");
+  becomes(count("progress"), "0");
+  run("handleSelectedFiles([{type: 'Image', name: 'p.png', suffix: 'png', base64Str: "
+      "'data:image/png;base64,iVBORw0KGgo='}])");
+  becomes(count(".state.arrived"), "2");
+  run(draft + " = '写了一半'; document.getElementById('message-input').dispatchEvent(new Event('input'))");
+  run("document.getElementById('back').click()");
+  ASSERT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 10));
+
+  openChat();
+  becomes(draft, "写了一半");
+  becomes(count(".message.mine"), "2");
+  becomes(count(".message.mine button.file"), "1");
+  becomes(count(".message"), "6");
 }
 
 class ConformancePageTest : public OwnPageTest {

@@ -19,7 +19,7 @@ constexpr std::string_view resourceRoot = "/orivex/devserver/page/";
 constexpr const char* contentSecurityPolicy =
     "default-src 'none'; script-src 'self'; style-src 'self' 'unsafe-inline'; font-src 'self' data:; "
     "img-src 'self' http: https: data: blob:; media-src 'self' http: https: data: blob:; "
-    "connect-src 'self' ws: wss:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+    "connect-src 'self' ws: wss: data:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 
 const char* contentTypeOf(std::string_view name) {
   if (name.ends_with(".html")) return "text/html; charset=utf-8";

@@ -53,7 +53,8 @@ std::string_view tokenIn(const char* authorization) {
   return value.starts_with(scheme) ? value.substr(scheme.size()) : std::string_view();
 }
 
-/// Checks the six headers that the component sends with every upload.
+/// Checks the six headers that the component sends with every upload. A page that uploads by itself, which its `Origin`
+/// tells, has the user agent of whatever browser it is in.
 UploadHeaders checkUploadHeaders(SoupMessageHeaders* headers, const Tokens& tokens) {
   const auto value = [headers](const char* name) { return soup_message_headers_get_one(headers, name); };
 
@@ -62,7 +63,8 @@ UploadHeaders checkUploadHeaders(SoupMessageHeaders* headers, const Tokens& toke
   if (!value("Accept") || value("Accept") != std::string_view("*/*")) return wrong("Accept must be */*");
   for (const char* name : {"x-entry", "x-device-id"})
     if (!value(name)) return wrong(std::string(name) + " missing");
-  if (!value("User-Agent") || !std::string_view(value("User-Agent")).starts_with(userAgentPrefix))
+  const bool isPage = value("Origin") != nullptr;
+  if (!isPage && (!value("User-Agent") || !std::string_view(value("User-Agent")).starts_with(userAgentPrefix)))
     return wrong("User-Agent must begin with " + std::string(userAgentPrefix));
 
   GHashTable* parameters = nullptr;
