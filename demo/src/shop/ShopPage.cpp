@@ -115,6 +115,7 @@ GtkWidget* ShopPage::footer() {
   gtk_widget_set_name(badge_, "unread");
   gtk_widget_set_visible(badge_, FALSE);
   gtk_widget_set_valign(badge_, GTK_ALIGN_CENTER);
+  gtk_label_set_xalign(GTK_LABEL(badge_), 0.5F);
   gtk_widget_add_css_class(badge_, "numeric");
   auto* const line = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 8);
   gtk_widget_set_halign(line, GTK_ALIGN_CENTER);
