@@ -41,7 +41,7 @@ GRef<GDBusConnection> connectionToBus() {
 bool isClassName(const std::string& name) {
   if (name == "GtkLabel") return false;  // without a text
   const auto has = [&](const char* prefix) { return (" " + name).find(prefix) != std::string::npos; };
-  return has(" Gtk") || has(" Adw") || has(" Orivex");
+  return has(" Gtk") || has(" Adw") || has(" WebKit") || has(" Orivex");
 }
 
 }  // namespace
@@ -106,9 +106,9 @@ GVariantPtr ScreenReader::propertyOf(const Place& place, const char* name) const
   return GVariantPtr(g_variant_get_variant(boxed.get()));
 }
 
-std::string ScreenReader::nameOf(const Place& place) const {
-  const auto name = propertyOf(place, "Name");
-  return name ? g_variant_get_string(name.get(), nullptr) : "";
+std::string ScreenReader::textOf(const Place& place, const char* property) const {
+  const auto text = propertyOf(place, property);
+  return text ? g_variant_get_string(text.get(), nullptr) : "";
 }
 
 ScreenReader::Place ScreenReader::parentOf(const Place& place) const {
@@ -123,7 +123,7 @@ ScreenReader::Place ScreenReader::parentOf(const Place& place) const {
 std::string ScreenReader::spokenAt(const Place& place) const {
   auto above = parentOf(place);
   for (int step = 0; step < 10 && above != Place{registry, rootPath}; ++step) above = parentOf(above);
-  return above == Place{registry, rootPath} ? nameOf(place) : "(nowhere)";
+  return above == Place{registry, rootPath} ? textOf(place) : "(nowhere)";
 }
 
 bool ScreenReader::isOurs(const std::string& name) const {
@@ -155,7 +155,7 @@ std::vector<ScreenReader::Place> ScreenReader::childrenOf(const Place& place) co
 }
 
 void ScreenReader::read(const Place& place, const Place& from, std::vector<Control>& controls) const {
-  Control control{0, nameOf(place)};
+  Control control{0, textOf(place), textOf(place, "Description")};
   std::uint32_t low = 0;
   const auto role = call(place, accessible, "GetRole", nullptr);
   if (role) g_variant_get(role.get(), "(u)", &control.role);
@@ -171,7 +171,8 @@ void ScreenReader::read(const Place& place, const Place& from, std::vector<Contr
     controls.push_back(std::move(control));
   }
   // Some are found on the way up only.
-  if (const auto above = parentOf(place); !above.first.empty() && above != from) controls.push_back({0, nameOf(above)});
+  if (const auto above = parentOf(place); !above.first.empty() && above != from)
+    controls.push_back({0, textOf(above), ""});
   for (const auto& child : childrenOf(place)) read(child, place, controls);
 }
 
@@ -195,8 +196,9 @@ std::vector<ScreenReader::Control> ScreenReader::controls() const {
 
 bool ScreenReader::finds(const std::string& part) const {
   const auto all = controls();
-  return std::any_of(all.begin(), all.end(),
-                     [&](const Control& control) { return control.name.find(part) != std::string::npos; });
+  return std::any_of(all.begin(), all.end(), [&](const Control& control) {
+    return (control.name + "\n" + control.description).find(part) != std::string::npos;
+  });
 }
 
 std::string ScreenReader::nameless() const {

@@ -27,12 +27,13 @@ class ScreenReader {
   struct Control {
     std::uint32_t role = 0;  // as the bus numbers them
     std::string name;
+    std::string description;
   };
 
   /// The controls of this process's windows, and what else takes the focus.
   std::vector<Control> controls() const;
 
-  /// Whether there is a control with this in its name.
+  /// Whether there is a control with this in its name or in its description.
   bool finds(const std::string& part) const;
 
   /// The controls that a reader could only call by their kind.
@@ -55,7 +56,7 @@ class ScreenReader {
   void listen(const char* event, const char* member, const char* detail);
   void told(const Place& place, GVariant* parameters);
   GVariantPtr propertyOf(const Place& place, const char* name) const;
-  std::string nameOf(const Place& place) const;
+  std::string textOf(const Place& place, const char* property = "Name") const;
   std::string spokenAt(const Place& place) const;
   bool isOurs(const std::string& name) const;
   void read(const Place& place, const Place& from, std::vector<Control>& controls) const;

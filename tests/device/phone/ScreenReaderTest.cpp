@@ -115,10 +115,15 @@ TEST_F(SurfacesToAReader, EveryControlHasAName) {
       std::make_unique<AlertDialog>(visitor_.window(), "“商店”想使用麦克风", "用来录制您的语音消息和视频的声音。");
   dialog->addAnswer("no", "不允许", ADW_RESPONSE_DEFAULT);
   dialog->addAnswer("yes", "允许", ADW_RESPONSE_SUGGESTED);
+  dialog->takeFreshKeysOnly({});
   dialog->present(true, [](const char*) {});
   pass(0.5);
   EXPECT_EQ(reader_.nameless(), "");
+  EXPECT_TRUE(reader_.heardUntil("“商店”想使用麦克风, 用来录制您的语音消息和视频的声音。")
+                  .ends_with("“商店”想使用麦克风, 用来录制您的语音消息和视频的声音。"))
+      << "without a focus nobody hears of it";
   EXPECT_TRUE(reader_.finds("允许"));
+  EXPECT_TRUE(reader_.finds("用来录制您的语音消息和视频的声音。"));
 }
 
 TEST_F(SurfacesToAReader, MessagesUploadsAndRecordingsAreSaid) {
@@ -149,12 +154,14 @@ class PageToAReader : public ScreenFixture {
 };
 
 TEST_F(PageToAReader, EveryControlOverThePageHasAName) {
-  const SocketServer server(
-      servePage("<script>" + raise("ready") + "setTimeout(() => prompt('电话号码', '1'))</script>"));
+  const SocketServer server(servePage("<script>" + raise("ready") +
+                                      "setTimeout(() => { prompt('电话号码', '1'); alert('下班了'); })</script>"));
   const auto chat = openChat(server.url(""));
   ASSERT_TRUE(wait([] { return openDialog() != nullptr; }, 20));
   EXPECT_EQ(reader_.nameless(), "");
   EXPECT_TRUE(reader_.finds("电话号码"));
+  EXPECT_TRUE(pressInDialog("取消"));
+  EXPECT_TRUE(wait([this] { return reader_.finds("下班了"); }, 20)) << "what a page says is not said";
 }
 
 #if !GTK_CHECK_VERSION(4, 14, 0)

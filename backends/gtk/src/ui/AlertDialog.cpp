@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Announcement.h"
 #include "Widgets.h"
 
 namespace orivex::gtk {
@@ -75,8 +76,9 @@ constexpr auto setAppearance = adw_message_dialog_set_response_appearance;
 }  // namespace
 
 AlertDialog::AlertDialog(GtkWindow* parent, const std::string& heading, const char* body)
-    : parent_(parent), dialog_(GRef<GtkWidget>::sink(dialogNew(parent, heading.c_str(), body))) {
+    : parent_(parent), spoken_(heading), dialog_(GRef<GtkWidget>::sink(dialogNew(parent, heading.c_str(), body))) {
   makeLight(surfaceOf(dialog_));
+  if (body) describe(body);
 }
 
 AlertDialog::~AlertDialog() {
@@ -96,8 +98,16 @@ void AlertDialog::takeFreshKeysOnly(HeldKeys::Keys down) {
   keys_ = std::make_unique<HeldKeys>(surfaceOf(dialog_), std::move(down), HeldKeys::Repeats::stopAlways);
 }
 
-void AlertDialog::setContent(GtkWidget* content) {
+void AlertDialog::setContent(GtkWidget* content, const std::string& text) {
   g_object_set(dialog_.get(), "extra-child", content, nullptr);
+  describe(text);
+}
+
+// Screen readers say by themselves only what a dialog is called.
+void AlertDialog::describe(const std::string& text) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(surfaceOf(dialog_)), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, text.c_str(),
+                                 -1);
+  spoken_ += ", " + text;
 }
 
 void AlertDialog::present(bool isModal, Once<void(const char*)> answered) {
@@ -112,7 +122,9 @@ void AlertDialog::present(bool isModal, Once<void(const char*)> answered) {
     std::move(answered_)(nullptr);
   });
   show(dialog_, parent_, isModal);
-  if (keys_) takeFocus(dialog_);
+  if (!keys_) return;
+  takeFocus(dialog_);
+  announce(GTK_WIDGET(parent_), spoken_);  // screen readers follow the focus
 }
 
 void AlertDialog::close() {

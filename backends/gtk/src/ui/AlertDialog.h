@@ -29,8 +29,8 @@ class AlertDialog {
   /// For a consent that no key may give by accident: none of the answers has the focus at first, and a key counts only
   /// when it goes down after the dialog has come. `down` are the keys that are held now.
   void takeFreshKeysOnly(HeldKeys::Keys down);
-  /// Lies below the body.
-  void setContent(GtkWidget* content);
+  /// Lies in the body's place; `text` is what it tells.
+  void setContent(GtkWidget* content, const std::string& text);
 
   /// `answered` is called once, with the answer's id or, when the dialog goes with its window, with null; it may
   /// destroy this object. A dialog that is not modal leaves the window its keys and buttons where it is a window of its
@@ -38,9 +38,11 @@ class AlertDialog {
   void present(bool isModal, Once<void(const char* id)> answered);
 
  private:
+  void describe(const std::string& text);
   void close();
 
   GtkWindow* const parent_;
+  std::string spoken_;
   GRef<GtkWidget> dialog_;  // null when it is off the screen
   Once<void(const char*)> answered_;
   std::unique_ptr<HeldKeys> keys_;

@@ -154,7 +154,7 @@ void ScriptDialogs::show(std::unique_ptr<Question> question, GtkWindow* window) 
   const auto body = leaving ? tr("尚未保存的内容可能会丢失。") : question_->message();
   const bool isAlert = type == WEBKIT_SCRIPT_DIALOG_ALERT;
   dialog_ = std::make_unique<AlertDialog>(window, heading, nullptr);
-  dialog_->setContent(makeContent(body));
+  dialog_->setContent(makeContent(body), body);
   if (!isAlert) dialog_->addAnswer(decline, leaving ? tr("留下") : tr("取消"));
   dialog_->addAnswer(accept, leaving ? tr("离开") : tr("确定"),
                      leaving ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);

@@ -4,12 +4,14 @@
 
 #include "../glib/AsyncCallback.h"
 #include "../glib/GMemory.h"
+#include "../ui/Widgets.h"
 #include "GlContextGuard.h"
 #include "PageInput.h"
 #include "PageLimits.h"
 #include "PageScripts.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Translation.h"
 
 namespace orivex::gtk {
 namespace {
@@ -73,6 +75,7 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       hangs_(
           view_.get(), mainQueue_, [this] { return isCovered(); }, handlers_.pageRequests.leave),
       accessible_(view_.get(), mainQueue_) {
+  setAccessibleLabel(widget(), tr("聊天"));
   auto* const settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_javascript_can_open_windows_automatically(settings,
                                                                 configuration.javaScriptCanOpenWindowsAutomatically);
