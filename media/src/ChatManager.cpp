@@ -21,6 +21,8 @@ namespace {
 constexpr double usualQuality = 0.7;  // of a JPEG
 constexpr double originalQuality = 1.0;
 
+constexpr int mostAtOnce = 9;
+
 // The same field of the request means another limit here than for documents: each picker guards its own kind of file.
 void storeMediaRequest(const PostMessageModel& request) {
   auto& store = OVKFApiManager::shared();
@@ -78,7 +80,7 @@ void ChatManager::openPhotoLibrary(const PostMessageModel& request, ViewControll
                                     .allowSelectVideo = true,
                                     .allowMixSelect = false,
                                     .allowTakePhotoInLibrary = false,
-                                    .maxSelectCount = 9,
+                                    .maxSelectCount = mostAtOnce,
                                     .maxVideoSize = store.videoSize,
                                     .videoTooLarge = videoTooLargeText(store.fileSize)};
   const auto send = [view = std::weak_ptr(screen.view()), answer = std::move(answer)](const PhotoSelection& selection) {
@@ -106,6 +108,16 @@ void ChatManager::openDocumentPicker(const PostMessageModel& request, ViewContro
   };
   Platform::current().documentPicker.present({.mimeTypes = request.mimeTypes.value_or(std::vector<std::string>())},
                                              *screen.view(), send);
+}
+
+void ChatManager::attachFiles(const std::vector<std::string>& paths, ViewController& screen, AttachmentAnswer answer) {
+  const auto& view = screen.view();
+  if (std::ssize(paths) > mostAtOnce) {
+    return showAttachmentMessage(view, trNumber("最多只能选择%1项", mostAtOnce));
+  }
+  std::vector<std::shared_ptr<Attachment>> attachments;
+  for (const auto& path : paths) attachments.push_back(pickedDocument(Url::fromFilePath(path)));
+  sendAttachments(std::move(attachments), view, std::move(answer));
 }
 
 void ChatManager::openFile(const Url& file, ViewController& screen) {

@@ -80,6 +80,8 @@ WebEngineHandlers OVKFApi::pageHandlers() {
   auto handlers = navigation_->handlers();
   handlers.scriptMessage = guarded(*this, [this](const ScriptMessage& message) { didReceive(message); });
   handlers.pageRequests = pageRequests_->handlers();
+  handlers.pageRequests.filesOffered =
+      guarded(*this, [this](const std::vector<std::string>& paths) { bridge_->attach(paths); });
   return handlers;
 }
 

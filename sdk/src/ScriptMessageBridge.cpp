@@ -138,6 +138,14 @@ void ScriptMessageBridge::dispatch(const ScriptMessage& message) {
   (this->*service->serve)(message.body);
 }
 
+void ScriptMessageBridge::attach(const std::vector<std::string>& paths) {
+  if (!screen_.view()->isShowing() || !origins_.trusts(host_.documentUrl(), screen_.allowedOrigins)) {
+    return log::print("Dropped files were declined: the page is not the chat's, or does not show", log::Level::info);
+  }
+  Platform::current().progressOverlay.bringTo(*screen_.view());
+  ChatManager::shared().attachFiles(paths, screen_, filesAnswer());
+}
+
 void ScriptMessageBridge::trackEvent(std::string_view body) {
   const auto delegate = screen_.conversionDelegate;
   const auto event = record<TrackModel>(body, "TrackModel");

@@ -34,6 +34,9 @@ class ScriptMessageBridge {
   /// Serves one message. The caller keeps the screen, which the message may close.
   void dispatch(const ScriptMessage& message);
 
+  /// Sends files that the visitor gave to the page and the page does not take, and answers it as if it had asked.
+  void attach(const std::vector<std::string>& paths);
+
  private:
   void trackEvent(std::string_view body);
   void openUrl(std::string_view body);

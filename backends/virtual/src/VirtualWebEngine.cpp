@@ -216,6 +216,10 @@ void VirtualWebEngine::requestFiles(const FileChooserRequest& request) {
   });
 }
 
+void VirtualWebEngine::offerFiles(const std::vector<std::string>& paths) {
+  queueEvent([paths](Page& page) { notify(page, page.handlers.pageRequests.filesOffered, paths); });
+}
+
 void VirtualWebEngine::endDownload(const EndedDownload& download) {
   queueEvent([download](Page& page) { notify(page, page.handlers.pageRequests.downloadEnded, download); });
 }

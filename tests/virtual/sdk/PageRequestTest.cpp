@@ -96,6 +96,27 @@ TEST_F(PageRequestTest, ThePageMayReadItsFilesUntilTheScreenGoes) {
   EXPECT_EQ(picker().openAccesses(), 0);
 }
 
+TEST_F(PageRequestTest, DroppedFilesAreSentAsDocuments) {
+  store(0.1);
+  OVKFApiManager::shared().fileSize = 1 << 20;
+  const auto dropped = [&](const Paths& paths) { return answersTo([&] { page().offerFiles(paths); }); };
+  const auto answers = dropped({file("a.pdf"), file("large.pdf", (1 << 20) + 1), file("发票.pdf")});
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_TRUE(answers[0].starts_with("handleSelectedFiles([")) << answers[0];
+  for (const char* name : {"\"a.pdf\"", "\"发票.pdf\"", "\"url\":\"u\""}) {
+    EXPECT_NE(answers[0].find(name), std::string::npos) << answers[0];
+  }
+  EXPECT_EQ(answers[0].find("large"), std::string::npos);
+  device_.advance(10);
+  EXPECT_EQ(dropped(Paths(10, file("a.pdf"))), Lines());
+  EXPECT_EQ(overlayStory().back(), "10.5 shows 最多只能选择9项");
+
+  page().completeLoad();
+  page().commit("https://elsewhere.example/");
+  device_.runUntilIdle();
+  EXPECT_EQ(dropped({file("a.pdf")}), Lines()) << "not the chat's own page";
+}
+
 TEST_F(PageRequestTest, TheVisitorIsToldOfEachDownload) {
   page().endDownload({"账单 (2).pdf", true});
   device_.advance(10);

@@ -14,12 +14,14 @@ namespace orivex::gtk {
 namespace {
 
 // Links and pictures stay in the page, and files or links from elsewhere do not replace it. A page that takes part in
-// dragging is left to it: the verdict on an event comes after the last of the page's own listeners.
+// dragging or pastes is left to it: the verdict on an event comes after the last of the page's own listeners. Files that
+// it leaves alone are offered to the component.
 constexpr const char* dragGuard = R"js(
 addEventListener('dragstart', (event) => {
   const from = event.target;
   if (from instanceof Element && !from.closest('[draggable=true]')) event.preventDefault();
 }, true);
+const mayOffer = (event) => event.isTrusted && window === top;
 const judge = (event) => {
   const target = event.composedPath()[0];
   const data = event.dataTransfer;
@@ -32,15 +34,22 @@ const judge = (event) => {
   const takesDrops = target instanceof Element && target.matches(takers);
   if (event.defaultPrevented || takesDrops || !(files || lists)) return;
   event.preventDefault();
-  event.dataTransfer.dropEffect = 'none';
+  const isOffered = mayOffer(event) && (files || event.type !== 'drop');
+  event.dataTransfer.dropEffect = isOffered ? 'copy' : 'none';
+  if (isOffered && event.type === 'drop') webkit.messageHandlers.offeredFiles.postMessage(true);
 };
+// Of a file, too, a page is told that it is text, but gets none.
+const judgePaste = (event) => {
+  const hasWords = ['text/plain', 'text/html', 'text/uri-list'].some((type) => event.clipboardData?.getData(type));
+  if (event.defaultPrevented || hasWords || !mayOffer(event)) return;
+  event.preventDefault();
+  webkit.messageHandlers.offeredFiles.postMessage(false);
+};
+addEventListener('paste', () => addEventListener('paste', judgePaste, {once: true}), true);
 for (const type of ['dragenter', 'dragover', 'drop']) {
   addEventListener(type, () => addEventListener(type, judge, {once: true}), true);
 }
 )js";
-
-// Its own world: the page neither sees the script nor can undo it.
-constexpr const char* scriptWorld = "OrivexSDK";
 
 constexpr WebKitContextMenuAction keptActions[] = {
     WEBKIT_CONTEXT_MENU_ACTION_CUT,
@@ -110,7 +119,7 @@ SignalConnections limitPage(WebKitWebView* view) {
   limitSettings(webkit_web_view_get_settings(view));
   removeZoomGestures(GTK_WIDGET(view));
   addPageScript(webkit_web_view_get_user_content_manager(view), dragGuard, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                scriptWorld);
+                limitsWorld);
   SignalConnections limits;
   // WebKit looks keys up in a text view that is never shown; this one starts that view's blinking caret, which GTK ends
   // the process for.

@@ -74,6 +74,7 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
       requests_(view_.get(), session, std::move(downloads), mainQueue_, handlers_),
       hangs_(
           view_.get(), mainQueue_, [this] { return isCovered(); }, handlers_.pageRequests.leave),
+      offered_(view_.get(), handlers_.pageRequests.filesOffered),
       accessible_(view_.get(), mainQueue_) {
   setAccessibleLabel(widget(), tr("聊天"));
   auto* const settings = webkit_web_view_get_settings(view_.get());

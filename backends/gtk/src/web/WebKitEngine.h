@@ -12,6 +12,7 @@
 #include "EngineStart.h"
 #include "HangWatch.h"
 #include "PageDownloads.h"
+#include "OfferedFiles.h"
 #include "PageRequests.h"
 #include "PageScripts.h"
 #include "ScriptDialogs.h"
@@ -84,6 +85,7 @@ class WebKitEngine final : public WebEngine {
   ScriptDialogs dialogs_;
   PageRequests requests_;
   HangWatch hangs_;
+  OfferedFiles offered_;
   AccessiblePage accessible_;
   SignalConnections signals_;
   SignalConnections resources_;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "orivex/media/Attachment.h"
 #include "orivex/models/PageModels.h"
@@ -24,6 +26,10 @@ class ChatManager {
   void openCamera(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer);
   void openPhotoLibrary(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer);
   void openDocumentPicker(const PostMessageModel& request, ViewController& screen, AttachmentAnswer answer);
+
+  /// Sends the files at `paths`, which the visitor gave without a picker, as documents; more than nine at once are
+  /// refused, and the visitor is told.
+  void attachFiles(const std::vector<std::string>& paths, ViewController& screen, AttachmentAnswer answer);
 
   /// Offers the applications that open the file at `file`, anchored to `screen`; the visitor is told when there are
   /// none.

@@ -83,6 +83,9 @@ class VirtualWebEngine final : public WebEngine {
   /// The visitor activates a file input.
   void requestFiles(const FileChooserRequest& request);
 
+  /// The visitor drops or pastes files that the page does not take.
+  void offerFiles(const std::vector<std::string>& paths);
+
   /// A download of the page ends.
   void endDownload(const EndedDownload& download);
 

@@ -64,6 +64,10 @@ struct PageRequestHandlers {
   std::function<void(const FileChooserRequest& request, Once<void(std::vector<std::string> paths)> completion)>
       chooseFiles;
 
+  /// The visitor has dropped or pasted these files, and the page has not taken them itself: paths, readable for as long
+  /// as the engine lives.
+  std::function<void(const std::vector<std::string>& paths)> filesOffered;
+
   std::function<void(const EndedDownload& download)> downloadEnded;
 
   /// The page has stood still for long, and the visitor, asked by the engine, wants to leave it.
