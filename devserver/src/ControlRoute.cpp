@@ -14,9 +14,7 @@ using nlohmann::json;
 
 json bodyOf(SoupServerMessage* message) {
   const GBytesPtr body(soup_message_body_flatten(soup_server_message_get_request_body(message)));
-  gsize size = 0;
-  const auto* text = static_cast<const char*>(g_bytes_get_data(body.get(), &size));
-  return json::parse(text, text + size, nullptr, false);
+  return fromText(body.get());
 }
 
 /// One fault or an array of them. Throws FaultError when one of them is wrong.

@@ -187,11 +187,15 @@ TEST_F(OwnPage, HasItsMessagesPrintedOneALine) {
   EXPECT_EQ(post(R"({"name":"trackEvent","body":{"name":"a\nb","attributes":{}}})"), 200);
   EXPECT_EQ(post(R"({"name":"a\nb"})"), 200);
   for (const char* body : {"", "[]", "{}", R"({"name":1})"}) EXPECT_EQ(post(body), 400) << body;
+  constexpr std::size_t deep = 200'000;
+  constexpr std::size_t kept = 63;
+  EXPECT_EQ(post(R"({"name":"deep","body":)" + std::string(deep, '[') + std::string(deep, ']') + "}"), 200);
   server.closeInput();
   EXPECT_EQ(server.restOfOutput(), R"(trackEvent {"attributes":{},"name":"a\nb"})"
                                    "\n"
                                    R"(a\nb null)"
-                                   "\n");
+                                   "\ndeep " +
+                                       std::string(kept, '[') + std::string(kept, ']') + '\n');
 }
 
 }  // namespace

@@ -88,9 +88,7 @@ void ChatSocket::dropAll() {
 }
 
 void ChatSocket::receive(SoupWebsocketConnection* connection, GBytes* bytes) {
-  gsize size = 0;
-  const auto* text = static_cast<const char*>(g_bytes_get_data(bytes, &size));
-  const auto frame = json::parse(text, text + size, nullptr, false);
+  const auto frame = fromText(bytes);
   const auto client = clients_.find(connection);
   if (!frame.is_object() || client == clients_.end()) return;
   const auto type = stringOr(frame, "type", "");

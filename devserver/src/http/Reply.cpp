@@ -13,6 +13,14 @@ std::string toText(const json& value) {
   return value.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
+json fromText(GBytes* bytes) {
+  constexpr int deepest = 64;
+  gsize size = 0;
+  const auto* text = static_cast<const char*>(g_bytes_get_data(bytes, &size));
+  const auto keep = [](int depth, json::parse_event_t, json&) { return depth < deepest; };
+  return json::parse(text, text + size, keep, false);
+}
+
 void reply(SoupServerMessage* message, unsigned status, const char* contentType, std::string_view body) {
   soup_server_message_set_status(message, status, nullptr);
   soup_server_message_set_response(message, contentType, SOUP_MEMORY_COPY, body.data(), body.size());

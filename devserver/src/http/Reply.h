@@ -12,6 +12,10 @@ namespace orivex::devserver {
 /// The JSON as text. Bytes that are not UTF-8 become the replacement character.
 [[nodiscard]] std::string toText(const nlohmann::json& value);
 
+/// What a client sent as JSON; discarded where it is none. Containers far deeper than those of any record are left out:
+/// to write or copy them again would overflow the stack.
+[[nodiscard]] nlohmann::json fromText(GBytes* bytes);
+
 /// Answers with `body`, which is copied.
 void reply(SoupServerMessage* message, unsigned status, const char* contentType, std::string_view body);
 
