@@ -106,8 +106,16 @@ class Batch : public std::enable_shared_from_this<Batch> {
   void upload(std::size_t index) {
     if (const auto view = view_.lock()) Platform::current().progressOverlay.bringTo(*view);
     UploadManager::upload(
-        target_, attachments_[index]->upload, {},
+        target_, attachments_[index]->upload, {}, nameAndPlace(index),
         [self = shared_from_this(), index](const UploadResult& result) { self->uploaded(index, result); });
+  }
+
+  // "2 / 5 clip.mp4", each part of it kept together in every direction of writing.
+  std::string nameAndPlace(std::size_t index) const {
+    const auto name = attachments_[index]->description.name.value_or("");
+    if (attachments_.size() < 2) return name;
+    return "\u2066" + std::to_string(index + 1) + " / " + std::to_string(attachments_.size()) + "\u2069 \u2068" + name +
+           "\u2069";
   }
 
   void uploaded(std::size_t index, const UploadResult& result) {

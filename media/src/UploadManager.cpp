@@ -101,7 +101,8 @@ void UploadManager::uploadFile(const std::optional<std::string>& address, const 
   if (extraFields) {
     for (const auto& [name, value] : *extraFields) fields.push_back({name, value});
   }
-  upload(target, filePart(file, std::move(bytes), fileName, mimeType), std::move(fields), std::move(completion));
+  upload(target, filePart(file, std::move(bytes), fileName, mimeType), std::move(fields), validUtf8(fileName),
+         std::move(completion));
 }
 
 UploadManager::Target UploadManager::currentTarget() {
@@ -109,8 +110,8 @@ UploadManager::Target UploadManager::currentTarget() {
 }
 
 void UploadManager::upload(const Target& target, std::optional<FilePart> file, std::vector<FormField> fields,
-                           Once<void(UploadResult)> completion) {
-  auto shown = std::make_shared<VisitorOverlay::Upload>();
+                           std::string detail, Once<void(UploadResult)> completion) {
+  auto shown = std::make_shared<VisitorOverlay::Upload>(std::move(detail));
   auto finish = [shown, completion = std::move(completion)](const UploadReply& reply) mutable {
     shown->returnToWindow();  // what is said about the upload belongs there, too
     auto result = interpret(reply);

@@ -58,7 +58,7 @@ void VisitorOverlay::cancel() const {
   if (const auto act = uploads_.back()->onCancel_) act();
 }
 
-VisitorOverlay::Upload::Upload() : window_(overlay().window()) {
+VisitorOverlay::Upload::Upload(std::string detail) : detail_(std::move(detail)), window_(overlay().window()) {
   shared().uploads_.push_back(this);
   shared().hasMessage_ = false;
   show();
@@ -93,6 +93,7 @@ void VisitorOverlay::Upload::returnToWindow() const {
 void VisitorOverlay::Upload::show() const {
   returnToWindow();
   overlay().setOnCancel([] { shared().cancel(); });
+  overlay().setDetail(detail_);
   if (fraction_) {
     overlay().showProgress(*fraction_, percentage(*fraction_));
   } else {

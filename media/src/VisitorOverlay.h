@@ -30,8 +30,8 @@ class VisitorOverlay {
   /// One upload, from its start until this object goes.
   class Upload {
    public:
-    /// Shows the spinner at once, over the window that the overlay has now.
-    Upload();
+    /// Shows the spinner at once, over the window that the overlay has now; `detail` says what is on its way.
+    explicit Upload(std::string detail);
     Upload(const Upload&) = delete;
     Upload& operator=(const Upload&) = delete;
     ~Upload();
@@ -54,7 +54,8 @@ class VisitorOverlay {
     bool isSeen() const;
     void show() const;
     std::optional<float> fraction_;  // nothing while the spinner shows
-    std::weak_ptr<Window> window_;   // of the overlay when the upload began
+    const std::string detail_;
+    std::weak_ptr<Window> window_;  // of the overlay when the upload began
     std::function<void()> onCancel_;
   };
 

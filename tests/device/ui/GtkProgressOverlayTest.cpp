@@ -169,6 +169,15 @@ TEST_F(GtkProgressOverlayTest, ThePanelStaysInsideItsWindowWhateverTheTextAndIts
       EXPECT_TRUE(graphene_rect_contains_rect(&room, &bounds)) << text.substr(0, 40) << dpi;
     }
   }
+  overlay_.setDetail(endless);
+  overlay_.showProgress(0.5F, "50%");
+  pass(0.1);
+  graphene_rect_t bounds;
+  ASSERT_TRUE(gtk_widget_compute_bounds(findByText(mask(), endless), GTK_WIDGET(visitor_.overlay()), &bounds));
+  EXPECT_TRUE(graphene_rect_contains_rect(&room, &bounds)) << "the line below";
+  overlay_.showInfo("短");
+  EXPECT_FALSE(findByText(mask(), endless)) << "a message with the name of a file";
+  overlay_.setDetail("");
   EXPECT_EQ(gtk_widget_get_width(GTK_WIDGET(visitor_.window())), 360) << "the panel widened the window";
 }
 

@@ -194,6 +194,10 @@ TEST_F(LibraryPickingTest, BeginsNothingMoreOnceTheChatIsClosed) {
   device_.photoLibrary().select({{video("1.mp4"), video("2.mp4"), video("3.mp4")}, false});
   store(5);
   device_.advance(1);
+  EXPECT_EQ(device_.progressOverlay().detail(),
+            "\u2066"
+            "2 / 3\u2069 \u2068"
+            "2.mp4\u2069");
   screen_->close();
   device_.advance(3);
   const std::weak_ptr<OVKFApi> gone = screen_;

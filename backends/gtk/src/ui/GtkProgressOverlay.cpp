@@ -42,12 +42,12 @@ OverlayPanel* GtkProgressOverlay::panel() {
 }
 
 void GtkProgressOverlay::show() {
-  if (auto* const shown = panel()) shown->showSpinner(appearance_, onCancel());
+  if (auto* const shown = panel()) shown->showSpinner(appearance_, detail(), onCancel());
   raiseBar();
 }
 
 void GtkProgressOverlay::showProgress(float fraction, const std::string& status) {
-  if (auto* const shown = panel()) shown->showRing(appearance_, fraction, status, onCancel());
+  if (auto* const shown = panel()) shown->showRing(appearance_, fraction, status, detail(), onCancel());
   raiseBar();
 }
 
@@ -90,6 +90,7 @@ GtkWidget* GtkProgressOverlay::barNew(const OverlayOffer& offer) {
   GtkWidget* const label = gtk_label_new(offer.status.c_str());
   gtk_label_set_wrap(GTK_LABEL(label), TRUE);
   gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_natural_wrap_mode(GTK_LABEL(label), GTK_NATURAL_WRAP_NONE);  // one line where there is room
   gtk_label_set_xalign(GTK_LABEL(label), 0);
   GtkWidget* const retry = styled(gtk_button_new_with_label(tr("重试")), "flat");
   gtk_widget_set_name(retry, "overlay-retry");

@@ -113,7 +113,11 @@ void OverlayPanel::build() {
   gtk_label_set_ellipsize(GTK_LABEL(label_), PANGO_ELLIPSIZE_END);
   gtk_label_set_max_width_chars(GTK_LABEL(label_), textWidth);
   gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
-  gtk_overlay_set_child(GTK_OVERLAY(panel_), boxNew(GTK_ORIENTATION_VERTICAL, spacing, {indicatorsNew(), label_}));
+  detail_ = gtk_label_new(nullptr);
+  gtk_label_set_ellipsize(GTK_LABEL(detail_), PANGO_ELLIPSIZE_MIDDLE);  // the ending tells what it is
+  gtk_label_set_max_width_chars(GTK_LABEL(detail_), textWidth);
+  gtk_overlay_set_child(GTK_OVERLAY(panel_),
+                        boxNew(GTK_ORIENTATION_VERTICAL, spacing, {indicatorsNew(), label_, detail_}));
 
   close_ = styled(styled(gtk_button_new_from_icon_name("window-close-symbolic"), "flat"), "circular");
   gtk_widget_set_focusable(close_, FALSE);  // the focus stays in the page
@@ -159,13 +163,16 @@ GtkWidget* OverlayPanel::drawingNew(GtkAccessibleRole role) {
   return drawing;
 }
 
-void OverlayPanel::showSpinner(const OverlayAppearance& appearance, std::function<void()> onCancel) {
+void OverlayPanel::showSpinner(const OverlayAppearance& appearance, const std::string& detail,
+                               std::function<void()> onCancel) {
+  setDetail(detail);
   quarter_ = 0;
   appear(appearance, spinner_, "", tr(spokenSpinner), std::move(onCancel));
 }
 
 void OverlayPanel::showRing(const OverlayAppearance& appearance, float fraction, const std::string& status,
-                            std::function<void()> onCancel) {
+                            const std::string& detail, std::function<void()> onCancel) {
+  setDetail(detail);
   setFraction(std::clamp(static_cast<double>(fraction), 0.0, 1.0));
   appear(appearance, ring_, status, status.c_str(), std::move(onCancel));
   const int before = std::exchange(quarter_, static_cast<int>(fraction_ * 4));
@@ -173,9 +180,15 @@ void OverlayPanel::showRing(const OverlayAppearance& appearance, float fraction,
 }
 
 void OverlayPanel::showInfo(const OverlayAppearance& appearance, const std::string& status) {
+  setDetail("");
   const bool isNew = !shown_ || status != gtk_label_get_text(GTK_LABEL(label_));
   appear(appearance, informationMark_, status, status.c_str(), nullptr);
   if (parent_ && isNew) announce(GTK_WIDGET(parent_), status);
+}
+
+void OverlayPanel::setDetail(const std::string& detail) {
+  gtk_label_set_text(GTK_LABEL(detail_), detail.c_str());
+  gtk_widget_set_visible(detail_, !detail.empty());
 }
 
 void OverlayPanel::setFraction(double fraction) {

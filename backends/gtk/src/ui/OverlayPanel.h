@@ -34,11 +34,11 @@ class OverlayPanel {
   /// False once the window that shows it is gone.
   bool isOver(GtkOverlay* parent) const { return parent_ == parent; }
 
-  /// `onCancel` is what "✕" and Escape do; empty, there is none. `fraction` goes from 0 to 1; what lies outside is
-  /// taken for the nearer end.
-  void showSpinner(const OverlayAppearance& appearance, std::function<void()> onCancel);
+  /// `detail` is a line under all else, none when it is empty. `onCancel` is what "✕" and Escape do; empty, there is
+  /// none. `fraction` goes from 0 to 1; what lies outside is taken for the nearer end.
+  void showSpinner(const OverlayAppearance& appearance, const std::string& detail, std::function<void()> onCancel);
   void showRing(const OverlayAppearance& appearance, float fraction, const std::string& status,
-                std::function<void()> onCancel);
+                const std::string& detail, std::function<void()> onCancel);
   void showInfo(const OverlayAppearance& appearance, const std::string& status);
   void dismiss();
 
@@ -46,6 +46,7 @@ class OverlayPanel {
   void build();
   GtkWidget* indicatorsNew();
   GtkWidget* drawingNew(GtkAccessibleRole role);
+  void setDetail(const std::string& detail);
   void setFraction(double fraction);
   void apply(const OverlayAppearance& appearance);
   void appear(const OverlayAppearance& appearance, GtkWidget* indicator, const std::string& status, const char* spoken,
@@ -64,6 +65,7 @@ class OverlayPanel {
   GtkWidget* informationMark_ = nullptr;
   double fraction_ = 0;  // of the ring
   GtkWidget* label_ = nullptr;
+  GtkWidget* detail_ = nullptr;
   GtkWidget* close_ = nullptr;
   std::function<void()> onCancel_;
   int quarter_ = 0;     // of the ring, of which each is announced once

@@ -53,9 +53,9 @@ class UploadManager {
   /// Name of the form field of the file.
   static constexpr const char* fileField = "file";
 
-  /// Posts a form to `target`, in the same way.
+  /// Posts a form to `target`, in the same way; `detail` tells the visitor what is on its way.
   static void upload(const Target& target, std::optional<FilePart> file, std::vector<FormField> fields,
-                     Once<void(UploadResult)> completion);
+                     std::string detail, Once<void(UploadResult)> completion);
 
   /// Takes the progress of what is being uploaded off `window`; the uploads go on unseen.
   static void hideProgress(const Window& window);

@@ -44,6 +44,10 @@ class ProgressOverlay : public Interface {
   /// What a "✕" on the spinner and on progress does, and Escape while the mask takes input. At first there is no "✕".
   void setOnCancel(std::function<void()> onCancel) { onCancel_ = std::move(onCancel); }
 
+  /// A line under the spinner and under progress, such as the name of what is on its way; at first there is none.
+  void setDetail(std::string detail) { detail_ = std::move(detail); }
+  const std::string& detail() const { return detail_; }
+
   /// A spinner without an end.
   virtual void show() = 0;
 
@@ -83,6 +87,7 @@ class ProgressOverlay : public Interface {
  private:
   std::weak_ptr<Window> window_;
   std::function<void()> onCancel_;
+  std::string detail_;
 };
 
 }  // namespace orivex
