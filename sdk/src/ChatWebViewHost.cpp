@@ -1,6 +1,7 @@
 #include "ChatWebViewHost.h"
 
 #include "ChatEvents.h"
+#include "Placeholder.h"
 #include "ScreenGuard.h"
 #include "ScriptMessageBridge.h"
 #include "StartScripts.h"
@@ -11,7 +12,6 @@
 #include "orivex/platform/base/Text.h"
 #include "orivex/platform/base/Translation.h"
 #include "orivex/platform/ports/Animator.h"
-#include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ui/Window.h"
 #include "orivex/sdk/OVKFApi.h"
@@ -76,19 +76,7 @@ const std::shared_ptr<WebView>& ChatWebViewHost::webView() {
 const std::shared_ptr<WebView>& ChatWebViewHost::loadView() {
   screen_.view();
   if (loadView_) return loadView_;
-  WebEngineConfiguration configuration;
-  configuration.javaScriptCanOpenWindowsAutomatically = false;
-  // Nothing of it can be seen: a screen reader says it.
-  configuration.userScripts.push_back(
-      "addEventListener('DOMContentLoaded', () => document.querySelector('[role=status]')?.append(`" +
-      std::string(tr("正在加载…")) + "`));");
-  loadView_ = std::make_shared<WebView>(loadViewFrame(), configuration);
-  const auto white = OVKFApiHelper::color("#FFFFFF");
-  loadView_->setBackgroundColor(white);
-  loadView_->setScrollSettings({.scrollEnabled = false, .backgroundColor = white});
-  if (const auto path = Platform::current().componentBundle.pathForResource("skeleton", "html")) {
-    loadView_->loadFile(*path, *path);
-  }
+  loadView_ = makePlaceholder(loadViewFrame(), guarded(screen_, [this] { screen_.goBack(); }));
   return loadView_;
 }
 

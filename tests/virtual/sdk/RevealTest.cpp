@@ -1,5 +1,7 @@
 #include "ChatScreenTest.h"
 
+#include "orivex/platform/ui/ContentViews.h"
+
 namespace orivex::testing {
 namespace {
 
@@ -66,6 +68,22 @@ TEST_F(RevealTest, ShowsThePageOnceAndFadesThePlaceholder) {
     EXPECT_EQ(log_.take("\"InitLoad\"").size(), row.announced.size());
     hostStack_->dismiss(false);
   }
+}
+
+TEST_F(RevealTest, AButtonLeadsBackUntilThen) {
+  const auto screen = present();
+  const auto placeholder = screen->loadView();
+  const auto button = std::dynamic_pointer_cast<Button>(placeholder->subviews().back());
+  ASSERT_TRUE(button);
+  EXPECT_EQ(button->name(), "返回");
+  EXPECT_EQ(button->frame(), (Rect{0, 8, 44, 44}));
+  EXPECT_GT(placeholder->subviews().size(), 1U) << "nothing shows before the skeleton page";
+  engineOf(placeholder).finish();
+  device_.advance(0.6);
+  EXPECT_EQ(placeholder->subviews(), std::vector<std::shared_ptr<View>>{button});
+  button->press();
+  device_.advance(1);
+  EXPECT_FALSE(screen->isViewInWindow());
 }
 
 TEST_F(RevealTest, KeepsNoScreenThatHasClosedBeforeIt) {

@@ -16,7 +16,10 @@ namespace {
 
 constexpr int gapAbove = 3;  // of a line at the upper edge, in points
 
-constexpr const char* css = ".orivex-shadow { text-shadow: 0 0 2px black, 0 0 3px black; }";
+constexpr const char* css = R"css(
+.orivex-shadow { text-shadow: 0 0 2px black, 0 0 3px black; }
+.orivex-sign { padding: 0; border-radius: 22px; font-size: 30px; font-weight: 400; }
+)css";
 
 guint16 pangoChannel(double value) {
   return static_cast<guint16>(value * 65535.0);
@@ -51,6 +54,15 @@ void updateImage(GtkPicture* widget, const ImageView& image) {
   gtk_picture_set_content_fit(widget, fills ? GTK_CONTENT_FIT_FILL : GTK_CONTENT_FIT_CONTAIN);
 }
 
+GtkWidget* buttonFor(const Button& button) {
+  installStyle(css);
+  GtkWidget* const widget = gtk_button_new_with_label(button.sign().c_str());
+  for (const char* const style : {"flat", "orivex-sign"}) gtk_widget_add_css_class(widget, style);
+  makeLight(widget);
+  setAccessibleLabel(widget, button.name());
+  return widget;
+}
+
 }  // namespace
 
 GRef<GtkWidget> contentWidgetFor(View& view) {
@@ -72,6 +84,8 @@ GRef<GtkWidget> contentWidgetFor(View& view) {
       contained([&] { announce(shown, gtk_label_get_text(GTK_LABEL(shown))); });
     };
     if (label->isAnnounced()) g_signal_connect(widget.get(), "map", G_CALLBACK(+appeared), nullptr);
+  } else if (const auto* button = dynamic_cast<const Button*>(&view)) {
+    widget = GRef<GtkWidget>::sink(buttonFor(*button));
   }
   if (widget) updateContentWidget(widget.get(), view);
   return widget;

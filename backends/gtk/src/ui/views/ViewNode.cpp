@@ -6,6 +6,8 @@
 #include "../Widgets.h"
 #include "ContentWidgets.h"
 
+#include "orivex/platform/ui/ContentViews.h"
+
 namespace orivex::gtk {
 namespace {
 
@@ -58,6 +60,12 @@ ViewNode::ViewNode(View& view, ViewNode* parent)
       canvas_(GRef<GtkWidget>::sink(canvasNew(*this))),
       content_(contentWidgetFor(view)) {
   if (content_) gtk_widget_set_parent(content_.get(), canvas_.get());
+  if (const auto* const button = dynamic_cast<const Button*>(&view)) {
+    pressed_ = SignalConnection::connect(content_.get(), "clicked", [this, button] {
+      const auto kept = view_ ? view_->weak_from_this().lock() : nullptr;
+      if (kept) button->press();
+    });
+  }
   view.setMirror(this);
   applyVisibility();
   syncSubviews();

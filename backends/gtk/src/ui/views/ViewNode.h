@@ -55,6 +55,7 @@ class ViewNode final : public ViewMirror, private CanvasDelegate {
   std::vector<std::unique_ptr<EdgePanSource>> gestures_;
   std::function<void(int width, int height)> resized_;
   bool allocating_ = false;
+  SignalConnection pressed_;
   SignalConnection textSizeChanged_;
 };
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "orivex/platform/ui/View.h"
 
@@ -79,6 +81,25 @@ class Label : public View {
   bool atTop_ = false;
   bool shadow_ = false;
   bool announced_ = false;
+};
+
+/// A sign that the visitor presses.
+class Button : public View {
+ public:
+  /// `sign` is what shows, in light colours, `name` what a screen reader calls it.
+  Button(Rect frame, std::string sign, std::string name, std::function<void()> pressed)
+      : View(frame), sign_(std::move(sign)), name_(std::move(name)), pressed_(std::move(pressed)) {}
+
+  const std::string& sign() const { return sign_; }
+  const std::string& name() const { return name_; }
+
+  /// The visitor has pressed it.
+  void press() const { pressed_(); }
+
+ private:
+  const std::string sign_;
+  const std::string name_;
+  const std::function<void()> pressed_;
 };
 
 }  // namespace orivex
