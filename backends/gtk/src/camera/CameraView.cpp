@@ -234,7 +234,10 @@ void CameraView::showNotice(const std::string& text) {
 
 // What the focused button does not take.
 bool CameraView::keyPressed(guint key) {
-  if (key == GDK_KEY_Escape) handlers_.close();
+  if (key == GDK_KEY_Escape) {  // back by one step
+    const bool isReview = g_str_equal(gtk_stack_get_visible_child_name(GTK_STACK(controls_)), "review");
+    isReview ? handlers_.retake() : handlers_.close();
+  }
   shutter_.keyPressed(key);
   // Nothing goes on to the screen below.
   return key != GDK_KEY_Tab && key != GDK_KEY_ISO_Left_Tab;
