@@ -68,7 +68,7 @@ class WebRecorder {
   std::vector<std::string> windows;
   std::vector<FileChooserRequest> fileRequests;
   Once<void(std::vector<std::string>)> fileAnswer;  ///< Of the last request.
-  std::vector<std::string> offered;  ///< Last.
+  std::vector<std::string> offered;                 ///< Last.
   std::vector<EndedDownload> downloads;
   NavigationPolicy policy = NavigationPolicy::allow;
   std::string endAt;  ///< The engine is destroyed inside the handler of this event.

@@ -14,8 +14,8 @@ namespace orivex::gtk {
 namespace {
 
 // Links and pictures stay in the page, and files or links from elsewhere do not replace it. A page that takes part in
-// dragging or pastes is left to it: the verdict on an event comes after the last of the page's own listeners. Files that
-// it leaves alone are offered to the component.
+// dragging or pastes is left to it: the verdict on an event comes after the last of the page's own listeners. Files
+// that it leaves alone are offered to the component.
 constexpr const char* dragGuard = R"js(
 addEventListener('dragstart', (event) => {
   const from = event.target;

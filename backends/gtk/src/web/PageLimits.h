@@ -6,8 +6,8 @@
 
 namespace orivex::gtk {
 
-/// The world of the limits' script, in which nothing of a page runs. There a page's dropped or pasted files that it does
-/// not take are posted to the handler "offeredFiles": whether they were dropped.
+/// The world of the limits' script, in which nothing of a page runs. There a page's dropped or pasted files that it
+/// does not take are posted to the handler "offeredFiles": whether they were dropped.
 inline constexpr const char* limitsWorld = "OrivexSDK";
 
 /// Keeps one page a part of its screen instead of a browser: it gets no device, prints nothing, neither closes itself
