@@ -12,6 +12,7 @@
 #include "orivex/platform/base/Url.h"
 #include "orivex/platform/ports/MainQueue.h"
 #include "orivex/sdk/OVKFApi.h"
+#include "orivex/voice/RecordManager.h"
 
 namespace orivex {
 namespace {
@@ -53,6 +54,7 @@ void ChatNavigation::committed() {
   hasCommitted_ = true;
   log::debugPrint("Loading");
   origins_.committed(host_.documentUrl());
+  RecordManager::shared().closeMicrophoneOf(*screen_.view());  // the document that began a press cannot end it
 }
 
 void ChatNavigation::finished() {
@@ -71,7 +73,7 @@ NavigationPolicy ChatNavigation::decide(const std::optional<std::string>& url) {
   if (url) log::debugPrint("URL: " + *url);
   if (!leavesHttps(url)) return NavigationPolicy::allow;
   events_.failed(ChatFailure::Cause::insecure);
-  OVKFApiHelper::showMessage(tr("请求失败,请稍后重试"), messageSeconds);
+  OVKFApiHelper::showMessage(screen_.view(), tr("请求失败,请稍后重试"), messageSeconds);
   return NavigationPolicy::cancel;
 }
 

@@ -92,14 +92,19 @@ void ChatWebViewHost::observeUrl() {
 }
 
 void ChatWebViewHost::processGone() {
-  RecordManager::shared().closeMicrophone();  // nobody is left to end a press
+  RecordManager::shared().closeMicrophoneOf(*screen_.view());  // nobody is left to end a press
   if (mayReload()) {
     webView_->reload();
     return;
   }
+  isLost_ = true;
   events_.failed(ChatFailure::Cause::pageLost);
   OVKFApiHelper::showMessage(screen_.view(), tr("请求失败,请稍后重试"), messageSeconds,
                              [screen = screen_.shared_from_this()] { closeScreenIfShown(*screen); });
+}
+
+void ChatWebViewHost::bringBack() {
+  if (std::exchange(isLost_, false)) webView_->reload();
 }
 
 bool ChatWebViewHost::mayReload() {

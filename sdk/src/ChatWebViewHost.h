@@ -38,6 +38,9 @@ class ChatWebViewHost {
   /// Brings the page back when its process is gone, within limits; past them the visitor is told and the screen closes.
   void observeUrl();
 
+  /// The screen comes up: loads a page again that was given up.
+  void bringBack();
+
   /// Runs a script in the chat page; a failure is one log line.
   void evaluate(const std::string& script);
 
@@ -68,6 +71,7 @@ class ChatWebViewHost {
   Subscription urlObservation_;
   std::deque<double> reloads_;  // times of the last ones
   bool isLoaded_ = false;
+  bool isLost_ = false;
 };
 
 }  // namespace orivex

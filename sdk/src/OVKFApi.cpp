@@ -210,8 +210,10 @@ void OVKFApi::observeApplication() {
 void OVKFApi::addRecordingView() {
   const auto& overlay = RecordManager::shared().recordingView();
   if (view()->hasSubview(*overlay)) return;
+  const auto* const other = overlay->superview();
+  if (other && other->isShowing() && !view()->isShowing()) return;  // this screen gets it when it comes up
   // A press of another chat screen, which loses the overlay, must not be recorded on this one.
-  if (overlay->superview()) RecordManager::shared().closeMicrophone();
+  if (other) RecordManager::shared().closeMicrophone();
   overlay->setCenter(view()->center());
   view()->addSubview(overlay);
 }
@@ -220,7 +222,7 @@ void OVKFApi::loadPage() {
   if (!hasAddress_) {  // the shared one is that of another session, with another visitor's token
     events_->failed(ChatFailure::Cause::badAddress);
     OVKFApiHelper::showMessage(tr("请求失败,请稍后重试"), pageFailureSeconds,
-                               [screen = shared_from_this()] { closeScreenIfShown(*screen); });
+                               [this, screen = shared_from_this()] { closeWithoutPage(); });
     return;
   }
   const auto& address = OVKFApiManager::shared().instanceURL;
@@ -241,9 +243,14 @@ void OVKFApi::loadPage() {
     events_->failed(cause, failure.detail, failure.status);
     if (failure.message) {
       OVKFApiHelper::showMessage(view(), *failure.message, pageFailureSeconds,
-                                 [screen = shared_from_this()] { closeScreenIfShown(*screen); });
+                                 [this, screen = shared_from_this()] { closeWithoutPage(); });
     }
   }));
+}
+
+void OVKFApi::closeWithoutPage() {
+  mustLoadPage_ = true;
+  closeScreenIfShown(*this);
 }
 
 void OVKFApi::viewWillAppear(bool animated) {
@@ -253,6 +260,7 @@ void OVKFApi::viewWillAppear(bool animated) {
   backGesture_->reset();
   hideHostChrome();
   if (std::exchange(mustLoadPage_, false)) loadPage();
+  host_->bringBack();
 }
 
 void OVKFApi::viewDidAppear(bool animated) {
@@ -279,11 +287,8 @@ void OVKFApi::didLeaveWindow() {
   events_->closed();
 }
 
-// Another chat screen may have taken over the overlay, and with it the microphone.
 void OVKFApi::closeMicrophone() {
-  if (isViewLoaded() && view()->hasSubview(*RecordManager::shared().recordingView())) {
-    RecordManager::shared().closeMicrophone();
-  }
+  if (isViewLoaded()) RecordManager::shared().closeMicrophoneOf(*view());
 }
 
 void OVKFApi::hideHostChrome() {

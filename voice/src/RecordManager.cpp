@@ -237,4 +237,8 @@ void RecordManager::closeMicrophone() {
   if (VoiceManager::shared().recorder) VoiceManager::shared().stopRecording();
 }
 
+void RecordManager::closeMicrophoneOf(const View& screen) {
+  if (screen.hasSubview(*recordingView())) closeMicrophone();
+}
+
 }  // namespace orivex

@@ -229,6 +229,7 @@ void VirtualWebEngine::leave() {
 }
 
 void VirtualWebEngine::die() {
+  if (!processAlive_) return;
   ++page_->process;
   queueEvent([](Page& page) {
     page.url.reset();

@@ -73,6 +73,10 @@ TEST_F(NavigationTest, DoesNotTellAVisitorWhoHasLeftOfAPageThatNobodyWaitsFor) {
   pageOf(*kept).startProvisional();
   pageOf(*kept).failProvisional("unreachable");
   hostStack_->dismiss(false);
+  device_.runUntilIdle();
+  kept->webView()->load({*Url::parse("https://chat.example/"), 5, {}});
+  pageOf(*kept).startProvisional();
+  pageOf(*kept).redirect("http://chat.example/");
   device_.advance(20);
   EXPECT_EQ(overlayStory(device_), Lines{});
 }

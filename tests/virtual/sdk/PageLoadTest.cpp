@@ -101,6 +101,17 @@ TEST_F(PageLoadTest, LeavesAVisitorAloneWhoHasGoneBeforeTheAnswer) {
   }
 }
 
+TEST_F(PageLoadTest, TriesAgainWhenAScreenWithoutAPageIsShownAgain) {
+  serve(VirtualReply::respond(404));
+  const auto screen = present();
+  device_.advance(3);
+  ASSERT_FALSE(screen->isViewInWindow());
+  serve(VirtualReply::respond(200));
+  hostStack_->present(screen, false);
+  device_.runUntilIdle();
+  EXPECT_EQ(pageOf(*screen).loads().size(), 1U);
+}
+
 TEST_F(PageLoadTest, ClosesNothingElseWhenTheVisitorWasFasterOrAnotherScreenCoversIt) {
   serve(VirtualReply::respond(404));
   for (const bool covered : {false, true}) {

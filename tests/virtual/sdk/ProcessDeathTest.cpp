@@ -64,6 +64,22 @@ TEST_F(ProcessDeathTest, RevealsAPageThatDiedWhileItLoadedAndKeepsARevealedOneUp
   EXPECT_EQ(screen->loadView()->superview(), nullptr);
 }
 
+TEST_F(ProcessDeathTest, LoadsAPageThatWasGivenUpWhenItsScreenShowsAgain) {
+  device_.webEngines().setLoader([](VirtualWebEngine& engine) { engine.completeLoad(); });
+  const auto screen = presentChecked();
+  auto& page = pageOf(*screen);
+  for (int deaths = 0; deaths < 4; ++deaths) {
+    page.die();
+    device_.advance(0.5);
+  }
+  device_.advance(2);
+  ASSERT_FALSE(screen->isViewInWindow());
+  hostStack_->present(screen, false);
+  device_.runUntilIdle();
+  EXPECT_TRUE(page.isProcessAlive());
+  EXPECT_EQ(page.reloadCount(), 4);
+}
+
 TEST_F(ProcessDeathTest, ReloadsForNoOtherChangeOfTheAddress) {
   const auto screen = presentChecked();
   auto& page = pageOf(*screen);

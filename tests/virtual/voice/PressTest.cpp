@@ -225,6 +225,21 @@ TEST_F(PressTest, TheVisitorSeesHowLongTheClipIs) {
   }
 }
 
+TEST_F(PressTest, EndsWithTheDocumentThatBeganItAndNotWithAnotherPage) {
+  const auto covered = std::make_shared<OVKFApi>();
+  hostStack_->pushViewController(covered, false);
+  EXPECT_TRUE(screen_->view()->hasSubview(*RecordManager::shared().recordingView())) << "nobody sees the other";
+  play("start allow 2");
+  auto& other = pageOf(*covered);
+  other.commit("https://chat.example/other");
+  other.die();
+  device_.runUntilIdle();
+  EXPECT_EQ(state(), "1 made, 1 open, 0 removed, 0 sent, 0 answered, volumn");
+  pageOf(*screen_).commit("https://chat.example/again");
+  device_.runUntilIdle();
+  EXPECT_EQ(state(), "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden");
+}
+
 TEST_F(PressTest, TheLevelFollowsTheMicrophoneTenTimesASecond) {
   const auto height = [] {
     const auto level = RecordManager::shared().recordingView()->viewWithTag(RecordingView::levelTag)->frame();

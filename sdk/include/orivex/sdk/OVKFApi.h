@@ -123,6 +123,7 @@ class ORIVEX_API OVKFApi : public ViewController {
   void addRecordingView();
   void closeMicrophone();
   void loadPage();
+  void closeWithoutPage();
   void hideHostChrome();
   void restoreHostChrome();
 
@@ -136,7 +137,7 @@ class ORIVEX_API OVKFApi : public ViewController {
   std::unique_ptr<HostMessages> hostMessages_;
   std::unique_ptr<EdgePanBack> backGesture_;
   std::vector<Subscription> applicationObservers_;
-  bool mustLoadPage_ = false;  // the check failed while nobody could be told
+  bool mustLoadPage_ = false;  // when it appears again, since the check failed
   std::vector<std::shared_ptr<View>> hiddenChrome_;
 };
 

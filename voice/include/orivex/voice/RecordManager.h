@@ -52,6 +52,9 @@ class RecordManager {
   /// Cancels a press that is under way and gives the microphone back. A clip that is being sent is not touched.
   void closeMicrophone();
 
+  /// The same if `screen` has the overlay: another chat screen may have taken it over, and with it the microphone.
+  void closeMicrophoneOf(const View& screen);
+
   RecordManager(const RecordManager&) = delete;
   RecordManager& operator=(const RecordManager&) = delete;
 

@@ -92,7 +92,7 @@ class VirtualWebEngine final : public WebEngine {
   /// The page hangs, and the visitor chooses to leave it.
   void leave();
 
-  /// The process behind the page goes away, with its address and with what it was about to do.
+  /// The process behind the page, if it has one, goes away, with its address and with what it was about to do.
   void die();
 
   /// The next script fails with `error`.
