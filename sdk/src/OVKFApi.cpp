@@ -249,8 +249,8 @@ void OVKFApi::loadPage() {
 }
 
 void OVKFApi::closeWithoutPage() {
-  mustLoadPage_ = true;
   closeScreenIfShown(*this);
+  mustLoadPage_ = true;
 }
 
 void OVKFApi::viewWillAppear(bool animated) {

@@ -21,9 +21,9 @@ inline void closeScreen(ViewController& screen, bool animated) {
   if (auto* navigation = screen.navigationController()) navigation->popViewController(animated);
 }
 
-/// The same, but only while the screen shows.
+/// The same, but only while the screen shows: what covers it is not its own to send away.
 inline void closeScreenIfShown(ViewController& screen) {
-  if (screen.isViewInWindow()) screen.goBack();
+  if (screen.isViewLoaded() && screen.view()->isShowing()) screen.goBack();
 }
 
 }  // namespace orivex

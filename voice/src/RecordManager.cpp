@@ -100,7 +100,7 @@ void RecordManager::requestMicrophoneAndStart() {
   if (overlayTimer_) cancelRecording();
   auto& voice = VoiceManager::shared();
   // What was allowed for an earlier press does not count for this one.
-  voice.isRecordingAllowed = false;
+  voice.isRecordingAllowed = isAllowed_ = false;
   voice.isStop = false;
   isFingerAway_ = false;
   const auto answer = [this, question = ++lastQuestion_](bool granted) {
@@ -112,8 +112,12 @@ void RecordManager::requestMicrophoneAndStart() {
 
 void RecordManager::answered(std::uint64_t question, bool allowed) {
   log::print(allowed ? "Microphone permission granted" : "Microphone permission denied");
-  if (question != lastQuestion_) return;  // a later press waits for an answer of its own
   auto& voice = VoiceManager::shared();
+  if (question != lastQuestion_) {  // a later press has an answer of its own, or waits for it
+    voice.isRecordingAllowed = isAllowed_;
+    return;
+  }
+  isAllowed_ = allowed;
   if (!allowed) {
     showAttachmentMessage(recordingView(),
                           tr("无法录制声音，前往\"设置 > %1\"中打开麦克风权限", {OVKFApiHelper::appDisplayName()}));

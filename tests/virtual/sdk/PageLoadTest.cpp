@@ -129,5 +129,15 @@ TEST_F(PageLoadTest, ClosesNothingElseWhenTheVisitorWasFasterOrAnotherScreenCove
                                    "6.0 shows 令牌无效或者已过期", "8.0 hides 令牌无效或者已过期"}));
 }
 
+TEST_F(PageLoadTest, AScreenThatIsPresentedOverAFailedChatStays) {
+  serve(VirtualReply::respond(404));
+  const auto failed = push();
+  device_.advance(1);
+  const auto another = std::make_shared<ViewController>();
+  hostStack_->present(another, false);
+  device_.advance(5);
+  EXPECT_EQ(hostStack_->presentedViewController(), another);
+}
+
 }  // namespace
 }  // namespace orivex::testing

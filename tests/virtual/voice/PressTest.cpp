@@ -240,6 +240,16 @@ TEST_F(PressTest, EndsWithTheDocumentThatBeganItAndNotWithAnotherPage) {
   EXPECT_EQ(state(), "1 made, 0 open, 1 removed, 0 sent, 0 answered, hidden");
 }
 
+TEST_F(PressTest, AnAnswerToAnEarlierPressOpensNoMicrophoneAfterTheScreenHasLeft) {
+  play("start");
+  device_.recordPermission().answer(true);
+  play("start");  // before the answer came
+  device_.recordPermission().answer(true);
+  hostStack_->dismiss(false);
+  device_.advance(1);
+  EXPECT_EQ(state(), "0 made, 0 open, 0 removed, 0 sent, 0 answered, hidden");
+}
+
 TEST_F(PressTest, TheLevelFollowsTheMicrophoneTenTimesASecond) {
   const auto height = [] {
     const auto level = RecordManager::shared().recordingView()->viewWithTag(RecordingView::levelTag)->frame();

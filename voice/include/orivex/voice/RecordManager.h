@@ -76,6 +76,7 @@ class RecordManager {
   double overlayBegan_ = 0;              // in the main queue's seconds
   bool isFingerAway_ = false;
   std::uint64_t lastQuestion_ = 0;
+  bool isAllowed_ = false;  // the answer to it
   std::uint64_t overlayShowings_ = 0;
 };
 
