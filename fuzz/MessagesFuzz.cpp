@@ -168,7 +168,7 @@ class Visit {
     }
   }
 
-  // What was chosen or spoken is described once at most, in a call that nothing can break out of.
+  // What was chosen or spoken gets one description at most, in a call that nothing can break out of.
   void checkAnswers() {
     constexpr std::string_view description = R"("type":")";
     const auto& scripts = page().scripts();
@@ -181,7 +181,7 @@ class Visit {
       for (auto at = script.find(description); at != std::string_view::npos; at = script.find(description, at + 1))
         ++described_;
     }
-    expect(described_ <= chosen_, "what was chosen is described once at most");
+    expect(described_ <= chosen_, "what was chosen gets one description at most");
   }
 
   const Files& files_;
