@@ -8,12 +8,11 @@
 
 namespace orivex::testing {
 
-/// The random number of a step, from which its action draws one choice after the other.
+/// The random number of a step, from which its action draws one choice after the other; 0 makes the plainest step.
 class Choice {
  public:
   explicit Choice(unsigned number) : number_(number) {}
 
-  /// From 0 on; 0 for the number 0, which is the plainest step.
   unsigned below(unsigned count) {
     const auto drawn = number_ % count;
     number_ /= count;
@@ -29,16 +28,16 @@ class Choice {
   unsigned number_;
 };
 
-/// Something that can happen, as often as its weight says among the others. It says what it did; nothing where it could
-/// do nothing.
+/// Something that can happen, as often as its weight says among the others.
 struct Action {
   unsigned weight;
-  std::function<std::string(World&, Choice)> act;
+  std::string name;
+  /// Does it and says more about it; false where it cannot happen now.
+  std::function<bool(World&, Choice, std::string& detail)> act;
 };
 
 std::vector<Action> hostActions();
 std::vector<Action> pageActions();
 std::vector<Action> visitorActions();
-std::vector<Action> networkActions();
 
 }  // namespace orivex::testing

@@ -6,94 +6,77 @@
 namespace orivex::testing {
 namespace {
 
-std::string numbered(const char* text, std::size_t place) {
-  return std::string(text) + " " + std::to_string(place);
-}
-
-std::string open(World& world, Choice choice) {
+bool open(World& world, Choice choice, std::string& detail) {
   const auto place = choice.below(2);
   const bool isPushed = choice.below(2) == 1;
   const bool isAnimated = choice.below(2) == 1;
   const bool isBad = choice.below(16) == 15;
-  ++world.disturbances;
+  auto& chat = world.chats[place];
+  detail = std::to_string(place) + (isPushed ? ", pushed" : "") + (isAnimated ? ", animated" : "") +
+           (isBad && !chat ? ", without an address" : "");
   world.maySay = true;
-  if (!world.chats[place]) world.makeChat(place, isBad ? "no address" : "https://chat.example");
+  if (!chat) world.makeChat(place, isBad ? "no address" : "entry");
   if (isPushed) {
-    world.stack->pushViewController(world.chats[place], isAnimated);
+    world.stack->pushViewController(chat, isAnimated);
   } else {
-    world.stack->present(world.chats[place], isAnimated);
+    world.stack->present(chat, isAnimated);
   }
-  return numbered(isPushed ? "host pushes" : "host presents", place) + (isAnimated ? ", animated" : "") +
-         (isBad ? ", without an address" : "");
+  return true;
 }
 
-std::string letGo(World& world, Choice choice) {
-  const auto place = choice.below(2);
-  if (!world.chats[place]) return {};
-  world.chats[place] = nullptr;
-  return numbered("host lets go of", place);
+/// Something done with a chat that the host keeps.
+Action withChat(unsigned weight, const char* name, void (*act)(World&, std::shared_ptr<OVKFApi>&)) {
+  return {weight, name, [act](World& world, Choice choice, std::string& detail) {
+            const auto place = choice.below(2);
+            detail = std::to_string(place);
+            if (world.chats[place]) act(world, world.chats[place]);
+            return true;
+          }};
 }
 
-std::string leave(World& world, Choice choice) {
-  const auto way = choice.below(3);
-  const auto place = choice.below(2);
-  ++world.disturbances;
-  if (way == 0) {
-    world.stack->dismiss(place == 0);
-    return "host dismisses";
-  }
-  if (way == 1) {
-    world.stack->popViewController(place == 0);
-    return "host pops";
-  }
-  if (!world.chats[place]) return {};
-  world.chats[place]->close();
-  return numbered("host closes", place);
-}
-
-std::string change(World& world, Choice choice) {
-  const auto window = world.device.application().window();
-  const auto what = choice.below(4);
-  ++world.disturbances;
-  if (what < 2) {
-    window->setShowing(what == 1);
-    return what == 1 ? "window shows" : "window hides";
-  }
-  if (what == 2) {
-    window->setRootViewController(world.otherRoot);
-    return "host shows another root";
-  }
-  if (window->rootViewController() != world.stack) window->setRootViewController(world.stack);
-  return "host shows its stack";
-}
-
-std::string say(World& world, Choice choice) {
-  const auto place = choice.below(2);
-  const auto what = choice.below(4);
-  const auto& chat = world.chats[place];
-  if (!chat) return {};
-  const auto body = std::make_shared<MessageBody>();
-  if (what == 0) chat->showMessage(1, body);
-  if (what == 1) chat->sendMessage(1, body);
-  if (what == 2) chat->startSession("https://chat.example", "e", "k", std::make_shared<UserMappingModel>());
-  if (what == 3) {
-    world.maySay = true;
-    chat->clearWebViewCache();
-  }
-  const char* const names[] = {"showMessage of", "sendMessage of", "startSession of", "clearWebViewCache of"};
-  return numbered(names[what], place);
-}
-
-std::string signOut(World& world, Choice /*choice*/) {
-  ++world.promised;
-  OVKFApi::signOut([&world](const auto&) { --world.promised; });
-  return "host signs the visitor out";
+/// Something done with the host's own window and screens.
+Action withWindow(unsigned weight, const char* name, void (*act)(World&, Window&, bool isAnimated)) {
+  return {weight, name, [act](World& world, Choice choice, std::string& /*detail*/) {
+            act(world, *world.device.application().window(), choice.below(2) == 0);
+            return true;
+          }};
 }
 
 }  // namespace
 
 std::vector<Action> hostActions() {
-  return {{12, open}, {3, letGo}, {5, leave}, {3, change}, {4, say}, {1, signOut}};
+  return {
+      {20, "host shows chat", open},
+      withChat(3, "host lets go of", [](World&, auto& chat) { chat = nullptr; }),
+      withChat(1, "host closes", [](World&, auto& chat) { chat->close(); }),
+      withChat(2, "showMessage of", [](World&, auto& chat) { chat->showMessage(1, std::make_shared<MessageBody>()); }),
+      withChat(1, "sendMessage of", [](World&, auto& chat) { chat->sendMessage(1, std::make_shared<MessageBody>()); }),
+      withChat(1, "startSession of",
+               [](World&, auto& chat) {
+                 chat->startSession("https://chat.example", "e", "k", std::make_shared<UserMappingModel>());
+               }),
+      withChat(1, "clearWebViewCache of",
+               [](World& world, auto& chat) {
+                 world.maySay = true;
+                 chat->clearWebViewCache();
+               }),
+      withWindow(2, "host dismisses", [](World& world, Window&, bool isAnimated) { world.stack->dismiss(isAnimated); }),
+      withWindow(2, "host pops",
+                 [](World& world, Window&, bool isAnimated) { world.stack->popViewController(isAnimated); }),
+      withWindow(1, "window hides", [](World&, Window& window, bool) { window.setShowing(false); }),
+      withWindow(1, "window shows", [](World&, Window& window, bool) { window.setShowing(true); }),
+      withWindow(1, "host shows another root",
+                 [](World& world, Window& window, bool) { window.setRootViewController(world.otherRoot); }),
+      withWindow(2, "host shows its stack",
+                 [](World& world, Window& window, bool) {
+                   if (window.rootViewController() != world.stack) window.setRootViewController(world.stack);
+                 }),
+      withWindow(1, "host signs the visitor out",
+                 [](World& world, Window&, bool) {
+                   ++world.promised;
+                   OVKFApi::signOut([&world](const auto&) { --world.promised; });
+                 }),
+  };
 }
 
 }  // namespace orivex::testing

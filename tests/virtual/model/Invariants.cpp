@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include "World.h"
 #include "support/LogLines.h"
@@ -15,11 +16,21 @@ bool shows(const std::shared_ptr<OVKFApi>& chat) {
 
 }  // namespace
 
+void World::watch() {
+  checkOverlay();
+  checkPages();
+  for (auto& [name, answer] : answers_) {
+    require(answer.given <= 1, name + " was answered twice");
+    const auto chat = answer.chat.lock();
+    const auto* const page = shows(chat) ? &pageOf(*chat) : nullptr;
+    answer.isExcused |= !page || !page->isProcessAlive() || page->documentUrl() == "https://other.example/";
+  }
+}
+
 void World::pass(double seconds) {
   device.mainQueue().advanceUntil(
       [this] {
-        checkOverlay();
-        checkPages();
+        watch();
         return !broken.empty();
       },
       seconds);
@@ -27,20 +38,19 @@ void World::pass(double seconds) {
   checkMicrophone();
   checkRecordingView();
   checkChrome();
-  for (const auto& [name, answer] : answers_) require(answer.given <= 1, name + " was answered twice");
 }
 
 void World::checkMicrophone() {
   for (const auto& recording : device.audioSession().recordings()) {
     if (!recording->recording) continue;
-    require(someChatShows(), "the microphone is open and no chat shows");
+    require(showing() != nullptr, "the microphone is open and no chat shows");
     // After a cancelled press the recorder runs on and keeps nothing.
     require(recording->discarded || shows(talker.lock()), "the microphone is recorded without a press");
   }
 }
 
 void World::checkOverlay() {
-  if (someChatShows()) showedAt_ = device.mainQueue().now();
+  if (showing()) showedAt_ = device.mainQueue().now();
   const auto& overlay = device.progressOverlay();
   const auto& history = overlay.history();
   using Kind = VirtualProgressOverlay::Kind;
@@ -50,14 +60,19 @@ void World::checkOverlay() {
     const bool isFarewell = entry.panel.status.ends_with("项未发送");  // said because the chat has left
     require(isFarewell || entry.time <= showedAt_ || maySay,
             "the visitor was told after the chat had left: " + entry.panel.status);
+    const bool isMessage = entry.panel.kind == Kind::info;
+    if (isMessage) {
+      for (const double seconds : {2.0, 3.0}) messagesEnd_.insert(std::lround((entry.time + seconds) * 1000));
+    }
     const auto* const before = read_ > 0 ? &history[read_ - 1] : nullptr;
     const bool cutsMessage = before && before->event == VirtualProgressOverlay::Event::shown &&
-                             before->panel.kind == Kind::info && entry.panel.kind != Kind::info;
-    require(!cutsMessage || uploadsBegan_.contains(entry.time), "an upload that goes on cut a message short");
+                             before->panel.kind == Kind::info && !isMessage;
+    require(!cutsMessage || uploadsBegan_.contains(entry.time) || messagesEnd_.contains(std::lround(entry.time * 1000)),
+            "an upload that goes on cut a message short");
   }
   const bool isBusy = overlay.shown() && overlay.shown()->kind != Kind::info;
   require(!isBusy || device.mainQueue().now() <= uploadsEnd_, "a progress panel shows and nothing is uploaded");
-  if (someChatShows()) return;
+  if (showing()) return;
   require(!device.camera().presented() && !device.photoLibrary().shown() && !device.documentPicker().presented(),
           "a picker stayed open after the chat had left");
   require(!overlay.offered(), "uploads are offered again after the chat has left");
@@ -85,8 +100,7 @@ void World::checkChrome() {
 void World::checkPages() {
   constexpr double patience = 9;  // for a page check, a message and a slide
   for (const auto& chat : living()) {
-    const auto* const page =
-        dynamic_cast<VirtualWebEngine*>(chat->isViewLoaded() ? &chat->webView()->engine() : nullptr);
+    const auto* const page = chat->isViewLoaded() ? &pageOf(*chat) : nullptr;
     if (!page || !shows(chat) || (page->isProcessAlive() && !page->loads().empty())) {
       emptySince_.erase(page);
       continue;
@@ -101,9 +115,9 @@ void World::checkEnd() {
   device.application().resignActive();
   pass(longEnough);
   for (const auto& [name, answer] : answers_) {
-    require(answer.given == 1 || answer.disturbances < disturbances, name + " was never answered");
+    require(answer.given == 1 || answer.isExcused, name + " was never answered");
   }
-  require(promised == 0, "completions were called " + std::to_string(-promised) + " times too often");
+  require(promised == 0, "a sign-out was not completed once");
 
   const auto window = device.application().window();
   window->setShowing(true);

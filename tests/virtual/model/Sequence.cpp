@@ -10,6 +10,7 @@
 #include "Action.h"
 
 #include "orivex/platform/base/Log.h"
+#include "orivex/platform/base/Text.h"
 
 namespace orivex::testing {
 namespace {
@@ -17,7 +18,14 @@ namespace {
 const std::vector<Action>& actions() {
   static const auto all = [] {
     std::vector<Action> joined;
-    for (auto& some : {hostActions(), pageActions(), visitorActions(), networkActions()}) {
+    joined.push_back({60, "", [](World& world, Choice choice, std::string& detail) {
+                        static const double times[] = {0, 0.1, 0, 1, 0.5, 0.05, 2, 0.3, 5, 11};
+                        const double seconds = choice.of(times);
+                        detail = doubleText(seconds) + " s pass";
+                        world.pass(seconds);
+                        return true;
+                      }});
+    for (auto& some : {hostActions(), pageActions(), visitorActions()}) {
       joined.insert(joined.end(), some.begin(), some.end());
     }
     return joined;
@@ -33,8 +41,12 @@ void playHere(const Sequence& sequence, bool story, int pipe) {
   log::setSink([](std::string_view) {});
   World world;
   for (const auto& [action, number] : sequence) {
-    const auto line = actions()[action].act(world, Choice(number));
-    if (story && !line.empty()) tell(pipe, "  " + line + "\n");
+    const auto& step = actions()[action];
+    std::string detail;
+    const bool happened = step.act(world, Choice(number), detail);
+    world.watch();
+    if (story && happened)
+      tell(pipe, "  " + step.name + (step.name.empty() || detail.empty() ? "" : " ") + detail + "\n");
     if (!world.broken.empty()) break;
   }
   if (world.broken.empty()) world.checkEnd();

@@ -19,7 +19,6 @@ class Events final : public OVKFApiConversationDelegate {
   void closed() override {
     world_.require(isOpen_, "a chat was closed twice");
     isOpen_ = false;
-    ++world_.disturbances;
   }
   void revealed() override {
     world_.require(!isRevealed_, "a chat was revealed twice");
@@ -55,13 +54,13 @@ World::~World() {
   for (const auto& chat : living()) chat->conversionDelegate = nullptr;
 }
 
-void World::makeChat(std::size_t place, const std::string& server) {
+void World::makeChat(std::size_t place, const std::string& entry) {
   auto& chat = chats[place] = std::make_shared<OVKFApi>();
   made_.push_back(chat);
   chat->conversionDelegate = std::make_shared<Events>(*this);
   chat->conversationEvents = true;
   int called = 0;
-  chat->startSession(server, "entry", "key", std::make_shared<UserMappingModel>(), [&] { ++called; });
+  chat->startSession("https://chat.example", entry, "key", std::make_shared<UserMappingModel>(), [&] { ++called; });
   require(called == 1, "startSession called back " + std::to_string(called) + " times");
 }
 
@@ -73,33 +72,40 @@ std::vector<std::shared_ptr<OVKFApi>> World::living() const {
   return found;
 }
 
-bool World::someChatShows() const {
-  return std::ranges::any_of(living(),
-                             [](const auto& chat) { return chat->isViewLoaded() && chat->view()->isShowing(); });
+std::shared_ptr<OVKFApi> World::showing() const {
+  for (auto& chat : living()) {
+    if (chat->isViewLoaded() && chat->view()->isShowing()) return chat;
+  }
+  return nullptr;
 }
 
 VirtualWebEngine* World::page(unsigned choice) const {
   std::vector<VirtualWebEngine*> pages;
   for (const auto& chat : living()) {
-    if (chat->isViewLoaded()) pages.push_back(dynamic_cast<VirtualWebEngine*>(&chat->webView()->engine()));
+    if (chat->isViewLoaded()) pages.push_back(&pageOf(*chat));
   }
   return pages.empty() ? nullptr : pages[choice % pages.size()];
 }
 
+VirtualWebEngine& World::pageOf(OVKFApi& chat) {
+  return dynamic_cast<VirtualWebEngine&>(chat.webView()->engine());
+}
+
 std::shared_ptr<OVKFApi> World::chatOf(const VirtualWebEngine& page) const {
   for (const auto& chat : living()) {
-    if (chat->isViewLoaded() && &chat->webView()->engine() == &page) return chat;
+    if (chat->isViewLoaded() && &pageOf(*chat) == &page) return chat;
   }
   return nullptr;
 }
 
 std::string World::expectAnswer(const std::string& kind) {
-  // A page that has gone elsewhere since it asked gets nothing.
-  const bool isAway = std::ranges::any_of(
-      device.webEngines().engines(), [](const auto* page) { return page->documentUrl() == "https://other.example/"; });
   auto name = kind + std::to_string(answers_.size()) + ".x";
-  answers_[name] = {isAway ? -1 : disturbances, 0};
+  answers_[name].chat = showing();
   return name;
+}
+
+void World::excuseAnswers() {
+  for (auto& [name, answer] : answers_) answer.isExcused = true;
 }
 
 void World::play(VirtualWebEngine& page) const {
@@ -123,11 +129,10 @@ VirtualUploadReply World::store() {
   const auto stored = [this] {
     return R"({"url":")" + expectAnswer("upload") + R"(","inputContentType":"a","actualContentType":"b"})";
   };
-  auto reply = uploads == 0   ? VirtualUploadReply::respond(200, stored(), 0.7, {0.2, 0.6, 1})
-               : uploads == 1 ? VirtualUploadReply::respond(200, stored(), 5, {0.1, 0.3, 0.5, 0.7, 0.9, 1})
-               : uploads == 2 ? VirtualUploadReply::respond(503, "busy", 1, {1})
+  auto reply = uploads == 0   ? VirtualUploadReply::respond(200, stored(), 3, {0.2, 0.4, 0.6, 0.8, 1})
+               : uploads == 1 ? VirtualUploadReply::respond(503, "busy", 1, {1})
                               : VirtualUploadReply::fail("broken", 2);
-  reply.isSilent = uploads == 4;
+  reply.isSilent = uploads == 3;
   const double now = device.mainQueue().now();
   uploadsBegan_.insert(now);
   uploadsEnd_ = std::max(uploadsEnd_, now + reply.delay + (reply.isSilent ? silence : 0) + 0.001);  // rounded up

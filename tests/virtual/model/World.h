@@ -27,20 +27,29 @@ class World {
   }
 
   /// Puts a chat with a session into an empty place.
-  void makeChat(std::size_t place, const std::string& server);
+  void makeChat(std::size_t place, const std::string& entry);
 
   /// Every chat that is still there, whoever keeps it.
   std::vector<std::shared_ptr<OVKFApi>> living() const;
-  bool someChatShows() const;
 
-  /// One of the chat pages that are still there, and its number; null without any.
+  /// The one that the visitor sees; null without any.
+  std::shared_ptr<OVKFApi> showing() const;
+
+  /// One of the chat pages that are still there; null without any.
   VirtualWebEngine* page(unsigned choice) const;
+  static VirtualWebEngine& pageOf(OVKFApi& chat);
   std::shared_ptr<OVKFApi> chatOf(const VirtualWebEngine& page) const;
 
-  /// Names something that pages have to be answered with, once.
+  /// Names something with which the chat that shows has to answer its page, once.
   std::string expectAnswer(const std::string& kind);
 
-  /// Lets time pass and looks at all that is always true, in part after every task, in part once the queue is idle.
+  /// What is under way now need not be answered.
+  void excuseAnswers();
+
+  /// Looks at what is true after every step and task.
+  void watch();
+
+  /// Lets time pass, and then looks at what is true while nothing is due.
   void pass(double seconds);
 
   /// Ends everything as a host does that is done with its chats, and counts what is left.
@@ -54,7 +63,6 @@ class World {
   std::string broken;
 
   std::weak_ptr<OVKFApi> talker;  // whose page has begun a press and not ended it
-  int disturbances = 0;           // what may rightly keep an answer from its page
   int promised = 0;               // completions that the host waits for
   bool maySay = false;            // whether the visitor may read something new although no chat shows
   unsigned loads = 0;             // how loads go on
@@ -64,17 +72,17 @@ class World {
   std::set<std::string> captures;  // files of the camera
 
  private:
+  struct Answer {
+    std::weak_ptr<OVKFApi> chat;
+    int given = 0;
+    bool isExcused = false;
+  };
+
   void checkMicrophone();
   void checkOverlay();
   void checkRecordingView();
   void checkChrome();
   void checkPages();
-
-  struct Answer {
-    int disturbances = 0;  // when it was asked for
-    int given = 0;
-  };
-
   void play(VirtualWebEngine& page) const;
   VirtualUploadReply store();
   void evaluated(const VirtualWebEngine& page, const std::string& script);
@@ -84,8 +92,9 @@ class World {
   std::map<const VirtualWebEngine*, double> emptySince_;
   std::set<double> uploadsBegan_;
   double uploadsEnd_ = 0;
-  std::size_t read_ = 0;  // changes of the overlay that were judged
-  double showedAt_ = -1;  // when a chat was seen last
+  std::set<long> messagesEnd_;  // in milliseconds
+  std::size_t read_ = 0;        // changes of the overlay that were judged
+  double showedAt_ = -1;        // when a chat was seen last
 };
 
 }  // namespace orivex::testing
