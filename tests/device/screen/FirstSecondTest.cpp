@@ -61,9 +61,13 @@ TEST_F(FirstSecond, AButtonLeadsBackFromAPageThatNeverComes) {
     SCOPED_TRACE(byKeys);
     takeKeyboard();
     open();
-    pass(1);
-    auto* const button = findByClass(GTK_WIDGET(gtkWindow()), "orivex-sign");
-    ASSERT_TRUE(button);
+    GtkWidget* button = nullptr;
+    ASSERT_TRUE(wait(
+        [&] {
+          button = findByClass(GTK_WIDGET(gtkWindow()), "orivex-sign");
+          return button && gtk_widget_get_width(button) > 0;
+        },
+        10));
     EXPECT_GE(gtk_widget_get_width(button), 44);
     EXPECT_GE(gtk_widget_get_height(button), 44);
     if (byKeys) {
@@ -71,7 +75,7 @@ TEST_F(FirstSecond, AButtonLeadsBackFromAPageThatNeverComes) {
     } else {
       hands({"click", "22", "30"});
     }
-    EXPECT_TRUE(wait([&] { return !chat_->isViewInWindow(); }, 5));
+    EXPECT_TRUE(wait([&] { return !chat_->isViewInWindow(); }, 20));
     chat_->close();
   }
 }

@@ -1,7 +1,5 @@
 #include "HostWindow.h"
 
-#include <webkit/webkit.h>
-
 #include "../../glib/GRef.h"
 #include "../Widgets.h"
 
@@ -16,6 +14,12 @@ bool leadsBack(guint key, GdkModifierType modifiers) {
   const auto held = modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SHIFT_MASK | GDK_SUPER_MASK);
   if (key == GDK_KEY_Left || key == GDK_KEY_KP_Left) return held == GDK_ALT_MASK;
   return held == 0 && (key == GDK_KEY_Escape || key == GDK_KEY_Back);
+}
+
+// Whether nothing has come yet of what the view loads: its process may not even have begun to hear keys.
+bool isStarting(WebKitWebView* page) {
+  auto* const document = webkit_web_view_get_main_resource(page);
+  return !document || !webkit_web_resource_get_response(document);
 }
 
 }  // namespace
@@ -65,7 +69,7 @@ const HeldKeys::Keys& HostWindow::heldKeys() const {
 
 // What a visitor without a finger goes back with: Escape, Alt and the arrow to the left, the back key, and the mouse's
 // back button. What leads nowhere stays for the host. A page sees the keys first and hands on by the action what it
-// does not take; see `addBackKeys`.
+// does not take; see `addBackKeys`. One that has not come takes none.
 void HostWindow::connectBackInput() {
   const auto group = GRef<GSimpleActionGroup>::adopt(g_simple_action_group_new());
   const auto action = GRef<GSimpleAction>::adopt(g_simple_action_new("back", nullptr));
@@ -73,11 +77,16 @@ void HostWindow::connectBackInput() {
   g_action_map_add_action(G_ACTION_MAP(group.get()), G_ACTION(action.get()));
   gtk_widget_insert_action_group(screens(), "screens", G_ACTION_GROUP(group.get()));
 
-  auto* const keys = gtk_event_controller_key_new();
-  gtk_widget_add_controller(screens(), keys);
-  connections_.add(keys, "key-pressed", [this](guint key, guint /*code*/, GdkModifierType modifiers) {
-    return !isFocusInPage() && leadsBack(key, modifiers) && window_->goBack();
-  });
+  for (const auto phase : {GTK_PHASE_CAPTURE, GTK_PHASE_BUBBLE}) {
+    auto* const keys = gtk_event_controller_key_new();
+    gtk_event_controller_set_propagation_phase(keys, phase);
+    gtk_widget_add_controller(screens(), keys);
+    connections_.add(keys, "key-pressed", [this, phase](guint key, guint /*code*/, GdkModifierType modifiers) {
+      auto* const page = focusedPage();
+      const bool isOurs = phase == GTK_PHASE_CAPTURE ? page && isStarting(page) : !page;
+      return isOurs && leadsBack(key, modifiers) && window_->goBack();
+    });
+  }
   auto* const click = gtk_gesture_click_new();
   gtk_gesture_single_set_button(GTK_GESTURE_SINGLE(click), backButton);
   // A page is not told of this button, but would keep it from us.
@@ -92,9 +101,10 @@ GtkWidget* HostWindow::focused() const {
   return gtkWindow_ ? gtk_window_get_focus(gtkWindow_) : nullptr;
 }
 
-bool HostWindow::isFocusInPage() const {
+WebKitWebView* HostWindow::focusedPage() const {
   auto* const focus = focused();
-  return focus && (WEBKIT_IS_WEB_VIEW(focus) || gtk_widget_get_ancestor(focus, WEBKIT_TYPE_WEB_VIEW));
+  auto* const page = focus ? gtk_widget_get_ancestor(focus, WEBKIT_TYPE_WEB_VIEW) : nullptr;
+  return page ? WEBKIT_WEB_VIEW(page) : nullptr;
 }
 
 }  // namespace orivex::gtk

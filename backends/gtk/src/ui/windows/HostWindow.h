@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <gtk/gtk.h>
+#include <webkit/webkit.h>
 
 #include "../../glib/SignalConnection.h"
 #include "../HeldKeys.h"
@@ -52,7 +53,8 @@ class HostWindow {
  private:
   void connectBackInput();
   GtkWidget* focused() const;
-  bool isFocusInPage() const;
+  /// Null while the focus is elsewhere.
+  WebKitWebView* focusedPage() const;
 
   GtkOverlay* const overlay_;
   MainQueue& mainQueue_;
