@@ -1,3 +1,5 @@
+#include <future>
+
 #include <gtest/gtest.h>
 #include <utime.h>
 
@@ -32,14 +34,43 @@ TEST_F(PhotoSheetTest, TheKeyboardAloneIsEnough) {
   EXPECT_TRUE(reads("3 / 13"));
   VisitorWindow::press({"Right"});
   EXPECT_TRUE(reads("4 / 13"));
+  // Closer, a picture is looked at from edge to edge before the next one comes.
+  VisitorWindow::press({"ctrl+plus", "plus", "Right", "Right", "Right", "Right"});
+  EXPECT_TRUE(reads("5 / 13"));
+  VisitorWindow::press({"plus", "ctrl+0", "Left"});
+  EXPECT_TRUE(reads("4 / 13"));
   VisitorWindow::press({"space", "Escape"});
   EXPECT_TRUE(reads("完成(2)"));
   waitForSlide();
-  VisitorWindow::press({"Right", "space", "Tab", "space", "Tab", "Return"});
+  VisitorWindow::press({"Right", "space", "Tab"});
+  auto* const original = visitor_.focus();
+  ASSERT_TRUE(GTK_IS_CHECK_BUTTON(original));
+  for (const char* arrow : {"Left", "Up", "Right", "Down", "KP_Left", "KP_Right"}) {
+    gtk_widget_grab_focus(original);
+    VisitorWindow::press({arrow});
+    EXPECT_FALSE(gtk_check_button_get_active(GTK_CHECK_BUTTON(original))) << arrow;
+  }
+  gtk_widget_grab_focus(original);
+  VisitorWindow::press({"space", "Tab", "Return"});
   EXPECT_TRUE(isGone());
   ASSERT_EQ(results_.size(), 1U);
   EXPECT_EQ(names(results_[0]), "p02.jpg p03.jpg p04.jpg ");
   EXPECT_TRUE(results_[0].isOriginal);
+}
+
+TEST_F(PhotoSheetTest, KeysThatComeBeforeThePhotosReachNoButton) {
+  fill(3);
+  std::promise<void> release;
+  const auto released = release.get_future().share();
+  for (int worker = 0; worker < 64; ++worker) Platform::current().mainQueue.global([released] { released.wait(); });
+  open();
+  const auto waits = [&] { return visitor_.focus() && gtk_widget_has_css_class(visitor_.focus(), "waiting"); };
+  EXPECT_TRUE(wait(waits, 20));
+  VisitorWindow::press({"Right", "space", "Down", "space", "Return"});
+  release.set_value();
+  ASSERT_TRUE(cell("p01.jpg"));
+  VisitorWindow::press({"Right", "space"});
+  EXPECT_TRUE(reads("完成(1)"));
 }
 
 TEST_F(PhotoSheetTest, RefusalsAreToldAndChangeNothing) {

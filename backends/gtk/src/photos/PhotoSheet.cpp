@@ -113,7 +113,7 @@ void PhotoSheet::build() {
   pages_ = gtk_stack_new();
   gtk_stack_set_vhomogeneous(GTK_STACK(pages_), FALSE);
   gtk_stack_set_hhomogeneous(GTK_STACK(pages_), FALSE);
-  gtk_stack_add_titled(GTK_STACK(pages_), gtk_box_new(GTK_ORIENTATION_VERTICAL, 0), "waiting", tr("相册"));
+  gtk_stack_add_titled(GTK_STACK(pages_), waitingPage(), "waiting", tr("相册"));
   gtk_stack_add_titled(GTK_STACK(pages_), grid_.widget(), "grid", tr("相册"));
   gtk_stack_add_titled(GTK_STACK(pages_), emptyPage(), "empty", tr("相册"));
   GtkWidget* const below = gtk_overlay_new();
@@ -161,7 +161,7 @@ GtkWidget* PhotoSheet::header() {
 GtkWidget* PhotoSheet::footer() {
   originalText_ = gtk_label_new(nullptr);
   gtk_label_set_ellipsize(GTK_LABEL(originalText_), PANGO_ELLIPSIZE_END);
-  original_ = styled(gtk_check_button_new(), "original");
+  original_ = styled(checkButtonNew(nullptr), "original");
   gtk_check_button_set_child(GTK_CHECK_BUTTON(original_), originalText_);
   setAccessibleLabel(original_, originalText_);
   gtk_widget_set_name(original_, "photos-original");
@@ -175,6 +175,19 @@ GtkWidget* PhotoSheet::footer() {
     if (!selection_.items().empty()) handlers_.confirmed(selection_.result(isOriginal));
   });
   return styled(boxNew(GTK_ORIENTATION_HORIZONTAL, 12, {original_, confirm_}), "foot");
+}
+
+// Has the keyboard until there are photos, and keeps what is pressed for them from the buttons.
+GtkWidget* PhotoSheet::waitingPage() {
+  waiting_ = styled(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0), "waiting");
+  gtk_widget_set_focusable(waiting_, TRUE);
+  setAccessibleLabel(waiting_, tr("相册"));
+  auto* const keys = gtk_event_controller_key_new();
+  connections_.add(keys, "key-pressed", [](guint key) {
+    return key != GDK_KEY_Escape && key != GDK_KEY_Tab && key != GDK_KEY_ISO_Left_Tab;
+  });
+  gtk_widget_add_controller(waiting_, keys);
+  return waiting_;
 }
 
 GtkWidget* PhotoSheet::emptyPage() {
@@ -215,13 +228,15 @@ void PhotoSheet::describeEmptiness() {
 }
 
 void PhotoSheet::update(std::shared_ptr<const MediaCatalog> catalog) {
-  const bool isFirst = catalog_->albums().front().items->empty();
+  auto* const root = gtk_widget_get_root(pages_);
+  GtkWidget* const focus = root ? gtk_root_get_focus(root) : nullptr;
+  const bool waits = grid_.items()->empty() && focus && isInside(focus, pages_);
   catalog_ = std::move(catalog);
   if (selection_.refresh([this](const std::string& path) { return find(path); })) selectionChanged();
   showAlbum(false);
   menu_.update(*catalog_);
   preview_.refresh(grid_.items());
-  if (isFirst && !grid_.items()->empty() && !menu_.isOpen()) grid_.focus(0);
+  if (waits && !grid_.items()->empty()) grid_.focus(0);
 }
 
 void PhotoSheet::chooseAlbum(const std::string& folder) {
@@ -342,10 +357,11 @@ void PhotoSheet::leaveGrid(GtkDirectionType direction) {
   gtk_widget_grab_focus(direction == GTK_DIR_TAB_BACKWARD ? albumButton_ : original_);
 }
 
-// In a sandbox there may be nothing else to look at.
 void PhotoSheet::mapped() {
-  const bool isFirst = !std::exchange(wasMapped_, true);
-  if (isFirst && std::none_of(roots_.begin(), roots_.end(), isReadable)) browse();
+  if (std::exchange(wasMapped_, true)) return;
+  grid_.items()->empty() ? void(gtk_widget_grab_focus(waiting_)) : grid_.focus(0);
+  // In a sandbox there may be nothing else to look at.
+  if (std::none_of(roots_.begin(), roots_.end(), isReadable)) browse();
 }
 
 // Leaves the innermost place; false when nothing is open in here: then the sheet around goes.

@@ -55,6 +55,7 @@ class PhotoSheet {
   void build();
   GtkWidget* header();
   GtkWidget* footer();
+  GtkWidget* waitingPage();
   GtkWidget* emptyPage();
   void describeEmptiness();
   void update(std::shared_ptr<const MediaCatalog> catalog);
@@ -92,6 +93,7 @@ class PhotoSheet {
   GtkWidget* toast_ = nullptr;
   std::unique_ptr<Timer> toastEnd_;
   GtkWidget* pages_ = nullptr;
+  GtkWidget* waiting_ = nullptr;
   GtkWidget* emptyIcon_ = nullptr;
   GtkWidget* emptyTitle_ = nullptr;
   GtkWidget* emptyHint_ = nullptr;

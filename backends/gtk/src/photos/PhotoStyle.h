@@ -11,7 +11,8 @@ inline constexpr const char* photoStyle = R"css(
 .orivex-photo-sheet { background-color: #1c1c1e; color: white; }
 .orivex-photo-sheet button { background: none; border: none; box-shadow: none; color: white; text-shadow: none;
   outline-offset: -2px; min-height: 32px; }
-.orivex-photo-sheet button:focus-visible, .orivex-photo-sheet checkbutton:focus-visible { outline: 2px solid #6ea0ff; }
+.orivex-photo-sheet button:focus-visible, .orivex-photo-sheet checkbutton:focus-visible,
+.orivex-photo-sheet .waiting:focus-visible { outline: 2px solid #6ea0ff; outline-offset: -2px; }
 
 .orivex-photo-sheet .bar { min-height: 52px; padding: 0 8px; }
 .orivex-photo-sheet .plain { padding: 6px 10px; font-size: 12pt; border-radius: 10px; }

@@ -136,11 +136,12 @@ void Sheet::releaseInput() {
   gtk_widget_set_can_focus(mask_.get(), FALSE);
 }
 
-// At once from the page, and to the content as soon as that is on the screen: before, it cannot take any.
+// At once from the page, and to the content, unless that takes it itself, as soon as that is on the screen: before, it
+// cannot take any.
 void Sheet::takeFocus() {
   mapped_ = SignalConnection::connect(panel_, "map", [this] {
     mapped_.disconnect();
-    moveFocus(GTK_DIR_TAB_FORWARD);
+    focusMoved(gtk_widget_get_root(panel_));
   });
   movingFocus_ = true;
   if (auto* const window = gtk_widget_get_root(panel_)) gtk_root_set_focus(window, nullptr);

@@ -28,6 +28,18 @@ G_GNUC_BEGIN_IGNORE_DEPRECATIONS  // GTK 4.12 has another name for loading from 
 }
 G_GNUC_END_IGNORE_DEPRECATIONS
 
+GtkWidget* checkButtonNew(const char* text) {
+  constexpr auto stopsArrows =
+      +[](GtkEventController*, guint key, guint, GdkModifierType, gpointer) noexcept -> gboolean {
+    return (key >= GDK_KEY_Left && key <= GDK_KEY_Down) || (key >= GDK_KEY_KP_Left && key <= GDK_KEY_KP_Down);
+  };
+  GtkWidget* const button = gtk_check_button_new_with_label(text);
+  GtkEventController* const keys = gtk_event_controller_key_new();
+  g_signal_connect(keys, "key-pressed", G_CALLBACK(stopsArrows), nullptr);
+  gtk_widget_add_controller(button, keys);
+  return button;
+}
+
 void makeLight(GtkWidget* surface) {
   installStyle(light);
   gtk_widget_add_css_class(surface, "orivex-light");

@@ -26,6 +26,9 @@ inline GtkWidget* decorative(GtkWidget* widget) {
   return widget;
 }
 
+/// A check button of its own. By itself one answers arrow keys like a press, as if it were in a group of choices.
+GtkWidget* checkButtonNew(const char* text);
+
 /// What screen readers call the widget, and not by what it holds.
 inline void setAccessibleLabel(GtkWidget* widget, const std::string& text) {
   gtk_accessible_reset_relation(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_RELATION_LABELLED_BY);

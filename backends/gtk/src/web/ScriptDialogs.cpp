@@ -168,8 +168,7 @@ GtkWidget* ScriptDialogs::makeContent(const std::string& body) {
   gtk_box_append(GTK_BOX(content), messageNew(body));
   if (GtkWidget* const entry = question_->makeEntry()) gtk_box_append(GTK_BOX(content), entry);
   if (countInARow_ >= silenceOfferedAt) {
-    silence_ =
-        GRef<GtkCheckButton>::sink(GTK_CHECK_BUTTON(gtk_check_button_new_with_label(tr("不再显示此页面的对话框"))));
+    silence_ = GRef<GtkCheckButton>::sink(GTK_CHECK_BUTTON(checkButtonNew(tr("不再显示此页面的对话框"))));
     gtk_box_append(GTK_BOX(content), GTK_WIDGET(silence_.get()));
   }
   return content;

@@ -37,7 +37,6 @@ void LargePictures::load(const Request& request) {
     if (isRequested) {
       auto& picture = pictures_[request.item];
       if (texture) picture.texture = texture;
-      picture.isBroken = !picture.texture;
       picture.detail = request.detail;
       loaded_();
     }

@@ -19,8 +19,7 @@ namespace orivex::gtk {
 class LargePictures {
  public:
   struct Picture {
-    GRef<GdkTexture> texture;
-    bool isBroken = false;
+    GRef<GdkTexture> texture;  // null when it is broken
     int detail = 0;
   };
 

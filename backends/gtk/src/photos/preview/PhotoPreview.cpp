@@ -192,23 +192,8 @@ void PhotoPreview::toggle() {
 }
 
 bool PhotoPreview::keyPressed(guint key, GdkModifierType modifiers) {
-  if (!isOpen() || (modifiers & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK))) return false;
-  // The buttons have keys of their own.
-  const bool isOnPicture = gtk_widget_has_focus(strip_.widget()) != FALSE;
+  if (!isOpen() || (modifiers & (GDK_ALT_MASK | GDK_SUPER_MASK))) return false;
   switch (key) {
-    case GDK_KEY_Left:
-      strip_.step(-1);
-      return true;
-    case GDK_KEY_Right:
-      strip_.step(1);
-      return true;
-    case GDK_KEY_space:
-      if (isOnPicture) toggle();
-      return isOnPicture;
-    case GDK_KEY_Return:
-    case GDK_KEY_KP_Enter:
-      if (isOnPicture) playOrStop();
-      return isOnPicture;
     case GDK_KEY_plus:
     case GDK_KEY_equal:
     case GDK_KEY_KP_Add:
@@ -218,6 +203,36 @@ bool PhotoPreview::keyPressed(guint key, GdkModifierType modifiers) {
     case GDK_KEY_KP_Subtract:
       strip_.zoomStep(-1);
       return true;
+    case GDK_KEY_0:
+    case GDK_KEY_KP_0:
+      strip_.zoomStep(0);
+      return true;
+    default:
+      return !(modifiers & GDK_CONTROL_MASK) && plainKeyPressed(key);
+  }
+}
+
+bool PhotoPreview::plainKeyPressed(guint key) {
+  // The buttons have keys of their own.
+  const bool isOnPicture = gtk_widget_has_focus(strip_.widget()) != FALSE;
+  switch (key) {
+    case GDK_KEY_Left:
+      if (!strip_.pan(-1, 0)) strip_.step(-1);
+      return true;
+    case GDK_KEY_Right:
+      if (!strip_.pan(1, 0)) strip_.step(1);
+      return true;
+    case GDK_KEY_Up:
+      return strip_.pan(0, -1);
+    case GDK_KEY_Down:
+      return strip_.pan(0, 1);
+    case GDK_KEY_space:
+      if (isOnPicture) toggle();
+      return isOnPicture;
+    case GDK_KEY_Return:
+    case GDK_KEY_KP_Enter:
+      if (isOnPicture) playOrStop();
+      return isOnPicture;
     case GDK_KEY_BackSpace:
       close();
       return true;

@@ -54,6 +54,7 @@ class PhotoPreview {
   void toggle();
   void reveal(bool isOpen);
   bool keyPressed(guint key, GdkModifierType modifiers);
+  bool plainKeyPressed(guint key);
 
   const PipelineThreads threads_;
   const MediaSelection& selection_;

@@ -23,6 +23,7 @@ constexpr double doubleTapSlack = 24;
 constexpr gint64 doubleTapMicroseconds = 400'000;
 
 constexpr double zoomStepFactor = 1.5;
+constexpr double panSteps = 4;  // from one edge of the area to the other
 constexpr double doubleTapZoom = 2.5;
 constexpr int closeDetail = 2;
 
@@ -121,16 +122,20 @@ void PreviewStrip::drawItem(GtkSnapshot* snapshot, std::size_t position, double 
                        {static_cast<float>(size_.width), static_cast<float>(size_.height)}};
   if (position == position_ && zoom_.isIn()) area = zoomed(area, zoom_);
   if (frame_ && position == position_) return drawing::contain(snapshot, frame_.get(), area);
-  const auto* const large = pictures_.find(item);
-  if (large && large->isBroken) {
+  if (auto* const texture = textureOf(item)) {
+    drawing::contain(snapshot, texture, area);
+  } else if (pictures_.find(item)) {
     drawing::icon(snapshot, canvas_.get(), "image-missing-symbolic",
                   {area.origin.x + area.size.width / 2, area.origin.y + area.size.height / 2}, brokenIconSide,
                   drawing::faint);
-  } else if (large) {
-    drawing::contain(snapshot, large->texture.get(), area);
-  } else if (const auto* const small = thumbnails_.find(item); small && !small->isBroken()) {
-    drawing::contain(snapshot, small->texture.get(), area);
   }
+}
+
+// Null for one that is broken, or not known yet.
+GdkTexture* PreviewStrip::textureOf(const MediaItemPtr& item) const {
+  if (const auto* const large = pictures_.find(item)) return large->texture.get();
+  const auto* const small = thumbnails_.find(item);
+  return small ? small->texture.get() : nullptr;
 }
 
 // What is looked at first, then what the next swipe brings.
@@ -147,16 +152,23 @@ void PreviewStrip::requestPictures() {
 
 void PreviewStrip::zoomTo(double scale, Point focus) {
   const auto item = current();
-  const auto* const picture = item && item->type == MediaType::image ? pictures_.find(item) : nullptr;
-  if (!picture || picture->isBroken) return;
-  if (!zoom_.isIn()) zoom_ = {drawing::containedSize(picture->texture.get(), size_), size_};
+  auto* const texture = item && item->type == MediaType::image ? textureOf(item) : nullptr;
+  if (!texture) return;
+  if (!zoom_.isIn()) zoom_ = {drawing::containedSize(texture, size_), size_};
   zoom_.scaleTo(scale, focus);
   requestPictures();
   gtk_widget_queue_draw(canvas_.get());
 }
 
 void PreviewStrip::zoomStep(int direction) {
-  zoomTo(direction > 0 ? zoom_.scale() * zoomStepFactor : zoom_.scale() / zoomStepFactor, {});
+  zoomTo(direction == 0 ? 1 : zoom_.scale() * std::pow(zoomStepFactor, direction), {});
+}
+
+bool PreviewStrip::pan(int across, int down) {
+  const auto before = zoom_.offset();
+  zoom_.moveTo({before.x - across * size_.width / panSteps, before.y - down * size_.height / panSteps});
+  gtk_widget_queue_draw(canvas_.get());
+  return zoom_.offset() != before;
 }
 
 Point PreviewStrip::fromMiddle(double x, double y) const {

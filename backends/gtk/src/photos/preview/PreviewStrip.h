@@ -45,8 +45,13 @@ class PreviewStrip final : private CanvasDelegate {
   /// Slides to the next item, or the previous one; past either end it springs back.
   void step(int direction);
 
-  /// Shows the picture closer by a step, or less close at a negative `direction`. Videos stay as they are.
+  /// Shows the picture closer by a step, less close at a negative `direction`, or as a whole at 0. Videos stay as they
+  /// are.
   void zoomStep(int direction);
+
+  /// Looks at another part of a picture that shows closer: to the right and below at 1, to the left and above at -1.
+  /// Returns whether there is more of it.
+  bool pan(int across, int down);
 
  private:
   int minimumSize(GtkOrientation orientation, int forSize) override;
@@ -57,6 +62,7 @@ class PreviewStrip final : private CanvasDelegate {
   MediaItemPtr itemAt(std::ptrdiff_t position) const;
   MediaItemPtr current() const { return itemAt(static_cast<std::ptrdiff_t>(position_)); }
   void requestPictures();
+  GdkTexture* textureOf(const MediaItemPtr& item) const;
   void zoomTo(double scale, Point focus);
   Point fromMiddle(double x, double y) const;
   void dragged(double x, double y);
