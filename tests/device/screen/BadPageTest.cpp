@@ -71,6 +71,19 @@ TEST_F(BadPage, WhatIsFarBeyondAnyMessageIsRefusedInThePage) {
   EXPECT_TRUE(log.has(R"(trackEvent [\"1970-01-01T00:00:00.000Z\",{},null])")) << "the body changed on its way";
 }
 
+TEST_F(BadPage, AFloodIsRefusedInThePageUntilTheMainThreadHasHadItsTime) {
+  const SocketServer server(servePage(readyPage));
+  const auto chat = openChat(server.url(""));
+  EXPECT_EQ(evaluate(*chat,
+                     "(() => { let posted = 0; try { for (; posted < 300; ++posted) "
+                     "webkit.messageHandlers.trackEvent.postMessage('x'.repeat(1 << 20)); } "
+                     "catch (error) { return error.name + (posted > 20); } })()"),
+            "RangeErrortrue");
+  const std::string again =
+      "try { webkit.messageHandlers.trackEvent.postMessage({name: 'again', attributes: {}}) } catch { }; 0";
+  EXPECT_TRUE(wait([&] { return evaluate(*chat, again) == "0" && raised("again"); }, 20));
+}
+
 TEST_F(BadPage, AsksNothingWhileAnotherScreenCoversIt) {
   const SocketServer server(servePage(readyPage));
   const auto chat = openChat(server.url(""));

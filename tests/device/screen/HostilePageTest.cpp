@@ -49,6 +49,10 @@ TEST_F(HostilePage, NoFrameHasTheBridge) {
       "blank.src = 'about:blank'; blank.onload = () => { window.again = typeof "
       "blank.contentWindow.webkit.messageHandlers; }; 0");
   EXPECT_TRUE(becomes("window.again", "undefined"));
+  EXPECT_EQ(evaluate("typeof Object.getOwnPropertyDescriptor(Object.getPrototypeOf(webkit), 'messageHandlers').get"
+                     "?.call(blank.contentWindow.webkit)"),
+            "undefined")
+      << "the page reaches handlers of its frame, which no limit guards";
   ASSERT_EQ(web_->messages.size(), 1U);
   EXPECT_EQ(web_->messages.front().body, "\"from the page\"");
 }

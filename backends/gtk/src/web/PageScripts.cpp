@@ -27,9 +27,14 @@ constexpr const char* lightScript = R"js(
 // proxies, which could show one value here and another to WebKit, and the page does not have it.
 constexpr const char* messageLimit = R"js(
 ((name) => {
-  const handler = webkit.messageHandlers[name];
+  const handlers = webkit.messageHandlers;
+  const handler = handlers[name];
   if (!handler) return;
   const [mostValues, mostLetters] = [10000, 8 << 20];
+  // The main thread's time in microseconds, as measured: a page may take half a second at once, a fifth in the long
+  // run. The message that takes the last of it may be a long one.
+  const [mostTime, timeInAMillisecond] = [500000, 200];
+  const timeFor = (values, letters) => 25 + 2 * values + letters / 50;
   const { getPrototypeOf } = Object;
   const apply = Reflect.apply;
   const isOwn = Object.prototype.hasOwnProperty;
@@ -37,6 +42,17 @@ constexpr const char* messageLimit = R"js(
   const [mapPrototype, setPrototype] = [Map.prototype, Set.prototype];
   const Refusal = RangeError;
   const copyOf = structuredClone;
+  const now = Date.now;
+  let left = mostTime;
+  let last = now();
+  const take = (time) => {
+    const elapsed = now() - last;
+    last += elapsed;
+    if (elapsed > 0) left += elapsed * timeInAMillisecond;
+    if (left > mostTime) left = mostTime;
+    if (left < 0) throw new Refusal("Too many messages");
+    left -= time;
+  };
   const check = (copy) => {
     let values = 0;
     let letters = 0;
@@ -60,6 +76,7 @@ constexpr const char* messageLimit = R"js(
       if (prototype === mapPrototype) apply(eachOfMap, value, [addBoth]);
       if (prototype === setPrototype) apply(eachOfSet, value, [addBoth]);
     }
+    take(timeFor(values, letters));
   };
   const post = handler.postMessage;
   const value = function postMessage(...bodies) {
@@ -67,6 +84,8 @@ constexpr const char* messageLimit = R"js(
     return apply(post, this, bodies);
   };
   Object.defineProperty(getPrototypeOf(handler), "postMessage", { value, enumerable: true });
+  // The getter would give a page the handlers of its frames, on which nobody has put this.
+  Object.defineProperty(getPrototypeOf(webkit), "messageHandlers", { value: handlers });
 })
 )js";
 

@@ -25,8 +25,8 @@ AddedScript addUserScript(WebKitUserContentManager* content, const std::string& 
 /// Adds rules of the component's own to a page, below the page's except where they are important.
 void addPageStyle(WebKitUserContentManager* content, const char* css, WebKitUserContentInjectedFrames frames);
 
-/// Makes `postMessage` of the page's handlers throw a RangeError for what is far beyond any message. What does travel
-/// is taken apart on the main thread, before it is known how much it is.
+/// Makes `postMessage` of the page's handlers throw a RangeError for what is far beyond any message, and for floods.
+/// What does travel is taken apart on the main thread, before it is known how much it is.
 void addMessageLimit(WebKitUserContentManager* content, const std::vector<std::string>& names);
 
 // The chat page is light whatever the desktop's style is, which WebKit follows for all web views of the process. Left
