@@ -6,6 +6,7 @@
 #include "support/ScreenFixture.h"
 #include "support/Visitor.h"
 #include "support/Widgets.h"
+#include "web/WebKitEngine.h"
 
 #include "orivex/platform/ui/WebView.h"
 
@@ -50,9 +51,9 @@ TEST_F(FirstSecond, ThePlaceholderIsDrawnFromItsFirstFrameOn) {
   });
   open();
   // Past the page's own first frame.
-  EXPECT_TRUE(wait([&] { return chat_->loadView()->subviews().size() == 1; }, 20));
-  pass(0.2);
-  EXPECT_GT(drawn.size(), 5U);
+  auto* const skeleton = WEBKIT_WEB_VIEW(dynamic_cast<WebKitEngine&>(chat_->loadView()->engine()).widget());
+  EXPECT_TRUE(wait([&] { return webkit_web_view_get_estimated_load_progress(skeleton) == 1 && drawn.size() > 5; }, 30));
+  pass(0.5);
   EXPECT_EQ(std::count(drawn.begin(), drawn.end(), false), 0);
 }
 

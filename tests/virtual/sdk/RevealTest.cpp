@@ -77,10 +77,7 @@ TEST_F(RevealTest, AButtonLeadsBackUntilThen) {
   ASSERT_TRUE(button);
   EXPECT_EQ(button->name(), "返回");
   EXPECT_EQ(button->frame(), (Rect{0, 8, 44, 44}));
-  EXPECT_GT(placeholder->subviews().size(), 1U) << "nothing shows before the skeleton page";
-  engineOf(placeholder).finish();
-  device_.advance(0.6);
-  EXPECT_EQ(placeholder->subviews(), std::vector<std::shared_ptr<View>>{button});
+  EXPECT_FALSE(placeholder->backgroundShapes().empty()) << "nothing shows before the skeleton page";
   button->press();
   device_.advance(1);
   EXPECT_FALSE(screen->isViewInWindow());

@@ -29,14 +29,15 @@ int points(double length) {
   return static_cast<int>(std::lround(std::max(0.0, length)));
 }
 
-graphene_rect_t boundsOf(const View& view) {
-  return {{0, 0}, {static_cast<float>(view.frame().width), static_cast<float>(view.frame().height)}};
+Rect boundsOf(const View& view) {
+  return {0, 0, view.frame().width, view.frame().height};
 }
 
-GskRoundedRect outlineOf(const View& view) {
-  const auto bounds = boundsOf(view);
+GskRoundedRect outlineOf(const Rect& frame, double cornerRadius) {
+  const graphene_rect_t bounds{{static_cast<float>(frame.x), static_cast<float>(frame.y)},
+                               {static_cast<float>(frame.width), static_cast<float>(frame.height)}};
   GskRoundedRect outline;
-  gsk_rounded_rect_init_from_rect(&outline, &bounds, static_cast<float>(view.cornerRadius()));
+  gsk_rounded_rect_init_from_rect(&outline, &bounds, static_cast<float>(cornerRadius));
   return outline;
 }
 
@@ -47,9 +48,13 @@ void paintBackground(GtkSnapshot* snapshot, GtkWidget* window, const graphene_si
 }
 G_GNUC_END_IGNORE_DEPRECATIONS
 
-GdkRGBA rgba(const Color& color) {
-  return {static_cast<float>(color.red), static_cast<float>(color.green), static_cast<float>(color.blue),
-          static_cast<float>(color.alpha)};
+void draw(GtkSnapshot* snapshot, const Shape& shape) {
+  const auto outline = outlineOf(shape.frame, shape.cornerRadius);
+  const GdkRGBA color{static_cast<float>(shape.color.red), static_cast<float>(shape.color.green),
+                      static_cast<float>(shape.color.blue), static_cast<float>(shape.color.alpha)};
+  if (shape.cornerRadius > 0) gtk_snapshot_push_rounded_clip(snapshot, &outline);
+  gtk_snapshot_append_color(snapshot, &color, &outline.bounds);
+  if (shape.cornerRadius > 0) gtk_snapshot_pop(snapshot);
 }
 
 }  // namespace
@@ -248,15 +253,10 @@ double ViewNode::scale() const {
 
 void ViewNode::snapshot(GtkSnapshot* snapshot) {
   if (!view_) return;
-  const auto outline = outlineOf(*view_);
-  const bool rounded = view_->cornerRadius() > 0;
-  if (const auto& color = view_->backgroundColor()) {
-    const auto shown = rgba(*color);
-    const auto bounds = boundsOf(*view_);
-    if (rounded) gtk_snapshot_push_rounded_clip(snapshot, &outline);
-    gtk_snapshot_append_color(snapshot, &shown, &bounds);
-    if (rounded) gtk_snapshot_pop(snapshot);
-  }
+  const auto bounds = boundsOf(*view_);
+  const auto outline = outlineOf(bounds, view_->cornerRadius());
+  if (const auto& color = view_->backgroundColor()) draw(snapshot, {bounds, *color, view_->cornerRadius()});
+  for (const auto& shape : view_->backgroundShapes()) draw(snapshot, shape);
   if (view_->clipsToBounds()) gtk_snapshot_push_rounded_clip(snapshot, &outline);
   canvasSnapshotChildren(canvas_.get(), snapshot);
   if (view_->clipsToBounds()) gtk_snapshot_pop(snapshot);

@@ -26,6 +26,14 @@ enum class ViewChange {
   content,  ///< what a subclass adds
 };
 
+/// A plain area that a view draws.
+struct Shape {
+  Rect frame;  ///< in the view's points
+  Color color;
+  double cornerRadius = 0;
+  bool operator==(const Shape&) const = default;
+};
+
 /// A backend's picture of one view. The view does not own it; whichever of the two ends first cuts the tie.
 class ViewMirror : public Interface {
  public:
@@ -77,6 +85,10 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
 
   const std::optional<Color>& backgroundColor() const { return background_; }
   void setBackgroundColor(const std::optional<Color>& color) { set(background_, color, ViewChange::drawing); }
+
+  /// What lies on the background, under a page and the subviews.
+  const std::vector<Shape>& backgroundShapes() const { return shapes_; }
+  void setBackgroundShapes(const std::vector<Shape>& shapes) { set(shapes_, shapes, ViewChange::drawing); }
 
   double cornerRadius() const { return cornerRadius_; }
   void setCornerRadius(double radius) { set(cornerRadius_, radius, ViewChange::drawing); }
@@ -152,6 +164,7 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
   Translation transform_;
   bool growsWithText_ = false;
   std::optional<Color> background_;
+  std::vector<Shape> shapes_;
   double cornerRadius_ = 0;
   bool clips_ = false;
   int tag_ = 0;
