@@ -29,7 +29,7 @@ constexpr const char* css = R"css(
 .orivex-camera button:active { background-color: rgba(110, 110, 110, 0.7); }
 .orivex-camera button.shutter { background-color: transparent; border-radius: 48px; }
 .orivex-camera button.text { padding: 0 28px; font-size: 12.75pt; font-weight: 600; background-color: rgba(60, 60, 60, 0.85); }
-.orivex-camera button.use { background-color: white; color: black; }
+.orivex-camera button.use { background-color: white; color: black; outline-color: black; }
 .orivex-camera button.use:hover { background-color: #e6e6e6; }
 .orivex-camera button.use:active { background-color: #c4c4c4; }
 .orivex-camera .bottom { padding-top: 48px;

@@ -31,12 +31,13 @@ inline constexpr const char* photoStyle = R"css(
 .orivex-photo-sheet .original check:checked { background-color: #3478f6; border-color: #3478f6; color: white; }
 .orivex-photo-sheet .confirm { background-color: #2f6fe4; color: white; font-size: 11.25pt; font-weight: 600;
   border-radius: 20px; padding: 4px 18px; min-width: 52px; }
+.orivex-photo-sheet .confirm:focus-visible, .orivex-preview .play:focus-visible { outline-color: white; }
 .orivex-photo-sheet .confirm:hover { background-color: #3d7cf0; }
 .orivex-photo-sheet .confirm:disabled { background-color: #3a3a3c; color: #98989f; filter: none; opacity: 1; }
 
 .orivex-photos { background-color: #1c1c1e; font-size: 9.75pt; font-weight: 500; }
-.orivex-photos > child { padding: 1px; margin: 0; border-radius: 0; background: none; border: none; outline-offset: -4px; }
-.orivex-photos > child:focus-visible { outline: 3px solid #6ea0ff; }
+.orivex-photos > child { padding: 1px; margin: 0; border-radius: 0; background: none; border: none; }
+.orivex-photos > child:focus-visible { outline: 3px solid #6ea0ff; outline-offset: -3px; padding: 6px; }
 .orivex-photos-empty { padding: 24px; color: #98989f; }
 .orivex-photos-empty .title { color: white; font-size: 13.5pt; font-weight: 600; }
 .orivex-photos-empty .hint { font-size: 10.5pt; }
@@ -56,6 +57,7 @@ inline constexpr const char* photoStyle = R"css(
 .orivex-albums .count { font-size: 9.75pt; color: #a4a4ab; }
 
 .orivex-preview { background-color: black; color: white; }
+.orivex-preview .picture:focus-visible { outline: 2px solid #6ea0ff; outline-offset: -2px; }
 .orivex-preview .bar { background-color: #1c1c1e; }
 .orivex-preview .title { font-size: 12pt; font-weight: 600; }
 .orivex-preview .length { background-color: rgba(0, 0, 0, 0.55); border-radius: 12px; padding: 3px 12px; margin: 16px;

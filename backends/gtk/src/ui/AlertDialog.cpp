@@ -122,6 +122,8 @@ void AlertDialog::present(bool isModal, Once<void(const char*)> answered) {
     std::move(answered_)(nullptr);
   });
   show(dialog_, parent_, isModal);
+  auto* const window = GTK_WINDOW(gtk_widget_get_root(dialog_.get()));
+  if (window && window != parent_) ring_ = std::make_unique<FocusRing>(window, [] { return true; });
   if (!keys_) return;
   takeFocus(dialog_);
   announce(GTK_WIDGET(parent_), spoken_);  // screen readers follow the focus

@@ -7,6 +7,7 @@
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "FocusRing.h"
 #include "HeldKeys.h"
 
 #include "orivex/platform/base/Once.h"
@@ -46,6 +47,7 @@ class AlertDialog {
   GRef<GtkWidget> dialog_;  // null when it is off the screen
   Once<void(const char*)> answered_;
   std::unique_ptr<HeldKeys> keys_;
+  std::unique_ptr<FocusRing> ring_;  // in a window of its own
   SignalConnections connections_;
 };
 

@@ -16,7 +16,7 @@ constexpr const char* css = R"css(
 .orivex-offer { background-color: rgba(28, 28, 30, 0.94); color: white; border-radius: 12px; padding: 4px 4px 4px 14px; }
 .orivex-offer { margin: 56px 16px 0 16px; }
 .orivex-offer:dir(rtl) { padding: 4px 14px 4px 4px; }
-.orivex-offer button { min-height: 36px; color: inherit; }
+.orivex-offer button { min-height: 36px; color: inherit; outline-color: white; }
 )css";
 
 }  // namespace

@@ -7,9 +7,11 @@
 namespace orivex::gtk {
 namespace {
 
-// Controls take their colours from the text's; these two have some of their own.
+// Controls take their colours from the text's; these have some of their own.
 constexpr const char* light = R"css(
 .orivex-light { background-color: #fafafb; color: rgba(0, 0, 0, 0.8); }
+.orivex-light list { color: inherit; }
+.orivex-light :focus-visible { outline-color: #1c71d8; }
 .orivex-light button.suggested { color: #1c71d8; }
 .orivex-light button.destructive { color: #c01c28; }
 )css";

@@ -36,7 +36,7 @@ void PhotoPreview::build() {
   gtk_widget_set_can_target(length_, FALSE);
   gtk_overlay_add_overlay(GTK_OVERLAY(over), length_);
   gtk_overlay_add_overlay(GTK_OVERLAY(over), playButton());
-  gtk_widget_set_focusable(strip_.widget(), TRUE);
+  gtk_widget_set_focusable(styled(strip_.widget(), "picture"), TRUE);
   setAccessibleLabel(strip_.widget(), tr("照片"));
 
   GtkWidget* const box = styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {bar(), over}), "orivex-preview");

@@ -1,6 +1,7 @@
 #include "PreviewStrip.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "../grid/Drawing.h"
@@ -33,6 +34,16 @@ graphene_rect_t zoomed(const graphene_rect_t& area, const PictureZoom& zoom) {
   return {{area.origin.x + width * (1 - scale) / 2 + static_cast<float>(zoom.offset().x),
            area.origin.y + height * (1 - scale) / 2 + static_cast<float>(zoom.offset().y)},
           {width * scale, height * scale}};
+}
+
+// Under the ring of the focus, which is bright.
+void drawDarkFrame(GtkSnapshot* snapshot, Size size) {
+  GskRoundedRect frame;
+  const graphene_rect_t area{{0, 0}, {static_cast<float>(size.width), static_cast<float>(size.height)}};
+  gsk_rounded_rect_init_from_rect(&frame, &area, 0);
+  constexpr std::array<float, 4> widths{4, 4, 4, 4};
+  constexpr std::array<GdkRGBA, 4> colors{{{0, 0, 0, 1}, {0, 0, 0, 1}, {0, 0, 0, 1}, {0, 0, 0, 1}}};
+  gtk_snapshot_append_border(snapshot, &frame, widths.data(), colors.data());
 }
 
 }  // namespace
@@ -114,6 +125,7 @@ void PreviewStrip::snapshot(GtkSnapshot* snapshot) {
     const auto position = static_cast<std::ptrdiff_t>(position_) + beside;
     if (itemAt(position) && left < width && left > -width) drawItem(snapshot, static_cast<std::size_t>(position), left);
   }
+  if (gtk_widget_has_visible_focus(canvas_.get())) drawDarkFrame(snapshot, size_);
 }
 
 void PreviewStrip::drawItem(GtkSnapshot* snapshot, std::size_t position, double left) {

@@ -104,6 +104,14 @@ bool FocusKeeper::restoreFocusIn(GtkWidget* screen) {
   return false;
 }
 
+// The host's own widgets show theirs as GTK does it.
+bool FocusKeeper::isOurs() const {
+  GtkWidget* const focus = gtk_window_get_focus(window_);
+  if (!focus || isInside(focus, screens_)) return !focus || shown().second;
+  GtkWidget* const overlay = gtk_widget_get_parent(screens_);
+  return overlay && isInside(focus, overlay);
+}
+
 FocusKeeper::Shown FocusKeeper::shown() const {
   for (auto* screen = gtk_widget_get_last_child(screens_); screen; screen = gtk_widget_get_prev_sibling(screen)) {
     if (gtk_widget_get_mapped(screen) && gtk_widget_get_can_target(screen)) return {screen, pageBelow(screen)};

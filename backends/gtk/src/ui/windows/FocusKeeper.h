@@ -6,6 +6,7 @@
 #include <gtk/gtk.h>
 
 #include "../../glib/SignalConnection.h"
+#include "../FocusRing.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/ports/MainQueue.h"
@@ -14,7 +15,8 @@ namespace orivex::gtk {
 
 /// Sees to it that keys reach what shows in one window. While a page shows, some control of the screen around it has
 /// the focus, whatever takes it away; when the page has gone, the widget has it that had it before, if that still
-/// shows. What lies above the screens, and a focus that the host gives up without a page, are left alone. Main thread.
+/// shows. What lies above the screens, and a focus that the host gives up without a page, are left alone. The visitor
+/// who uses keys sees which widget of ours has the focus. Main thread.
 class FocusKeeper {
  public:
   /// `screens` is the canvas of the screens in `window`. Both outlive this object.
@@ -47,6 +49,7 @@ class FocusKeeper {
   void update();
   bool restoreFocusIn(GtkWidget* screen);
   Shown shown() const;
+  bool isOurs() const;
 
   GtkWindow* const window_;
   GtkWidget* const screens_;
@@ -56,6 +59,7 @@ class FocusKeeper {
   bool cleared_ = false;
   bool pending_ = false;
   SignalConnection focus_;
+  const FocusRing ring_{window_, [this] { return isOurs(); }};
   Alive alive_;
 };
 
