@@ -54,6 +54,20 @@ TEST_F(OpenWithMenuTest, ListsTheApplicationsThatTakeTheFileTheUsualOneFirst) {
   }
 }
 
+TEST_F(OpenWithMenuTest, CanBeReadOnADarkDesktop) {
+  adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_FORCE_DARK);
+  ASSERT_TRUE(present(web("a.pdf")));
+  ASSERT_FALSE(names().empty());
+  const auto color = [&](const char* text) {
+    GdkRGBA found{};
+    G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+    gtk_style_context_get_color(gtk_widget_get_style_context(findByText(sheet(), text)), &found);
+    G_GNUC_END_IGNORE_DEPRECATIONS
+    return GCharPtr(gdk_rgba_to_string(&found));
+  };
+  EXPECT_STREQ(color("Usual").get(), color("用其他应用打开").get());
+}
+
 TEST_F(OpenWithMenuTest, WithoutAnApplicationNothingIsShown) {
   for (const auto& file :
        {*Url::parse("http://example.org/a"), *Url::parse("tel:123"), *Url::parse("a.pdf"), desktop.file("a.pdf")}) {
