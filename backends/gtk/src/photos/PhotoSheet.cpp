@@ -359,7 +359,11 @@ void PhotoSheet::leaveGrid(GtkDirectionType direction) {
 
 void PhotoSheet::mapped() {
   if (std::exchange(wasMapped_, true)) return;
-  grid_.items()->empty() ? void(gtk_widget_grab_focus(waiting_)) : grid_.focus(0);
+  if (!grid_.items()->empty()) {
+    grid_.focus(0);
+  } else if (gtk_widget_get_mapped(waiting_)) {
+    gtk_widget_grab_focus(waiting_);
+  }
   // In a sandbox there may be nothing else to look at.
   if (std::none_of(roots_.begin(), roots_.end(), isReadable)) browse();
 }
