@@ -112,7 +112,7 @@ class Batch : public std::enable_shared_from_this<Batch> {
 
   // "2 / 5 clip.mp4", each part of it kept together in every direction of writing.
   std::string nameAndPlace(std::size_t index) const {
-    const auto name = attachments_[index]->description.name.value_or("");
+    auto name = attachments_[index]->description.name.value_or("");
     if (attachments_.size() < 2) return name;
     return "\u2066" + std::to_string(index + 1) + " / " + std::to_string(attachments_.size()) + "\u2069 \u2068" + name +
            "\u2069";

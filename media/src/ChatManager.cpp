@@ -116,6 +116,7 @@ void ChatManager::attachFiles(const std::vector<std::string>& paths, ViewControl
     return showAttachmentMessage(view, trNumber("最多只能选择%1项", mostAtOnce));
   }
   std::vector<std::shared_ptr<Attachment>> attachments;
+  attachments.reserve(paths.size());
   for (const auto& path : paths) attachments.push_back(pickedDocument(Url::fromFilePath(path)));
   sendAttachments(std::move(attachments), view, std::move(answer));
 }
