@@ -76,11 +76,11 @@ TEST_F(OfferedFilesTest, WhatIsDroppedOnAPageThatDoesNotTakeItReachesTheHost) {
 
   const auto dragTo = [](int y) {
     hands({"pointer", "100", "50"});
-    hands({"button-down"});
+    hands("button-down");
     for (int step = 60; step < y; step += 40) hands({"pointer", "100", std::to_string(step)});
     hands({"pointer", "100", std::to_string(y)});
     pass(0.5);
-    hands({"button-up"});
+    hands("button-up");
   };
   dragTo(400);
   EXPECT_TRUE(offered({bill_}));

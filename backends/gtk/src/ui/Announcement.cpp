@@ -31,7 +31,6 @@ void announce(GtkWidget* widget, const std::string& text) {
 namespace orivex::gtk {
 namespace {
 
-constexpr const char* accessible = "org.a11y.atspi.Accessible";
 constexpr const char* events = "org.a11y.atspi.Event.Object";
 constexpr const char* registry = "org.a11y.atspi.Registry";
 constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
