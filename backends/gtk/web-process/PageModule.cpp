@@ -6,7 +6,7 @@
 // - What a page writes to its console goes to the log, where that is asked for: each message is cut, and more than
 //   twenty in a second are dropped.
 // - The process says where it is on the accessibility bus, so that screen readers find the page.
-// - The page's own document, whose address holds the visitor's token, is not kept on the disk.
+// - Neither the page's own document nor its address, which holds the visitor's token, is kept on the disk.
 
 #include <algorithm>
 #include <cstring>
@@ -27,6 +27,12 @@ gboolean sendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIRe
   SoupMessageHeaders* const headers = webkit_uri_request_get_http_headers(request);
   if (!headers) return FALSE;
   if (*userAgent) soup_message_headers_replace(headers, "User-Agent", userAgent);
+  // Of what a document loads WebKit's cache notes the page's address, in frames too, but not when the request for the
+  // document was conditional.
+  const char* const accepted = soup_message_headers_get_one(headers, "Accept");
+  if (accepted && g_str_has_prefix(accepted, "text/html")) {
+    soup_message_headers_replace(headers, "If-None-Match", "\"none\"");
+  }
   if (g_strcmp0(webkit_uri_request_get_uri(request), webkit_web_page_get_uri(page)) == 0) {
     soup_message_headers_replace(headers, "Cache-Control", "no-store");
   }

@@ -1,8 +1,9 @@
-#include <fstream>
+#include <filesystem>
 
 #include "PageFixture.h"
 #include "glib/GRef.h"
 #include "support/TemporaryFolder.h"
+#include "support/VideoFiles.h"
 
 namespace orivex::gtk {
 namespace {
@@ -39,8 +40,11 @@ TEST_F(OfferedFilesTest, WhatIsPastedAndIsNoTextReachesTheHost) {
   const std::string png = "\x89PNG\r\n\x1a\n and the rest of it";
   paste(gdk_content_provider_new_for_bytes("image/png", g_bytes_new(png.data(), png.size())));
   ASSERT_TRUE(wait([&] { return web_->offered.size() == 1; }, 5));
-  std::ifstream picture(web_->offered[0]);
-  EXPECT_EQ(std::string(std::istreambuf_iterator(picture), {}), png) << web_->offered[0];
+  const std::filesystem::path picture = web_->offered[0];
+  EXPECT_EQ(contentsOf(picture), png) << picture;
+  using std::filesystem::perms;
+  EXPECT_EQ(std::filesystem::status(picture).permissions(), perms::owner_read | perms::owner_write);
+  EXPECT_EQ(std::filesystem::status(picture.parent_path()).permissions(), perms::owner_all);
   paste(files({bill_}));
   EXPECT_TRUE(offered({bill_}));
 
@@ -52,6 +56,8 @@ TEST_F(OfferedFilesTest, WhatIsPastedAndIsNoTextReachesTheHost) {
   pass(1);
   EXPECT_TRUE(web_->offered.empty()) << "the page takes them itself";
   EXPECT_EQ(evaluate("text.value"), "words");
+  closePage();
+  EXPECT_FALSE(std::filesystem::exists(picture.parent_path()));
 }
 
 TEST_F(OfferedFilesTest, WhatIsDroppedOnAPageThatDoesNotTakeItReachesTheHost) {

@@ -41,6 +41,48 @@ TEST_F(Opening, TheQueuedMessageArrivesInThePageAsItWasSent) {
             *body->title);
 }
 
+TEST_F(Opening, NoLogHasTheTokenAndByDefaultNothingOfTheVisitor) {
+  const std::string page =
+      "<body><script>"
+      "console.error(location.href); navigator.geolocation.getCurrentPosition(() => {});"
+      "window.open(location.href); fetch('https://localhost:1' + location.search);"
+      "const post = (name, body) => webkit.messageHandlers[name].postMessage(body);"
+      "post('trackEvent', 'secret-word'); post('openDocumentPicker', {fileSize: 'secret-word'});"
+      "post('openUrl', 'javascript:' + location.href); post('openFile', location.href + ' x');" +
+      raise("done") + "</script>";
+  const SocketServer server(servePage(page));
+  auto user = std::make_shared<UserMappingModel>();
+  user->identity_id = "secret-identity";
+  user->visitor_name = user->phone = user->email = "secret-name";
+  const auto chatOn = [&](const std::string& address) {
+    auto chat = std::make_shared<OVKFApi>();
+    chat->conversionDelegate = recorder;
+    chat->startSession(address, "entry", "secret-key", user);
+    window()->rootViewController()->present(chat, false);
+    return chat;
+  };
+  for (const auto level : {log::Level::warning, log::Level::debug}) {
+    log.take();
+    log::setLevel(level);
+    ::testing::internal::CaptureStderr();
+    recorder->events.clear();
+    chatOn(server.url(""));
+    EXPECT_TRUE(wait([&] { return raised("done"); }, 20));
+    window()->rootViewController()->dismiss(false);
+    chatOn("http://127.0.0.1:1");
+    EXPECT_TRUE(wait([&] { return log.has("The chat at http://127.0.0.1:1 failed"); }, 20));
+    window()->rootViewController()->dismiss(false);
+    auto lines = log.take();
+    lines.push_back(::testing::internal::GetCapturedStderr());
+    for (const auto& line : lines) {
+      for (const char* secret : {"secret-key", "secret-name", "secret-word"}) {
+        EXPECT_EQ(line.find(secret), std::string::npos) << line;
+      }
+      EXPECT_TRUE(level != log::Level::warning || line.find("secret") == std::string::npos) << line;
+    }
+  }
+}
+
 TEST_F(Opening, ClearingTheCacheTakesCookiesAndStorage) {
   const SocketServer server(servePage(readyPage));
   constexpr const char* kept = "document.cookie + '|' + localStorage.getItem('visitor')";

@@ -1,3 +1,6 @@
+#include <filesystem>
+#include <optional>
+
 #include "PageFixture.h"
 #include "support/TemporaryFolder.h"
 
@@ -9,11 +12,23 @@ class PageRequest : public PageFixture {
   bool waitForRequest() {
     return wait([&] { return !web_->fileRequests.empty(); }, 10);
   }
+
+  // The link that the page reads the file by.
+  static std::optional<std::filesystem::path> linkTo(const std::filesystem::path& file) {
+    std::error_code notOurs;
+    for (const auto& folder : std::filesystem::directory_iterator(g_get_tmp_dir())) {
+      for (const auto& entry : std::filesystem::directory_iterator(folder, notOurs)) {
+        if (std::filesystem::read_symlink(entry, notOurs) == file) return entry.path();
+      }
+    }
+    return std::nullopt;
+  }
 };
 
 TEST_F(PageRequest, WindowsGoElsewhereAndOnlyOnAGesture) {
   open(
-      "<script>onload = () => { window.early = window.open('https://pop.example/'); }</script>"
+      "<script>onload = () => { for (let i = 0; i < 1000; ++i) window.early = window.open('https://pop.example/'); "
+      "}</script>"
       "<a id=blank target=_blank href='https://a.example/b?c=%E4%BD%A0#d'>a</a>"
       "<a id=named target=other href=/relative>b</a>");
   EXPECT_TRUE(wait([&] { return log.has("A window that nobody asked for was refused: https://pop.example/"); }, 10));
@@ -49,8 +64,14 @@ TEST_F(PageRequest, AFileInputGetsWhatTheVisitorChose) {
   evaluate("many.click(); 0");
   ASSERT_TRUE(wait([&] { return web_->fileRequests.size() == 2; }, 10));
   EXPECT_EQ(web_->fileRequests.back(), (FileChooserRequest{{}, true}));
-  std::move(web_->fileAnswer)({first, second, folder.write("\xBA\xCF.txt", "of an old archive")});
+  const auto old = folder.write("\xBA\xCF.txt", "of an old archive");
+  std::move(web_->fileAnswer)({first, second, old});
   EXPECT_TRUE(becomes("window.all", "发票 1.pdf=one;2.txt=second;\uFFFD\uFFFD.txt=of an old archive;"));
+  const auto link = linkTo(old);
+  ASSERT_TRUE(link);
+  EXPECT_EQ(std::filesystem::status(link->parent_path()).permissions(), std::filesystem::perms::owner_all);
+  closePage();
+  EXPECT_FALSE(std::filesystem::exists(link->parent_path()));
 }
 
 TEST_F(PageRequest, AFileInputIsAnsweredHoweverItsRequestEnds) {

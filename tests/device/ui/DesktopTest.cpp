@@ -26,9 +26,14 @@ TEST(DesktopTest, OnlyWhatLeadsOutOfTheDeviceCanBeOpenedWhenAnApplicationTakesIt
       {desktop.file("bill.pdf"), false},
   };
   for (const auto& row : cases) EXPECT_EQ(launcher.canOpen(row.address), row.openable) << row.address.absoluteString();
-  const LogLines lines;
-  launcher.open(desktop.file("bill.pdf"));
-  EXPECT_TRUE(lines.has("An address was not opened"));
+  for (const char* address : {"file:///tmp/bill.pdf", "FILE:///etc/passwd", "javascript:alert(1)", "data:text/html,x",
+                              "blob:https://a.example/1", "about:blank", "view-source:https://a.example",
+                              "ftp://a.example/", "smb://a.example/", "ssh://a.example", "webcal://a.example", "apt:sl",
+                              "intent://a#Intent;end", "ms-msdt:/id", "vscode://file/etc", "x-scheme-handler:x"}) {
+    const LogLines lines;
+    DesktopLauncher().open(url(address));
+    EXPECT_EQ(lines.count("An address was not opened"), 1) << address;
+  }
   launcher.allow("shop");
   EXPECT_TRUE(launcher.canOpen(url("shop://order")));
 }

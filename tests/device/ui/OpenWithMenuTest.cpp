@@ -70,7 +70,10 @@ TEST_F(OpenWithMenuTest, CanBeReadOnADarkDesktop) {
 
 TEST_F(OpenWithMenuTest, WithoutAnApplicationNothingIsShown) {
   for (const auto& file :
-       {*Url::parse("http://example.org/a"), *Url::parse("tel:123"), *Url::parse("a.pdf"), desktop.file("a.pdf")}) {
+       {*Url::parse("http://example.org/a"), *Url::parse("tel:123"), *Url::parse("a.pdf"), desktop.file("a.pdf"),
+        *Url::parse("FILE:///tmp/a.pdf"), *Url::parse("ftp://a.example/a.pdf"), *Url::parse("smb://a.example/a.pdf"),
+        *Url::parse("mailto:a.pdf"), *Url::parse("javascript:a.pdf"), *Url::parse("data:a.pdf"),
+        *Url::parse("blob:https://a.example/a.pdf")}) {
     EXPECT_FALSE(present(file)) << file.absoluteString();
     EXPECT_EQ(sheet(), nullptr);
   }

@@ -64,6 +64,10 @@ TEST_F(GtkRecordPermissionTest, AsksOnceAndRemembersForEachApplicationByItself) 
   EXPECT_EQ(openDialog(), nullptr);
   EXPECT_EQ(answers_.size(), 2U) << "answered inside the call";
   EXPECT_EQ(answers(3).back(), true);
+  using std::filesystem::perms;
+  EXPECT_EQ(std::filesystem::status(folder_.path() / "state").permissions(), perms::owner_all);
+  EXPECT_EQ(std::filesystem::status(folder_.path() / "state/permissions.ini").permissions(),
+            perms::owner_read | perms::owner_write);
 
   auto next = permission("org.example.Shop");
   ask(next);

@@ -46,9 +46,8 @@ std::string shortened(const std::string& name) {
 }
 
 bool takesFiles(const std::filesystem::path& folder) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  return access(folder.c_str(), W_OK | X_OK) == 0;
+  constexpr int ownerOnly = 0700;
+  return g_mkdir_with_parents(folder.c_str(), ownerOnly) == 0 && access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
 // The visitor's folder for downloads; the component's own data folder when there is none or it takes no files.
