@@ -164,6 +164,7 @@ function keepClearOfEdges() {
 }
 
 function prepareNativeSide() {
+  byId("lost").remove();
   byId("back").hidden = !isNative;
   byId("browser-note").hidden = isNative;
   byId("back").addEventListener("click", () => post("goBack"));

@@ -6,12 +6,14 @@ import { keep, recall, visitor } from "./storage.js";
 
 const firstWait = 500;
 const longestWait = 8000;
+const patience = 8000;
 
 export class Connection {
   #handlers;
   #socket = null;
   #wait = firstWait;
   #retry = 0;
+  #silence = 0;
   #lastId = 0;
   /** Messages of the visitor that the server has not confirmed, by client identifier. They outlast the page. */
   #unconfirmed = new Map(listOf({ unsent: recall("unsent") }, "unsent").map((message) => [message.cMid, message]));
@@ -34,6 +36,7 @@ export class Connection {
     const token = encodeURIComponent(queryValue("access_token"));
     const socket = new WebSocket(`${scheme}//${location.host}/chat-socket?access_token=${token}`);
     this.#socket = socket;
+    this.#expectAnswer();
     socket.addEventListener("open", () => this.#greet());
     socket.addEventListener("message", (event) => this.#receive(event.data));
     socket.addEventListener("close", () => this.#lost(socket));
@@ -43,7 +46,9 @@ export class Connection {
   send(message) {
     this.#unconfirmed.set(message.cMid, message);
     this.#keepUnconfirmed();
-    if (this.isOpen) this.#post({ type: "message", message });
+    if (!this.isOpen) return;
+    this.#post({ type: "message", message });
+    this.#expectAnswer();
   }
 
   /** What was written and has not arrived. */
@@ -66,7 +71,18 @@ export class Connection {
     this.#handlers.onState(true);
   }
 
+  /** A connection that stands still is none, although nobody has closed it. */
+  #expectAnswer() {
+    clearTimeout(this.#silence);
+    const socket = this.#socket;
+    this.#silence = setTimeout(() => {
+      socket.close();
+      this.#lost(socket);
+    }, patience);
+  }
+
   #receive(data) {
+    clearTimeout(this.#silence);
     let frame;
     try {
       frame = JSON.parse(data);
@@ -96,6 +112,8 @@ export class Connection {
 
   #lost(socket) {
     if (socket !== this.#socket) return;
+    this.#socket = null;
+    clearTimeout(this.#silence);
     this.#handlers.onState(false);
     // A little disorder keeps many pages from coming back in the same moment.
     this.#retry = setTimeout(() => this.open(), this.#wait * (0.8 + Math.random() * 0.4));
@@ -103,7 +121,7 @@ export class Connection {
   }
 
   #openNow() {
-    if (this.#socket?.readyState !== WebSocket.CLOSED) return;
+    if (this.#socket) return;
     clearTimeout(this.#retry);
     this.open();
   }

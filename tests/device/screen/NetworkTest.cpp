@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "ServerProcess.h"
 #include "support/ScreenFixture.h"
 
@@ -11,6 +13,8 @@ using testing::ServerProcess;
 // Seconds within which a visitor has read something: ten, which the virtual device holds to the millisecond, and room
 // for a busy machine.
 constexpr double patience = 15;
+
+constexpr const char* lost = "/连接已断开|Connection lost/.test(document.body.innerText)";
 
 class Network : public ScreenFixture {
  protected:
@@ -37,7 +41,6 @@ TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
   const auto chat = present(address);
   server->closeInput();
   server->waitForEnd();
-  constexpr const char* lost = "/连接已断开|Connection lost/.test(document.body.innerText)";
   EXPECT_TRUE(wait([&] { return evaluate(*chat, lost) == "true"; }, patience));
   EXPECT_TRUE(chat->isViewInWindow());
 
@@ -51,6 +54,20 @@ TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
   chat->close();
   EXPECT_TRUE(wait([&] { return !chat->isViewInWindow(); }, 5));
   present(address);
+}
+
+TEST_F(Network, AServerThatFreezesIsToldByThePageToTheOneWhoWrites) {
+  ServerProcess server;
+  const auto chat = present(server.address());
+  server.sendSignal(SIGSTOP);
+  evaluate(*chat, R"((() => {
+    document.querySelector("#message-input").value = "question";
+    document.querySelector("#message-input").dispatchEvent(new Event("input", { bubbles: true }));
+    document.querySelector("#composer").requestSubmit();
+  })())");
+  EXPECT_TRUE(wait([&] { return evaluate(*chat, lost) == "true"; }, patience));
+  server.sendSignal(SIGCONT);
+  EXPECT_TRUE(isOnline(*chat)) << "the same page does not come back";
 }
 
 /// The network behind a proxy, which the page's network process learns when it starts.

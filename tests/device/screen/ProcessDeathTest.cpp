@@ -1,5 +1,6 @@
 #include <atomic>
 #include <csignal>
+#include <set>
 
 #include <webkit/webkit.h>
 
@@ -66,6 +67,23 @@ TEST_F(ProcessDeath, APageThatLosesItsScriptsWithTheNetworkProcessComesBackWhole
   for (const int process : processesBelow("WebKitNetworkPr")) kill(process, SIGKILL);
   EXPECT_TRUE(wait([&] { return raised("ready"); }, 20));
   EXPECT_EQ(log.count("network process ended"), 1);
+}
+
+TEST_F(ProcessDeath, APageWhoseProcessFreezesBeforeItLoadsIsToldAndComesWhenItGoesOn) {
+  const SocketServer server(servePage("<script>" + raise("ready") + "</script>"));
+  const auto chat = startChat(server.url(""));
+  window()->rootViewController()->present(chat, false);
+  std::set<int> frozen;
+  EXPECT_TRUE(wait(
+      [&] {
+        for (const int process : processesBelow("WebKitWebProces"))
+          if (frozen.insert(process).second) kill(process, SIGSTOP);
+        return panelText() == "请求失败,请稍后重试";
+      },
+      30));
+  EXPECT_FALSE(raised("ready"));
+  for (const int process : frozen) kill(process, SIGCONT);
+  EXPECT_TRUE(wait([&] { return raised("ready"); }, 20));
 }
 
 TEST_F(ProcessDeath, ThePlaceholdersProcessEndsWithTheReveal) {

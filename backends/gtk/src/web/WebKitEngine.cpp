@@ -16,6 +16,9 @@
 namespace orivex::gtk {
 namespace {
 
+// Seconds for a page's process to say something of what it is asked to load; a frozen one never does.
+constexpr double patience = 10;
+
 // The document itself stays still; what scrolls is inside it, as its author wants it.
 constexpr const char* stillDocument = ":root { overflow: hidden !important; overscroll-behavior: none !important; }";
 
@@ -198,6 +201,11 @@ void WebKitEngine::reload() {
     webkit_web_view_reload(view_.get());
   }
   inCall_ = false;
+  isHeard_ = false;
+  mainQueue_.asyncAfter(patience, alive_.guard([this, request = ++request_] {
+    if (request != request_ || isHeard_) return;
+    handlers_.didFailProvisionalNavigation("The page's process does not answer");
+  }));
 }
 
 void WebKitEngine::evaluate(const std::string& script, Once<void(std::optional<std::string>)> completion) {
@@ -243,6 +251,7 @@ void WebKitEngine::setScrollSettings(const ScrollSettings& settings) {
 }
 
 void WebKitEngine::loadChanged(WebKitLoadEvent event) {
+  isHeard_ = true;
   loadsResources_ = event == WEBKIT_LOAD_COMMITTED;
   if (!loadsResources_) resources_.disconnect();
   switch (event) {
@@ -283,6 +292,7 @@ void WebKitEngine::loadFailed(bool isProvisional, const std::string& description
 }
 
 bool WebKitEngine::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+  isHeard_ = true;
   auto policy = NavigationPolicy::cancel;
   // The handlers are copied, as each may end this engine.
   if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {

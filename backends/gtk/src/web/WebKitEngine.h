@@ -93,6 +93,8 @@ class WebKitEngine final : public WebEngine {
   bool inCall_ = false;
   bool loadsResources_ = false;  // a document has come and waits for them
   bool loadFailed_ = false;
+  unsigned request_ = 0;  // counts what was asked for
+  bool isHeard_ = false;  // the page's process has answered what was asked for last
   bool pageLost_ = false;
   Alive alive_;
 };
