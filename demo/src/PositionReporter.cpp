@@ -1,5 +1,6 @@
 #include "PositionReporter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <sstream>
@@ -53,6 +54,15 @@ GtkEditable* entryBelow(GtkWidget* parent) {
   return nullptr;
 }
 
+// What a visitor reads of labels below `parent`, one after the other.
+void addWords(GtkWidget* parent, std::string& words) {
+  for (auto* child = gtk_widget_get_first_child(parent); child; child = gtk_widget_get_next_sibling(child)) {
+    if (!gtk_widget_get_mapped(child)) continue;
+    if (GTK_IS_LABEL(child)) words.append(" ").append(gtk_label_get_text(GTK_LABEL(child)));
+    addWords(child, words);
+  }
+}
+
 // The page can be clicked from when the placeholder, which lies above it, has faded out, to when the chat is closed.
 bool canBeClicked(OVKFApi& chat) {
   return chat.isViewInWindow() && chat.isLoaded() && !chat.loadView()->superview();
@@ -92,7 +102,7 @@ bool PositionReporter::take(const ConversationEvent& event) {
 void PositionReporter::update() {
   Controls found;
   addNamed(GTK_WIDGET(window_), found);
-  addDialog(found);
+  addWindows(found);
   report(shop_, std::move(found));
   const auto chat = chat_();
   if (chat && canBeClicked(*chat)) {
@@ -120,7 +130,7 @@ void PositionReporter::addNamed(GtkWidget* widget, Controls& found) const {
   }
 }
 
-void PositionReporter::addDialog(Controls& found) const {
+void PositionReporter::addWindows(Controls& found) const {
 #if ADW_CHECK_VERSION(1, 5, 0)
   // Newer libraries show a question inside of the window.
   if (auto* const inside = GTK_WIDGET(adw_application_window_get_visible_dialog(window_))) {
@@ -128,9 +138,11 @@ void PositionReporter::addDialog(Controls& found) const {
         "0 0 " + std::to_string(gtk_widget_get_width(inside)) + ' ' + std::to_string(gtk_widget_get_height(inside));
   }
 #endif
+  std::string words = "0 0 0 0";
   auto* const windows = gtk_window_get_toplevels();
   for (guint index = 0; index < g_list_model_get_n_items(windows); ++index) {
     auto* const dialog = static_cast<GtkWidget*>(g_list_model_get_item(windows, index));
+    if (gtk_widget_get_mapped(dialog)) addWords(dialog, words);
     if (dialog != GTK_WIDGET(window_) && gtk_widget_get_mapped(dialog)) {
       const char* const title = gtk_window_get_title(GTK_WINDOW(dialog));
       found["dialog"] = "0 0 " + std::to_string(gtk_widget_get_width(dialog)) + ' ' +
@@ -141,6 +153,8 @@ void PositionReporter::addDialog(Controls& found) const {
     }
     g_object_unref(dialog);
   }
+  std::replace(words.begin(), words.end(), '\n', ' ');
+  found["words"] = std::move(words);
 }
 
 void PositionReporter::report(Controls& known, Controls found) {

@@ -37,7 +37,7 @@ class PositionReporter {
 
   void update();
   void addNamed(GtkWidget* widget, Controls& found) const;
-  void addDialog(Controls& found) const;
+  void addWindows(Controls& found) const;
   static void report(Controls& known, Controls found);
 
   AdwApplicationWindow* window_;

@@ -59,14 +59,18 @@ startCompositor() {
   export WAYLAND_DISPLAY="orivex-wayland" ORIVEX_HANDS="$XDG_RUNTIME_DIR/hands"
   export GDK_BACKEND=wayland
   startBus
+  startPipeWire
+  startDaemon mutter --headless --no-x11 --wayland-display="$WAYLAND_DISPLAY" --virtual-monitor "${ORIVEX_SCREEN:-360x720}"
+  startServer hands "$root/script/hands" serve
+}
+
+startPipeWire() {
   makeCamera
   startDaemon pipewire
   # Without it the session manager ends at once, and nothing would ever link a camera to who wants its frames.
   waitForDevice pipewire pw-cli info 0
   startDaemon wireplumber
   startDaemon pipewire-pulse
-  startDaemon mutter --headless --no-x11 --wayland-display="$WAYLAND_DISPLAY" --virtual-monitor "${ORIVEX_SCREEN:-360x720}"
-  startServer hands "$root/script/hands" serve
 }
 
 startDaemon() {
@@ -124,14 +128,18 @@ startSource() {
   disown
 }
 
-headlessBegin() {
+# A new home, and the folder by which the processes of this device are known.
+makeHome() {
   headlessHome=$(mktemp -d "${TMPDIR:-/tmp}/orivex-headless.XXXXXX")
   export HOME="$headlessHome/home"
   export XDG_CONFIG_HOME="$HOME/.config" XDG_DATA_HOME="$HOME/.local/share" XDG_CACHE_HOME="$HOME/.cache"
   export XDG_STATE_HOME="$HOME/.local/state" XDG_RUNTIME_DIR="$headlessHome/run"
   mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$XDG_STATE_HOME"
   mkdir -m 700 "$XDG_RUNTIME_DIR"
+}
 
+headlessBegin() {
+  makeHome
   unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS PULSE_SERVER ORIVEX_HANDS GDK_BACKEND GDK_DEBUG GSK_RENDERER
   unset GTK_A11Y NO_AT_BRIDGE
   export LIBGL_ALWAYS_SOFTWARE=1 GSETTINGS_BACKEND=memory LC_ALL=C.UTF-8

@@ -103,9 +103,9 @@ tappedTab() {
 
 # write <text>: writes it into the chat's text field and sends it.
 write() {
-  waitFor 10 "typing “$1”" typed "$1"
+  waitFor 30 "typing “$1”" typed "$1"
   hands key Return
-  waitFor 5 "sending “$1”" shows message-mine "$1"
+  waitFor 30 "sending “$1”" shows message-mine "$1"
 }
 
 # Nobody has the keys if the page was not ready for the finger.
@@ -165,7 +165,7 @@ startDemo() {
   demoLog="$visitFolder/demo-$visitDemos.log"
   demoErrors="$visitFolder/demo-$visitDemos.errors"
   : >"$demoLog"
-  "$demo" --frameless --report-positions "$@" >"$demoLog" 2>"$demoErrors" &
+  ORIVEX_VISITED=$XDG_RUNTIME_DIR "$demo" --frameless --report-positions "$@" >"$demoLog" 2>"$demoErrors" &
   demoPid=$!
   mark=0
   waitFor 60 "the shop's button" control contact
@@ -216,6 +216,9 @@ pageProcesses() {
     [ "$parent" != "$demoPid" ] || echo "$process"
   done
 }
+
+# Everything that runs for the demo, wherever its parent has gone: what the desktop starts does not have the variable.
+processesOfDemo() { grep -lsaF "ORIVEX_VISITED=$XDG_RUNTIME_DIR" /proc/[0-9]*/environ | cut -d/ -f3; }
 
 # Ends the demo like the desktop does, and holds its exit code and complaints against it.
 endDemo() {
