@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "World.h"
 #include "support/LogLines.h"
@@ -98,14 +99,14 @@ void World::checkChrome() {
 }
 
 void World::checkPages() {
-  constexpr double patience = 9;  // for a page check, a message and a slide
+  constexpr double patience = 9;                       // for a page check, a message and a slide
+  const auto before = std::exchange(emptySince_, {});  // a page may come to lie where one that is gone lay
   for (const auto& chat : living()) {
     const auto* const page = chat->isViewLoaded() ? &pageOf(*chat) : nullptr;
-    if (!page || !shows(chat) || (page->isProcessAlive() && !page->loads().empty())) {
-      emptySince_.erase(page);
-      continue;
-    }
-    const auto since = emptySince_.emplace(page, device.mainQueue().now()).first->second;
+    if (!page || !shows(chat) || (page->isProcessAlive() && !page->loads().empty())) continue;
+    const auto known = before.find(page);
+    const auto since = known == before.end() ? device.mainQueue().now() : known->second;
+    emptySince_.emplace(page, since);
     require(device.mainQueue().now() - since < patience, "a chat shows no page and does not close");
   }
 }
