@@ -60,7 +60,7 @@ std::shared_ptr<OVKFApi> ScreenFixture::startChat(const std::string& server) {
 std::shared_ptr<OVKFApi> ScreenFixture::openChat(const std::string& server) {
   auto chat = startChat(server);
   window_->rootViewController()->present(chat, false);
-  EXPECT_TRUE(wait([&] { return raised("ready"); }, 20)) << "the page did not come up";
+  EXPECT_TRUE(wait([&] { return raised("ready"); }, 40)) << "the page did not come up";
   return chat;
 }
 
