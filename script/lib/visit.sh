@@ -112,6 +112,7 @@ write() {
 typed() {
   local tries
   tap message-input
+  hands key ctrl+a # what an earlier attempt has left
   hands type "$1"
   for tries in {1..20}; do
     if shows message-input "$1"; then return 0; fi
