@@ -98,7 +98,10 @@ void EdgePanBack::reset() {
 }
 
 void EdgePanBack::move(double translation) {
-  for (const auto& page : {screen_.webView(), screen_.loadView()}) page->setTransform({translation, 0});
+  for (const auto& page : {screen_.webView(), screen_.loadView()}) {
+    page->setTransform({translation, 0});
+    page->setCastsShadow(translation > 0);
+  }
   if (snapshot_) snapshot_->setTransform({});
 }
 

@@ -45,6 +45,7 @@ TEST_F(EdgePanTest, MovesThePageAndGoesBackBeyondThreeTenths) {
       EXPECT_EQ(page.transform(), (Translation{row.dragged, 0}));
       EXPECT_EQ(screen->loadView()->transform(), page.transform()) << "what covers the page must not stay behind";
       EXPECT_EQ(snapshot.transform(), Translation{});
+      EXPECT_EQ(page.castsShadow(), row.dragged > 0) << "no edge between the page and what is behind it";
       pan.report(row.end, row.dragged);
 
       device_.advance(0.299);
@@ -52,6 +53,7 @@ TEST_F(EdgePanTest, MovesThePageAndGoesBackBeyondThreeTenths) {
       EXPECT_NE(page.transform(), (Translation{row.back ? width : row.dragged + 1, 0}));
       device_.advance(0.001);
       EXPECT_EQ(page.transform(), (Translation{row.back ? width : 0, 0}));
+      EXPECT_EQ(page.castsShadow(), row.back);
       EXPECT_EQ(snapshot.transform(), Translation{});
       EXPECT_EQ(screen->isViewInWindow(), !row.back);  // gone at once: the slide was the animation
       EXPECT_EQ(hostStack_->presentedViewController() == nullptr && hostStack_->topViewController() == hostScreen_,

@@ -20,13 +20,12 @@ constexpr const char* light = R"css(
 
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS  // GTK 4.12 has another name for loading from a text
     void
-    installStyle(const char* css) {
+    installStyle(const char* css, guint priority) {
   static std::set<const char*> installed;
   if (!installed.insert(css).second) return;
   const auto provider = GRef<GtkCssProvider>::adopt(gtk_css_provider_new());
   gtk_css_provider_load_from_data(provider.get(), css, -1);
-  gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
-                                             GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()), priority);
 }
 G_GNUC_END_IGNORE_DEPRECATIONS
 

@@ -47,7 +47,7 @@ inline bool isInside(GtkWidget* widget, GtkWidget* ancestor) {
 
 /// Adds style rules for the widgets of this component to the default display, below what the host adds by itself with
 /// a higher priority. A text, which must last, is added only once.
-void installStyle(const char* css);
+void installStyle(const char* css, guint priority = GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 
 /// Gives a surface of the component, and what lies in it, light colours whatever the desktop's style is.
 void makeLight(GtkWidget* surface);

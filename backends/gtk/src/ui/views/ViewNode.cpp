@@ -14,6 +14,9 @@ namespace {
 // Below this a view neither shows nor takes input.
 constexpr double leastVisibleAlpha = 0.01;
 
+constexpr GdkRGBA shadowColor{0, 0, 0, 0.3F};
+constexpr float shadowBlur = 16;  // points
+
 // What a view that grows leaves free of its superview.
 constexpr double widestShare = 0.9;
 
@@ -56,6 +59,44 @@ void draw(GtkSnapshot* snapshot, const Shape& shape) {
   gtk_snapshot_append_color(snapshot, &color, &outline.bounds);
   if (shape.cornerRadius > 0) gtk_snapshot_pop(snapshot);
 }
+
+// Has no animation between being pressed and not.
+constexpr const char* stillClass = "orivex-still";
+constexpr const char* css = ".orivex-still { transition: none; }";
+
+/// Shows a part of a window as if nobody pressed a button in it, nor just had. The last one has the focus.
+class Unpressed {
+ public:
+  explicit Unpressed(GtkWidget* shown) : focus_(gtk_root_get_focus(gtk_widget_get_root(shown))) {
+    installStyle(css, GTK_STYLE_PROVIDER_PRIORITY_USER + 1);
+    release(shown);
+  }
+  Unpressed(const Unpressed&) = delete;
+  Unpressed& operator=(const Unpressed&) = delete;
+  ~Unpressed() {
+    for (const auto& [widget, pressed] : released_) {
+      gtk_widget_remove_css_class(widget.get(), stillClass);
+      gtk_widget_set_state_flags(widget.get(), pressed, FALSE);
+    }
+  }
+
+ private:
+  void release(GtkWidget* widget) {
+    const auto pressed = static_cast<GtkStateFlags>(gtk_widget_get_state_flags(widget) & GTK_STATE_FLAG_ACTIVE);
+    if (pressed || widget == focus_) {
+      released_.emplace_back(GRef<GtkWidget>::share(widget), pressed);
+      gtk_widget_add_css_class(widget, stillClass);
+      gtk_widget_unset_state_flags(widget, GTK_STATE_FLAG_ACTIVE);
+      gtk_widget_queue_draw(widget);
+    }
+    for (auto* child = gtk_widget_get_first_child(widget); child; child = gtk_widget_get_next_sibling(child)) {
+      release(child);
+    }
+  }
+
+  GtkWidget* const focus_;
+  std::vector<std::pair<GRef<GtkWidget>, GtkStateFlags>> released_;
+};
 
 }  // namespace
 
@@ -132,17 +173,26 @@ void ViewNode::exchangeContent() {
   if (content_) gtk_widget_insert_after(content_.get(), canvas_.get(), nullptr);
 }
 
-// With the window's background, on which the host's widgets lie and which their own picture would lack.
+// With the window's background, on which the host's widgets lie and which their own picture would lack. Drawn anew:
+// what the visitor has just pressed changes with the next frame, and what waits for that has no picture.
 std::shared_ptr<View> ViewNode::snapshot(const View& /*view*/) {
-  if (!gtk_widget_get_mapped(canvas_.get())) return nullptr;
-  const graphene_size_t size{static_cast<float>(gtk_widget_get_width(canvas_.get())),
-                             static_cast<float>(gtk_widget_get_height(canvas_.get()))};
-  const auto live = GRef<GdkPaintable>::adopt(gtk_widget_paintable_new(canvas_.get()));
-  const auto image = GRef<GdkPaintable>::adopt(gdk_paintable_get_current_image(live.get()));
-  auto* const window = GTK_WIDGET(gtk_widget_get_root(canvas_.get()));
+  auto* const canvas = canvas_.get();
+  if (!gtk_widget_get_mapped(canvas)) return nullptr;
+  const int width = gtk_widget_get_width(canvas);
+  const int height = gtk_widget_get_height(canvas);
+  const graphene_size_t size{static_cast<float>(width), static_cast<float>(height)};
+  auto* const parent = gtk_widget_get_parent(canvas);
+  graphene_point_t origin{};
+  const graphene_point_t zero{};
+  if (!gtk_widget_compute_point(canvas, parent, &zero, &origin)) return nullptr;
+  gtk_widget_measure(canvas, GTK_ORIENTATION_VERTICAL, width, nullptr, nullptr, nullptr, nullptr);
+  gtk_widget_allocate(canvas, width, height, -1, gsk_transform_translate(nullptr, &origin));
+  const Unpressed unpressed(canvas);
   auto* const drawing = gtk_snapshot_new();
-  paintBackground(drawing, window, size);
-  gdk_paintable_snapshot(image.get(), drawing, size.width, size.height);
+  paintBackground(drawing, GTK_WIDGET(gtk_widget_get_root(canvas)), size);
+  origin = {-origin.x, -origin.y};
+  gtk_snapshot_translate(drawing, &origin);
+  gtk_widget_snapshot_child(parent, canvas, drawing);
   const auto still = GRef<GdkPaintable>::adopt(gtk_snapshot_free_to_paintable(drawing, &size));
   GtkWidget* const picture = decorative(gtk_picture_new_for_paintable(still.get()));
   gtk_picture_set_content_fit(GTK_PICTURE(picture), GTK_CONTENT_FIT_FILL);
@@ -255,6 +305,7 @@ void ViewNode::snapshot(GtkSnapshot* snapshot) {
   if (!view_) return;
   const auto bounds = boundsOf(*view_);
   const auto outline = outlineOf(bounds, view_->cornerRadius());
+  if (view_->castsShadow()) gtk_snapshot_append_outset_shadow(snapshot, &outline, &shadowColor, 0, 0, 0, shadowBlur);
   if (const auto& color = view_->backgroundColor()) draw(snapshot, {bounds, *color, view_->cornerRadius()});
   for (const auto& shape : view_->backgroundShapes()) draw(snapshot, shape);
   if (view_->clipsToBounds()) gtk_snapshot_push_rounded_clip(snapshot, &outline);

@@ -20,7 +20,7 @@ class Window;
 enum class ViewChange {
   placement,   ///< frame, transform
   visibility,  ///< alpha, hidden, whether it takes input
-  drawing,     ///< background, corners, clipping
+  drawing,     ///< background, corners, clipping, shadow
   subviews,
   gestures,
   content,  ///< what a subclass adds
@@ -96,6 +96,10 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
   bool clipsToBounds() const { return clips_; }
   void setClipsToBounds(bool clips) { set(clips_, clips, ViewChange::drawing); }
 
+  /// Whether the view throws a soft shadow on what lies around it in its superview.
+  bool castsShadow() const { return shadow_; }
+  void setCastsShadow(bool casts) { set(shadow_, casts, ViewChange::drawing); }
+
   int tag() const { return tag_; }
   void setTag(int tag) { tag_ = tag; }
 
@@ -167,6 +171,7 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
   std::vector<Shape> shapes_;
   double cornerRadius_ = 0;
   bool clips_ = false;
+  bool shadow_ = false;
   int tag_ = 0;
   std::vector<std::shared_ptr<View>> subviews_;
   std::vector<std::shared_ptr<ScreenEdgePanGesture>> gestures_;
