@@ -69,11 +69,18 @@ void CameraFixture::openLive(const std::string& sources, const CameraOptions& op
   setSources(sources);
   present(options);
   ASSERT_TRUE(waitForLive()) << (log.get().empty() ? "" : log.get().back());
+  ASSERT_TRUE(wait([&] { return hasSlidIn(); }, hangs));
 }
 
 bool CameraFixture::waitForLive() {
   const auto isLive = [&] { return button("shutter") && gtk_widget_get_opacity(button("shutter")) == 1; };
   return wait([&] { return isLive() || !outcomes.empty(); }, hangs) && isLive();
+}
+
+bool CameraFixture::hasSlidIn() const {
+  graphene_rect_t place;
+  auto* const panel = findByClass(GTK_WIDGET(window_), "orivex-sheet");
+  return gtk_widget_compute_bounds(panel, GTK_WIDGET(window_), &place) && place.origin.y < 1;
 }
 
 bool CameraFixture::waitForReview() {

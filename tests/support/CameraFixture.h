@@ -40,6 +40,7 @@ class CameraFixture : public ::testing::Test {
   void openLive(const std::string& sources = testCamera, const CameraOptions& options = {});
 
   bool waitForLive();
+  bool hasSlidIn() const;
   bool waitForReview();
   bool waitForOutcome();
 

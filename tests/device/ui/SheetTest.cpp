@@ -1,5 +1,7 @@
+#include <cmath>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
@@ -30,9 +32,20 @@ class SheetTest : public ::testing::Test {
     open(box);
   }
   GtkWidget* panel() const { return findByClass(GTK_WIDGET(visitor_.overlay()), "orivex-sheet"); }
+  /// In the window; empty while it is not on the screen.
+  graphene_rect_t bounds() const {
+    graphene_rect_t place{};
+    if (panel() && gtk_widget_get_mapped(panel())) {
+      std::ignore = gtk_widget_compute_bounds(panel(), GTK_WIDGET(visitor_.overlay()), &place);
+    }
+    return place;
+  }
   bool isOpen() const {
-    return panel() &&
-           gtk_revealer_get_child_revealed(GTK_REVEALER(gtk_widget_get_ancestor(panel(), GTK_TYPE_REVEALER)));
+    const auto place = bounds();
+    const bool isDialog = panel() && gtk_widget_has_css_class(panel(), "dialog");
+    const float bottom = place.origin.y + place.size.height;
+    const auto below = static_cast<float>(gtk_widget_get_height(GTK_WIDGET(visitor_.overlay()))) - bottom;
+    return place.size.height > 0 && (isDialog ? gtk_widget_get_opacity(panel()) == 1 : std::abs(below) < 0.5F);
   }
   bool waitUntilOpen() const {
     return wait([&] { return isOpen(); }, 5);
@@ -100,6 +113,16 @@ TEST_F(SheetTest, KeysMoveTheFocusRoundInsideAndNeverOut) {
   EXPECT_EQ(focus(), 'a') << "the page under the sheet took the focus";
 }
 
+TEST_F(SheetTest, ClosesWhileItOpens) {
+  for (const double after : {0.0, 0.1}) {
+    closings_ = 0;
+    openButtons();
+    pass(after);
+    sheet_->close();
+    EXPECT_TRUE(waitUntilClosed()) << after;
+  }
+}
+
 TEST_F(SheetTest, ContentWithoutAFocusStillTakesEscape) {
   gtk_widget_grab_focus(visitor_.entry());
   open(gtk_label_new("Nothing to press"));
@@ -109,8 +132,7 @@ TEST_F(SheetTest, ContentWithoutAFocusStillTakesEscape) {
   EXPECT_STREQ(gtk_editable_get_text(GTK_EDITABLE(visitor_.entry())), "");
 }
 
-TEST_F(SheetTest, ItsWidthHasALimitAndItsHeightLeavesTheMaskInReach) {
-  gtk_window_set_default_size(visitor_.window(), 900, 600);
+TEST_F(SheetTest, IsASheetInASmallWindowAndADialogInALargerOneAlsoWhenThatIsResized) {
   GtkWidget* const scroller = gtk_scrolled_window_new();
   gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(scroller), TRUE);
   GtkWidget* const tall = gtk_label_new("Tall");
@@ -118,10 +140,24 @@ TEST_F(SheetTest, ItsWidthHasALimitAndItsHeightLeavesTheMaskInReach) {
   gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), tall);
   open(scroller);
   ASSERT_TRUE(waitUntilOpen());
-  EXPECT_TRUE(wait([&] { return gtk_widget_get_width(panel()) == 560; }, 5)) << gtk_widget_get_width(panel());
-  EXPECT_EQ(gtk_widget_get_height(panel()), gtk_widget_get_height(GTK_WIDGET(visitor_.overlay())) - 48);
-  VisitorWindow::click(40, 300);
-  EXPECT_TRUE(waitUntilClosed()) << "beside the panel is the mask";
+  for (const auto& [width, height, place] : std::initializer_list<std::tuple<int, int, graphene_rect_t>>{
+           {900, 600, {{170, 24}, {560, 552}}},
+           {520, 600, {{24, 24}, {472, 552}}},
+           {640, 360, {{40, 48}, {560, 312}}},  // a phone on its side
+           {360, 720, {{0, 48}, {360, 672}}}}) {
+    gtk_window_set_default_size(visitor_.window(), width, height);
+    const auto isThere = [&] {
+      const auto now = bounds();
+      return isOpen() && graphene_rect_equal(&now, &place);
+    };
+    EXPECT_TRUE(wait(isThere, 20)) << width << ": " << bounds().origin.x << " " << bounds().origin.y << " "
+                                   << bounds().size.width << " " << bounds().size.height;
+  }
+  hands("swipe", 180, 56, 180, 120);
+  EXPECT_TRUE(waitUntilOpen()) << "a little way down is not meant";
+  EXPECT_EQ(closings_, 0);
+  hands("swipe", 180, 56, 180, 500);
+  EXPECT_TRUE(waitUntilClosed()) << "the grabber leads nowhere";
 }
 
 TEST_F(SheetTest, TheWindowsEndTellsTheOwner) {

@@ -39,16 +39,12 @@ CameraScreen::CameraScreen(PipelineThreads threads, const HostWindow& window, co
       options_(options),
       mayRecordSound_(std::move(mayRecordSound)),
       done_(std::move(done)),
-      parent_(window.overlay()),
-      view_(threads.main, window.window()->safeAreaInsets(), window.heldKeys(), hintFor(options), viewHandlers()) {
-  attach();
+      view_(threads.main, window.window()->safeAreaInsets(), window.heldKeys(), hintFor(options), viewHandlers()),
+      sheet_(
+          window.overlay(), threads.main, view_.widget(), tr("相机"), [this] { closed(); }, Sheet::Extent::large) {
   view_.showOpening(false);
   orientation_ = std::make_unique<DeviceOrientation>([this] { turn(); });
   findSources();
-}
-
-CameraScreen::~CameraScreen() {
-  detach();
 }
 
 CameraView::Handlers CameraScreen::viewHandlers() {
@@ -61,39 +57,23 @@ CameraView::Handlers CameraScreen::viewHandlers() {
           .use = [this] { useCapture(); }};
 }
 
-// What lies below keeps its place and loses the keyboard.
-void CameraScreen::attach() {
-  auto* const root = gtk_widget_get_root(GTK_WIDGET(parent_));
-  focusBefore_ = root ? gtk_root_get_focus(root) : nullptr;
-  if (focusBefore_) g_object_add_weak_pointer(G_OBJECT(focusBefore_), reinterpret_cast<gpointer*>(&focusBefore_));
-  gtk_overlay_add_overlay(parent_, view_.widget());
-  gtk_widget_set_can_focus(gtk_overlay_get_child(parent_), FALSE);
-  parentDestroyed_ = SignalConnection::connect(parent_, "destroy", [this] {
-    parent_ = nullptr;
-    finish(std::nullopt);
-  });
-}
-
-void CameraScreen::detach() {
-  parentDestroyed_.disconnect();
-  if (focusBefore_) g_object_remove_weak_pointer(G_OBJECT(focusBefore_), reinterpret_cast<gpointer*>(&focusBefore_));
-  if (!parent_) return;
-  if (auto* const below = gtk_overlay_get_child(parent_)) gtk_widget_set_can_focus(below, TRUE);
-  gtk_overlay_remove_overlay(parent_, view_.widget());
-  if (focusBefore_) gtk_widget_grab_focus(focusBefore_);
-}
-
-// The devices are closed now, the widgets when the call that ends the visit is over.
+// The devices are closed now, the widgets when the visitor sees them no more.
 void CameraScreen::finish(Result result) {
   if (std::exchange(phase_, Phase::done) == Phase::done) return;
+  result_ = std::move(result);
   recordingTicks_.reset();
   player_.reset();
   recorder_.reset();
   camera_.reset();
   portal_.reset();
   orientation_.reset();
-  threads_.main.async(
-      alive_.guard([this, result = std::move(result)]() mutable { std::move(done_)(std::move(result)); }));
+  sheet_.close();
+}
+
+// After `finish`, or with the window.
+void CameraScreen::closed() {
+  finish(std::nullopt);
+  std::move(done_)(std::move(result_));
 }
 
 void CameraScreen::findSources() {
@@ -158,7 +138,8 @@ void CameraScreen::turn() {
 }
 
 Size CameraScreen::screenArea() const {
-  auto* const window = GTK_WIDGET(parent_);
+  auto* const window = GTK_WIDGET(gtk_widget_get_root(view_.widget()));
+  if (!window) return {leastSide, leastSide};
   const int scale = gtk_widget_get_scale_factor(window);
   return {static_cast<double>(std::max(gtk_widget_get_width(window), leastSide) * scale),
           static_cast<double>(std::max(gtk_widget_get_height(window), leastSide) * scale)};

@@ -9,7 +9,7 @@
 #include <gtk/gtk.h>
 
 #include "../av/ClipPlayer.h"
-#include "../glib/SignalConnection.h"
+#include "../ui/Sheet.h"
 #include "../ui/windows/HostWindow.h"
 #include "CameraPipeline.h"
 #include "CameraPortal.h"
@@ -40,7 +40,7 @@ class CameraScreen {
                MayRecordSound mayRecordSound, Once<void(Result)> done);
   CameraScreen(const CameraScreen&) = delete;
   CameraScreen& operator=(const CameraScreen&) = delete;
-  ~CameraScreen();
+  ~CameraScreen() = default;
 
   /// The application is out of sight: closes the camera until `resume`. A recording ends as by the visitor's hand.
   void pause();
@@ -57,9 +57,8 @@ class CameraScreen {
   };
 
   CameraView::Handlers viewHandlers();
-  void attach();
-  void detach();
   void finish(Result result);
+  void closed();
 
   void findSources();
   void askPortal();
@@ -86,13 +85,13 @@ class CameraScreen {
   const CameraOptions options_;
   const MayRecordSound mayRecordSound_;
   Once<void(Result)> done_;
-  GtkOverlay* parent_;
-  GtkWidget* focusBefore_ = nullptr;
+  Result result_;
   Phase phase_ = Phase::opening;
   bool paused_ = false;
   std::vector<CameraSource> sources_;
   std::size_t current_ = 0;
   CameraView view_;
+  Sheet sheet_;
   std::unique_ptr<DeviceOrientation> orientation_;
   std::unique_ptr<CameraPipeline> camera_;
   std::unique_ptr<CameraPortal> portal_;
@@ -101,7 +100,6 @@ class CameraScreen {
   double recordingBegan_ = 0;
   std::shared_ptr<CaptureFile> capture_;
   std::unique_ptr<ClipPlayer> player_;
-  SignalConnection parentDestroyed_;
   Alive alive_;
 };
 

@@ -81,12 +81,9 @@ CameraView::CameraView(MainQueue& main, const EdgeInsets& insets, const HeldKeys
     : main_(main),
       handlers_(std::move(handlers)),
       shutter_(main, {handlers_.tapped, handlers_.held, handlers_.released}),
-      root_(GRef<GtkWidget>::sink(
-          GTK_WIDGET(g_object_new(GTK_TYPE_OVERLAY, "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr)))) {
+      root_(GRef<GtkWidget>::sink(gtk_overlay_new())) {
   installStyle(css);
   gtk_widget_add_css_class(root_.get(), "orivex-camera");
-  gtk_accessible_update_property(GTK_ACCESSIBLE(root_.get()), GTK_ACCESSIBLE_PROPERTY_LABEL, tr("相机"),
-                                 GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE, -1);
 
   gtk_widget_set_hexpand(picture_.widget(), TRUE);
   gtk_widget_set_vexpand(picture_.widget(), TRUE);

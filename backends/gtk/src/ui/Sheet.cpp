@@ -1,23 +1,37 @@
 #include "Sheet.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
-#include <adwaita.h>
-
+#include "../Contained.h"
 #include "Widgets.h"
 
 namespace orivex::gtk {
 namespace {
 
-constexpr int greatestWidth = 560;    // points
-constexpr int leastGapAbove = 48;     // points of the mask that stay in reach of a tap
-constexpr guint slideDuration = 250;  // milliseconds; the mask's transition below lasts as long
+// All in points. In a window that is larger than these it is a dialog.
+constexpr int sheetWidth = 500;
+constexpr int sheetHeight = 360;
+
+constexpr int greatestWidth = 560;
+constexpr int greatestLargeWidth = 720;
+constexpr double tallest = 4.0 / 3;   // of a large dialog's width
+constexpr int leastGapAbove = 48;     // of the mask, which stays in reach of a tap
+constexpr int leastGapAround = 24;    // of the mask around a dialog
+constexpr double smallest = 0.9;      // size of a dialog as it appears
+constexpr double closingShare = 0.3;  // of the panel's height, past which the grabber lets it go
+constexpr guint duration = 250;       // milliseconds; the mask's transition below lasts as long
 
 constexpr const char* css = R"css(
 .orivex-sheet-mask { background-color: transparent; transition: background-color 250ms ease-out; }
 .orivex-sheet-mask.open { background-color: rgba(0, 0, 0, 0.4); }
 .orivex-sheet { border-radius: 16px 16px 0 0; }
+.orivex-sheet.large { border-radius: 0; }
+.orivex-sheet.dialog { border-radius: 16px; box-shadow: 0 4px 24px rgba(0, 0, 0, 0.3); }
+.orivex-sheet > .grabber { padding: 6px 24px 8px; }
+.orivex-sheet > .grabber > * { min-width: 36px; min-height: 4px; border-radius: 2px; background-color: rgba(140, 140, 140, 0.8); }
+.orivex-sheet.dialog > .grabber { opacity: 0; }
 )css";
 
 // The keys by which a window moves its focus: from a sheet they would lead out.
@@ -43,8 +57,13 @@ std::optional<GtkDirectionType> directionOf(guint key, GdkModifierType modifiers
 }  // namespace
 
 Sheet::Sheet(GtkOverlay* parent, MainQueue& mainQueue, GtkWidget* content, const std::string& label,
-             Once<void()> onClosed)
-    : parent_(parent), mainQueue_(mainQueue), onClosed_(std::move(onClosed)), focusBefore_() {
+             Once<void()> onClosed, Extent extent)
+    : parent_(parent),
+      mainQueue_(mainQueue),
+      onClosed_(std::move(onClosed)),
+      extent_(extent),
+      mask_(GRef<GtkWidget>::sink(styled(canvasNew(*this), "orivex-sheet-mask"))),
+      focusBefore_() {
   auto* const window = gtk_widget_get_root(GTK_WIDGET(parent));
   g_weak_ref_init(&focusBefore_, window ? gtk_root_get_focus(window) : nullptr);
   build(content, label);
@@ -52,40 +71,90 @@ Sheet::Sheet(GtkOverlay* parent, MainQueue& mainQueue, GtkWidget* content, const
   listen();
   takeFocus();
   gtk_widget_add_css_class(mask_.get(), "open");
-  gtk_revealer_set_reveal_child(revealer_, TRUE);
+  gtk_widget_set_child_visible(panel_, TRUE);
+  animateTo(1);
 }
 
 Sheet::~Sheet() {
   releaseInput();
   detach();
+  canvasForget(mask_.get());
   g_weak_ref_clear(&focusBefore_);
 }
 
 void Sheet::build(GtkWidget* content, const std::string& label) {
   installStyle(css);
-  panel_ = GTK_WIDGET(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL, "overflow",
-                                   GTK_OVERFLOW_HIDDEN, "accessible-role", GTK_ACCESSIBLE_ROLE_DIALOG, nullptr));
+  panel_ = GTK_WIDGET(g_object_new(GTK_TYPE_OVERLAY, "overflow", GTK_OVERFLOW_HIDDEN, "accessible-role",
+                                   GTK_ACCESSIBLE_ROLE_DIALOG, nullptr));
   gtk_accessible_update_property(GTK_ACCESSIBLE(panel_), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(),
                                  GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE, -1);
   gtk_widget_add_css_class(panel_, "orivex-sheet");
   makeLight(panel_);
-  gtk_box_append(GTK_BOX(panel_), content);
+  if (extent_ == Extent::large) {
+    gtk_widget_add_css_class(panel_, "large");
+  } else {
+    grabber_ =
+        styled(decorative(boxNew(GTK_ORIENTATION_VERTICAL, 0, {decorative(boxNew(GTK_ORIENTATION_HORIZONTAL, 0, {}))})),
+               "grabber");
+    gtk_widget_set_halign(grabber_, GTK_ALIGN_CENTER);
+    gtk_widget_set_valign(grabber_, GTK_ALIGN_START);
+    gtk_widget_set_can_target(grabber_, FALSE);
+    gtk_overlay_add_overlay(GTK_OVERLAY(panel_), grabber_);
+  }
+  gtk_overlay_set_child(GTK_OVERLAY(panel_), content);
+  gtk_widget_set_child_visible(panel_, FALSE);
+  gtk_widget_set_parent(panel_, mask_.get());
+}
 
-  GtkWidget* const clamp = adw_clamp_new();
-  adw_clamp_set_maximum_size(ADW_CLAMP(clamp), greatestWidth);
-  adw_clamp_set_tightening_threshold(ADW_CLAMP(clamp), greatestWidth);
-  adw_clamp_set_child(ADW_CLAMP(clamp), panel_);
+int Sheet::minimumSize(GtkOrientation /*orientation*/, int /*forSize*/) {
+  return 0;
+}
 
-  revealer_ = GTK_REVEALER(gtk_revealer_new());
-  gtk_revealer_set_transition_type(revealer_, GTK_REVEALER_TRANSITION_TYPE_SLIDE_UP);
-  gtk_revealer_set_transition_duration(revealer_, slideDuration);
-  gtk_revealer_set_child(revealer_, clamp);
-  gtk_widget_set_vexpand(GTK_WIDGET(revealer_), TRUE);
-  gtk_widget_set_valign(GTK_WIDGET(revealer_), GTK_ALIGN_END);
-  gtk_widget_set_margin_top(GTK_WIDGET(revealer_), leastGapAbove);
+// The window may be resized while the panel shows.
+void Sheet::allocate(int width, int height) {
+  isDialog_ = width > sheetWidth && height > sheetHeight;
+  (isDialog_ ? gtk_widget_add_css_class : gtk_widget_remove_css_class)(panel_, "dialog");
+  gtk_widget_set_opacity(panel_, isDialog_ ? shown_ : 1);
 
-  mask_ =
-      GRef<GtkWidget>::sink(styled(boxNew(GTK_ORIENTATION_VERTICAL, 0, {GTK_WIDGET(revealer_)}), "orivex-sheet-mask"));
+  const bool large = extent_ == Extent::large;
+  int least = 0;
+  int natural = 0;
+  gtk_widget_measure(panel_, GTK_ORIENTATION_HORIZONTAL, -1, &least, nullptr, nullptr, nullptr);
+  const int widest = large ? (isDialog_ ? greatestLargeWidth : width) : greatestWidth;
+  const int panelWidth = std::max(least, std::min(widest, isDialog_ ? width - 2 * leastGapAround : width));
+  gtk_widget_measure(panel_, GTK_ORIENTATION_VERTICAL, panelWidth, &least, &natural, nullptr, nullptr);
+  if (large) natural = isDialog_ ? static_cast<int>(panelWidth * tallest) : height;
+  const int gap = isDialog_ ? 2 * leastGapAround : large ? 0 : leastGapAbove;
+  const int panelHeight = std::max(least, std::min(natural, height - gap));
+
+  const double scale = isDialog_ ? smallest + (1 - smallest) * shown_ : 1;
+  const double y = isDialog_ ? (height - panelHeight * scale) / 2 : height - panelHeight * shown_;
+  const graphene_point_t origin{static_cast<float>((width - panelWidth * scale) / 2), static_cast<float>(y)};
+  auto* const place = gsk_transform_translate(nullptr, &origin);
+  gtk_widget_allocate(panel_, panelWidth, panelHeight, -1,
+                      gsk_transform_scale(place, static_cast<float>(scale), static_cast<float>(scale)));
+}
+
+void Sheet::snapshot(GtkSnapshot* snapshot) {
+  canvasSnapshotChildren(mask_.get(), snapshot);
+}
+
+void Sheet::animateTo(double shown) {
+  const auto step = [](double value, gpointer sheet) noexcept {
+    contained([&] { static_cast<Sheet*>(sheet)->show(value); });
+  };
+  if (animation_) adw_animation_pause(animation_.get());
+  animation_ = GRef<AdwAnimation>::adopt(adw_timed_animation_new(
+      GTK_WIDGET(parent_), shown_, shown, duration, adw_callback_animation_target_new(step, this, nullptr)));
+  animationDone_ = SignalConnection::connect(animation_.get(), "done", [this] {
+    if (closing_) finishLater();
+  });
+  adw_animation_play(animation_.get());
+}
+
+void Sheet::show(double shown) {
+  shown_ = shown;
+  gtk_widget_queue_allocate(mask_.get());
 }
 
 void Sheet::listen() {
@@ -95,7 +164,7 @@ void Sheet::listen() {
   gtk_widget_add_controller(mask_.get(), GTK_EVENT_CONTROLLER(click));
   input_.add(click, "pressed", [this](int /*count*/, double x, double y) { pressedOnMask_ = !isOnPanel(x, y); });
   input_.add(click, "released", [this](int /*count*/, double x, double y) {
-    if (pressedOnMask_ && !isOnPanel(x, y)) close();
+    if (pressedOnMask_ && !isOnPanel(x, y) && extent_ != Extent::large) close();
   });
   auto* const keys = gtk_event_controller_key_new();
   gtk_widget_add_controller(mask_.get(), keys);
@@ -104,13 +173,31 @@ void Sheet::listen() {
   if (auto* const window = gtk_widget_get_root(mask_.get())) {
     input_.add(window, "notify::focus-widget", [this, window] { focusMoved(window); });
   }
-  end_.add(revealer_, "notify::child-revealed", [this] {
-    if (closing_ && !gtk_revealer_get_child_revealed(revealer_)) finishLater();
-  });
-  end_.add(parent_, "destroy", [this] {
+  parentDestroyed_ = SignalConnection::connect(parent_, "destroy", [this] {
     parent_ = nullptr;
     closing_ = true;
     finishLater();
+  });
+  if (grabber_) listenToGrabber();
+}
+
+// On the mask, which stays where it is as the finger takes the panel along.
+void Sheet::listenToGrabber() {
+  auto* const drag = gtk_gesture_drag_new();
+  gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(drag), GTK_PHASE_CAPTURE);
+  gtk_widget_add_controller(mask_.get(), GTK_EVENT_CONTROLLER(drag));
+  input_.add(drag, "drag-begin", [this, drag](double x, double y) {
+    const graphene_point_t point{static_cast<float>(x), static_cast<float>(y)};
+    graphene_rect_t bounds;
+    grabbed_ = !isDialog_ && gtk_widget_compute_bounds(grabber_, mask_.get(), &bounds) &&
+               graphene_rect_contains_point(&bounds, &point);
+    gtk_gesture_set_state(drag, grabbed_ ? GTK_EVENT_SEQUENCE_CLAIMED : GTK_EVENT_SEQUENCE_DENIED);
+    if (grabbed_) adw_animation_pause(animation_.get());
+  });
+  input_.add(drag, "drag-update",
+             [this](double /*x*/, double y) { show(1 - std::clamp(y / gtk_widget_get_height(panel_), 0.0, 0.99)); });
+  input_.add(drag, "drag-end", [this] {
+    if (std::exchange(grabbed_, false)) shown_ < 1 - closingShare ? close() : animateTo(1);
   });
 }
 
@@ -119,7 +206,7 @@ void Sheet::close() {
   closing_ = true;
   releaseInput();
   gtk_widget_remove_css_class(mask_.get(), "open");
-  gtk_revealer_set_reveal_child(revealer_, FALSE);
+  animateTo(0);
 }
 
 void Sheet::releaseInput() {
@@ -164,7 +251,9 @@ void Sheet::moveFocus(GtkDirectionType direction) {
 }
 
 void Sheet::detach() {
-  end_.disconnect();
+  parentDestroyed_.disconnect();
+  animationDone_.disconnect();
+  if (animation_) adw_animation_pause(animation_.get());
   if (auto* const parent = std::exchange(parent_, nullptr)) gtk_overlay_remove_overlay(parent, mask_.get());
 }
 
@@ -194,7 +283,8 @@ void Sheet::focusMoved(GtkRoot* window) {
 
 // From the queue: the widget is in the middle of its own work, and the owner may destroy the sheet.
 void Sheet::finishLater() {
-  end_.disconnect();
+  parentDestroyed_.disconnect();
+  animationDone_.disconnect();
   mainQueue_.async(alive_.guard([this] {
     detach();
     auto closed = std::move(onClosed_);

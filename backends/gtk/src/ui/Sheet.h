@@ -2,10 +2,11 @@
 
 #include <string>
 
-#include <gtk/gtk.h>
+#include <adwaita.h>
 
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "Canvas.h"
 
 #include "orivex/platform/base/Alive.h"
 #include "orivex/platform/base/Once.h"
@@ -13,28 +14,44 @@
 
 namespace orivex::gtk {
 
-/// A panel with rounded top corners that slides up from the bottom of a window, over a mask that dims the rest and
-/// takes its input. It goes by its owner's call, by Escape and by a tap on the mask. While it is open the keyboard
-/// focus stays inside; afterwards it is where it was before. Assistive technology sees a modal dialog. Main thread.
-class Sheet {
+/// A panel over a mask that dims the rest of a window and takes its input: in a small window a sheet that slides up
+/// from the bottom edge and goes back there with its grabber, in a larger one a dialog that fades in at its middle. It
+/// goes by its owner's call, by Escape and by a tap on the mask. While it is open the keyboard focus stays inside;
+/// afterwards it is where it was before. Assistive technology sees a modal dialog. Main thread.
+class Sheet : private CanvasDelegate {
  public:
+  enum class Extent {
+    /// The content's natural height while the window has room for it, so content that may be long belongs into a
+    /// scrolled window that propagates its natural height; the window's width, at most 560 points.
+    natural,
+    /// All of a small window, and much of a larger one. Only its owner and Escape close it.
+    large,
+  };
+
   /// Opens over `parent`, the host window's overlay (`HostWindow::overlay`), and shows `content`, whose floating
-  /// reference it takes. The panel takes the content's natural height while the window has room for it, so content that
-  /// may be long belongs into a scrolled window that propagates its natural height; its width is the window's, at most
-  /// 560 points. `label` names the dialog to screen readers. `onClosed` is called once, from the queue, when the sheet
-  /// has gone for any reason other than its destruction, the window's end among them; it may destroy the sheet.
-  Sheet(GtkOverlay* parent, MainQueue& mainQueue, GtkWidget* content, const std::string& label, Once<void()> onClosed);
+  /// reference it takes. `label` names the dialog to screen readers. `onClosed` is called once, from the queue, when
+  /// the sheet has gone for any reason other than its destruction, the window's end among them; it may destroy the
+  /// sheet.
+  Sheet(GtkOverlay* parent, MainQueue& mainQueue, GtkWidget* content, const std::string& label, Once<void()> onClosed,
+        Extent extent = Extent::natural);
   Sheet(const Sheet&) = delete;
   Sheet& operator=(const Sheet&) = delete;
   /// Takes the sheet away at once, without a word to the owner.
-  ~Sheet();
+  ~Sheet() override;
 
-  /// Lets the sheet slide away. From here on it takes no input and the focus is given back.
+  /// Lets the sheet slide or fade away. From here on it takes no input and the focus is given back.
   void close();
 
  private:
+  int minimumSize(GtkOrientation orientation, int forSize) override;
+  void allocate(int width, int height) override;
+  void snapshot(GtkSnapshot* snapshot) override;
+
   void build(GtkWidget* content, const std::string& label);
   void listen();
+  void listenToGrabber();
+  void animateTo(double shown);
+  void show(double shown);
   void takeFocus();
   void releaseInput();
   void moveFocus(GtkDirectionType direction);
@@ -48,16 +65,22 @@ class Sheet {
   GtkOverlay* parent_;
   MainQueue& mainQueue_;
   Once<void()> onClosed_;
+  const Extent extent_;
   GRef<GtkWidget> mask_;
-  GtkRevealer* revealer_ = nullptr;
   GtkWidget* panel_ = nullptr;
+  GtkWidget* grabber_ = nullptr;
+  double shown_ = 0;  // from 0, away, to 1
+  bool isDialog_ = false;
+  GRef<AdwAnimation> animation_;
   GWeakRef focusBefore_;
   bool closing_ = false;
   bool movingFocus_ = false;
   bool pressedOnMask_ = false;
+  bool grabbed_ = false;
   SignalConnection mapped_;
   SignalConnections input_;
-  SignalConnections end_;
+  SignalConnection animationDone_;
+  SignalConnection parentDestroyed_;
   Alive alive_;
 };
 
