@@ -8,6 +8,7 @@
 #include "orivex/media/OVKFApiHelper.h"
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/Translation.h"
+#include "orivex/platform/ports/Application.h"
 #include "orivex/platform/ports/Bundle.h"
 #include "orivex/platform/ui/ContentViews.h"
 
@@ -25,11 +26,17 @@ constexpr double footHeight = 64;
 constexpr double margin = 16;
 constexpr double widest = 760;
 
+// As seen in the mirror, where the visitor reads from right to left.
+Rect mirrored(Rect frame, double width) {
+  if (Platform::current().application.isRightToLeft()) frame.x = width - frame.x - frame.width;
+  return frame;
+}
+
 // The bars, the time and the first question and answer.
 std::vector<Shape> shapesFor(const Size& size) {
   std::vector<Shape> shapes;
   const auto add = [&](const Rect& frame, const char* color, double radius = 0) {
-    shapes.push_back({frame, OVKFApiHelper::color(color), radius});
+    shapes.push_back({mirrored(frame, size.width), OVKFApiHelper::color(color), radius});
   };
   const double width = std::min(widest, size.width - 2 * margin);
   const double left = (size.width - width) / 2;
@@ -69,18 +76,24 @@ std::shared_ptr<WebView> makePlaceholder(const Rect& frame, std::function<void()
   configuration.userScripts.push_back(
       "addEventListener('DOMContentLoaded', () => document.querySelector('[role=status]')?.append(`" +
       std::string(tr("正在加载…")) + "`));");
+  if (Platform::current().application.isRightToLeft()) {
+    configuration.userScripts.emplace_back("document.documentElement.dir = 'rtl';");
+  }
   auto placeholder = std::make_shared<WebView>(frame, configuration);
   placeholder->setBackgroundColor(OVKFApiHelper::color("#FFFFFF"));
   // The page draws over the shapes, where they are: its process takes longer to start than the screen to slide in.
   placeholder->setScrollSettings({.scrollEnabled = false, .backgroundColor = Color{0, 0, 0, 0}});
-  if (const auto path = Platform::current().componentBundle.pathForResource("skeleton", "html")) {
-    placeholder->setLayoutHandler(
-        [view = placeholder.get()] { view->setBackgroundShapes(shapesFor(view->frame().size())); });
-    placeholder->layOut();
-    placeholder->loadFile(*path, *path);
-  }
   const Rect corner{0, (topHeight - buttonSide) / 2, buttonSide, buttonSide};
-  placeholder->addSubview(std::make_shared<Button>(corner, "‹", tr("返回"), std::move(goBack)));
+  // From right to left, text shows this character as its mirror image.
+  const auto button = std::make_shared<Button>(corner, "‹", tr("返回"), std::move(goBack));
+  placeholder->addSubview(button);
+  const auto path = Platform::current().componentBundle.pathForResource("skeleton", "html");
+  placeholder->setLayoutHandler([button, corner, hasPage = path.has_value(), view = placeholder.get()] {
+    if (hasPage) view->setBackgroundShapes(shapesFor(view->frame().size()));
+    button->setFrame(mirrored(corner, view->frame().width));
+  });
+  placeholder->layOut();
+  if (path) placeholder->loadFile(*path, *path);
   return placeholder;
 }
 

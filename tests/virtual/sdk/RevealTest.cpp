@@ -83,6 +83,22 @@ TEST_F(RevealTest, AButtonLeadsBackUntilThen) {
   EXPECT_FALSE(screen->isViewInWindow());
 }
 
+TEST_F(RevealTest, RightToLeftItIsSeenInTheMirror) {
+  const auto frames = [&] {
+    const auto screen = present();
+    const auto& placeholder = *screen->loadView();
+    std::vector<Rect> all{placeholder.subviews().back()->frame()};
+    for (const auto& shape : placeholder.backgroundShapes()) all.push_back(shape.frame);
+    hostStack_->dismiss(false);
+    return all;
+  };
+  auto expected = frames();
+  for (auto& frame : expected) frame.x = 390 - frame.x - frame.width;
+  device_.application().setRightToLeft(true);
+  EXPECT_EQ(frames(), expected);
+  EXPECT_EQ(expected.front(), (Rect{346, 8, 44, 44}));
+}
+
 TEST_F(RevealTest, KeepsNoScreenThatHasClosedBeforeIt) {
   for (const bool announced : {true, false}) {
     std::weak_ptr<OVKFApi> screen = present();

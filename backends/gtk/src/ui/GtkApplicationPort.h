@@ -40,6 +40,7 @@ class GtkApplicationPort final : public Application {
 
   std::vector<std::shared_ptr<WindowScene>> connectedScenes() const override;
   [[nodiscard]] Subscription observe(ApplicationEvent event, std::function<void()> handler) override;
+  bool isRightToLeft() const override { return gtk_widget_get_default_direction() == GTK_TEXT_DIR_RTL; }
   bool canOpen(const Url& url) const override { return launcher_.canOpen(url); }
   void open(const Url& url) override { launcher_.open(url); }
 

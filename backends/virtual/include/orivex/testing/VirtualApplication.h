@@ -35,6 +35,7 @@ class VirtualApplication final : public Application, private ViewMirror {
 
   std::vector<std::shared_ptr<WindowScene>> connectedScenes() const override;
   [[nodiscard]] Subscription observe(ApplicationEvent event, std::function<void()> handler) override;
+  bool isRightToLeft() const override { return rightToLeft_; }
   bool canOpen(const Url& url) const override;
   void open(const Url& url) override;
 
@@ -53,6 +54,9 @@ class VirtualApplication final : public Application, private ViewMirror {
 
   /// Whether the window has been drawn: until then a snapshot of a view in it is null.
   void setDrawn(bool drawn) { drawn_ = drawn; }
+
+  /// From left to right at first.
+  void setRightToLeft(bool rightToLeft) { rightToLeft_ = rightToLeft; }
 
   /// How often something asked to take the keyboard focus away, and from which view last; null when never or gone.
   int endEditingCount() const { return endEditingCount_; }
@@ -79,6 +83,7 @@ class VirtualApplication final : public Application, private ViewMirror {
   std::shared_ptr<Window> window_ = std::make_shared<Window>();
   bool connected_ = true;
   bool drawn_ = true;
+  bool rightToLeft_ = false;
   std::set<std::string, std::less<>> openableSchemes_{"http", "https"};
   std::vector<Url> opened_;
   int endEditingCount_ = 0;

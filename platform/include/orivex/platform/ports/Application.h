@@ -23,6 +23,9 @@ class Application : public Interface {
   /// Calls `handler` at each such event until the subscription ends.
   [[nodiscard]] virtual Subscription observe(ApplicationEvent event, std::function<void()> handler) = 0;
 
+  /// Whether what the visitor sees of the application is laid out from right to left.
+  virtual bool isRightToLeft() const = 0;
+
   /// Whether some application opens addresses of this scheme, and a page may hand it one.
   virtual bool canOpen(const Url& url) const = 0;
 
