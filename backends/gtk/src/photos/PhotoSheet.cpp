@@ -236,7 +236,12 @@ void PhotoSheet::update(std::shared_ptr<const MediaCatalog> catalog) {
   showAlbum(false);
   menu_.update(*catalog_);
   preview_.refresh(grid_.items());
-  if (waits && !grid_.items()->empty()) grid_.focus(0);
+  if (!waits) return;
+  if (!grid_.items()->empty()) {
+    grid_.focus(0);
+  } else if (!gtk_widget_get_mapped(focus)) {
+    gtk_root_set_focus(root, nullptr);  // the sheet finds another: no key reaches the page that has waited
+  }
 }
 
 void PhotoSheet::chooseAlbum(const std::string& folder) {

@@ -15,6 +15,7 @@ inline constexpr const char* photoStyle = R"css(
 .orivex-photo-sheet .waiting:focus-visible { outline: 2px solid #6ea0ff; outline-offset: -2px; }
 
 .orivex-photo-sheet .bar { min-height: 52px; padding: 0 8px; }
+.orivex-sheet:not(.dialog) .orivex-photo-sheet .bar:first-child { padding-top: 10px; }
 .orivex-photo-sheet .plain { padding: 6px 10px; font-size: 12pt; border-radius: 10px; }
 .orivex-photo-sheet .plain:hover { background-color: alpha(white, 0.08); }
 .orivex-photo-sheet .album { padding: 4px 10px 4px 16px; font-size: 12pt; font-weight: 600; border-radius: 18px;
