@@ -43,21 +43,25 @@ std::vector<Shape> shapesFor(const Size& size) {
   const double right = left + width;
   const double gap = std::clamp(0.026 * size.height, 14.0, 22.0);
   add({left + 22, 12, 36, 36}, block, 18);
-  add({left + 70, 16, 108, 12}, block, 6);
-  add({left + 70, 36, 64, 8}, faint, 4);
+  const double name = width - 106;  // beside the face and the menu
+  add({left + 70, 16, std::min(108.0, name), 12}, block, 6);
+  add({left + 70, 36, std::min(64.0, name), 8}, faint, 4);
   add({right - 24, 18, 24, 24}, block, 8);
   add({0, topHeight, size.width, 1}, line);
   double y = topHeight + 1 + gap;
   add({(size.width - 76) / 2, y, 76, 10}, faint, 5);
   y += 10 + gap;
   add({left, y, 36, 36}, block, 18);
-  add({left + 46, y, 242, 60}, faint, 18);
-  add({left + 62, y + 15, 210, 10}, block, 5);
-  add({left + 62, y + 35, 168, 10}, block, 5);
+  const double room = width - 46;  // beside a face
+  const double lines = room - 32;
+  add({left + 46, y, std::min(242.0, room), 60}, faint, 18);
+  add({left + 62, y + 15, std::min(210.0, lines), 10}, block, 5);
+  add({left + 62, y + 35, std::min(168.0, lines), 10}, block, 5);
   y += 60 + gap;
   add({right - 36, y, 36, 36}, block, 18);
-  add({right - 210, y, 164, 40}, block, 18);
-  add({right - 194, y + 15, 132, 10}, "#d9dce2", 5);
+  const double answer = std::min(164.0, room);
+  add({right - 46 - answer, y, answer, 40}, block, 18);
+  add({right - 30 - answer, y + 15, answer - 32, 10}, "#d9dce2", 5);
   y = size.height - footHeight;
   add({0, y - 1, size.width, 1}, line);
   add({left, y + 16, 32, 32}, block, 16);
@@ -88,12 +92,13 @@ std::shared_ptr<WebView> makePlaceholder(const Rect& frame, std::function<void()
   const auto button = std::make_shared<Button>(corner, "‹", tr("返回"), std::move(goBack));
   placeholder->addSubview(button);
   const auto path = Platform::current().componentBundle.pathForResource("skeleton", "html");
-  placeholder->setLayoutHandler([button, corner, hasPage = path.has_value(), view = placeholder.get()] {
-    if (hasPage) view->setBackgroundShapes(shapesFor(view->frame().size()));
-    button->setFrame(mirrored(corner, view->frame().width));
-  });
+  placeholder->setLayoutHandler(
+      [button, corner, view = placeholder.get()] { button->setFrame(mirrored(corner, view->frame().width)); });
   placeholder->layOut();
-  if (path) placeholder->loadFile(*path, *path);
+  if (path) {
+    placeholder->setBackgroundShapes(shapesFor);
+    placeholder->loadFile(*path, *path);
+  }
   return placeholder;
 }
 

@@ -307,7 +307,13 @@ void ViewNode::snapshot(GtkSnapshot* snapshot) {
   const auto outline = outlineOf(bounds, view_->cornerRadius());
   if (view_->castsShadow()) gtk_snapshot_append_outset_shadow(snapshot, &outline, &shadowColor, 0, 0, 0, shadowBlur);
   if (const auto& color = view_->backgroundColor()) draw(snapshot, {bounds, *color, view_->cornerRadius()});
-  for (const auto& shape : view_->backgroundShapes()) draw(snapshot, shape);
+  if (const auto& shapesFor = view_->backgroundShapes()) {
+    const double larger = textScale();
+    gtk_snapshot_save(snapshot);
+    gtk_snapshot_scale(snapshot, static_cast<float>(larger), static_cast<float>(larger));
+    for (const auto& shape : shapesFor({bounds.width / larger, bounds.height / larger})) draw(snapshot, shape);
+    gtk_snapshot_restore(snapshot);
+  }
   if (view_->clipsToBounds()) gtk_snapshot_push_rounded_clip(snapshot, &outline);
   canvasSnapshotChildren(canvas_.get(), snapshot);
   if (view_->clipsToBounds()) gtk_snapshot_pop(snapshot);

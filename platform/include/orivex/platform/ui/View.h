@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "orivex/Export.h"
@@ -28,7 +29,7 @@ enum class ViewChange {
 
 /// A plain area that a view draws.
 struct Shape {
-  Rect frame;  ///< in the view's points
+  Rect frame;
   Color color;
   double cornerRadius = 0;
   bool operator==(const Shape&) const = default;
@@ -86,9 +87,14 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
   const std::optional<Color>& backgroundColor() const { return background_; }
   void setBackgroundColor(const std::optional<Color>& color) { set(background_, color, ViewChange::drawing); }
 
-  /// What lies on the background, under a page and the subviews.
-  const std::vector<Shape>& backgroundShapes() const { return shapes_; }
-  void setBackgroundShapes(const std::vector<Shape>& shapes) { set(shapes_, shapes, ViewChange::drawing); }
+  /// Says what lies on the background, under a page and the subviews, of a view of that size. Both count in the units
+  /// of a page, which are larger than points where the visitor's text is.
+  using Shapes = std::function<std::vector<Shape>(const Size&)>;
+  const Shapes& backgroundShapes() const { return shapes_; }
+  void setBackgroundShapes(Shapes shapes) {
+    shapes_ = std::move(shapes);
+    changed(ViewChange::drawing);
+  }
 
   double cornerRadius() const { return cornerRadius_; }
   void setCornerRadius(double radius) { set(cornerRadius_, radius, ViewChange::drawing); }
@@ -168,7 +174,7 @@ class ORIVEX_API View : public std::enable_shared_from_this<View> {
   Translation transform_;
   bool growsWithText_ = false;
   std::optional<Color> background_;
-  std::vector<Shape> shapes_;
+  Shapes shapes_;
   double cornerRadius_ = 0;
   bool clips_ = false;
   bool shadow_ = false;
