@@ -17,10 +17,7 @@ namespace {
 class PhotoSheetTest : public ::testing::Test, protected PhotoStage {
  protected:
   static bool chooserOpens() {
-    return wait([] { return openFileChooser() != nullptr; }, 5);
-  }
-  bool isInGrid(GtkWidget* widget) const {
-    return gtk_widget_is_ancestor(widget, library_.content()->grid().widget()) != FALSE;
+    return wait([] { return openFileChooser() != nullptr; }, 20);
   }
   GtkWidget* playButton() const { return findByClass(GTK_WIDGET(visitor_.overlay()), "play"); }
 };
@@ -167,7 +164,7 @@ TEST_F(PhotoSheetTest, TabStaysInThePreviewAndReachesItsButtons) {
   for (int step = 0; step < 6; ++step) {
     VisitorWindow::press({"Tab"});
     ASSERT_TRUE(visitor_.focus());
-    EXPECT_FALSE(isInGrid(visitor_.focus())) << step;
+    EXPECT_FALSE(gtk_widget_is_ancestor(visitor_.focus(), library_.content()->grid().widget())) << step;
     EXPECT_FALSE(gtk_widget_has_css_class(visitor_.focus(), "album")) << step;
     if (visitor_.focus() != mark) continue;
     hasReachedMark = true;

@@ -1,12 +1,8 @@
 #include "PhotoSheet.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <utility>
 
-#include <unistd.h>
-
-#include "../Sandbox.h"
 #include "../ui/Announcement.h"
 #include "../ui/Widgets.h"
 #include "PhotoStyle.h"
@@ -29,29 +25,6 @@ ThumbnailSize thumbnailSize() {
 
 GtkWidget* button(const char* text, const char* style) {
   return styled(gtk_button_new_with_label(text), style);
-}
-
-// The word for what is listed.
-const char* kindsOf(const MediaFilter& filter, const char* both, const char* images, const char* videos) {
-  return filter.images && filter.videos ? both : filter.images ? images : videos;
-}
-
-bool isReadable(const MediaRoot& root) {
-  return access(root.path.c_str(), R_OK | X_OK) == 0;
-}
-
-// There, but not to be read; what a sandbox does not share looks as if it were not there.
-bool isForbidden(const MediaRoot& root) {
-  return !isReadable(root) && (errno != ENOENT || runsInSandbox());
-}
-
-template <class Predicate>
-std::string pathsOf(const std::vector<MediaRoot>& roots, Predicate isMeant) {
-  std::string paths;
-  for (const auto& root : roots) {
-    if (isMeant(root)) paths += "\n" + root.path;
-  }
-  return paths;
 }
 
 // Takes no input; screen readers speak it.
@@ -103,6 +76,7 @@ PhotoSheet::PhotoSheet(PipelineThreads threads, const MediaReader& reader, Photo
           {[this](const MediaItemPtr& item) { toggle(item); },
            [this](const MediaItemPtr& last) { previewClosed(last); }, [this] { showToast(tr("无法播放此视频")); }}),
       catalog_(std::make_shared<MediaCatalog>(MediaItems{}, roots_, false)),
+      empty_(roots_, filter_, [this] { browse(); }),
       library_(threads.main, sources.roots, filter_,
                [this](std::shared_ptr<const MediaCatalog> catalog) { update(std::move(catalog)); }) {
   build();
@@ -115,7 +89,7 @@ void PhotoSheet::build() {
   gtk_stack_set_hhomogeneous(GTK_STACK(pages_), FALSE);
   gtk_stack_add_titled(GTK_STACK(pages_), waitingPage(), "waiting", tr("相册"));
   gtk_stack_add_titled(GTK_STACK(pages_), grid_.widget(), "grid", tr("相册"));
-  gtk_stack_add_titled(GTK_STACK(pages_), emptyPage(), "empty", tr("相册"));
+  gtk_stack_add_titled(GTK_STACK(pages_), empty_.widget(), "empty", tr("相册"));
   GtkWidget* const below = gtk_overlay_new();
   gtk_overlay_set_child(GTK_OVERLAY(below), pages_);
   gtk_overlay_add_overlay(GTK_OVERLAY(below), menu_.widget());
@@ -188,43 +162,6 @@ GtkWidget* PhotoSheet::waitingPage() {
   });
   gtk_widget_add_controller(waiting_, keys);
   return waiting_;
-}
-
-GtkWidget* PhotoSheet::emptyPage() {
-  emptyIcon_ = decorative(gtk_image_new());
-  gtk_image_set_pixel_size(GTK_IMAGE(emptyIcon_), 72);
-  emptyTitle_ = styled(gtk_label_new(nullptr), "title");
-  emptyHint_ = styled(gtk_label_new(nullptr), "hint");
-  for (GtkWidget* const label : {emptyTitle_, emptyHint_}) {
-    gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
-    gtk_label_set_wrap(GTK_LABEL(label), TRUE);
-    gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
-  }
-  GtkWidget* const elsewhere = button(tr("浏览…"), "browse");
-  connections_.add(elsewhere, "clicked", [this] { browse(); });
-  GtkWidget* const page = styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {emptyIcon_, emptyTitle_, emptyHint_, elsewhere}),
-                                 "orivex-photos-empty");
-  gtk_widget_set_valign(page, GTK_ALIGN_CENTER);
-  // A phone that is held sideways has no room for it.
-  GtkWidget* const scrolled = gtk_scrolled_window_new();
-  gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scrolled), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
-  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled), page);
-  return scrolled;
-}
-
-// Whether there is nothing, or nothing that may be read.
-void PhotoSheet::describeEmptiness() {
-  const std::string unreadable = pathsOf(roots_, isForbidden);
-  const bool isEmpty = unreadable.empty();
-  const auto everywhere = [](const MediaRoot&) { return true; };
-  gtk_image_set_from_icon_name(GTK_IMAGE(emptyIcon_),
-                               isEmpty ? "image-x-generic-symbolic" : "changes-prevent-symbolic");
-  gtk_label_set_text(GTK_LABEL(emptyTitle_),
-                     isEmpty ? kindsOf(filter_, tr("没有照片或视频"), tr("没有照片"), tr("没有视频"))
-                             : kindsOf(filter_, tr("无法访问照片和视频"), tr("无法访问照片"), tr("无法访问视频")));
-  gtk_label_set_text(GTK_LABEL(emptyHint_), (isEmpty ? tr("在这些文件夹里没有找到:%1", {pathsOf(roots_, everywhere)})
-                                                     : tr("没有权限读取这些文件夹:%1", {unreadable}))
-                                                .c_str());
 }
 
 void PhotoSheet::update(std::shared_ptr<const MediaCatalog> catalog) {
@@ -315,7 +252,7 @@ void PhotoSheet::showAlbum(bool fromTop) {
   gtk_label_set_text(GTK_LABEL(albumName_), shown.name.c_str());
   grid_.show(shown.items, fromTop);
   const char* const page = !shown.items->empty() ? "grid" : catalog_->isComplete() ? "empty" : "waiting";
-  if (shown.items->empty()) describeEmptiness();
+  if (shown.items->empty()) empty_.update();
   gtk_stack_set_visible_child_name(GTK_STACK(pages_), page);
 }
 

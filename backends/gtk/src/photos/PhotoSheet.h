@@ -10,6 +10,7 @@
 #include "../files/FileDialog.h"
 #include "../glib/GRef.h"
 #include "../glib/SignalConnection.h"
+#include "EmptyPage.h"
 #include "grid/AlbumMenu.h"
 #include "grid/PhotoGrid.h"
 #include "library/MediaLibrary.h"
@@ -56,8 +57,6 @@ class PhotoSheet {
   GtkWidget* header();
   GtkWidget* footer();
   GtkWidget* waitingPage();
-  GtkWidget* emptyPage();
-  void describeEmptiness();
   void update(std::shared_ptr<const MediaCatalog> catalog);
   void showAlbum(bool fromTop);
   const Album& album();
@@ -86,6 +85,7 @@ class PhotoSheet {
   AlbumMenu menu_;
   PhotoPreview preview_;
   std::shared_ptr<const MediaCatalog> catalog_;
+  EmptyPage empty_;
   Album browsed_{tr("浏览"), "browsed:", std::make_shared<MediaItems>()};  // no folder has this name
   std::string folder_;  // of the album that is shown; empty for that of everything
   GRef<GtkWidget> content_;
@@ -94,9 +94,6 @@ class PhotoSheet {
   std::unique_ptr<Timer> toastEnd_;
   GtkWidget* pages_ = nullptr;
   GtkWidget* waiting_ = nullptr;
-  GtkWidget* emptyIcon_ = nullptr;
-  GtkWidget* emptyTitle_ = nullptr;
-  GtkWidget* emptyHint_ = nullptr;
   GtkWidget* albumName_ = nullptr;
   GtkWidget* albumButton_ = nullptr;
   GtkWidget* browser_ = nullptr;  // header and albums, which the preview covers

@@ -113,6 +113,18 @@ bool removeMenuItems(WebKitContextMenu* menu) {
   return webkit_context_menu_get_n_items(menu) == 0;
 }
 
+// What the module in the page's process tells of the page's console.
+bool logConsole(WebKitUserMessage* message) {
+  const char* text = nullptr;
+  const char* source = nullptr;
+  guint line = 0;
+  auto* const parameters = webkit_user_message_get_parameters(message);
+  if (!parameters || !g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssu)"))) return false;
+  g_variant_get(parameters, "(&s&su)", &text, &source, &line);
+  log::print("console " + std::string(text) + " (" + source + ":" + std::to_string(line) + ")");
+  return true;
+}
+
 }  // namespace
 
 SignalConnections limitPage(WebKitWebView* view) {
@@ -133,6 +145,7 @@ SignalConnections limitPage(WebKitWebView* view) {
     webkit_permission_state_query_finish(query, WEBKIT_PERMISSION_STATE_DENIED);
     return true;
   });
+  limits.add(view, "user-message-received", [](WebKitUserMessage* message) { return logConsole(message); });
   limits.add(view, "context-menu", [](WebKitContextMenu* menu) { return removeMenuItems(menu); });
   limits.add(view, "print", [] {
     log::print("The page wants to print; it does not", log::Level::info);

@@ -46,18 +46,6 @@ bool isInternal(const GError* error) {
   return g_error_matches(error, g_quark_from_static_string("WebKitErrorDomain"), 300);
 }
 
-// What the module in the page's process tells of the page's console.
-bool logConsole(WebKitUserMessage* message) {
-  const char* text = nullptr;
-  const char* source = nullptr;
-  guint line = 0;
-  auto* const parameters = webkit_user_message_get_parameters(message);
-  if (!parameters || !g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssu)"))) return false;
-  g_variant_get(parameters, "(&s&su)", &text, &source, &line);
-  log::print("console " + std::string(text) + " (" + source + ":" + std::to_string(line) + ")");
-  return true;
-}
-
 }  // namespace
 
 WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetworkSession* session,
@@ -157,7 +145,6 @@ void WebKitEngine::connectSignals() {
     dialogs_.dismiss();
     pageLost("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
   });
-  signals_.add(view, "user-message-received", [](WebKitUserMessage* message) { return logConsole(message); });
   signals_.add(view, "resource-load-started", [this](WebKitWebResource* resource) { watchResource(resource); });
   signals_.add(view, "notify::uri", [this] { uriChanged(); });
 }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include <unistd.h>
+
 #include "MediaTexts.h"
 
 #include "orivex/platform/base/Translation.h"
@@ -35,6 +37,10 @@ void disambiguateNames(std::vector<Album>& albums) {
 }
 
 }  // namespace
+
+bool isReadable(const MediaRoot& root) {
+  return access(root.path.c_str(), R_OK | X_OK) == 0;
+}
 
 MediaCatalog::MediaCatalog(MediaItems items, const std::vector<MediaRoot>& roots, bool isComplete)
     : isComplete_(isComplete) {

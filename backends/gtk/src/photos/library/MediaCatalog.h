@@ -14,6 +14,9 @@ struct MediaRoot {
   std::string name;  ///< as the visitor knows it
 };
 
+/// Whether the folder is there and its files may be listed; errno says why not.
+bool isReadable(const MediaRoot& root);
+
 /// The items of one folder, or of all of them.
 struct Album {
   std::string name;

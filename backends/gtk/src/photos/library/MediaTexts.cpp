@@ -20,6 +20,10 @@ std::string formatted(const char* format, Args... args) {
 
 }  // namespace
 
+const char* kindsOf(const MediaFilter& filter, const char* both, const char* images, const char* videos) {
+  return filter.images && filter.videos ? both : filter.images ? images : videos;
+}
+
 std::string sizeText(std::int64_t bytes) {
   constexpr double step = 1024;
   if (bytes < 1024) return formatted("%d B", static_cast<int>(bytes));

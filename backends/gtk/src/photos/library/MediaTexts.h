@@ -10,6 +10,9 @@
 
 namespace orivex::gtk {
 
+/// The word for what is listed.
+const char* kindsOf(const MediaFilter& filter, const char* both, const char* images, const char* videos);
+
 /// "512 B", "34 KB", "12.3 MB", "1.2 GB"; 1 KB is 1024 bytes.
 std::string sizeText(std::int64_t bytes);
 
