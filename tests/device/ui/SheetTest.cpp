@@ -146,7 +146,7 @@ TEST_F(SheetTest, IsASheetInASmallWindowAndADialogInALargerOneAlsoWhenThatIsResi
            {640, 360, {{40, 48}, {560, 312}}},  // a phone on its side
            {360, 720, {{0, 48}, {360, 672}}}}) {
     gtk_window_set_default_size(visitor_.window(), width, height);
-    const auto isThere = [&] {
+    const auto isThere = [&, &place = place] {
       const auto now = bounds();
       return isOpen() && graphene_rect_equal(&now, &place);
     };

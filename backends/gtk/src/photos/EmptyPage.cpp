@@ -29,11 +29,13 @@ std::string pathsOf(const std::vector<MediaRoot>& roots, Predicate isMeant) {
 }  // namespace
 
 EmptyPage::EmptyPage(const std::vector<MediaRoot>& roots, const MediaFilter& filter, std::function<void()> browse)
-    : roots_(roots), filter_(filter) {
-  icon_ = decorative(gtk_image_new());
+    : roots_(roots),
+      filter_(filter),
+      widget_(gtk_scrolled_window_new()),
+      icon_(decorative(gtk_image_new())),
+      title_(styled(gtk_label_new(nullptr), "title")),
+      hint_(styled(gtk_label_new(nullptr), "hint")) {
   gtk_image_set_pixel_size(GTK_IMAGE(icon_), 72);
-  title_ = styled(gtk_label_new(nullptr), "title");
-  hint_ = styled(gtk_label_new(nullptr), "hint");
   for (GtkWidget* const label : {title_, hint_}) {
     gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
     gtk_label_set_wrap(GTK_LABEL(label), TRUE);
@@ -45,10 +47,8 @@ EmptyPage::EmptyPage(const std::vector<MediaRoot>& roots, const MediaFilter& fil
       styled(boxNew(GTK_ORIENTATION_VERTICAL, 12, {icon_, title_, hint_, elsewhere}), "orivex-photos-empty");
   gtk_widget_set_valign(page, GTK_ALIGN_CENTER);
   // A phone that is held sideways has no room for it.
-  GtkWidget* const scrolled = gtk_scrolled_window_new();
-  gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scrolled), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
-  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled), page);
-  widget_ = scrolled;
+  gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(widget_), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
+  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(widget_), page);
 }
 
 void EmptyPage::update() {

@@ -29,10 +29,10 @@ class EmptyPage {
  private:
   const std::vector<MediaRoot> roots_;
   const MediaFilter filter_;
-  GtkWidget* widget_ = nullptr;
-  GtkWidget* icon_ = nullptr;
-  GtkWidget* title_ = nullptr;
-  GtkWidget* hint_ = nullptr;
+  GtkWidget* const widget_;
+  GtkWidget* const icon_;
+  GtkWidget* const title_;
+  GtkWidget* const hint_;
   SignalConnection pressed_;
 };
 

@@ -181,18 +181,20 @@ std::shared_ptr<View> ViewNode::snapshot(const View& /*view*/) {
   const int width = gtk_widget_get_width(canvas);
   const int height = gtk_widget_get_height(canvas);
   const graphene_size_t size{static_cast<float>(width), static_cast<float>(height)};
+  auto* const drawing = gtk_snapshot_new();
+  paintBackground(drawing, GTK_WIDGET(gtk_widget_get_root(canvas)), size);
   auto* const parent = gtk_widget_get_parent(canvas);
   graphene_point_t origin{};
   const graphene_point_t zero{};
-  if (!gtk_widget_compute_point(canvas, parent, &zero, &origin)) return nullptr;
-  gtk_widget_measure(canvas, GTK_ORIENTATION_VERTICAL, width, nullptr, nullptr, nullptr, nullptr);
-  gtk_widget_allocate(canvas, width, height, -1, gsk_transform_translate(nullptr, &origin));
-  const Unpressed unpressed(canvas);
-  auto* const drawing = gtk_snapshot_new();
-  paintBackground(drawing, GTK_WIDGET(gtk_widget_get_root(canvas)), size);
-  origin = {-origin.x, -origin.y};
-  gtk_snapshot_translate(drawing, &origin);
-  gtk_widget_snapshot_child(parent, canvas, drawing);
+  // A window that has just been opened has no size before its first frame.
+  if (width > 0 && height > 0 && gtk_widget_compute_point(canvas, parent, &zero, &origin)) {
+    gtk_widget_measure(canvas, GTK_ORIENTATION_VERTICAL, width, nullptr, nullptr, nullptr, nullptr);
+    gtk_widget_allocate(canvas, width, height, -1, gsk_transform_translate(nullptr, &origin));
+    const Unpressed unpressed(canvas);
+    origin = {-origin.x, -origin.y};
+    gtk_snapshot_translate(drawing, &origin);
+    gtk_widget_snapshot_child(parent, canvas, drawing);
+  }
   const auto still = GRef<GdkPaintable>::adopt(gtk_snapshot_free_to_paintable(drawing, &size));
   GtkWidget* const picture = decorative(gtk_picture_new_for_paintable(still.get()));
   gtk_picture_set_content_fit(GTK_PICTURE(picture), GTK_CONTENT_FIT_FILL);
