@@ -10,9 +10,10 @@ namespace orivex::gtk {
 
 /// Runs GLib's main loop until `condition` holds, at most `seconds`. Returns whether it holds.
 inline bool wait(const std::function<bool()>& condition, double seconds) {
-  // Wakes the loop now and then: a condition may come true on another thread, which wakes nobody.
-  const guint ticks = g_timeout_add(
-      2, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  // Wakes the loop now and then: a condition may come true on another thread, which wakes nobody. A condition that
+  // takes longer than that must not keep other work from its turn.
+  const guint ticks = g_timeout_add_full(
+      G_PRIORITY_LOW, 2, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
   const gint64 deadline = g_get_monotonic_time() + static_cast<gint64>(seconds * G_USEC_PER_SEC);
   bool holds = false;
   while (!(holds = condition()) && g_get_monotonic_time() < deadline) g_main_context_iteration(nullptr, TRUE);
