@@ -72,6 +72,7 @@ doPhoto() {
   waitFor 30 "the photo sheet" opened photos-original photo
   waitFor 30 "a chosen photo" photoIsChosen
   tap photos-confirm
+  waitFor 30 "the end of the photo sheet" gone photos-original
   waitFor 30 "the photo in the conversation" more image "$before"
 }
 
@@ -84,6 +85,7 @@ doCamera() {
   waitFor 30 "the camera" opened camera-shutter camera
   waitFor 30 "a photo to look at" photoIsTaken
   tap camera-use
+  waitFor 30 "the end of the camera" gone camera-use
   waitFor 30 "the photo in the conversation" more image "$before"
 }
 
