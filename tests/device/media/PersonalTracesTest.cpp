@@ -22,6 +22,42 @@ std::string box(const std::string& type, const std::string& content) {
   return number(content.size() + 8, 4) + type + content;
 }
 
+// An item of a picture, with a number of two bytes or, where it `isLong`, of four.
+std::string itemBox(std::size_t id, const std::string& type, bool isLong) {
+  return box("infe", number(isLong ? 0x03000000 : 0x02000000, 4) + number(id, isLong ? 4 : 2) + number(0, 2) + type +
+                         std::string(1, '\0'));
+}
+
+const std::string exifItem = "Exif\0\0SECRET"s;
+
+// Its data lie behind all else, at `place`.
+std::string heif(std::size_t place) {
+  const auto located =
+      box("iloc", number(0, 4) + number(0x44, 1) + number(0, 1) + number(2, 2) +  //
+                      number(1, 2) + number(0, 2) + number(1, 2) + number(place, 4) + number(7, 4) + number(2, 2) +
+                      number(0, 2) + number(1, 2) + number(place + 7, 4) + number(exifItem.size(), 4));
+  return box("ftyp", "heic\0\0\0\0"s) +
+         box("meta",
+             number(0, 4) +
+                 box("iinf", number(0, 4) + number(2, 2) + itemBox(1, "hvc1", false) + itemBox(2, "Exif", false)) +
+                 located) +
+         box("mdat", "PICTURE" + exifItem);
+}
+
+// Its data lie inside of the box that describes them, with indices and long numbers.
+std::string heifOfOneBox() {
+  const auto located = box("iloc", number(0x02000000, 4) + number(0x4404, 2) + number(2, 4) +  //
+                                       number(1, 4) + number(1, 2) + number(0, 2) + number(1, 2) + number(0, 4) +
+                                       number(0, 4) + number(7, 4) +  //
+                                       number(2, 4) + number(1, 2) + number(0, 2) + number(1, 2) + number(0, 4) +
+                                       number(7, 4) + number(exifItem.size(), 4));
+  return box("ftyp", "mif1\0\0\0\0"s) +
+         box("meta", number(0, 4) +
+                         box("iinf", number(0x01000000, 4) + number(2, 4) + itemBox(1, "hvc1", true) +
+                                         itemBox(2, "mime", true)) +
+                         box("idat", "PICTURE" + exifItem) + located);
+}
+
 std::string riffChunk(const std::string& type, const std::string& content) {
   const std::string length{static_cast<char>(content.size()), 0, 0, 0};
   return type + length + content + std::string(content.size() % 2, '\0');
@@ -84,30 +120,16 @@ TEST_F(PersonalTracesTest, AFilmIsSentWithoutItsPlace) {
 }
 
 TEST_F(PersonalTracesTest, KindsThatNobodyHereWritesLoseNothingElse) {
-  const auto exif = "Exif\0\0SECRET"s;
-  const auto item = [](int id, const std::string& type) {
-    return box("infe", number(0x02000000, 4) + number(static_cast<std::size_t>(id), 2) + number(0, 2) + type + "\0"s);
-  };
-  const auto heif = [&](std::size_t place) {
-    const auto located =
-        box("iloc", number(0, 4) + number(0x44, 1) + number(0, 1) + number(2, 2) +  //
-                        number(1, 2) + number(0, 2) + number(1, 2) + number(place, 4) + number(7, 4) + number(2, 2) +
-                        number(0, 2) + number(1, 2) + number(place + 7, 4) + number(exif.size(), 4));
-    return box("ftyp", "heic\0\0\0\0"s) +
-           box("meta",
-               number(0, 4) + box("iinf", number(0, 4) + number(2, 2) + item(1, "hvc1") + item(2, "Exif")) + located) +
-           box("mdat", "PICTURE" + exif);
-  };
   const auto placeOfData = heif(0).find("PICTURE");
   const auto webp =
       riffChunk("RIFF", "WEBP" + riffChunk("VP8X", "\x2c\0\0\0\0\0\0\0\0\0"s) + riffChunk("VP8 ", "PICTURE") +
-                            riffChunk("EXIF", exif) + riffChunk("XMP ", "SECRET"));
+                            riffChunk("EXIF", exifItem) + riffChunk("XMP ", "SECRET"));
   const auto mp4 = box("ftyp", "isom\0\0\0\0"s) +
                    box("moov", box("mvhd", "PICTURE") + box("trak", box("tkhd", "") + box("meta", "SECRET")) +
                                    box("udta", box("\xa9xyz", "SECRET") + box("loci", "SECRET"))) +
                    number(1, 4) + "uuid" + number(22, 8) + "SECRET";
-  for (const auto& [name, contents] :
-       {std::pair{"a.heic"s, heif(placeOfData)}, std::pair{"a.webp"s, webp}, std::pair{"a.mp4"s, mp4}}) {
+  for (const auto& [name, contents] : {std::pair{"a.heic"s, heif(placeOfData)}, std::pair{"b.heic"s, heifOfOneBox()},
+                                       std::pair{"a.webp"s, webp}, std::pair{"a.mp4"s, mp4}}) {
     EXPECT_NE(sent(name, contents).find("PICTURE"), std::string::npos) << name;
   }
 }
@@ -120,6 +142,38 @@ TEST_F(PersonalTracesTest, DamagedFilesAreSentAsTheyAre) {
     EXPECT_EQ(personalTraces(folder_.write("damaged", contents)), std::vector<Overwrite>());
   }
   EXPECT_EQ(personalTraces(folder_.path() / "missing"), std::vector<Overwrite>());
+}
+
+TEST_F(PersonalTracesTest, WhateverIsCutOrBentNothingOutsideOfTheFileIsChanged) {
+  const auto exif = "II\x2a\0\x08\0\0\0\x02\0\x0f\x01\x02\0\x04\0\0\0ABC\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0"s;
+  const auto segment = [](const std::string& marker, const std::string& content) {
+    return "\xFF" + marker + number(content.size() + 2, 2) + content;
+  };
+  const auto jpeg = "\xFF\xD8" + segment("\xE0", "JFIF\0"s) + "\xFF" + segment("\xE1", "Exif\0\0"s + exif) +
+                    segment("\xFE", "a comment") + segment("\xDB", "table") + segment("\xDA", "scan") +
+                    "data\xFF\0more\xFF\xD0"
+                    "data\xFF\xFF"s +
+                    segment("\xDA", "scan") + "data\xFF\xD9" + "a film"s;
+  const auto png = *savedPicture(quarters(2, 2), "png", 255, {{"tEXt::Comment", "SECRET"}});
+  const auto webp = riffChunk("RIFF", "WEBP" + riffChunk("VP8X", "\x2c\0\0\0\0\0\0\0\0\0"s) + riffChunk("EXIF", exif));
+  const auto mp4 = box("wide", "") + box("moov", box("trak", box("uuid", "A") + box("meta", "B"))) + box("udta", "C") +
+                   number(0, 4) + "uuid to the end";
+  for (const auto& whole : {jpeg, png, webp, mp4, heif(heif(0).find("PICTURE")), heifOfOneBox()}) {
+    const auto staysInside = [&](const std::string& contents, std::size_t at) {
+      for (const auto& change : personalTraces(folder_.write("bent", contents))) {
+        ASSERT_TRUE(change.at >= 0 && change.at <= static_cast<std::int64_t>(contents.size())) << at;
+        ASSERT_TRUE(change.length >= 0 && static_cast<std::int64_t>(change.bytes.size()) <= change.length) << at;
+      }
+    };
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+      staysInside(whole.substr(0, at), at);
+      for (const char bent : {'\0', '\1', '\x7f', '\xff'}) {
+        auto contents = whole;
+        contents[at] = bent;
+        staysInside(contents, at);
+      }
+    }
+  }
 }
 
 }  // namespace
