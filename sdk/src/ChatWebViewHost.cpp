@@ -92,6 +92,7 @@ void ChatWebViewHost::observeUrl() {
 }
 
 void ChatWebViewHost::processGone() {
+  isComingBack_ = true;
   RecordManager::shared().closeMicrophoneOf(*screen_.view());  // nobody is left to end a press
   if (mayReload()) {
     webView_->reload();
@@ -115,6 +116,11 @@ bool ChatWebViewHost::mayReload() {
   return true;
 }
 
+void ChatWebViewHost::whenBack(std::function<void()> act) {
+  if (!isComingBack_) return act();
+  afterwards_.push_back(std::move(act));
+}
+
 void ChatWebViewHost::evaluate(const std::string& script) {
   webView()->evaluate(script, [](const std::optional<std::string>& error) {
     if (error) log::debugPrint("Error evaluating JavaScript: " + *error);
@@ -123,6 +129,8 @@ void ChatWebViewHost::evaluate(const std::string& script) {
 
 void ChatWebViewHost::pageFinished() {
   log::debugPrint("Loaded");
+  isComingBack_ = false;
+  for (const auto& act : std::exchange(afterwards_, {})) act();
   webView()->evaluate(std::string(viewportScript));
   // Held weakly: a screen that its host has let go of is not kept for a page that nobody sees.
   Platform::current().mainQueue.asyncAfter(revealDelay, guarded(screen_, [this] { reveal(); }));

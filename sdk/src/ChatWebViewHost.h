@@ -3,6 +3,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "orivex/platform/base/Observers.h"
 #include "orivex/platform/ui/WebView.h"
@@ -41,6 +42,10 @@ class ChatWebViewHost {
   /// The screen comes up: loads a page again that was given up.
   void bringBack();
 
+  /// Runs `act` now, or once the page is there again when its process has gone: what the visitor has chosen
+  /// meanwhile is not lost.
+  void whenBack(std::function<void()> act);
+
   /// Runs a script in the chat page; a failure is one log line.
   void evaluate(const std::string& script);
 
@@ -72,6 +77,8 @@ class ChatWebViewHost {
   std::deque<double> reloads_;  // times of the last ones
   bool isLoaded_ = false;
   bool isLost_ = false;
+  bool isComingBack_ = false;
+  std::vector<std::function<void()>> afterwards_;
 };
 
 }  // namespace orivex

@@ -225,8 +225,10 @@ RecordManager::RecordedClip ScriptMessageBridge::recordAnswer() {
 
 AnswerQueue::Evaluate ScriptMessageBridge::evaluateForAsker() const {
   return [this, asker = origin()](const std::string& script) {
-    if (origin() == asker) return host_.evaluate(script);
-    log::print("An answer for " + asker + " was dropped: the page has gone to " + origin());
+    host_.whenBack(alive_.guard([this, asker, script] {
+      if (origin() == asker) return host_.evaluate(script);
+      log::print("An answer for " + asker + " was dropped: the page has gone to " + origin());
+    }));
   };
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 
 #include "ChatScreenTest.h"
@@ -7,9 +8,12 @@ namespace {
 
 class BridgeAnswersTest : public ChatScreenTest {
  protected:
-  /// Lets the page ask for photos, and the visitor choose some of these widths.
-  void choose(OVKFApi& screen, const std::vector<double>& widths) {
+  /// Lets the page ask for photos, and the visitor choose some of these widths after what happens `meanwhile`.
+  void choose(
+      OVKFApi& screen, const std::vector<double>& widths, const std::function<void()>& meanwhile = [] {}) {
     pageOf(screen).post("openPhotoLibraryPicker", R"({"deviceId":"d"})");
+    device_.runUntilIdle();
+    meanwhile();
     device_.runUntilIdle();
     log_.take();
     PhotoSelection selection;
@@ -39,6 +43,12 @@ class BridgeAnswersTest : public ChatScreenTest {
     return {scripts.begin() + 1, scripts.end()};
   }
 
+  bool isAnswered() {
+    const auto scripts = answers();
+    return std::any_of(scripts.begin(), scripts.end(),
+                       [](const std::string& script) { return script.starts_with("handleSelectedFiles("); });
+  }
+
   const std::shared_ptr<OVKFApi> screen_ = present();
 };
 
@@ -55,6 +65,19 @@ TEST_F(BridgeAnswersTest, AreOneLogLineWhenThePageFails) {
   choose(*screen_, {1});
   device_.runUntilIdle();
   EXPECT_EQ(log_.take(), Lines{R"("Error evaluating JavaScript: ReferenceError: handleSelectedFiles")"});
+}
+
+TEST_F(BridgeAnswersTest, WaitForAPageWhoseProcessDiedWhileTheVisitorChose) {
+  auto& page = pageOf(*screen_);
+  device_.runUntilIdle();
+  page.completeLoad();
+  device_.runUntilIdle();
+  choose(*screen_, {1}, [&] { page.die(); });
+  device_.advance(1);
+  ASSERT_EQ(page.reloadCount(), 1);
+  EXPECT_FALSE(isAnswered()) << "nobody is there to take it";
+  page.completeLoad();
+  EXPECT_TRUE(isAnswered());
 }
 
 TEST_F(BridgeAnswersTest, ComeToNothingOnceTheScreenIsGone) {
