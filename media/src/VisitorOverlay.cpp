@@ -7,6 +7,7 @@
 #include "orivex/platform/Platform.h"
 #include "orivex/platform/base/ProcessState.h"
 #include "orivex/platform/base/Translation.h"
+#include "orivex/platform/ports/MainQueue.h"
 #include "orivex/platform/ports/ProgressOverlay.h"
 
 namespace orivex {
@@ -14,6 +15,15 @@ namespace {
 
 ProgressOverlay& overlay() {
   return Platform::current().progressOverlay;
+}
+
+// Seconds without news of an upload after which its visitor is told.
+constexpr double patience = 10;
+
+constexpr const char* waiting = trLater("正在等待服务器…");
+
+double now() {
+  return Platform::current().mainQueue.now();
 }
 
 std::string percentage(float fraction) {
@@ -58,10 +68,12 @@ void VisitorOverlay::cancel() const {
   if (const auto act = uploads_.back()->onCancel_) act();
 }
 
-VisitorOverlay::Upload::Upload(std::string detail) : detail_(std::move(detail)), window_(overlay().window()) {
+VisitorOverlay::Upload::Upload(std::string detail)
+    : lastNews_(now()), detail_(std::move(detail)), window_(overlay().window()) {
   shared().uploads_.push_back(this);
   shared().hasMessage_ = false;
   show();
+  watch(patience);
   if (shared().uploads_.size() == 1) overlay().announce(tr("正在上传"));
 }
 
@@ -71,7 +83,19 @@ VisitorOverlay::Upload::~Upload() {
 
 void VisitorOverlay::Upload::progress(float fraction) {
   fraction_ = fraction < 1.0F ? std::optional(fraction) : std::nullopt;
+  lastNews_ = now();
+  if (std::exchange(isStanding_, false)) watch(patience);
   if (isSeen() && !shared().hasMessage_) show();
+}
+
+void VisitorOverlay::Upload::watch(double seconds) {
+  Platform::current().mainQueue.asyncAfter(seconds, alive_.guard([this] {
+    if (const double left = lastNews_ + patience - now(); left > 0) return watch(left);
+    isStanding_ = true;
+    if (!isSeen()) return;
+    overlay().announce(tr(waiting));
+    if (!shared().hasMessage_) show();
+  }));
 }
 
 bool VisitorOverlay::Upload::isSeen() const {
@@ -93,7 +117,7 @@ void VisitorOverlay::Upload::returnToWindow() const {
 void VisitorOverlay::Upload::show() const {
   returnToWindow();
   overlay().setOnCancel([] { shared().cancel(); });
-  overlay().setDetail(detail_);
+  overlay().setDetail(isStanding_ ? tr(waiting) : detail_);
   if (fraction_) {
     overlay().showProgress(*fraction_, percentage(*fraction_));
   } else {

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "orivex/platform/base/Alive.h"
+
 namespace orivex {
 
 class Window;
@@ -27,7 +29,8 @@ class VisitorOverlay {
   /// Takes the uploads that go on in `window` off the overlay for good.
   void hideUploads(const Window& window);
 
-  /// One upload, from its start until this object goes.
+  /// One upload, from its start until this object goes. When nothing has happened to it for ten seconds, the visitor
+  /// reads what it waits for.
   class Upload {
    public:
     /// Shows the spinner at once, over the window that the overlay has now; `detail` says what is on its way.
@@ -53,10 +56,14 @@ class VisitorOverlay {
     friend VisitorOverlay;
     bool isSeen() const;
     void show() const;
+    void watch(double seconds);
     std::optional<float> fraction_;  // nothing while the spinner shows
+    double lastNews_;
+    bool isStanding_ = false;
     const std::string detail_;
     std::weak_ptr<Window> window_;  // of the overlay when the upload began
     std::function<void()> onCancel_;
+    Alive alive_;
   };
 
   VisitorOverlay(const VisitorOverlay&) = delete;

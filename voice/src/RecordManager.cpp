@@ -53,6 +53,15 @@ class Clip final : public Attachment {
         FilePart{UploadManager::fileField, FilePart::Path{path}, "file", UploadManager::mimeType(fileExtension(path))};
   }
 
+  Clip(const Clip&) = delete;
+  Clip& operator=(const Clip&) = delete;
+  /// Sent, or nobody can send it any more.
+  ~Clip() override {
+    if (const auto failure = Platform::current().fileManager.removeItem(file_)) {
+      log::warning("删除录音:" + failure->description);
+    }
+  }
+
   bool isInspected() const override { return true; }
 
   void uploaded(const UploadResposeModel* stored) override {
@@ -60,9 +69,6 @@ class Clip final : public Attachment {
     log::print("Upload Success");
     description.name = lastPathComponent(stored->url);
     description.url = stored->url;
-    if (const auto failure = Platform::current().fileManager.removeItem(file_)) {
-      log::warning("删除录音:" + failure->description);
-    }
   }
 
  private:

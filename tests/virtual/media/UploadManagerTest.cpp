@@ -53,6 +53,22 @@ TEST_F(UploadManagerTest, SendsTheSixHeadersInOrder) {
   EXPECT_EQ(device_.httpClient().uploads().back().headers, header("entry", "guest", "Bearer key"));
 }
 
+TEST_F(UploadManagerTest, OneThatStandsStillSaysWhatItWaitsFor) {
+  serveUploads(VirtualUploadReply::respond(200, stored, 30));
+  std::string got;
+  UploadManager().uploadFile(std::nullopt, Url::fromFilePath("/f.pdf"), std::nullopt, "f.pdf", "application/pdf",
+                             std::nullopt, [&](const UploadResult& /*result*/) { got = "done"; });
+  const auto& overlay = device_.progressOverlay();
+  device_.advance(9.9);
+  EXPECT_EQ(overlay.detail(), "f.pdf");
+  device_.advance(0.2);
+  EXPECT_EQ(overlay.detail(), "正在等待服务器…");
+  device_.advance(20);
+  EXPECT_EQ(got, "done");
+  upload();
+  EXPECT_EQ(overlay.detail(), "f.pdf") << "of the next one";
+}
+
 TEST_F(UploadManagerTest, TakesTheFileBeforeTheBytesAndTheOverrideBeforeTheServer) {
   const auto file = Url::fromFilePath("/a b/合同.pdf");
   const FilePart fromDisk{"file", FilePart::Path{"/a b/合同.pdf"}, "na\uFFFDme", "type"};

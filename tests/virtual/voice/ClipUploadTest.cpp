@@ -73,6 +73,17 @@ TEST_F(ClipUploadTest, TellsTheVisitorWhyItFailedAndSendsItAgainOnHisWord) {
   EXPECT_EQ(device_.fileManager().removed(), Lines{recordings()[0]->path});
 }
 
+TEST_F(ClipUploadTest, AClipThatNobodyCanSendAnyMoreIsDeleted) {
+  serveUploads(VirtualUploadReply::respond(503, "busy", 0.5));
+  speak(2);
+  device_.advance(5);
+  ASSERT_TRUE(device_.progressOverlay().offered());
+  EXPECT_EQ(device_.fileManager().removed(), Lines{});
+  screen_->dismiss(false);
+  device_.runUntilIdle();
+  EXPECT_EQ(device_.fileManager().removed(), Lines{recordings()[0]->path});
+}
+
 TEST_F(ClipUploadTest, KeepsTheLengthOfAClipWhileTheNextOneIsRecorded) {
   device_.recordPermission().remember(true);
   act("start");

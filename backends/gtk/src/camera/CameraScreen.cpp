@@ -11,6 +11,8 @@
 namespace orivex::gtk {
 namespace {
 
+constexpr double longestSearch = 10;  // seconds, after which what knows of the cameras is taken to be broken
+
 constexpr double ringInterval = 1.0 / 30;  // seconds between two steps of the ring
 
 constexpr int leastSide = 240;  // points of a picture, for a window that has no size yet
@@ -84,6 +86,11 @@ void CameraScreen::findSources() {
     prepareGStreamer();
     return findCameras();
   };
+  threads_.main.asyncAfter(longestSearch, alive_.guard([this] {
+    if (phase_ != Phase::opening || !sources_.empty()) return;
+    log::warning("The search for cameras has no end");
+    finish(CameraFailure::failed);
+  }));
   threads_.run(find, alive_.guard([this](std::vector<CameraSource> sources) {
     sources_ = std::move(sources);
     if (phase_ != Phase::opening) return;
