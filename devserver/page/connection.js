@@ -15,6 +15,7 @@ export class Connection {
   #retry = 0;
   #silence = 0;
   #lastId = 0;
+  #isAwaited = false; // an answer that is being typed
   /** Messages of the visitor that the server has not confirmed, by client identifier. They outlast the page. */
   #unconfirmed = new Map(listOf({ unsent: recall("unsent") }, "unsent").map((message) => [message.cMid, message]));
 
@@ -91,8 +92,12 @@ export class Connection {
     }
     if (frame?.type === "agent") this.#handlers.onAgent(frame);
     if (frame?.type === "history") this.#catchUp(frame);
-    if (frame?.type === "typing") this.#handlers.onTyping(Boolean(frame.on));
+    if (frame?.type === "typing") {
+      this.#isAwaited = Boolean(frame.on);
+      this.#handlers.onTyping(this.#isAwaited);
+    }
     if (frame?.type === "message" && frame.message) this.#take(frame.message, frame.shortcuts);
+    if (this.#isAwaited || this.#unconfirmed.size > 0) this.#expectAnswer();
   }
 
   #catchUp(frame) {
@@ -113,6 +118,7 @@ export class Connection {
   #lost(socket) {
     if (socket !== this.#socket) return;
     this.#socket = null;
+    this.#isAwaited = false;
     clearTimeout(this.#silence);
     this.#handlers.onState(false);
     // A little disorder keeps many pages from coming back in the same moment.

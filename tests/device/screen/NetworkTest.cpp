@@ -57,17 +57,31 @@ TEST_F(Network, AServerThatGoesInTheMiddleIsToldByThePageWhichComesBackWithIt) {
 }
 
 TEST_F(Network, AServerThatFreezesIsToldByThePageToTheOneWhoWrites) {
-  ServerProcess server;
+  ServerProcess server({"--agent-delay", "2000"});
   const auto chat = present(server.address());
+  const auto write = [&] {
+    evaluate(*chat, R"((() => {
+      document.querySelector("#message-input").value = "question";
+      document.querySelector("#message-input").dispatchEvent(new Event("input", { bubbles: true }));
+      document.querySelector("#composer").requestSubmit();
+    })())");
+  };
+  const auto isTold = [&] {
+    EXPECT_TRUE(wait([&] { return evaluate(*chat, lost) == "true"; }, patience));
+    server.sendSignal(SIGCONT);
+    EXPECT_TRUE(isOnline(*chat)) << "the same page does not come back";
+  };
+  const auto types = [&](const char* is) {
+    return wait([&] { return evaluate(*chat, "!document.querySelector('#typing').hidden") == is; }, patience);
+  };
   server.sendSignal(SIGSTOP);
-  evaluate(*chat, R"((() => {
-    document.querySelector("#message-input").value = "question";
-    document.querySelector("#message-input").dispatchEvent(new Event("input", { bubbles: true }));
-    document.querySelector("#composer").requestSubmit();
-  })())");
-  EXPECT_TRUE(wait([&] { return evaluate(*chat, lost) == "true"; }, patience));
-  server.sendSignal(SIGCONT);
-  EXPECT_TRUE(isOnline(*chat)) << "the same page does not come back";
+  write();
+  isTold();
+  EXPECT_TRUE(types("true") && types("false")) << "the answer does not come";
+  write();
+  EXPECT_TRUE(types("true"));
+  server.sendSignal(SIGSTOP);
+  isTold();
 }
 
 /// The network behind a proxy, which the page's network process learns when it starts.
