@@ -17,7 +17,7 @@ constexpr char rules[] = R"(
   .shop-pages { background: @window_bg_color; }
   viewswitcherbar > actionbar > revealer > box { background: @window_bg_color; border-top-color: alpha(black, 0.07); }
   .shop-column { padding: 4px 16px 16px; }
-  .shop-price { font-size: 18px; font-weight: 700; color: @accent_color; }
+  .shop-price { font-size: 1.2em; font-weight: 700; color: @accent_color; }
   .shop-contact { margin: 8px 16px 12px; }
   .shop-badge { min-width: 14px; padding: 2px 7px; border-radius: 12px; background: white; color: @accent_bg_color; font-size: 13px; }
   .shop-picture { border-radius: 12px; }

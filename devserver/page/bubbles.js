@@ -57,7 +57,7 @@ function imageBubble(body) {
     pictureOf(body, "mediaUrl", "url"), pictureOf(body, "imageUrl", "cardImg"), inlinePictureOf(body, "image"),
   ].filter(Boolean);
   if (!sources.length) return absentPicture(name);
-  const image = make("img", "", { src: sources[0], alt: name });
+  const image = make("img", "", { src: sources[0], alt: name, loading: "lazy" });
   const width = numberOf(body, "width");
   const height = numberOf(body, "height");
   if (width && height) {

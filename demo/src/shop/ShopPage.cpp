@@ -39,7 +39,9 @@ GtkWidget* rowOf(const OrderLine& line, const std::string& currency) {
   adw_action_row_add_prefix(ADW_ACTION_ROW(row), picture);
   const auto price = currency + line.amount + (line.quantity > 1 ? " × " + std::to_string(line.quantity) : "");
   auto* const amount = labelNew(price, "numeric");
-  gtk_label_set_wrap(GTK_LABEL(amount), FALSE);
+  gtk_label_set_natural_wrap_mode(GTK_LABEL(amount), GTK_NATURAL_WRAP_NONE);
+  gtk_label_set_xalign(GTK_LABEL(amount), 1);
+  gtk_label_set_justify(GTK_LABEL(amount), GTK_JUSTIFY_RIGHT);
   adw_action_row_add_suffix(ADW_ACTION_ROW(row), amount);
   return row;
 }
@@ -76,6 +78,7 @@ GtkWidget* ShopPage::goods() const {
   auto* const picture = pictureNew(line.picture);
   gtk_widget_set_size_request(picture, -1, pictureHeight);
   auto* const name = labelNew(line.name, "title-2");
+  gtk_label_set_wrap_mode(GTK_LABEL(name), PANGO_WRAP_WORD_CHAR);
   gtk_widget_set_hexpand(name, TRUE);
   auto* const price = labelNew(order_.currency + line.amount, "shop-price");
   auto* const heading = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 12);

@@ -9,7 +9,8 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t mostFrames = 500;
+/// A page that comes back draws them all.
+constexpr std::size_t mostFrames = 200;
 /// `memberType` of the message record.
 constexpr int visitor = 1;
 constexpr int agent = 2;

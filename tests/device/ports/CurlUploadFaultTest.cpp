@@ -184,7 +184,7 @@ TEST_F(CurlUploadFaultTest, TimesOutWhenNothingIsSentOrTheReplyIsNeverWhole) {
     SCOPED_TRACE(name);
     SocketServer server(once(behaviour));
     auto request = form(server.url("/"), path(file_));
-    request.idleTimeout = 1;
+    request.idleTimeout = 2;
     const auto upload = send(request);
     EXPECT_EQ(upload.status(), status);
     EXPECT_EQ(upload.reply->error.has_value(), timesOut) << upload.detail();
