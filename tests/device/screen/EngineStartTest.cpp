@@ -7,6 +7,7 @@
 #include "glib/GRef.h"
 #include "support/ScreenFixture.h"
 #include "support/TemporaryFolder.h"
+#include "support/Visitor.h"
 
 namespace orivex::gtk {
 namespace {
@@ -57,6 +58,8 @@ class EngineStart : public ScreenFixture {
     const auto chat = startChat(server);
     window()->rootViewController()->present(chat, false);
     gint64 last = g_get_monotonic_time();
+    pass(0.5);
+    hands("tap", 180, 300);
     wait(
         [&] {
           const auto now = g_get_monotonic_time();

@@ -69,21 +69,27 @@ TEST_F(ProcessDeath, APageThatLosesItsScriptsWithTheNetworkProcessComesBackWhole
   EXPECT_EQ(log.count("network process ended"), 1);
 }
 
-TEST_F(ProcessDeath, APageWhoseProcessFreezesBeforeItLoadsIsToldAndComesWhenItGoesOn) {
+TEST_F(ProcessDeath, APageThatAFrozenProcessKeepsFromLoadingIsToldAndComesWhenThatGoesOn) {
   const SocketServer server(servePage("<script>" + raise("ready") + "</script>"));
-  const auto chat = startChat(server.url(""));
-  window()->rootViewController()->present(chat, false);
-  std::set<int> frozen;
-  EXPECT_TRUE(wait(
-      [&] {
-        for (const int process : processesBelow("WebKitWebProces"))
-          if (frozen.insert(process).second) kill(process, SIGSTOP);
-        return panelText() == "请求失败,请稍后重试";
-      },
-      30));
-  EXPECT_FALSE(raised("ready"));
-  for (const int process : frozen) kill(process, SIGCONT);
-  EXPECT_TRUE(wait([&] { return raised("ready"); }, 20));
+  for (const char* name : {"WebKitWebProces", "WebKitNetworkPr"}) {
+    SCOPED_TRACE(name);
+    recorder->events.clear();
+    const auto chat = startChat(server.url(""));
+    window()->rootViewController()->present(chat, false);
+    std::set<int> frozen;
+    EXPECT_TRUE(wait(
+        [&] {
+          for (const int process : processesBelow(name))
+            if (frozen.insert(process).second) kill(process, SIGSTOP);
+          return panelText() == "请求失败,请稍后重试";
+        },
+        30));
+    EXPECT_FALSE(raised("ready"));
+    for (const int process : frozen) kill(process, SIGCONT);
+    EXPECT_TRUE(wait([&] { return raised("ready"); }, 20));
+    EXPECT_TRUE(wait([&] { return panelText().empty(); }, 5));
+    chat->dismiss(false);
+  }
 }
 
 TEST_F(ProcessDeath, ThePlaceholdersProcessEndsWithTheReveal) {

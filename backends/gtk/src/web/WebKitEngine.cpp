@@ -75,6 +75,8 @@ WebKitEngine::WebKitEngine(MainQueue& mainQueue, EngineStart& start, WebKitNetwo
   for (const auto& name : configuration.scriptMessageNames) registerMessage(name);
   addScripts(configuration);
   connectSignals();
+  // A press on a page that is not loaded yet would have WebKit start its process, whether that is possible or not.
+  gtk_widget_set_can_target(widget(), start_.isPossible());
 }
 
 WebKitEngine::~WebKitEngine() {
@@ -180,6 +182,7 @@ void WebKitEngine::reload() {
       reload();
     }));
   }
+  gtk_widget_set_can_target(widget(), TRUE);
   inCall_ = true;
   // WebKit reloads what has come; what died on its way is nothing to it.
   if (uncommitted_) {
@@ -279,7 +282,6 @@ void WebKitEngine::loadFailed(bool isProvisional, const std::string& description
 }
 
 bool WebKitEngine::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
-  isHeard_ = true;
   auto policy = NavigationPolicy::cancel;
   // The handlers are copied, as each may end this engine.
   if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
@@ -300,7 +302,8 @@ bool WebKitEngine::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDeci
       policy = decide(uri ? std::optional<std::string>(uri) : std::nullopt);
     }
   }
-  if (policy == NavigationPolicy::allow) return false;
+  if (policy == NavigationPolicy::allow) return false;  // it is still to start
+  isHeard_ = true;
   webkit_policy_decision_ignore(decision);
   return true;
 }
