@@ -1,9 +1,12 @@
 #include "BareView.h"
 
+#include "web/GlContextGuard.h"
+
 namespace orivex::bench {
 namespace {
 
 gtk::GRef<WebKitWebView> makeView(WebKitUserContentManager* content) {
+  gtk::guardGlContext();
   return gtk::GRef<WebKitWebView>::sink(
       WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "user-content-manager", content, nullptr)));
 }

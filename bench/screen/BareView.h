@@ -20,6 +20,7 @@ class BareView {
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
   void load(const std::string& address) { webkit_web_view_load_uri(view_.get(), address.c_str()); }
   void evaluate(const std::string& script);
+  void endProcess() { webkit_web_view_terminate_web_process(view_.get()); }
 
  private:
   std::function<void()> posted_;
