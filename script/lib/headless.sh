@@ -70,6 +70,7 @@ startPipeWire() {
   # Without it the session manager ends at once, and nothing would ever link a camera to who wants its frames.
   waitForDevice pipewire pw-cli info 0
   startDaemon wireplumber
+  mkdir -p -m 700 "$XDG_RUNTIME_DIR/pulse" # pactl makes it, too, and the server ends when that comes first
   startDaemon pipewire-pulse
 }
 
