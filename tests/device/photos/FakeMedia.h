@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include "glib/GMemory.h"
@@ -23,14 +25,23 @@ inline std::string pictureData(int width, int height, guint32 rgba, const char* 
 class FakeMedia {
  public:
   std::optional<Thumbnail> operator()(const MediaItem& item, int width, int height) const {
-    if (item.type == MediaType::image) return photos_(item, width, height);
+    if (item.type == MediaType::image) {
+      ++reading_;
+      auto photo = photos_(item, width, height);
+      --reading_;
+      return photo;
+    }
     if (item.path.find("broken") != std::string::npos) return std::nullopt;
     auto picture = GRef<GdkPixbuf>::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, 64, 36));
     gdk_pixbuf_fill(picture.get(), 0x20a040ff);
     return Thumbnail{std::move(picture), 7};
   }
 
+  /// Whether no worker reads a photo.
+  bool isIdle() const { return reading_ == 0; }
+
  private:
+  mutable std::atomic<int> reading_ = 0;
   TestDecoder decoder_;
   const MediaReader photos_ = mediaReader(decoder_);
 };

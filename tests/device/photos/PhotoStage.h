@@ -22,6 +22,15 @@ namespace orivex::gtk {
 /// A window over which the photo library of a folder opens, and what a visitor does in it.
 class PhotoStage {
  public:
+  PhotoStage() = default;
+  PhotoStage(const PhotoStage&) = delete;
+  PhotoStage& operator=(const PhotoStage&) = delete;
+  // The platform's workers may still read a photo, with what is about to go.
+  ~PhotoStage() {
+    visitor_.destroy();
+    wait([this] { return media_.isIdle(); }, 10);
+  }
+
   /// Fills the folder with pictures "p01.jpg", "p02.jpg"... and "clip.mp4"; the video is the newest, then the pictures
   /// follow in order.
   void fill(int photos) {
