@@ -25,7 +25,7 @@ void AnswerQueue::evaluateWritten() {
   while (!answers_.empty() && answers_.front()->isWritten) {
     const auto answer = std::move(answers_.front());
     answers_.pop_front();
-    if (answer->script) answer->evaluate(*answer->script);
+    if (answer->script) answer->evaluate(std::move(*answer->script));
   }
 }
 

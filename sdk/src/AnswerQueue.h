@@ -15,7 +15,7 @@ namespace orivex {
 class AnswerQueue {
  public:
   using Write = std::function<std::optional<std::string>()>;
-  using Evaluate = std::function<void(const std::string& script)>;
+  using Evaluate = std::function<void(std::string script)>;
 
   /// Runs `write` on a worker thread, where it also ends, and later gives the script that it returns, if any, to
   /// `evaluate`.

@@ -224,8 +224,8 @@ RecordManager::RecordedClip ScriptMessageBridge::recordAnswer() {
 }
 
 AnswerQueue::Evaluate ScriptMessageBridge::evaluateForAsker() const {
-  return [this, asker = origin()](const std::string& script) {
-    host_.whenBack(alive_.guard([this, asker, script] {
+  return [this, asker = origin()](std::string script) {  // a copy of its megabytes would be felt on this thread
+    host_.whenBack(alive_.guard([this, asker, script = std::move(script)] {
       if (origin() == asker) return host_.evaluate(script);
       log::print("An answer for " + asker + " was dropped: the page has gone to " + origin());
     }));
