@@ -27,7 +27,6 @@ class PhotoStage {
   PhotoStage& operator=(const PhotoStage&) = delete;
   // The platform's workers may still read a photo, with what is about to go.
   ~PhotoStage() {
-    visitor_.destroy();
     wait([this] { return media_.isIdle(); }, 10);
   }
 
