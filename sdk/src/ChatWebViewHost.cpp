@@ -121,9 +121,11 @@ void ChatWebViewHost::whenBack(std::function<void()> act) {
   afterwards_.push_back(std::move(act));
 }
 
-void ChatWebViewHost::evaluate(const std::string& script) {
-  webView()->evaluate(script, [](const std::optional<std::string>& error) {
-    if (error) log::debugPrint("Error evaluating JavaScript: " + *error);
+void ChatWebViewHost::evaluate(const std::string& script, std::function<void()> lost) {
+  webView()->evaluate(script, [lost = std::move(lost)](const std::optional<std::string>& error) {
+    if (!error) return;
+    if (lost && *error == WebEngine::processGone) return lost();
+    log::debugPrint("Error evaluating JavaScript: " + *error);
   });
 }
 

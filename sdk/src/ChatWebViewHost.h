@@ -46,8 +46,9 @@ class ChatWebViewHost {
   /// meanwhile is not lost.
   void whenBack(std::function<void()> act);
 
-  /// Runs a script in the chat page; a failure is one log line.
-  void evaluate(const std::string& script);
+  /// Runs a script in the chat page; a failure is one log line, or calls `lost` when it was the page's process that
+  /// went before it had run the script.
+  void evaluate(const std::string& script, std::function<void()> lost = nullptr);
 
   /// A load has finished: fits the page to the screen and reveals it a little later.
   void pageFinished();

@@ -224,12 +224,20 @@ RecordManager::RecordedClip ScriptMessageBridge::recordAnswer() {
 }
 
 AnswerQueue::Evaluate ScriptMessageBridge::evaluateForAsker() const {
-  return [this, asker = origin()](std::string script) {  // a copy of its megabytes would be felt on this thread
-    host_.whenBack(alive_.guard([this, asker, script = std::move(script)] {
-      if (origin() == asker) return host_.evaluate(script);
-      log::print("An answer for " + asker + " was dropped: the page has gone to " + origin());
-    }));
+  return [this, asker = origin()](std::string script) {
+    // Shared, because a copy of its megabytes would be felt on this thread.
+    const auto kept = std::make_shared<const std::string>(std::move(script));
+    // Once more, but not again and again: the page may have died of it.
+    answer(asker, kept, alive_.guard([=, this] { answer(asker, kept, nullptr); }));
   };
+}
+
+void ScriptMessageBridge::answer(const std::string& asker, const std::shared_ptr<const std::string>& script,
+                                 const std::function<void()>& lost) const {
+  host_.whenBack(alive_.guard([=, this] {
+    if (origin() == asker) return host_.evaluate(*script, lost);
+    log::print("An answer for " + asker + " was dropped: the page has gone to " + origin());
+  }));
 }
 
 std::string ScriptMessageBridge::origin() const {

@@ -63,6 +63,11 @@ class ScriptMessageBridge {
   /// Evaluates an answer in the document that has asked, or in another of its origin.
   AnswerQueue::Evaluate evaluateForAsker() const;
 
+  /// Evaluates `script` once the page is there, if it is still one of the origin `asker`; `lost` is called when the
+  /// page's process went before it had run.
+  void answer(const std::string& asker, const std::shared_ptr<const std::string>& script,
+              const std::function<void()>& lost) const;
+
   /// What the JSON of a body has to be.
   enum class Body { any, object, string };
 

@@ -9,8 +9,6 @@
 namespace orivex::testing {
 namespace {
 
-constexpr const char* processGone = "The page's process is gone";
-
 template <class... Parameters, class... Arguments>
 bool isAllowed(const std::function<NavigationPolicy(Parameters...)>& handler, Arguments&&... arguments) {
   return !handler || handler(std::forward<Arguments>(arguments)...) == NavigationPolicy::allow;
@@ -83,11 +81,13 @@ void VirtualWebEngine::evaluate(const std::string& script, Once<void(std::option
   if (!processAlive_) error = processGone;
   queue_.async(alive_.guard(
       [this, script, process = page_->process, error = std::move(error), completion = std::move(completion)]() mutable {
-        if (page_->process != process) error = processGone;
         const std::weak_ptr<Page> life = page_;
-        if (!error) error = run(script);
+        if (!error && page_->process == process) error = run(script);
         // The page may have closed the screen, and with it this engine, in reaction.
-        if (!life.expired()) std::move(completion)(std::move(error));
+        if (life.expired()) return;
+        if (page_->process == process) return std::move(completion)(std::move(error));
+        queue_.async(alive_.guard(
+            [completion = std::move(completion)]() mutable { std::move(completion)(std::string(processGone)); }));
       }));
 }
 

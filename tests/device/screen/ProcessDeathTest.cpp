@@ -4,8 +4,10 @@
 
 #include <webkit/webkit.h>
 
+#include "support/FileChooser.h"
 #include "support/Processes.h"
 #include "support/ScreenFixture.h"
+#include "support/TemporaryFolder.h"
 #include "web/WebKitEngine.h"
 
 #include "orivex/platform/ui/WebView.h"
@@ -90,6 +92,28 @@ TEST_F(ProcessDeath, APageThatAFrozenProcessKeepsFromLoadingIsToldAndComesWhenTh
     EXPECT_TRUE(wait([&] { return panelText().empty(); }, 5));
     chat->dismiss(false);
   }
+}
+
+TEST_F(ProcessDeath, WhatTheVisitorChoseReachesThePageThatComesBackForTheFrozenOne) {
+  const TemporaryFolder folder;
+  const auto bill = folder.write("bill.pdf", "%PDF-1.4").string();
+  const auto page =
+      servePage("<script>window.handleSelectedFiles = () => " + raise("chosen") + raise("ready") + "</script>");
+  const SocketServer server([&](const std::string& target) {
+    if (target.starts_with(chatPath)) return page(target);
+    return SocketServer::Answer{
+        reply(200, R"({"url":"/bill","inputContentType":"application/pdf","actualContentType":"application/pdf"})")};
+  });
+  const auto chat = openChat(server.url(""));
+  evaluate(*chat, "webkit.messageHandlers.openDocumentPicker.postMessage({deviceId: 'd'}); 0");
+  ASSERT_TRUE(wait([] { return openFileChooser() != nullptr; }, 5));
+  const auto pages = processesBelow("WebKitWebProces");
+  for (const int process : pages) kill(process, SIGSTOP);
+  ASSERT_TRUE(chooseFile(bill));
+  pass(1);
+  EXPECT_FALSE(raised("chosen"));
+  for (const int process : pages) kill(process, SIGKILL);
+  EXPECT_TRUE(wait([&] { return raised("chosen"); }, 20));
 }
 
 TEST_F(ProcessDeath, ThePlaceholdersProcessEndsWithTheReveal) {

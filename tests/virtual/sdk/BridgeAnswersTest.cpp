@@ -43,10 +43,10 @@ class BridgeAnswersTest : public ChatScreenTest {
     return {scripts.begin() + 1, scripts.end()};
   }
 
-  bool isAnswered() {
+  auto answerCount() {
     const auto scripts = answers();
-    return std::any_of(scripts.begin(), scripts.end(),
-                       [](const std::string& script) { return script.starts_with("handleSelectedFiles("); });
+    return std::count_if(scripts.begin(), scripts.end(),
+                         [](const std::string& script) { return script.starts_with("handleSelectedFiles("); });
   }
 
   const std::shared_ptr<OVKFApi> screen_ = present();
@@ -75,9 +75,33 @@ TEST_F(BridgeAnswersTest, WaitForAPageWhoseProcessDiedWhileTheVisitorChose) {
   choose(*screen_, {1}, [&] { page.die(); });
   device_.advance(1);
   ASSERT_EQ(page.reloadCount(), 1);
-  EXPECT_FALSE(isAnswered()) << "nobody is there to take it";
+  EXPECT_EQ(answerCount(), 0) << "nobody is there to take it";
   page.completeLoad();
-  EXPECT_TRUE(isAnswered());
+  EXPECT_EQ(answerCount(), 1);
+}
+
+TEST_F(BridgeAnswersTest, AreGivenOnceMoreToAPageWhoseProcessDiedBeforeItReadThem) {
+  auto& page = pageOf(*screen_);
+  device_.runUntilIdle();
+  page.completeLoad();
+  int deaths = 0;
+  device_.webEngines().setScriptRunner([&](VirtualWebEngine& engine, const std::string& script) {
+    if (!script.starts_with("handleSelectedFiles(")) return std::optional<std::string>();
+    ++deaths;
+    engine.die();
+    return std::optional<std::string>();
+  });
+  choose(*screen_, {1});
+  for (int count = 1; count <= 2; ++count) {
+    EXPECT_EQ(answerCount(), count);
+    device_.advance(1);
+    ASSERT_EQ(page.reloadCount(), count);
+    page.completeLoad();
+  }
+  device_.advance(1);
+  EXPECT_EQ(answerCount(), 2) << "a page that dies of it does not get it again";
+  EXPECT_EQ(deaths, 2);
+  EXPECT_TRUE(log_.has("Error evaluating JavaScript: The page's process has gone"));
 }
 
 TEST_F(BridgeAnswersTest, ComeToNothingOnceTheScreenIsGone) {

@@ -19,6 +19,9 @@ namespace {
 // Seconds for a page's process to say something of what it is asked to load; a frozen one never does.
 constexpr double patience = 10;
 
+// Seconds after a script's failure in which WebKit tells that it was the process that ended.
+constexpr double deathDelay = 0.1;
+
 // The document itself stays still; what scrolls is inside it, as its author wants it.
 constexpr const char* stillDocument = ":root { overflow: hidden !important; overscroll-behavior: none !important; }";
 
@@ -144,6 +147,7 @@ void WebKitEngine::connectSignals() {
     return decidePolicy(decision, type);
   });
   signals_.add(view, "web-process-terminated", [this](WebKitWebProcessTerminationReason reason) {
+    ++deaths_;
     dialogs_.dismiss();
     pageLost("The page's process ended, reason " + std::to_string(static_cast<int>(reason)));
   });
@@ -207,14 +211,19 @@ void WebKitEngine::evaluate(const std::string& script, Once<void(std::optional<s
   }
   AsyncCallback evaluated{};  // without one WebKit does not bring the result over
   if (completion) {
-    evaluated = asyncCallback([completion = std::move(completion)](GObject* view, GAsyncResult* result) mutable {
-      GError* raised = nullptr;
-      const auto value =
-          GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &raised));
-      const GErrorPtr error(raised);
-      if (g_error_matches(raised, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;  // the engine is gone
-      std::move(completion)(error ? std::optional<std::string>(error->message) : std::nullopt);
-    });
+    evaluated = asyncCallback(
+        [this, deaths = deaths_, completion = std::move(completion)](GObject* view, GAsyncResult* result) mutable {
+          GError* raised = nullptr;
+          const auto value =
+              GRef<JSCValue>::adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &raised));
+          const GErrorPtr error(raised);
+          if (g_error_matches(raised, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;  // the engine is gone
+          if (!error) return std::move(completion)(std::nullopt);
+          mainQueue_.asyncAfter(deathDelay, alive_.guard([this, deaths, message = std::string(error->message),
+                                                          completion = std::move(completion)]() mutable {
+            std::move(completion)(deaths == deaths_ ? message : std::string(processGone));
+          }));
+        });
   }
   webkit_web_view_evaluate_javascript(view_.get(), script.data(), static_cast<gssize>(script.size()), nullptr, nullptr,
                                       cancellable_.get(), evaluated.function, evaluated.data);

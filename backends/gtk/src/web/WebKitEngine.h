@@ -96,6 +96,7 @@ class WebKitEngine final : public WebEngine {
   unsigned request_ = 0;  // counts what was asked for
   bool isHeard_ = false;  // the page's process has answered what was asked for last
   bool pageLost_ = false;
+  int deaths_ = 0;  // of the page's process
   Alive alive_;
 };
 

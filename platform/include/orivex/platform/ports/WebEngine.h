@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "orivex/platform/base/Geometry.h"
@@ -109,6 +110,9 @@ class WebEngine : public Interface {
 
   /// Loads the page again, or what was asked for last if it has not come yet.
   virtual void reload() = 0;
+
+  /// The error of a script whose page process went before it had run, which `urlChanged` has told by then.
+  static constexpr std::string_view processGone = "The page's process has gone";
 
   /// Runs `script` in the page; `completion` gets the error's description, or nothing when it ran.
   virtual void evaluate(const std::string& script, Once<void(std::optional<std::string> error)> completion) = 0;
