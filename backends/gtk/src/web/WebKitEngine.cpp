@@ -19,7 +19,7 @@ namespace {
 // Seconds for a page's process to say something of what it is asked to load; a frozen one never does.
 constexpr double patience = 10;
 
-// Seconds after a script's failure in which WebKit tells that it was the process that ended.
+// Seconds after a script without a result in which WebKit tells that it was the process that ended.
 constexpr double deathDelay = 0.1;
 
 // The document itself stays still; what scrolls is inside it, as its author wants it.
@@ -219,6 +219,8 @@ void WebKitEngine::evaluate(const std::string& script, Once<void(std::optional<s
           const GErrorPtr error(raised);
           if (g_error_matches(raised, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;  // the engine is gone
           if (!error) return std::move(completion)(std::nullopt);
+          const bool hasThrown = raised->code != WEBKIT_JAVASCRIPT_ERROR_INVALID_RESULT;
+          if (hasThrown) return std::move(completion)(error->message);
           mainQueue_.asyncAfter(deathDelay, alive_.guard([this, deaths, message = std::string(error->message),
                                                           completion = std::move(completion)]() mutable {
             std::move(completion)(deaths == deaths_ ? message : std::string(processGone));
