@@ -1,6 +1,8 @@
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include <gst/pbutils/pbutils.h>
 
@@ -267,6 +269,17 @@ TEST_F(CaptureTest, OptionsForbidPhotosOrVideos) {
   pass(0.6);
   endHold();
   EXPECT_TRUE(files().empty());
+}
+
+// On a busy device the hold may end before it is known that the first picture is in.
+TEST_F(CaptureTest, ARecordingThatWasGivenUpNoLongerBegins) {
+  openLive();
+  beginHold();
+  ASSERT_TRUE(wait([&] { return !clock().empty(); }, hangs));
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  endHold();
+  pass(0.3);
+  EXPECT_EQ(clock(), "");
 }
 
 TEST_F(CaptureTest, TheOtherCameraTakesThePictureAfterASwitch) {

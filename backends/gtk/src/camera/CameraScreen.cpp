@@ -221,6 +221,7 @@ void CameraScreen::tickRecording() {
 void CameraScreen::endVideo() {
   if (phase_ != Phase::recording) return;
   if (recordedSeconds() < options_.minRecordDuration) {
+    recorder_.reset();  // at once: its word that it began may be on its way
     dropVideo(tr("录制时间太短"));
     return;
   }
