@@ -114,6 +114,8 @@ TEST(Upload, SaysWhatIsWrongWithABody) {
   const auto whole = UploadForm().body();
   const std::string field =
       "------b0undary\r\nContent-Disposition: form-data; name=\"k\"\r\n\r\nv\r\n------b0undary--\r\n";
+  const std::string headersAlone =
+      "------b0undary\r\nContent-Disposition: form-data; name=\"file\"\r\n\r\n------b0undary--\r\n";
   struct Case {
     const char* name;
     std::string body;
@@ -122,6 +124,7 @@ TEST(Upload, SaysWhatIsWrongWithABody) {
   const Case cases[] = {
       {"no body", "", "malformed multipart body"},
       {"no closing delimiter", whole.substr(0, whole.size() - 4), "malformed multipart body"},
+      {"nothing after a part's headers", headersAlone, "malformed multipart body"},
       {"no part", "------b0undary--\r\n", "no part named file"},
       {"no file part", field, "no part named file"},
   };

@@ -112,7 +112,16 @@ MultipartPtr parseForm(SoupServerMessage* message, const std::string& boundary) 
   const HeadersPtr headers(soup_message_headers_new(SOUP_MESSAGE_HEADERS_MULTIPART));
   soup_message_headers_append(headers.get(), "Content-Type",
                               ("multipart/form-data; boundary=\"" + boundary + '"').c_str());
-  return MultipartPtr(soup_multipart_new_from_message(headers.get(), body.get()));
+  MultipartPtr form(soup_multipart_new_from_message(headers.get(), body.get()));
+  const int count = form ? soup_multipart_get_length(form.get()) : 0;
+  for (int index = 0; index < count; ++index) {
+    SoupMessageHeaders* unused = nullptr;
+    GBytes* data = nullptr;
+    soup_multipart_get_part(form.get(), index, &unused, &data);
+    // To libsoup a part that ends with its headers has -2 bytes.
+    if (g_bytes_get_size(data) > g_bytes_get_size(body.get())) return nullptr;
+  }
+  return form;
 }
 
 Part partOf(SoupMultipart* form, int index) {
