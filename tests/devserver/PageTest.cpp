@@ -142,6 +142,7 @@ TEST(ChatPage, SetsTextInColorsThatCanBeRead) {
 TEST(ChatPage, RefusesOtherMethodsAndOtherFiles) {
   const ServerProcess server;
   EXPECT_EQ(fetch(server.port(), {.method = "POST", .path = pagePath}).status, 405);
+  EXPECT_EQ(fetch(server.port(), {.method = "T", .path = pagePath}).status, 405) << "a part of GET";
   for (const char* path :
        {"/chat-page/", "/chat-page", "/chat-page/none.js", "/chat-page/../src/main.cpp",
         "/chat-page/%2e%2e/%2e%2e/etc/passwd", "/none", "//", "/api/oauth2/ciphertext/app/client_chat/x"}) {

@@ -35,10 +35,8 @@ void replyError(SoupServerMessage* message, unsigned status, std::string_view te
 }
 
 bool allowMethods(SoupServerMessage* message, std::string_view allowed) {
-  const std::string_view method = soup_server_message_get_method(message);
-  const auto at = allowed.find(method);
-  const auto end = at + method.size();
-  if (at != std::string_view::npos && (end == allowed.size() || allowed[end] == ',')) return true;
+  const std::string method = soup_server_message_get_method(message);
+  if ((", " + std::string(allowed) + ',').find(", " + method + ',') != std::string::npos) return true;
   soup_message_headers_replace(soup_server_message_get_response_headers(message), "Allow",
                                std::string(allowed).c_str());
   replyError(message, SOUP_STATUS_METHOD_NOT_ALLOWED, "method not allowed");
